@@ -1,0 +1,13 @@
+# GoogleTest and GoogleMock from the system's sources, so that the Windows
+# build and the sanitizers get libraries of their own kind.
+if(NOT EXISTS /usr/src/googletest/CMakeLists.txt)
+  message(FATAL_ERROR "GoogleTest's sources are missing: apt install googletest")
+endif()
+set(INSTALL_GTEST OFF)
+set(gtest_force_shared_crt ON)
+add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest
+                 EXCLUDE_FROM_ALL)
+foreach(library gtest gtest_main gmock gmock_main)
+  target_compile_options(${library} PRIVATE -w)
+endforeach()
+include(GoogleTest)

@@ -1,0 +1,182 @@
+// Files, folders, attributes and times: the part of the platform seam that
+// touches the file system. win32/files.cpp and posix/files.cpp are twins; the
+// build picks one, callers never ask which.
+//
+// Paths are narrow, zero-terminated texts, stored and passed as given. Every
+// call states what a failure leaves behind; none throws except for memory.
+//
+// Tested by tests/unit/platform/files_test.cpp
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace zenfo::platform {
+
+#ifdef _WIN32
+inline constexpr char kPathSeparator = '\\';
+#else
+inline constexpr char kPathSeparator = '/';
+#endif
+
+// File-system attribute bits, the same numbers on both systems.
+inline constexpr uint32_t kAttributeReadOnly = 1;
+inline constexpr uint32_t kAttributeHidden = 2;
+inline constexpr uint32_t kAttributeSystem = 4;
+inline constexpr uint32_t kAttributeDirectory = 16;
+inline constexpr uint32_t kAttributeArchive = 32;
+inline constexpr uint32_t kAttributeNormal = 128;
+inline constexpr uint32_t kAttributeCompressed = 2048;
+
+// Facts of one file. Times count 100 ns steps since 1601-01-01 UTC.
+struct FileFacts {
+  uint32_t attributes = 0;
+  uint64_t size = 0;
+  uint64_t creation_time = 0;
+  uint64_t access_time = 0;
+  uint64_t write_time = 0;
+};
+
+// Remembers the folder of the path asked last, so that a walk over entries of
+// one folder resolves only their bare names. Lives for one walk: a folder that
+// is renamed meanwhile is still read under its old name.
+class NearbyFolder {
+ public:
+  NearbyFolder();
+  ~NearbyFolder();
+  NearbyFolder(const NearbyFolder&) = delete;
+  NearbyFolder& operator=(const NearbyFolder&) = delete;
+
+  struct State;
+  State& state() { return *state_; }
+
+ private:
+  std::unique_ptr<State> state_;
+};
+
+// Fills `facts` for a file or folder; false leaves it as it was. Links are
+// followed. `nearby` may be null.
+bool read_file_facts(const char* path, FileFacts& facts,
+                     NearbyFolder* nearby = nullptr);
+
+bool is_file(const char* path);    // exists and is no folder
+bool is_folder(const char* path);  // exists and is a folder
+// Something of that name exists; a name with "*" or "?" is never found.
+bool exists(const char* path);
+
+// The two listings that the file search asks of one folder. The native build
+// reads the folder once and keeps the names, sorted; Windows asks the system
+// for every query.
+class FolderListing {
+ public:
+  // Visitors get a bare name and answer false to stop the listing.
+  using Visitor = std::function<bool(std::string_view name)>;
+
+  explicit FolderListing(std::string path);
+  ~FolderListing();
+  FolderListing(FolderListing&&) noexcept;
+  FolderListing& operator=(FolderListing&&) noexcept;
+
+  const std::string& path() const { return path_; }
+
+  // Every folder in it whose name does not begin with "."; natively without
+  // links to folders. False when the visitor stopped it.
+  bool visit_folders(const Visitor& visit);
+  // Every file (no folder) matching the pattern whose name does not begin
+  // with "."; natively only regular files and links to such. Case is ignored;
+  // "*.*" matches every name, "*." names without a point.
+  bool visit_files(const char* pattern, const Visitor& visit);
+
+ private:
+  struct State;
+  std::string path_;
+  std::unique_ptr<State> state_;
+};
+
+// A file opened for binary reading, closed by the destructor.
+class InputFile {
+ public:
+  InputFile() = default;
+  ~InputFile() { close(); }
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+
+  // False when the file cannot be opened or is no ordinary file; never waits
+  // for a writer of a pipe. `nearby` may be null.
+  bool open(const char* path, NearbyFolder* nearby = nullptr);
+  // Reads up to `size` bytes, fewer only at the file's end; -1 on error.
+  int64_t read(void* buffer, size_t size);
+  // Size in bytes now; -1 on failure, or when it is no ordinary file.
+  int64_t size();
+  void close();
+  bool is_open() const { return handle_ != kNone; }
+
+ private:
+  static constexpr intptr_t kNone = -1;
+  intptr_t handle_ = kNone;
+};
+
+enum class OutputMode {
+  kTruncate,   // empty an existing file
+  kAppend,     // write behind what is there
+  kOverwrite,  // write from the start, keep what lies behind (see set_end)
+};
+
+// A file opened for binary writing, unbuffered.
+class OutputFile {
+ public:
+  OutputFile() = default;
+  ~OutputFile() { close(); }
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  // Creates the file when missing; false leaves nothing open.
+  bool open(const char* path, OutputMode mode);
+  // All bytes or false.
+  bool write(const void* data, size_t size);
+  // Cuts the file behind the bytes written so far.
+  bool set_end();
+  // False when the system reports that earlier writes were lost. Closing
+  // twice is harmless.
+  bool close();
+  bool is_open() const { return handle_ != kNone; }
+
+ private:
+  static constexpr intptr_t kNone = -1;
+  intptr_t handle_ = kNone;
+};
+
+// Copies a file with its times and attributes, replacing `to` when it exists.
+// False when the copy is not complete on disk.
+bool copy_file(const char* from, const char* to);
+bool delete_file(const char* path);
+bool create_folder(const char* path);
+// Deletes every file in `folder` (subfolders stay, failures are ignored).
+void delete_files_in(const char* folder,
+                     const std::function<bool(std::string_view name)>& wanted);
+// The path of a drive or share root ("C:", "\\\\server\\share", "/").
+bool is_root_folder(std::string_view folder);
+// Made absolute against the working folder; unchanged when that fails.
+std::string absolute_path(const char* path);
+// Whether two paths name the same file as far as the system compares names.
+bool same_path(std::string_view a, std::string_view b);
+
+// Broken-down local time.
+struct LocalTime {
+  int year = 0;  // four digits
+  int month = 0;  // 1-12
+  int day = 0;
+  int hour = 0;
+  int minute = 0;
+  int second = 0;
+};
+
+LocalTime local_time_now();
+// Converts a file time; false when it cannot be shown (2^63 and above).
+bool to_local_time(uint64_t file_time, LocalTime& out);
+
+}  // namespace zenfo::platform

@@ -1,0 +1,28 @@
+// Per-byte answers of the C library's current locale, asked once per operation
+// instead of once per byte.
+//
+// Tested by tests/unit/text/byte_tables_test.cpp
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+namespace zenfo {
+
+struct ByteTables {
+  std::array<uint8_t, 256> fold;          // tolower of every byte
+  std::array<bool, 256> letter_or_digit;  // isalnum of every byte
+};
+
+// The tables in force. Built on first use.
+const ByteTables& byte_tables();
+// Asks the C library again; every operation that compares texts calls it once
+// at its start, so that a host's setlocale takes effect.
+void refresh_byte_tables();
+
+// Compares without regard to case: the difference of the first pair of bytes
+// that differ after folding, a text's end counting as a zero byte.
+int32_t compare_ignoring_case(std::string_view a, std::string_view b);
+
+}  // namespace zenfo

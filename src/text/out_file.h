@@ -1,0 +1,55 @@
+// The one writer of text and binary files.
+//
+// Gathers what is written in one buffer and hands it to the system in large
+// pieces. In text mode every LF becomes CR LF, on both systems, so that the
+// bytes on disk are the same everywhere. Every write and the close are
+// checked; after a failed write all later ones fail too.
+//
+// Tested by tests/unit/text/out_file_test.cpp
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "platform/files.h"
+
+namespace zenfo {
+
+class OutFile {
+ public:
+  enum class LineEnds {
+    kRaw,     // bytes as given
+    kExpand,  // every LF is written as CR LF
+  };
+
+  OutFile() = default;
+  ~OutFile() { close(); }
+  OutFile(const OutFile&) = delete;
+  OutFile& operator=(const OutFile&) = delete;
+
+  bool open(const char* path, platform::OutputMode mode, LineEnds line_ends);
+  bool is_open() const { return file_.is_open(); }
+
+  // Appends a piece; false once any write has failed.
+  bool write(std::string_view piece);
+  bool write(char byte) { return write(std::string_view(&byte, 1)); }
+  // Decimal digits of a number.
+  bool write_number(unsigned long long number);
+
+  // Hands the gathered bytes to the system.
+  bool flush();
+  // Flushes and closes; false when any write or the close failed. Closing a
+  // closed file answers true.
+  bool close();
+
+ private:
+  static constexpr size_t kBufferSize = size_t{1} << 18;
+
+  platform::OutputFile file_;
+  LineEnds line_ends_ = LineEnds::kRaw;
+  bool failed_ = false;
+  std::string buffer_;
+};
+
+}  // namespace zenfo

@@ -1,0 +1,17 @@
+// Whole-word test.
+//
+// Tested by tests/unit/text/whole_word_test.cpp
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zenfo {
+
+// Whether the span from `start` to `end` (index of its last byte) stands as a
+// word in a text of `length` bytes: 1 when no letter or digit touches it on
+// either side, 0 when one does, -1 when `end` lies beyond the text.
+int32_t is_whole_word(const char* text, size_t start, size_t end,
+                      size_t length);
+
+}  // namespace zenfo
