@@ -1,0 +1,242 @@
+#include "containers/item_list.h"
+
+#include <new>
+
+#include "containers/list_sort.h"
+#include "containers/pool.h"
+#include "frame/guard.h"
+
+namespace zenfo {
+
+struct ItemList::Node : Pooled<ItemList::Node> {
+  std::unique_ptr<Record> record;
+  Node* previous = nullptr;
+  Node* next = nullptr;
+};
+
+void ItemList::set_cursor(Node* node, uint32_t position) {
+  cursor_ = node;
+  cursor_position_ = node != nullptr ? position : kUnknown;
+}
+
+// The node at a position below the count. Without an index a neighbour of the
+// cursor is one link away; any other position first builds the index in link
+// order, which no caller can tell from the links.
+ItemList::Node* ItemList::node_at(uint32_t position) {
+  if (index_ != nullptr) return index_[position];
+  if (position == 0) return head_;
+  if (position == count_ - 1) return tail_;
+  if (cursor_position_ != kUnknown) {
+    if (position == cursor_position_) return cursor_;
+    if (position == cursor_position_ + 1) return cursor_->next;
+    if (position + 1 == cursor_position_) return cursor_->previous;
+  }
+  if (BuildIndex() == 1) return index_[position];
+  Node* node = head_;
+  while (position-- > 0) node = node->next;
+  return node;
+}
+
+Record* ItemList::Get(uint32_t position) {
+  if (position >= count_) return nullptr;
+  set_cursor(node_at(position), position);
+  return cursor_->record.get();
+}
+
+Record* ItemList::First() {
+  // With a sorted index, link order and positions differ.
+  set_cursor(head_, index_ == nullptr ? 0 : kUnknown);
+  return Current();
+}
+
+Record* ItemList::Next() {
+  if (cursor_ == nullptr) return First();
+  bool known = index_ == nullptr && cursor_position_ != kUnknown;
+  set_cursor(cursor_->next, known ? cursor_position_ + 1 : kUnknown);
+  return Current();
+}
+
+Record* ItemList::Current() const {
+  return cursor_ != nullptr ? cursor_->record.get() : nullptr;
+}
+
+int32_t ItemList::Append(std::unique_ptr<Record> record) {
+  auto* node = new Node;
+  node->record = std::move(record);
+  DropIndex();
+  node->previous = tail_;
+  (tail_ != nullptr ? tail_->next : head_) = node;
+  tail_ = node;
+  set_cursor(node, count_);
+  ++count_;
+  return 1;
+}
+
+int32_t ItemList::remove(Node* node) {
+  Node* following = node->next;
+  (node->previous != nullptr ? node->previous->next : head_) = following;
+  (following != nullptr ? following->previous : tail_) = node->previous;
+  DropIndex();
+  --count_;
+  set_cursor(following, kUnknown);
+  delete node;
+  return 1;
+}
+
+int32_t ItemList::RemoveCurrent() {
+  return cursor_ != nullptr ? remove(cursor_) : 0;
+}
+
+int32_t ItemList::RemoveAt(uint32_t position) {
+  if (position >= count_) return 0;
+  bool sorted = index_ != nullptr;
+  int32_t result = remove(node_at(position));
+  // In link order the following record has moved up to this position.
+  if (!sorted) set_cursor(cursor_, position);
+  return result;
+}
+
+int32_t ItemList::Clear() {
+  DropIndex();
+  // Detached first: a record's destructor sees an empty list.
+  Node* node = head_;
+  count_ = 0;
+  head_ = tail_ = nullptr;
+  set_cursor(nullptr, kUnknown);
+  while (node != nullptr) {
+    Node* next = node->next;
+    delete node;
+    node = next;
+  }
+  return 1;
+}
+
+int32_t ItemList::BuildIndex() {
+  DropIndex();
+  if (count_ == 0) return 0;
+  std::unique_ptr<Node*[]> index(new (std::nothrow) Node*[count_]);
+  if (index == nullptr) return 0;
+  uint32_t position = 0;
+  for (Node* node = head_; node != nullptr; node = node->next) {
+    if (position == count_) return 0;
+    index[position++] = node;
+  }
+  if (position != count_) return 0;
+  index_ = std::move(index);
+  return 1;
+}
+
+void ItemList::DropIndex() {
+  if (index_ == nullptr) return;
+  index_.reset();
+  cursor_position_ = kUnknown;
+}
+
+int32_t ItemList::sort_with(Node** index, uint32_t count, int32_t direction,
+                            Comparator comparator) {
+  // Unsigned, as the smallest answer has no opposite.
+  const auto sign = static_cast<uint32_t>(direction);
+  list_sort(index, count, [=](const Node* a, const Node* b) {
+    auto answer =
+        static_cast<uint32_t>(comparator(a->record.get(), b->record.get()));
+    return static_cast<int32_t>(answer * sign);
+  });
+  return 1;
+}
+
+int32_t ItemList::Sort(int32_t descending, Comparator comparator) {
+  if (count_ < 2 || comparator == nullptr) return -1;
+  comparator_ = comparator;
+  direction_ = descending != 0 ? -1 : 1;
+  return unlogged(-1, [&]() -> int32_t {
+    if (BuildIndex() != 1) return -1;
+    return sort_with(index_.get(), count_, direction_, comparator_);
+  });
+}
+
+int32_t ItemList::SelectDuplicates(Comparator comparator, RecordAction mark) {
+  if (comparator == nullptr || mark == nullptr) return -1;
+  if (Sort(0, comparator) != 1) return -1;
+  return unlogged(-1, [&]() -> int32_t {
+    int32_t marked = 0;
+    Record* reference = Get(0);
+    for (uint32_t i = 1; i < count_; ++i) {
+      Record* record = Get(i);
+      if (comparator(reference, record) == 0) {
+        mark(*record);
+        ++marked;
+      } else {
+        reference = record;
+      }
+      PollInterrupt();
+      ReportPosition(i);
+    }
+    return marked;
+  });
+}
+
+int32_t ItemList::CountState(int32_t state) {
+  if (state == -1) return static_cast<int32_t>(count_);
+  if (state < -1) return -1;
+  return unlogged(-1, [&]() -> int32_t {
+    int32_t found = 0;
+    for (uint32_t i = 0; i < count_; ++i) {
+      if (Get(i)->state == static_cast<uint32_t>(state)) ++found;
+      if (PollInterrupt() != 0) return found;
+      ReportPosition(i);
+    }
+    ReportPosition(count_);
+    return found;
+  });
+}
+
+namespace {
+
+bool apply(int32_t action, Record& record) {
+  switch (action) {
+    case -1:
+      record.state = record.state == 0 ? 1 : 0;
+      return true;
+    case 0:
+    case 1:
+      record.state = static_cast<uint32_t>(action);
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+int32_t ItemList::SetState(int32_t index, int32_t action) {
+  const bool all = index == -1;
+  const auto first = all ? 0 : static_cast<uint32_t>(index);
+  const uint32_t end = all ? count_ : first + 1;
+  return unlogged(-1, [&]() -> int32_t {
+    int32_t touched = 0;
+    for (uint32_t i = first; i < end; ++i) {
+      Record* record = Get(i);
+      if (record == nullptr) return -1;
+      if (!apply(action, *record)) return 0;
+      ++touched;
+      if (PollInterruptEvery(100) != 0) return touched;
+      ReportPosition(i);
+    }
+    ReportPosition(count_);
+    return touched;
+  });
+}
+
+bool ItemList::Check() const {
+  uint32_t nodes = 0;
+  bool cursor_found = cursor_ == nullptr;
+  const Node* previous = nullptr;
+  for (const Node* node = head_; node != nullptr; node = node->next) {
+    if (node->previous != previous || nodes++ == count_) return false;
+    cursor_found |= node == cursor_;
+    previous = node;
+  }
+  return previous == tail_ && nodes == count_ && cursor_found;
+}
+
+}  // namespace zenfo

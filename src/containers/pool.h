@@ -1,0 +1,120 @@
+// Memory for very many objects of one size: slabs cut into pieces, freed
+// pieces kept on a free list, all slabs but one given back when the last piece
+// has been freed. A piece costs a pointer move instead of a call to malloc.
+//
+// One pool serves the whole process, since records travel between lists and
+// the library has one thread. Under AddressSanitizer every piece is an
+// allocation of its own, so that its checks see each object.
+//
+// Tested by tests/unit/containers/pool_test.cpp
+#pragma once
+
+#include <cstddef>
+#include <new>
+
+namespace zenfo {
+
+template <size_t kPieceSize>
+class Pool {
+ public:
+  // Process-wide by nature: see above. Never destroyed.
+  static Pool& instance() {
+    static Pool& pool = *new Pool;
+    return pool;
+  }
+
+  void* allocate() {
+#ifdef __SANITIZE_ADDRESS__
+    return ::operator new(kPieceSize);
+#else
+    void* piece = free_;
+    if (piece != nullptr) {
+      free_ = free_->next;
+    } else {
+      if (next_ == end_) add_slab();
+      piece = next_;
+      next_ += kPieceSize;
+    }
+    ++live_;
+    return piece;
+#endif
+  }
+
+  void deallocate(void* piece) noexcept {
+#ifdef __SANITIZE_ADDRESS__
+    ::operator delete(piece);
+#else
+    free_ = ::new (piece) Free{free_};
+    if (--live_ == 0) start_over();
+#endif
+  }
+
+  size_t live() const { return live_; }
+
+ private:
+  struct Free {
+    Free* next;
+  };
+  struct Slab {
+    Slab* previous;
+    alignas(std::max_align_t) std::byte bytes[1];
+  };
+  static_assert(kPieceSize >= sizeof(Free));
+  static_assert(kPieceSize % alignof(Free) == 0);
+
+  static constexpr size_t kFirstSlab = 16 * 1024;
+  static constexpr size_t kLargestSlab = 1024 * 1024;
+
+  void add_slab() {
+    size_t pieces = slab_size_ / kPieceSize;
+    auto* slab = static_cast<Slab*>(
+        ::operator new(offsetof(Slab, bytes) + pieces * kPieceSize));
+    slab->previous = slabs_;
+    slabs_ = slab;
+    next_ = slab->bytes;
+    end_ = next_ + pieces * kPieceSize;
+    last_pieces_ = pieces;
+    if (slab_size_ < kLargestSlab) slab_size_ *= 2;
+  }
+
+  // Nothing is in use: keeps the newest slab and cuts it anew.
+  void start_over() noexcept {
+    while (slabs_->previous != nullptr) {
+      Slab* older = slabs_->previous;
+      slabs_->previous = older->previous;
+      ::operator delete(older);
+    }
+    free_ = nullptr;
+    next_ = slabs_->bytes;
+    end_ = next_ + last_pieces_ * kPieceSize;
+  }
+
+  Free* free_ = nullptr;
+  std::byte* next_ = nullptr;
+  std::byte* end_ = nullptr;
+  Slab* slabs_ = nullptr;
+  size_t slab_size_ = kFirstSlab;
+  size_t last_pieces_ = 0;
+  size_t live_ = 0;
+};
+
+// Gives a class pooled new and delete; a derived class of another size falls
+// back to the general ones.
+template <class T>
+class Pooled {
+ public:
+  static void* operator new(size_t size) {
+    return size == sizeof(T) ? Pool<sizeof(T)>::instance().allocate()
+                             : ::operator new(size);
+  }
+  static void operator delete(void* piece, size_t size) noexcept {
+    if (piece == nullptr) return;
+    if (size == sizeof(T)) {
+      Pool<sizeof(T)>::instance().deallocate(piece);
+    } else {
+      ::operator delete(piece);
+    }
+  }
+};
+
+}  // namespace zenfo

@@ -1,0 +1,87 @@
+#include "containers/progress.h"
+
+#include <algorithm>
+
+namespace zenfo {
+namespace {
+
+constexpr uint32_t kDefaultPeriod = 100;
+constexpr uint32_t kReportsPerWalk = 100;
+
+// Process-wide: see the header.
+struct Counters {
+  uint32_t poll_interrupt = 0;
+  uint32_t poll_interrupt_every = 0;
+  uint32_t report_reset = 0;
+  uint32_t last_position_step = 0;
+  uint32_t last_position_of_step = 0;
+};
+Counters counters;
+
+// True on the (period + 1)-th call, and on every (period + 1)-th after it.
+bool due(uint32_t& counter, uint32_t period) {
+  uint32_t old = counter++;
+  if (old < period) return false;
+  counter = 0;
+  return true;
+}
+
+void set_default(uint32_t& period) {
+  if (period == 0) period = kDefaultPeriod;
+}
+
+}  // namespace
+
+int32_t single_precision_percent(uint32_t position, uint32_t total) {
+  // The temporaries round to single precision whatever the unit computes in:
+  // 7 of 10 is 70, not 69.
+  volatile float quotient =
+      static_cast<float>(position) / static_cast<float>(total);
+  volatile float product = quotient * 100.0f;
+  return static_cast<int32_t>(product);
+}
+
+int32_t ProgressHooks::PollInterrupt() {
+  if (interrupt_hook_ == nullptr) return 0;
+  set_default(interrupt_period_);
+  if (!due(counters.poll_interrupt, interrupt_period_)) return 0;
+  return interrupt_hook_(&interrupt_argument_);
+}
+
+int32_t ProgressHooks::PollInterruptEvery(uint32_t period) {
+  if (interrupt_hook_ == nullptr) return 0;
+  if (!due(counters.poll_interrupt_every, period)) return 0;
+  return interrupt_hook_(&interrupt_argument_);
+}
+
+int32_t ProgressHooks::ReportReset() {
+  if (report_hook_ == nullptr) return 0;
+  set_default(report_period_);
+  if (!due(counters.report_reset, report_period_)) return 0;
+  progress_ = {};
+  return report_hook_(&progress_);
+}
+
+int32_t ProgressHooks::ReportPositionOf(uint32_t position, uint32_t total) {
+  return report_step(position, total, counters.last_position_of_step);
+}
+
+int32_t ProgressHooks::report_position(uint32_t position, uint32_t count) {
+  return report_step(position, count, counters.last_position_step);
+}
+
+int32_t ProgressHooks::report_step(uint32_t position, uint32_t total,
+                                   uint32_t& last_step) {
+  if (report_hook_ == nullptr || total == 0) return 0;
+  if (position == 0) {
+    last_step = 0;
+  } else {
+    uint32_t step = position / std::max(total / kReportsPerWalk, uint32_t{1});
+    if (step <= last_step && position < total) return 0;
+    last_step = step;
+  }
+  progress_ = {total, position, single_precision_percent(position, total)};
+  return report_hook_(&progress_);
+}
+
+}  // namespace zenfo

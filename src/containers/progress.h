@@ -1,0 +1,62 @@
+// Progress and interruption of long walks: how often the host is asked and
+// told, whatever the walk's length.
+//
+// The counters are process-wide by nature, as one operation runs at a time:
+// the first poll of a new walk can come early or late by up to one period.
+//
+// Tested by tests/unit/containers/progress_test.cpp
+#pragma once
+
+#include <cstdint>
+
+#include "zenfofr130.h"
+
+namespace zenfo {
+
+// Non-zero stops the walk. The argument is of no meaning to the library's own
+// hook.
+using InterruptHook = int32_t (*)(void* argument);
+using ReportHook = int32_t (*)(ProgressRecord* record);
+
+// The hooks of one list (or of another object that walks) and their periods.
+class ProgressHooks {
+ public:
+  void SetInterruptHook(InterruptHook hook) { interrupt_hook_ = hook; }
+  void SetReportHook(ReportHook hook) { report_hook_ = hook; }
+  InterruptHook interrupt_hook() const { return interrupt_hook_; }
+  ReportHook report_hook() const { return report_hook_; }
+  // No hook at all: walks may leave the helpers out.
+  bool silent() const {
+    return interrupt_hook_ == nullptr && report_hook_ == nullptr;
+  }
+
+  // Asks the hook on every (period + 1)-th poll, counted across all walks of
+  // the process; 0 otherwise. The period is the list's own, 100 unless set.
+  int32_t PollInterrupt();
+  // The same with the given period and a counter of its own.
+  int32_t PollInterruptEvery(uint32_t period);
+  // Reports a record of zeros, as rarely as PollInterrupt asks.
+  int32_t ReportReset();
+  // Reports step `position` of `total`, about a hundred times a walk, always
+  // at 0 and at the end.
+  int32_t ReportPositionOf(uint32_t position, uint32_t total);
+
+ protected:
+  // The same, remembering its last step apart from ReportPositionOf.
+  int32_t report_position(uint32_t position, uint32_t count);
+
+ private:
+  int32_t report_step(uint32_t position, uint32_t total, uint32_t& last_step);
+
+  uint32_t interrupt_period_ = 0;  // 0 becomes 100 on first use
+  uint32_t report_period_ = 0;     // likewise
+  uint32_t interrupt_argument_ = 0;
+  ProgressRecord progress_{};
+  InterruptHook interrupt_hook_ = nullptr;
+  ReportHook report_hook_ = nullptr;
+};
+
+// position / total * 100 in single precision, truncated toward zero.
+int32_t single_precision_percent(uint32_t position, uint32_t total);
+
+}  // namespace zenfo

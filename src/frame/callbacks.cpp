@@ -1,0 +1,104 @@
+#include "frame/callbacks.h"
+
+#include <string>
+
+#include "frame/guard.h"
+
+namespace zenfo {
+namespace {
+
+// Process-wide: see the header.
+CallbackTable callbacks{};
+platform::WideChar* shared_wide_buffer = nullptr;
+
+// Converts into the shared buffer; false when there is nothing to send.
+bool put_wide(const char* text) {
+  if (text == nullptr || *text == '\0' || shared_wide_buffer == nullptr) {
+    return false;
+  }
+  platform::to_wide(text, shared_wide_buffer);
+  return true;
+}
+
+std::string cut_to_buffer(std::string_view text) {
+  return std::string(text.substr(0, platform::kWideBufferLength - 1));
+}
+
+}  // namespace
+
+CallbackTable& host_callbacks() { return callbacks; }
+
+void allocate_shared_wide_buffer() {
+  free_shared_wide_buffer();
+  shared_wide_buffer = platform::allocate_wide_buffer();
+}
+
+void free_shared_wide_buffer() {
+  platform::free_wide_buffer(shared_wide_buffer);
+  shared_wide_buffer = nullptr;
+}
+
+int32_t cb_lng(ZenfoInterruptCallback callback) {
+  if (callback == nullptr) return 0;
+  return caught("cb_lng", 0, [&] { return callback(); });
+}
+
+int32_t cb_lng_str(ZenfoTextCallback callback, const char* text) {
+  if (callback == nullptr) return -1;
+  return caught("cb_lng_str", -1, [&]() -> int32_t {
+    return put_wide(text) ? callback(shared_wide_buffer) : -1;
+  });
+}
+
+int32_t cb_lng_str_lng(ZenfoOptionCallback callback, const char* text,
+                       int32_t number) {
+  if (callback == nullptr) return -1;
+  return caught("cb_lng_str_lng", -1, [&]() -> int32_t {
+    return put_wide(text) ? callback(shared_wide_buffer, number) : -1;
+  });
+}
+
+int32_t cb_lng_lng(int32_t(ZENFO_CALL* callback)(int32_t), int32_t number) {
+  if (callback == nullptr) return 0;
+  return caught("cb_lng_lng", 0, [&] { return callback(number); });
+}
+
+int32_t cb_lng_report(ZenfoReportCallback callback, ProgressRecord* record) {
+  if (callback == nullptr) return 0;
+  return caught("cb_lng_report", 0, [&] { return callback(record); });
+}
+
+int32_t interr(void* /*argument*/) {
+  if (callbacks.interrupt == nullptr) return 0;
+  return cb_lng(callbacks.interrupt) != 0 ? 1 : 0;
+}
+
+int32_t report(ProgressRecord* record) {
+  if (callbacks.report == nullptr || record == nullptr) return 0;
+  cb_lng_report(callbacks.report, record);
+  return 1;
+}
+
+void send_status(std::string_view text) {
+  if (callbacks.status == nullptr) return;
+  cb_lng_str(callbacks.status, cut_to_buffer(text).c_str());
+}
+
+void send_status(std::string_view text, std::string_view path) {
+  if (callbacks.status == nullptr) return;
+  std::string whole(text);
+  whole += ' ';
+  whole += path;
+  send_status(whole);
+}
+
+int32_t ask_about_file(std::string_view full_name) {
+  return cb_lng_str(callbacks.file_question, cut_to_buffer(full_name).c_str());
+}
+
+int32_t ask_option(std::string_view path, int32_t number) {
+  return cb_lng_str_lng(callbacks.option_question,
+                        cut_to_buffer(path).c_str(), number);
+}
+
+}  // namespace zenfo

@@ -1,0 +1,42 @@
+// The error file: one record a failure, appended, the file opened and closed
+// for each, so that a host can read it at any time.
+//
+// Nothing here throws: a failure while logging is dropped.
+//
+// Tested by tests/unit/frame/error_log_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace zenfo {
+
+class ErrorLog {
+ public:
+  ErrorLog() = default;
+
+  // Takes a new file name; null keeps the old one, empty switches logging off.
+  // Always 1.
+  int32_t SetFile(const char* name);
+  // Writes one record; 1, or -1 when no file is set, a text is null or the
+  // file cannot be written.
+  int32_t Write(const char* message, const char* context, const char* module,
+                const char* routine) const;
+
+ private:
+  std::string file_name_;  // empty: logging is off
+};
+
+// The log that ReportError writes to; null outside Initialize and Terminate.
+// Process-wide: a failure may be met where nothing else of the library is at
+// hand. The library object owns the log and installs it.
+void install_error_log(ErrorLog* log);
+
+// Writes a record of the module "Main" to the installed log; -1 without one.
+int32_t ReportError(const char* message, const char* context,
+                    const char* routine) noexcept;
+
+// The record of a caught fault.
+void report_runtime_error(const char* routine) noexcept;
+
+}  // namespace zenfo
