@@ -1,11 +1,13 @@
 // Files, folders, attributes and times: the part of the platform seam that
-// touches the file system. win32/files.cpp and posix/files.cpp are twins; the
-// build picks one, callers never ask which.
+// touches the file system. The files of win32/ and posix/ are twins; the build
+// picks one folder, callers never ask which.
 //
-// Paths are narrow, zero-terminated texts, stored and passed as given. Every
-// call states what a failure leaves behind; none throws except for memory.
+// Paths are narrow, zero-terminated texts, never null, stored and passed as
+// given. Every call states what a failure leaves behind; none throws except for
+// memory and what a visitor throws.
 //
-// Tested by tests/unit/platform/files_test.cpp
+// Tested by tests/unit/platform/files_test.cpp, folders_test.cpp,
+// streams_test.cpp, copy_test.cpp, paths_test.cpp, times_test.cpp
 #pragma once
 
 #include <cstddef>
@@ -32,7 +34,10 @@ inline constexpr uint32_t kAttributeArchive = 32;
 inline constexpr uint32_t kAttributeNormal = 128;
 inline constexpr uint32_t kAttributeCompressed = 2048;
 
-// Facts of one file. Times count 100 ns steps since 1601-01-01 UTC.
+// Facts of one file. `attributes` is never 0; `size` is 0 for what is no
+// ordinary file. Natively read-only means that nobody may write, hidden that
+// the name begins with ".", and the write time stands in for the creation time
+// where none is kept. Times count 100 ns steps since 1601-01-01 UTC.
 struct FileFacts {
   uint32_t attributes = 0;
   uint64_t size = 0;
@@ -65,15 +70,18 @@ bool read_file_facts(const char* path, FileFacts& facts,
 
 bool is_file(const char* path);    // exists and is no folder
 bool is_folder(const char* path);  // exists and is a folder
-// Something of that name exists; a name with "*" or "?" is never found.
+// Something of that name exists, a link that leads nowhere too; a name with
+// "*" or "?" is never found.
 bool exists(const char* path);
 
 // The two listings that the file search asks of one folder. The native build
-// reads the folder once and keeps the names, sorted; Windows asks the system
-// for every query.
+// reads the folder once, when first asked, and keeps the names, sorted by byte;
+// Windows asks the system for every query. An empty path is the root. A folder
+// that cannot be read has no names.
 class FolderListing {
  public:
-  // Visitors get a bare name and answer false to stop the listing.
+  // Visitors get a bare name, valid during the call, and answer false to stop
+  // the listing. They may move the listing meanwhile, not destroy it.
   using Visitor = std::function<bool(std::string_view name)>;
 
   explicit FolderListing(std::string path);
@@ -88,7 +96,8 @@ class FolderListing {
   bool visit_folders(const Visitor& visit);
   // Every file (no folder) matching the pattern whose name does not begin
   // with "."; natively only regular files and links to such. Case is ignored;
-  // "*.*" matches every name, "*." names without a point.
+  // "*.*" matches every name, "*." names without a point; an empty pattern
+  // natively none.
   bool visit_files(const char* pattern, const Visitor& visit);
 
  private:
@@ -105,10 +114,12 @@ class InputFile {
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
 
-  // False when the file cannot be opened or is no ordinary file; never waits
-  // for a writer of a pipe. `nearby` may be null.
+  // False when the file cannot be opened or is a folder; never waits for a
+  // writer of a pipe. Pipes and devices may open natively, where asking would
+  // cost every file a call: size() tells them. `nearby` may be null.
   bool open(const char* path, NearbyFolder* nearby = nullptr);
-  // Reads up to `size` bytes, fewer only at the file's end; -1 on error.
+  // Reads up to `size` bytes, fewer only at an ordinary file's end; -1 on
+  // error, with anything in the buffer.
   int64_t read(void* buffer, size_t size);
   // Size in bytes now; -1 on failure, or when it is no ordinary file.
   int64_t size();
@@ -136,9 +147,10 @@ class OutputFile {
 
   // Creates the file when missing; false leaves nothing open.
   bool open(const char* path, OutputMode mode);
-  // All bytes or false.
+  // All bytes, or false with some of them written.
   bool write(const void* data, size_t size);
-  // Cuts the file behind the bytes written so far.
+  // Cuts the file behind the bytes written so far. For kOverwrite; the other
+  // modes write at the end anyway and nothing changes.
   bool set_end();
   // False when the system reports that earlier writes were lost. Closing
   // twice is harmless.
@@ -148,26 +160,35 @@ class OutputFile {
  private:
   static constexpr intptr_t kNone = -1;
   intptr_t handle_ = kNone;
+  OutputMode mode_ = OutputMode::kTruncate;
 };
 
-// Copies a file with its times and attributes, replacing `to` when it exists.
-// False when the copy is not complete on disk.
+// Copies a file with its attributes and times (natively its mode, access and
+// write time, as far as the target's owner allows), replacing the content of
+// `to` when it exists. False when the copy is not complete; natively no part of
+// it is left then, nor the old content. A file is never copied onto itself, and
+// natively nothing but ordinary files onto such; these leave both alone.
 bool copy_file(const char* from, const char* to);
 bool delete_file(const char* path);
+// False when it cannot be created, or exists.
 bool create_folder(const char* path);
-// Deletes every file in `folder` (subfolders stay, failures are ignored).
+// Deletes every file in `folder` that is wanted (subfolders and links to
+// folders stay, failures are ignored). The names are gathered first.
 void delete_files_in(const char* folder,
                      const std::function<bool(std::string_view name)>& wanted);
-// The path of a drive or share root ("C:", "\\\\server\\share", "/").
+// The path of a drive or share root ("C:", "C:\", "\\server\share", "/"); the
+// empty path, too, and what the system resolves to such ("/tmp/..").
 bool is_root_folder(std::string_view folder);
 // Made absolute against the working folder; unchanged when that fails.
 std::string absolute_path(const char* path);
-// Whether two paths name the same file as far as the system compares names.
+// Whether two paths name the same file as far as the system compares names: by
+// byte, on Windows without regard to case and to the kind of separator. Doubled
+// separators, one at the end and "." parts do not count. No file is looked at.
 bool same_path(std::string_view a, std::string_view b);
 
 // Broken-down local time.
 struct LocalTime {
-  int year = 0;  // four digits
+  int year = 0;   // four digits
   int month = 0;  // 1-12
   int day = 0;
   int hour = 0;

@@ -1,0 +1,105 @@
+// Copying one file. The system moves the bytes itself where it can (on some
+// file systems by sharing them); a plain loop takes up wherever that ends.
+//
+// Tested by tests/unit/platform/copy_test.cpp
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <memory>
+
+#include "platform/files.h"
+#include "platform/posix/descriptor.h"
+
+namespace zenfo::platform {
+namespace {
+
+constexpr size_t kMostPerCall = size_t{1} << 30;
+constexpr size_t kBlockSize = 256 * 1024;
+constexpr int kOpenFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+
+bool same_file(const struct stat& a, const struct stat& b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+bool write_all(int to, const char* data, size_t size) {
+  while (size > 0) {
+    const ssize_t count = uninterrupted([&] { return write(to, data, size); });
+    if (count <= 0) return false;
+    data += count;
+    size -= static_cast<size_t>(count);
+  }
+  return true;
+}
+
+// Both move the positions of both files; the loop goes on where the system's
+// own copy gave up, and finds the end where it did not.
+void copy_in_system(int from, int to) {
+  while (copy_file_range(from, nullptr, to, nullptr, kMostPerCall, 0) > 0) {
+  }
+}
+
+bool copy_in_blocks(int from, int to) {
+  const auto block = std::make_unique_for_overwrite<char[]>(kBlockSize);
+  for (;;) {
+    const ssize_t count =
+        uninterrupted([&] { return read(from, block.get(), kBlockSize); });
+    if (count == 0) return true;
+    if (count < 0) return false;
+    if (!write_all(to, block.get(), static_cast<size_t>(count))) return false;
+  }
+}
+
+// A longer file of that name keeps nothing of its old end.
+bool cut_behind_copy(int to) {
+  const off_t end = lseek(to, 0, SEEK_CUR);
+  return end >= 0 && ftruncate(to, end) == 0;
+}
+
+// As far as the target's owner and file system allow: the bytes count.
+void copy_mode_and_times(const struct stat& source, int to) {
+  const struct timespec times[] = {source.st_atim, source.st_mtim};
+  [[maybe_unused]] const int mode_result = fchmod(to, source.st_mode & 0777);
+  futimens(to, times);
+}
+
+// Half a copy must not be taken for a whole one. Behind a link only the bytes
+// go: the link was not made here.
+void discard(int to_file, const struct stat& target, const char* to) {
+  struct stat named;
+  if (lstat(to, &named) == 0 && same_file(named, target)) {
+    unlink(to);
+  } else {
+    [[maybe_unused]] const int result = ftruncate(to_file, 0);
+  }
+}
+
+}  // namespace
+
+bool copy_file(const char* from, const char* to) {
+  const Descriptor source_file(open(from, O_RDONLY | kOpenFlags));
+  struct stat source;
+  if (!source_file.is_open() || fstat(source_file.get(), &source) != 0 ||
+      !S_ISREG(source.st_mode)) {
+    return false;
+  }
+  Descriptor target_file(open(to, O_WRONLY | O_CREAT | kOpenFlags,
+                              (source.st_mode & 0777) | 0200));
+  struct stat target;
+  if (!target_file.is_open() || fstat(target_file.get(), &target) != 0 ||
+      !S_ISREG(target.st_mode) || same_file(source, target)) {
+    return false;
+  }
+  copy_in_system(source_file.get(), target_file.get());
+  if (!copy_in_blocks(source_file.get(), target_file.get()) ||
+      !cut_behind_copy(target_file.get())) {
+    discard(target_file.get(), target, to);
+    return false;
+  }
+  copy_mode_and_times(source, target_file.get());
+  if (target_file.close()) return true;
+  unlink(to);
+  return false;
+}
+
+}  // namespace zenfo::platform

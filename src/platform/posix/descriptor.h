@@ -1,0 +1,52 @@
+// A file descriptor and its owner.
+//
+// Tested by tests/unit/platform/files_test.cpp
+#pragma once
+
+#include <errno.h>
+#include <unistd.h>
+
+namespace zenfo::platform {
+
+// Owns a descriptor, or none (-1), and closes it.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+  ~Descriptor() { reset(-1); }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  int get() const { return descriptor_; }
+  bool is_open() const { return descriptor_ >= 0; }
+
+  void reset(int descriptor) {
+    if (is_open()) ::close(descriptor_);
+    descriptor_ = descriptor;
+  }
+  int release() {
+    const int descriptor = descriptor_;
+    descriptor_ = -1;
+    return descriptor;
+  }
+  // False when the system reports that something written was lost.
+  bool close() {
+    if (!is_open()) return true;
+    const int result = ::close(descriptor_);
+    descriptor_ = -1;
+    return result == 0 || errno == EINTR;  // Linux has closed it then, too
+  }
+
+ private:
+  int descriptor_ = -1;
+};
+
+// Calls until the call is not interrupted by a signal.
+template <class Call>
+auto uninterrupted(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
+}  // namespace zenfo::platform

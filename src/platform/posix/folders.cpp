@@ -1,0 +1,181 @@
+// Listing folders. A folder is read once, in large pieces; the system tells
+// with each name what it is, so that only links cost a call of their own. The
+// names lie in one text, sorted, so that every run finds the same order.
+//
+// Tested by tests/unit/platform/folders_test.cpp
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/posix/descriptor.h"
+#include "platform/wildcard.h"
+
+namespace zenfo::platform {
+namespace {
+
+constexpr size_t kReadSize = 64 * 1024;
+
+enum class Kind : unsigned char { kFile, kFolder, kLinkToFolder, kOther };
+
+Kind kind_of_mode(mode_t mode) {
+  if (S_ISREG(mode)) return Kind::kFile;
+  return S_ISDIR(mode) ? Kind::kFolder : Kind::kOther;
+}
+
+Kind follow_link(int folder, const char* name) {
+  struct stat found;
+  if (fstatat(folder, name, &found, 0) != 0) return Kind::kOther;
+  const Kind kind = kind_of_mode(found.st_mode);
+  return kind == Kind::kFolder ? Kind::kLinkToFolder : kind;
+}
+
+// Without what the name came with: not every file system tells the kind.
+Kind ask_kind(int folder, const char* name) {
+  struct stat found;
+  if (fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) != 0) {
+    return Kind::kOther;
+  }
+  return S_ISLNK(found.st_mode) ? follow_link(folder, name)
+                                : kind_of_mode(found.st_mode);
+}
+
+Kind kind_of(int folder, const dirent64& entry) {
+  switch (entry.d_type) {
+    case DT_REG:
+      return Kind::kFile;
+    case DT_DIR:
+      return Kind::kFolder;
+    case DT_LNK:
+      return follow_link(folder, entry.d_name);
+    case DT_UNKNOWN:
+      return ask_kind(folder, entry.d_name);
+    default:
+      return Kind::kOther;
+  }
+}
+
+// "/" behind the path makes "" the root, as it is in "" + "/" + name, and
+// refuses what is no folder.
+int open_folder(const std::string& path) {
+  return open((path + '/').c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+}
+
+// Hands every entry, "." and ".." too, to `take`; what cannot be read is left
+// out.
+template <class Take>
+void read_folder(int folder, Take take) {
+  const auto buffer = std::make_unique_for_overwrite<char[]>(kReadSize);
+  for (;;) {
+    const ssize_t size = getdents64(folder, buffer.get(), kReadSize);
+    if (size <= 0) return;
+    for (ssize_t at = 0; at < size;) {
+      const auto& entry = *reinterpret_cast<const dirent64*>(buffer.get() + at);
+      take(entry);
+      at += entry.d_reclen;
+    }
+  }
+}
+
+}  // namespace
+
+struct FolderListing::State {
+  struct Entry {
+    size_t offset;
+    unsigned short length;
+    Kind kind;
+  };
+
+  bool is_read = false;
+  std::string names;
+  std::vector<Entry> entries;
+
+  std::string_view name(const Entry& entry) const {
+    return std::string_view(names).substr(entry.offset, entry.length);
+  }
+  void read(const std::string& path);
+  void add(int folder, const dirent64& entry);
+  template <class Wanted>
+  bool visit(const std::string& path, Wanted wanted, const Visitor& visitor);
+};
+
+void FolderListing::State::add(int folder, const dirent64& entry) {
+  if (entry.d_name[0] == '.') return;
+  const Kind kind = kind_of(folder, entry);
+  if (kind != Kind::kFile && kind != Kind::kFolder) return;
+  const std::string_view found(entry.d_name);
+  entries.push_back(
+      {names.size(), static_cast<unsigned short>(found.size()), kind});
+  names += found;
+}
+
+void FolderListing::State::read(const std::string& path) {
+  is_read = true;
+  const Descriptor folder(open_folder(path));
+  if (!folder.is_open()) return;
+  read_folder(folder.get(),
+              [&](const dirent64& entry) { add(folder.get(), entry); });
+  std::sort(entries.begin(), entries.end(),
+            [&](const Entry& a, const Entry& b) { return name(a) < name(b); });
+  names.shrink_to_fit();
+  entries.shrink_to_fit();
+}
+
+// The visitor may move the listing, not destroy it.
+template <class Wanted>
+bool FolderListing::State::visit(const std::string& path, Wanted wanted,
+                                 const Visitor& visitor) {
+  if (!is_read) read(path);
+  for (const Entry& entry : entries) {
+    if (wanted(entry) && !visitor(name(entry))) return false;
+  }
+  return true;
+}
+
+FolderListing::FolderListing(std::string path)
+    : path_(std::move(path)), state_(std::make_unique<State>()) {}
+FolderListing::~FolderListing() = default;
+FolderListing::FolderListing(FolderListing&&) noexcept = default;
+FolderListing& FolderListing::operator=(FolderListing&&) noexcept = default;
+
+bool FolderListing::visit_folders(const Visitor& visit) {
+  return state_->visit(
+      path_,
+      [](const State::Entry& entry) { return entry.kind == Kind::kFolder; },
+      visit);
+}
+
+bool FolderListing::visit_files(const char* pattern, const Visitor& visit) {
+  const WildcardPattern wildcard(pattern);
+  State& state = *state_;
+  return state.visit(
+      path_,
+      [&](const State::Entry& entry) {
+        return entry.kind == Kind::kFile && wildcard.matches(state.name(entry));
+      },
+      visit);
+}
+
+void delete_files_in(const char* folder,
+                     const std::function<bool(std::string_view name)>& wanted) {
+  const Descriptor handle(open_folder(folder));
+  if (!handle.is_open()) return;
+  std::vector<std::string> names;
+  read_folder(handle.get(), [&](const dirent64& entry) {
+    // Asked of each name: what is about to go is worth a call.
+    const Kind kind = ask_kind(handle.get(), entry.d_name);
+    if (kind == Kind::kFile || kind == Kind::kOther) {
+      names.emplace_back(entry.d_name);
+    }
+  });
+  for (const std::string& name : names) {
+    if (wanted(name)) unlinkat(handle.get(), name.c_str(), 0);
+  }
+}
+
+}  // namespace zenfo::platform

@@ -1,0 +1,27 @@
+// Where a path is looked up: from a folder that is already open, by its bare
+// name, or from the working folder.
+//
+// Tested by tests/unit/platform/files_test.cpp
+#pragma once
+
+#include <string>
+
+#include "platform/files.h"
+#include "platform/posix/descriptor.h"
+
+namespace zenfo::platform {
+
+struct NearbyFolder::State {
+  std::string folder;  // up to and with its last slash
+  Descriptor handle;   // opened when the folder is asked for again
+};
+
+// What the "...at" calls take. Valid as long as the path and the folder.
+struct Place {
+  int folder;
+  const char* name;
+};
+
+Place locate(const char* path, NearbyFolder* nearby);
+
+}  // namespace zenfo::platform

@@ -1,0 +1,38 @@
+// Paths against the system: roots, the working folder, names alike.
+//
+// Tested by tests/unit/platform/paths_test.cpp
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/files.h"
+#include "platform/path_text.h"
+
+namespace zenfo::platform {
+
+bool is_root_folder(std::string_view folder) {
+  if (is_root_text(folder, PathStyle::kPosix)) return true;
+  // "/tmp/.." and a link to "/" are the root as well.
+  struct stat root;
+  struct stat named;
+  return stat("/", &root) == 0 &&
+         stat(std::string(folder).c_str(), &named) == 0 &&
+         root.st_dev == named.st_dev && root.st_ino == named.st_ino;
+}
+
+std::string absolute_path(const char* path) {
+  if (path[0] == '\0' || path[0] == '/') return path;
+  const std::unique_ptr<char, decltype(&free)> working_folder(
+      getcwd(nullptr, 0), &free);
+  if (!working_folder) return path;
+  std::string absolute = working_folder.get();
+  if (absolute.back() != '/') absolute += '/';
+  return absolute + path;
+}
+
+bool same_path(std::string_view a, std::string_view b) {
+  return a == b ||
+         plain_path(a, PathStyle::kPosix) == plain_path(b, PathStyle::kPosix);
+}
+
+}  // namespace zenfo::platform

@@ -1,0 +1,128 @@
+// Reading and writing open files on bare descriptors. Every file is opened
+// without waiting, so that a pipe without a partner never stops a run.
+//
+// Tested by tests/unit/platform/streams_test.cpp
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "platform/files.h"
+#include "platform/posix/nearby_folder.h"
+
+namespace zenfo::platform {
+namespace {
+
+// Linux moves at most 2 GB less a page in one call.
+constexpr size_t kMostPerCall = size_t{1} << 30;
+
+constexpr int kOpenFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+
+constexpr int flags_of(OutputMode mode) {
+  switch (mode) {
+    case OutputMode::kTruncate:
+      return O_TRUNC;
+    case OutputMode::kAppend:
+      return O_APPEND;
+    case OutputMode::kOverwrite:
+      break;
+  }
+  return 0;
+}
+
+// A reader that takes its time (a terminal, a pipe) is waited for once the
+// file is open. False when there is nothing to wait for.
+bool wait_from_now_on(int descriptor) {
+  const int flags = fcntl(descriptor, F_GETFL);
+  if (flags < 0 || (flags & O_NONBLOCK) == 0) return false;
+  return fcntl(descriptor, F_SETFL, flags & ~O_NONBLOCK) == 0;
+}
+
+ssize_t write_some(int descriptor, const char* data, size_t size) {
+  const auto call = [&] {
+    return ::write(descriptor, data, std::min(size, kMostPerCall));
+  };
+  const ssize_t count = uninterrupted(call);
+  if (count >= 0 || errno != EAGAIN || !wait_from_now_on(descriptor)) {
+    return count;
+  }
+  return uninterrupted(call);
+}
+
+}  // namespace
+
+bool InputFile::open(const char* path, NearbyFolder* nearby) {
+  close();
+  const Place place = locate(path, nearby);
+  Descriptor file(uninterrupted(
+      [&] { return openat(place.folder, place.name, O_RDONLY | kOpenFlags); }));
+  if (!file.is_open()) return false;
+  // A folder opens like a file but refuses even this; half the cost of fstat.
+  char none;
+  if (::read(file.get(), &none, 0) < 0) return false;
+  handle_ = file.release();
+  return true;
+}
+
+int64_t InputFile::read(void* buffer, size_t size) {
+  const int descriptor = static_cast<int>(handle_);
+  size_t done = 0;
+  while (done < size) {
+    const size_t part = std::min(size - done, kMostPerCall);
+    const ssize_t count = uninterrupted([&] {
+      return ::read(descriptor, static_cast<char*>(buffer) + done, part);
+    });
+    if (count < 0) return -1;
+    done += static_cast<size_t>(count);
+    // Short means at the end; asking again would cost a call for every file.
+    if (static_cast<size_t>(count) < part) break;
+  }
+  return static_cast<int64_t>(done);
+}
+
+int64_t InputFile::size() {
+  struct stat found;
+  if (fstat(static_cast<int>(handle_), &found) != 0) return -1;
+  return S_ISREG(found.st_mode) ? static_cast<int64_t>(found.st_size) : -1;
+}
+
+void InputFile::close() {
+  if (is_open()) ::close(static_cast<int>(handle_));
+  handle_ = kNone;
+}
+
+bool OutputFile::open(const char* path, OutputMode mode) {
+  close();
+  const int flags = O_WRONLY | O_CREAT | kOpenFlags | flags_of(mode);
+  handle_ = uninterrupted([&] { return ::open(path, flags, 0666); });
+  mode_ = mode;
+  return is_open();
+}
+
+bool OutputFile::write(const void* data, size_t size) {
+  const char* rest = static_cast<const char*>(data);
+  while (size > 0) {
+    const ssize_t count = write_some(static_cast<int>(handle_), rest, size);
+    if (count <= 0) return false;
+    rest += count;
+    size -= static_cast<size_t>(count);
+  }
+  return true;
+}
+
+bool OutputFile::set_end() {
+  if (mode_ != OutputMode::kOverwrite) return is_open();
+  const int descriptor = static_cast<int>(handle_);
+  const off_t end = lseek(descriptor, 0, SEEK_CUR);
+  if (end < 0) return false;
+  return uninterrupted([&] { return ftruncate(descriptor, end); }) == 0;
+}
+
+bool OutputFile::close() {
+  Descriptor file(static_cast<int>(handle_));
+  handle_ = kNone;
+  return file.close();
+}
+
+}  // namespace zenfo::platform

@@ -1,0 +1,149 @@
+// Files by name, on both systems.
+#include "platform/files.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+
+#include "support/scratch_folder.h"
+
+namespace zenfo::platform {
+namespace {
+
+using test::ScratchFolder;
+
+constexpr uint64_t kMinute = 600000000;  // in steps of 100 ns
+
+uint64_t file_time_now() {
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  return static_cast<uint64_t>(
+             std::chrono::duration_cast<std::chrono::seconds>(now).count() +
+             11644473600) *
+         10000000;
+}
+
+TEST(ReadFileFacts, TellsSizeAndTimesOfAFile) {
+  const ScratchFolder folder;
+  const std::string path = folder.write("a.txt", std::string(70000, 'x'));
+  FileFacts facts;
+  ASSERT_TRUE(read_file_facts(path.c_str(), facts));
+  EXPECT_EQ(70000u, facts.size);
+  EXPECT_NE(0u, facts.attributes);
+  EXPECT_EQ(0u, facts.attributes & (kAttributeReadOnly | kAttributeHidden |
+                                    kAttributeDirectory));
+  const uint64_t now = file_time_now();
+  for (const uint64_t time :
+       {facts.creation_time, facts.access_time, facts.write_time}) {
+    EXPECT_GT(time, now - kMinute);
+    EXPECT_LT(time, now + kMinute);
+  }
+}
+
+TEST(ReadFileFacts, TellsFoldersByTheirBitAndWithoutSize) {
+  const ScratchFolder folder;
+  FileFacts facts;
+  facts.size = 1;
+  ASSERT_TRUE(read_file_facts(folder.path().c_str(), facts));
+  EXPECT_EQ(kAttributeDirectory, facts.attributes & kAttributeDirectory);
+  EXPECT_EQ(0u, facts.size);
+}
+
+TEST(ReadFileFacts, LeavesFactsAloneWhenItFails) {
+  const ScratchFolder folder;
+  const std::string file = folder.write("file", "x");
+  const std::string inside_file = file + kPathSeparator + "x";
+  for (const std::string& path :
+       {std::string(), folder.path("missing"), inside_file,
+        folder.path(std::string(300, 'n')), std::string(100000, 'p')}) {
+    FileFacts facts{1, 2, 3, 4, 5};
+    EXPECT_FALSE(read_file_facts(path.c_str(), facts)) << path.substr(0, 80);
+    EXPECT_EQ(1u, facts.attributes);
+    EXPECT_EQ(2u, facts.size);
+    EXPECT_EQ(3u, facts.creation_time);
+    EXPECT_EQ(4u, facts.access_time);
+    EXPECT_EQ(5u, facts.write_time);
+  }
+}
+
+TEST(ReadFileFacts, AnswersAlikeWithANearbyFolder) {
+  const ScratchFolder folder;
+  folder.make_folder("one");
+  folder.make_folder("two");
+  const std::string s(1, kPathSeparator);
+  const std::string paths[] = {folder.write("one" + s + "a", "1"),
+                               folder.write("one" + s + "b", "22"),
+                               folder.write("one" + s + "c", "333"),
+                               folder.write("two" + s + "a", "4444"),
+                               folder.write("two" + s + "b", ""),
+                               folder.write("x", "55555")};
+  const uint64_t sizes[] = {1, 2, 3, 4, 0, 5};
+  NearbyFolder nearby;
+  for (const size_t i : {0, 1, 2, 3, 4, 5, 2, 1, 0, 4, 4, 0, 3}) {
+    FileFacts facts;
+    ASSERT_TRUE(read_file_facts(paths[i].c_str(), facts, &nearby)) << i;
+    EXPECT_EQ(sizes[i], facts.size) << i;
+  }
+  for (int i = 0; i < 3; ++i) {
+    FileFacts facts;
+    const std::string missing = folder.path("no") + s + "a";
+    EXPECT_FALSE(read_file_facts(missing.c_str(), facts, &nearby));
+    const std::string empty_name = folder.path("one") + s;
+    ASSERT_TRUE(read_file_facts(empty_name.c_str(), facts, &nearby));
+    EXPECT_EQ(kAttributeDirectory, facts.attributes & kAttributeDirectory);
+  }
+}
+
+TEST(IsFile, IsTrueForFilesOnly) {
+  const ScratchFolder folder;
+  const std::string file = folder.write("a", "");
+  EXPECT_TRUE(is_file(file.c_str()));
+  EXPECT_FALSE(is_file(folder.path().c_str()));
+  EXPECT_FALSE(is_file(folder.path("b").c_str()));
+  EXPECT_FALSE(is_file(""));
+}
+
+TEST(IsFolder, IsTrueForFoldersOnly) {
+  const ScratchFolder folder;
+  const std::string file = folder.write("a", "");
+  EXPECT_TRUE(is_folder(folder.path().c_str()));
+  EXPECT_TRUE(is_folder(folder.path("").c_str()));
+  EXPECT_FALSE(is_folder(file.c_str()));
+  EXPECT_FALSE(is_folder(folder.path("b").c_str()));
+  EXPECT_FALSE(is_folder(""));
+}
+
+TEST(Exists, NeverFindsAPattern) {
+  const ScratchFolder folder;
+  folder.write("abc", "");
+  EXPECT_TRUE(exists(folder.path("abc").c_str()));
+  EXPECT_TRUE(exists(folder.path().c_str()));
+  EXPECT_FALSE(exists(folder.path("abd").c_str()));
+  EXPECT_FALSE(exists(folder.path("a*").c_str()));
+  EXPECT_FALSE(exists(folder.path("ab?").c_str()));
+  EXPECT_FALSE(exists(""));
+}
+
+TEST(DeleteFile, DeletesFilesAndNoFolders) {
+  const ScratchFolder folder;
+  const std::string file = folder.write("a", "x");
+  EXPECT_TRUE(delete_file(file.c_str()));
+  EXPECT_FALSE(exists(file.c_str()));
+  EXPECT_FALSE(delete_file(file.c_str()));
+  const std::string inner = folder.make_folder("b");
+  EXPECT_FALSE(delete_file(inner.c_str()));
+  EXPECT_TRUE(is_folder(inner.c_str()));
+}
+
+TEST(CreateFolder, FailsForWhatExistsOrHasNoParent) {
+  const ScratchFolder folder;
+  EXPECT_TRUE(create_folder(folder.path("a").c_str()));
+  EXPECT_TRUE(is_folder(folder.path("a").c_str()));
+  EXPECT_FALSE(create_folder(folder.path("a").c_str()));
+  const std::string deep = folder.path("b") + kPathSeparator + "c";
+  EXPECT_FALSE(create_folder(deep.c_str()));
+  EXPECT_FALSE(create_folder(""));
+}
+
+}  // namespace
+}  // namespace zenfo::platform

@@ -1,0 +1,139 @@
+// Copying a file: mode, times, links, what is no file, and a copy cut short.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "platform/files.h"
+#include "support/scratch_folder.h"
+
+namespace zenfo::platform {
+namespace {
+
+using test::read_bytes;
+using test::ScratchFolder;
+
+struct stat stat_of(const std::string& path) {
+  struct stat found = {};
+  EXPECT_EQ(0, stat(path.c_str(), &found)) << path;
+  return found;
+}
+
+// Copies while no file may grow behind `size` bytes.
+bool copy_with_limit(rlim_t size, const std::string& from,
+                     const std::string& to) {
+  const sighandler_t old_handler = signal(SIGXFSZ, SIG_IGN);
+  struct rlimit old_limit;
+  getrlimit(RLIMIT_FSIZE, &old_limit);
+  const struct rlimit limit = {size, old_limit.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &limit);
+  const bool copied = copy_file(from.c_str(), to.c_str());
+  setrlimit(RLIMIT_FSIZE, &old_limit);
+  signal(SIGXFSZ, old_handler);
+  return copied;
+}
+
+TEST(PosixCopyFile, KeepsModeAndTimesToTheNanosecond) {
+  const ScratchFolder folder;
+  const std::string from = folder.write("from", "content");
+  const struct timespec times[] = {{1234567890, 123456789},
+                                   {987654321, 987654321}};
+  for (const mode_t mode : {0600, 0644, 0755, 0444, 0666}) {
+    for (const bool target_exists : {false, true}) {
+      const std::string to = folder.path("to");
+      unlink(to.c_str());
+      if (target_exists) folder.write("to", "old and longer content");
+      ASSERT_EQ(0, chmod(from.c_str(), mode));
+      ASSERT_EQ(0, utimensat(AT_FDCWD, from.c_str(), times, 0));
+      ASSERT_TRUE(copy_file(from.c_str(), to.c_str()));
+      const struct stat copy = stat_of(to);
+      EXPECT_EQ(mode, copy.st_mode & 07777);
+      EXPECT_EQ(times[0].tv_sec, copy.st_atim.tv_sec);
+      EXPECT_EQ(times[0].tv_nsec, copy.st_atim.tv_nsec);
+      EXPECT_EQ(times[1].tv_sec, copy.st_mtim.tv_sec);
+      EXPECT_EQ(times[1].tv_nsec, copy.st_mtim.tv_nsec);
+      EXPECT_EQ("content", read_bytes(to));
+    }
+  }
+}
+
+TEST(PosixCopyFile, TakesLinksForWhatTheyLeadTo) {
+  const ScratchFolder folder;
+  const std::string file = folder.write("file", "content");
+  const std::string other = folder.write("other", "other");
+  const std::string link = folder.path("link");
+  const std::string twin = folder.path("twin");
+  ASSERT_EQ(0, symlink("file", link.c_str()));
+  ASSERT_EQ(0, ::link(file.c_str(), twin.c_str()));
+  for (const std::string& same : {link, twin}) {
+    EXPECT_FALSE(copy_file(file.c_str(), same.c_str()));
+    EXPECT_FALSE(copy_file(same.c_str(), file.c_str()));
+  }
+  EXPECT_EQ("content", read_bytes(file));
+  EXPECT_TRUE(copy_file(other.c_str(), link.c_str()));
+  EXPECT_EQ("other", read_bytes(file));
+}
+
+TEST(PosixCopyFile, RefusesWhatIsNoOrdinaryFile) {
+  const ScratchFolder folder;
+  const std::string pipe = folder.path("pipe");
+  const std::string to = folder.path("to");
+  const std::string file = folder.write("file", "content");
+  ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
+  EXPECT_FALSE(copy_file(pipe.c_str(), to.c_str()));
+  EXPECT_FALSE(copy_file("/dev/null", to.c_str()));
+  EXPECT_FALSE(exists(to.c_str()));
+  EXPECT_FALSE(copy_file(file.c_str(), pipe.c_str()));
+  EXPECT_FALSE(copy_file(file.c_str(), "/dev/null"));
+  const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
+  EXPECT_FALSE(copy_file(file.c_str(), pipe.c_str()));
+  close(reader);
+  EXPECT_TRUE(exists(pipe.c_str()));
+}
+
+// Its size is 0 and the system's own copy finds nothing in it.
+TEST(PosixCopyFile, CopiesFilesThatHideTheirSize) {
+  const ScratchFolder folder;
+  const std::string to = folder.path("to");
+  ASSERT_TRUE(copy_file("/proc/self/cmdline", to.c_str()));
+  EXPECT_EQ(read_bytes("/proc/self/cmdline"), read_bytes(to));
+  EXPECT_NE("", read_bytes(to));
+}
+
+TEST(PosixCopyFile, RemovesACopyCutShort) {
+  const ScratchFolder folder;
+  const std::string from = folder.write("from", std::string(100000, 'x'));
+  const std::string to = folder.path("to");
+  EXPECT_FALSE(copy_with_limit(5000, from, to));
+  EXPECT_FALSE(exists(to.c_str()));
+  folder.write("to", "old");
+  EXPECT_FALSE(copy_with_limit(5000, from, to));
+  EXPECT_FALSE(exists(to.c_str()));
+  EXPECT_TRUE(copy_with_limit(100000, from, to));
+  EXPECT_EQ(read_bytes(from), read_bytes(to));
+}
+
+TEST(PosixCopyFile, EmptiesTheFileBehindALinkWhenCutShort) {
+  const ScratchFolder folder;
+  const std::string from = folder.write("from", std::string(100000, 'x'));
+  const std::string file = folder.write("file", "old");
+  const std::string link = folder.path("link");
+  ASSERT_EQ(0, symlink("file", link.c_str()));
+  EXPECT_FALSE(copy_with_limit(5000, from, link));
+  EXPECT_TRUE(exists(link.c_str()));
+  EXPECT_EQ("", read_bytes(file));
+}
+
+TEST(PosixCopyFile, RemovesTheTargetWhenTheSourceCannotBeRead) {
+  const ScratchFolder folder;
+  const std::string to = folder.path("to");
+  EXPECT_FALSE(copy_file("/proc/self/mem", to.c_str()));
+  EXPECT_FALSE(exists(to.c_str()));
+}
+
+}  // namespace
+}  // namespace zenfo::platform
