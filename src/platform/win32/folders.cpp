@@ -1,0 +1,86 @@
+// Listing folders. Every listing is one query of the system's file search,
+// which matches the patterns itself, short file names included.
+//
+// Tested by tests/unit/platform/folders_test.cpp
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/win32/system.h"
+
+namespace zenfo::platform {
+namespace {
+
+// One query, closed by the destructor.
+class Query {
+ public:
+  explicit Query(const std::string& pattern)
+      : handle_(FindFirstFileA(pattern.c_str(), &found_)) {}
+  ~Query() {
+    if (is_valid()) FindClose(handle_);
+  }
+  Query(const Query&) = delete;
+  Query& operator=(const Query&) = delete;
+
+  bool is_valid() const { return handle_ != INVALID_HANDLE_VALUE; }
+  bool next() { return FindNextFileA(handle_, &found_) != 0; }
+  const char* name() const { return found_.cFileName; }
+  bool is_folder() const {
+    return (found_.dwFileAttributes & kAttributeDirectory) != 0;
+  }
+
+ private:
+  WIN32_FIND_DATAA found_;
+  HANDLE handle_;
+};
+
+// False when `take` stopped it.
+template <class Take>
+bool visit_answers(const std::string& folder, const char* pattern, Take take) {
+  Query query(folder + kPathSeparator + pattern);
+  if (!query.is_valid()) return true;
+  do {
+    if (!take(query)) return false;
+  } while (query.next());
+  return true;
+}
+
+bool visit_kind(const std::string& folder, const char* pattern, bool folders,
+                const FolderListing::Visitor& visit) {
+  return visit_answers(folder, pattern, [&](const Query& query) {
+    const bool wanted = query.is_folder() == folders && query.name()[0] != '.';
+    return !wanted || visit(query.name());
+  });
+}
+
+}  // namespace
+
+struct FolderListing::State {};
+
+FolderListing::FolderListing(std::string path) : path_(std::move(path)) {}
+FolderListing::~FolderListing() = default;
+FolderListing::FolderListing(FolderListing&&) noexcept = default;
+FolderListing& FolderListing::operator=(FolderListing&&) noexcept = default;
+
+bool FolderListing::visit_folders(const Visitor& visit) {
+  return visit_kind(path_, "*.*", true, visit);
+}
+
+bool FolderListing::visit_files(const char* pattern, const Visitor& visit) {
+  return visit_kind(path_, pattern, false, visit);
+}
+
+void delete_files_in(const char* folder,
+                     const std::function<bool(std::string_view name)>& wanted) {
+  std::vector<std::string> names;
+  visit_answers(folder, "*.*", [&](const Query& query) {
+    if (!query.is_folder()) names.emplace_back(query.name());
+    return true;
+  });
+  for (const std::string& name : names) {
+    if (wanted(name)) {
+      DeleteFileA((std::string(folder) + kPathSeparator + name).c_str());
+    }
+  }
+}
+
+}  // namespace zenfo::platform

@@ -1,0 +1,116 @@
+// Reading and writing open files on bare handles, shared with readers and
+// writers as C streams are.
+//
+// Tested by tests/unit/platform/streams_test.cpp
+#include <algorithm>
+
+#include "platform/files.h"
+#include "platform/win32/system.h"
+
+namespace zenfo::platform {
+namespace {
+
+constexpr size_t kMostPerCall = size_t{1} << 30;
+constexpr DWORD kShared = FILE_SHARE_READ | FILE_SHARE_WRITE;
+
+HANDLE to_handle(intptr_t handle) { return reinterpret_cast<HANDLE>(handle); }
+
+intptr_t to_number(HANDLE handle) { return reinterpret_cast<intptr_t>(handle); }
+
+struct Access {
+  DWORD rights;
+  DWORD disposition;
+};
+
+constexpr Access access_of(OutputMode mode) {
+  switch (mode) {
+    case OutputMode::kTruncate:
+      return {GENERIC_WRITE, CREATE_ALWAYS};
+    case OutputMode::kAppend:
+      return {FILE_APPEND_DATA, OPEN_ALWAYS};
+    case OutputMode::kOverwrite:
+      break;
+  }
+  return {GENERIC_WRITE, OPEN_ALWAYS};
+}
+
+}  // namespace
+
+bool InputFile::open(const char* path, NearbyFolder*) {
+  close();
+  const HANDLE file =
+      CreateFileA(path, GENERIC_READ, kShared, nullptr, OPEN_EXISTING,
+                  FILE_ATTRIBUTE_NORMAL | FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  if (GetFileType(file) != FILE_TYPE_DISK) {  // reading a pipe would wait
+    CloseHandle(file);
+    return false;
+  }
+  handle_ = to_number(file);
+  return true;
+}
+
+int64_t InputFile::read(void* buffer, size_t size) {
+  size_t done = 0;
+  while (done < size) {
+    const auto part = static_cast<DWORD>(std::min(size - done, kMostPerCall));
+    DWORD count = 0;
+    if (!ReadFile(to_handle(handle_), static_cast<char*>(buffer) + done, part,
+                  &count, nullptr)) {
+      return -1;
+    }
+    done += count;
+    if (count < part) break;
+  }
+  return static_cast<int64_t>(done);
+}
+
+int64_t InputFile::size() {
+  LARGE_INTEGER size;
+  if (!GetFileSizeEx(to_handle(handle_), &size)) return -1;
+  return size.QuadPart;
+}
+
+void InputFile::close() {
+  if (is_open()) CloseHandle(to_handle(handle_));
+  handle_ = kNone;
+}
+
+bool OutputFile::open(const char* path, OutputMode mode) {
+  close();
+  const Access access = access_of(mode);
+  handle_ = to_number(CreateFileA(path, access.rights, kShared, nullptr,
+                                  access.disposition, FILE_ATTRIBUTE_NORMAL,
+                                  nullptr));
+  mode_ = mode;
+  return is_open();
+}
+
+bool OutputFile::write(const void* data, size_t size) {
+  const char* rest = static_cast<const char*>(data);
+  while (size > 0) {
+    const auto part = static_cast<DWORD>(std::min(size, kMostPerCall));
+    DWORD count = 0;
+    if (!WriteFile(to_handle(handle_), rest, part, &count, nullptr) ||
+        count == 0) {
+      return false;
+    }
+    rest += count;
+    size -= count;
+  }
+  return true;
+}
+
+bool OutputFile::set_end() {
+  if (mode_ != OutputMode::kOverwrite) return is_open();
+  return SetEndOfFile(to_handle(handle_)) != 0;
+}
+
+bool OutputFile::close() {
+  if (!is_open()) return true;
+  const bool closed = CloseHandle(to_handle(handle_)) != 0;
+  handle_ = kNone;
+  return closed;
+}
+
+}  // namespace zenfo::platform
