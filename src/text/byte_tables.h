@@ -13,16 +13,24 @@ namespace zenfo {
 struct ByteTables {
   std::array<uint8_t, 256> fold;          // tolower of every byte
   std::array<bool, 256> letter_or_digit;  // isalnum of every byte
+
+  // For vector filters, which cannot look a byte up: bytes that fold alike are
+  // alike once these bits are set in both (0x20 for a pair of letters).
+  std::array<uint8_t, 256> fold_bits;
+  // Whether the opposite holds too: alike with these bits set, so folded
+  // alike. True for every byte of an ordinary locale.
+  std::array<bool, 256> fold_bits_suffice;
 };
 
-// The tables in force. Built on first use.
+// The tables in force. Built on first use; the reference stays good for the
+// whole process, its contents until the next refresh_byte_tables().
 const ByteTables& byte_tables();
 // Asks the C library again; every operation that compares texts calls it once
 // at its start, so that a host's setlocale takes effect.
 void refresh_byte_tables();
 
 // Compares without regard to case: the difference of the first pair of bytes
-// that differ after folding, a text's end counting as a zero byte.
+// that differ after folding, a text's end counting as zero bytes without end.
 int32_t compare_ignoring_case(std::string_view a, std::string_view b);
 
 }  // namespace zenfo

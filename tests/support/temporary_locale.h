@@ -1,0 +1,45 @@
+// A locale of 8-bit letters, made for one test and left again at its end.
+#pragma once
+
+#include <clocale>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "text/byte_tables.h"
+
+namespace zenfo::test {
+
+// In force (for bytes and the tables) while the object lives, if it could be
+// made: the system needs localedef and the locale sources.
+class LatinLocale {
+ public:
+  LatinLocale() {
+    char folder[] = "/tmp/zenfo_locale_XXXXXX";
+    if (mkdtemp(folder) == nullptr) return;
+    folder_ = folder;
+    const std::string make =
+        "localedef --no-archive -c -i de_DE -f ISO-8859-1 " + folder_ +
+        "/zenfo_latin >/dev/null 2>&1";
+    if (std::system(make.c_str()) == -1) return;
+    setenv("LOCPATH", folder_.c_str(), 1);
+    in_force_ = std::setlocale(LC_CTYPE, "zenfo_latin") != nullptr;
+    refresh_byte_tables();
+  }
+  ~LatinLocale() {
+    std::setlocale(LC_CTYPE, "C");
+    unsetenv("LOCPATH");
+    refresh_byte_tables();
+    if (!folder_.empty()) std::filesystem::remove_all(folder_);
+  }
+  LatinLocale(const LatinLocale&) = delete;
+  LatinLocale& operator=(const LatinLocale&) = delete;
+
+  bool in_force() const { return in_force_; }
+
+ private:
+  std::string folder_;
+  bool in_force_ = false;
+};
+
+}  // namespace zenfo::test
