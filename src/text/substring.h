@@ -1,8 +1,8 @@
 // Plain substring search, shared by the whole library.
 //
-// find_substring is the definition: its simple loop is kept for blank skipping
-// and, in tests, as the oracle of the fast kernels. SubstringSearcher prepares
-// a needle once and finds it many times.
+// find_substring compares byte by byte where blanks are skipped; everything
+// else is the work of SubstringSearcher, which prepares a needle once and finds
+// it many times with the vector kernels. Both answer the same first occurrence.
 //
 // Tested by tests/unit/text/substring_test.cpp
 #pragma once
@@ -11,11 +11,15 @@
 #include <cstdint>
 #include <string_view>
 
+#include "text/substring_kernels.h"
+
 namespace zenfo {
 
 // First occurrence of the needle in [haystack, haystack_end), or null.
 //   case_sensitive  false compares both bytes after folding (byte_tables)
-//   skip_blanks     bytes 0x00-0x20 and 0x80-0xFF are passed over in both
+//   skip_blanks     bytes 0x00-0x20 and 0x80-0xFF are passed over in both; the
+//                   match spans the blanks inside it, those behind it only
+//                   when the needle ends in blanks
 //   matched_length  receives the bytes spanned in the haystack, 0 for none;
 //                   may be null
 // An empty haystack or needle finds nothing.
@@ -25,22 +29,60 @@ const char* find_substring(const char* haystack, const char* needle,
                            size_t* matched_length = nullptr);
 
 // A needle made ready for many searches without blank skipping. Refers to the
-// needle's bytes, which must outlive it; allocates nothing. Fold tables are
-// those in force at construction.
+// needle's bytes, which must outlive it; allocates nothing, copies cheaply.
+// Ignoring case it goes by the fold table in force: make a new one after
+// refresh_byte_tables().
 class SubstringSearcher {
  public:
   SubstringSearcher() = default;  // finds nothing
-  SubstringSearcher(std::string_view needle, bool case_sensitive);
+  SubstringSearcher(std::string_view needle, bool case_sensitive)
+      : needle_(prepare_needle(needle, case_sensitive)) {}
 
   // First occurrence that lies within [from, end), or null. Never reads
-  // outside that range.
-  const char* find(const char* from, const char* end) const;
+  // outside that range; one that is empty or null finds nothing.
+  const char* find(const char* from, const char* end) const {
+    const char* found = nullptr;
+    find_many(from, end, 1, &found, 1);
+    return found;
+  }
 
-  size_t length() const { return needle_.size(); }
+  // Up to `capacity` (not 0) occurrences in order, each beginning `step` (not
+  // 0) bytes or more behind the one before: length() for those that do not
+  // overlap, 1 for all. Answers how many and moves `from` to where to go on,
+  // which is `end` once the range is searched.
+  size_t find_many(const char*& from, const char* end, size_t step,
+                   const char** found, size_t capacity) const {
+    if (needle_.scan == nullptr || from >= end) {
+      from = end;
+      return 0;
+    }
+    Matches matches{from, step, found, capacity};
+    needle_.scan(needle_, end, matches);
+    from = matches.resume;
+    return matches.count;
+  }
+
+  // Calls visit(occurrence) for each, as find_many() finds them, until it
+  // answers false. For frequent needles: it looks ahead of the visitor by some
+  // hundred occurrences, so hand it the text in windows when the visitor is
+  // expected to stop early or a host is to be asked on the way.
+  template <class Visitor>
+  void for_each(const char* from, const char* end, size_t step,
+                Visitor&& visit) const {
+    constexpr size_t kAtOnce = 256;
+    const char* found[kAtOnce];
+    while (from < end) {
+      const size_t count = find_many(from, end, step, found, kAtOnce);
+      for (size_t i = 0; i < count; ++i) {
+        if (!visit(found[i])) return;
+      }
+    }
+  }
+
+  size_t length() const { return needle_.bytes.size(); }
 
  private:
-  std::string_view needle_;
-  bool case_sensitive_ = true;
+  PreparedNeedle needle_;
 };
 
 }  // namespace zenfo
