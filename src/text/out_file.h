@@ -28,16 +28,17 @@ class OutFile {
   OutFile(const OutFile&) = delete;
   OutFile& operator=(const OutFile&) = delete;
 
+  // Opens a file, closing the one before. False leaves nothing open.
   bool open(const char* path, platform::OutputMode mode, LineEnds line_ends);
   bool is_open() const { return file_.is_open(); }
 
-  // Appends a piece; false once any write has failed.
+  // Appends a piece; false once any write has failed, or when nothing is open.
   bool write(std::string_view piece);
   bool write(char byte) { return write(std::string_view(&byte, 1)); }
   // Decimal digits of a number.
   bool write_number(unsigned long long number);
 
-  // Hands the gathered bytes to the system.
+  // Hands the gathered bytes to the system; false as for write().
   bool flush();
   // Flushes and closes; false when any write or the close failed. Closing a
   // closed file answers true.
@@ -46,10 +47,14 @@ class OutFile {
  private:
   static constexpr size_t kBufferSize = size_t{1} << 18;
 
+  bool write_raw(std::string_view piece);
+  bool write_expanded(std::string_view piece);
+  bool hand_over(std::string_view bytes);
+
   platform::OutputFile file_;
   LineEnds line_ends_ = LineEnds::kRaw;
   bool failed_ = false;
-  std::string buffer_;
+  std::string buffer_;  // never more than kBufferSize bytes
 };
 
 }  // namespace zenfo
