@@ -6,8 +6,10 @@
 // given. Every call states what a failure leaves behind; none throws except for
 // memory and what a visitor throws.
 //
-// Tested by tests/unit/platform/files_test.cpp, folders_test.cpp,
-// streams_test.cpp, copy_test.cpp, paths_test.cpp, times_test.cpp
+// Tested by tests/unit/platform/files_test.cpp,
+// tests/unit/platform/folders_test.cpp, tests/unit/platform/streams_test.cpp,
+// tests/unit/platform/copy_test.cpp, tests/unit/platform/paths_test.cpp,
+// tests/unit/platform/times_test.cpp
 #pragma once
 
 #include <cstddef>

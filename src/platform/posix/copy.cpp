@@ -1,7 +1,8 @@
 // Copying one file. The system moves the bytes itself where it can (on some
 // file systems by sharing them); a plain loop takes up wherever that ends.
 //
-// Tested by tests/unit/platform/copy_test.cpp
+// Tested by tests/unit/platform/copy_test.cpp,
+// tests/unit/platform/posix_copy_test.cpp
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 // A file descriptor and its owner.
 //
-// Tested by tests/unit/platform/files_test.cpp
+// Tested by tests/unit/platform/posix_streams_test.cpp
 #pragma once
 
 #include <errno.h>

@@ -1,6 +1,7 @@
 // Files by name: their facts, whether they exist, deleting, creating folders.
 //
-// Tested by tests/unit/platform/files_test.cpp
+// Tested by tests/unit/platform/files_test.cpp,
+// tests/unit/platform/posix_files_test.cpp
 #include "platform/files.h"
 
 #include <fcntl.h>

@@ -2,7 +2,8 @@
 // with each name what it is, so that only links cost a call of their own. The
 // names lie in one text, sorted, so that every run finds the same order.
 //
-// Tested by tests/unit/platform/folders_test.cpp
+// Tested by tests/unit/platform/folders_test.cpp,
+// tests/unit/platform/posix_folders_test.cpp
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>

@@ -2,7 +2,8 @@
 // row lies in it: a walk in random order then costs no more than plain paths,
 // a walk folder by folder saves resolving the folder for every file.
 //
-// Tested by tests/unit/platform/files_test.cpp
+// Tested by tests/unit/platform/files_test.cpp,
+// tests/unit/platform/posix_files_test.cpp
 #include "platform/posix/nearby_folder.h"
 
 #include <fcntl.h>

@@ -1,7 +1,8 @@
 // Where a path is looked up: from a folder that is already open, by its bare
 // name, or from the working folder.
 //
-// Tested by tests/unit/platform/files_test.cpp
+// Tested by tests/unit/platform/files_test.cpp,
+// tests/unit/platform/posix_files_test.cpp
 #pragma once
 
 #include <string>

@@ -1,6 +1,7 @@
 // Paths against the system: roots, the working folder, names alike.
 //
-// Tested by tests/unit/platform/paths_test.cpp
+// Tested by tests/unit/platform/paths_test.cpp,
+// tests/unit/platform/posix_paths_test.cpp
 #include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,7 +1,8 @@
 // Reading and writing open files on bare descriptors. Every file is opened
 // without waiting, so that a pipe without a partner never stops a run.
 //
-// Tested by tests/unit/platform/streams_test.cpp
+// Tested by tests/unit/platform/streams_test.cpp,
+// tests/unit/platform/posix_streams_test.cpp
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

@@ -1,7 +1,8 @@
 // Files by name: their facts, whether they exist, copying, deleting, creating
 // folders.
 //
-// Tested by tests/unit/platform/files_test.cpp
+// Tested by tests/unit/platform/files_test.cpp,
+// tests/unit/platform/copy_test.cpp
 #include "platform/files.h"
 
 #include <cstring>

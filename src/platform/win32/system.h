@@ -1,4 +1,6 @@
 // The one place that includes the system's headers, without their macros.
+//
+// Tested by tests/unit/platform/shell_test.cpp
 #pragma once
 
 #ifndef NOMINMAX

@@ -4,6 +4,9 @@
 #include <string>
 
 #include "platform/files.h"
+#ifdef _WIN32
+#include "platform/win32/system.h"
+#endif
 #include "support/scratch_folder.h"
 
 namespace zenfo::platform {
@@ -84,6 +87,21 @@ TEST(SamePath, IgnoresDoubledAndFinalSeparators) {
   EXPECT_FALSE(same_path("a", ""));
   EXPECT_TRUE(same_path("", ""));
 }
+
+#ifdef _WIN32
+TEST(SamePath, IgnoresTheCaseOfLettersBeyondAscii) {
+  char upper[8] = {};
+  char lower[8] = {};
+  BOOL lost = FALSE;
+  BOOL* const report = GetACP() == CP_UTF8 ? nullptr : &lost;
+  WideCharToMultiByte(CP_ACP, 0, L"\u00C4", 2, upper, 8, nullptr, report);
+  WideCharToMultiByte(CP_ACP, 0, L"\u00E4", 2, lower, 8, nullptr, report);
+  if (lost) GTEST_SKIP() << "no such letter in this code page";
+  EXPECT_TRUE(
+      same_path(std::string("C:\\") + upper, std::string("c:/") + lower));
+  EXPECT_FALSE(same_path(std::string("C:\\") + upper, "C:\\a"));
+}
+#endif
 
 TEST(SamePath, FollowsTheSystemInCaseAndSeparators) {
 #ifdef _WIN32

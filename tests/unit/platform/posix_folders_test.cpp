@@ -117,6 +117,14 @@ TEST(PosixFolderListing, ReadsTheFolderOnceWhenFirstAsked) {
   EXPECT_EQ(Names{}, folders_of(listing));
 }
 
+TEST(PosixFolderListing, TakesAPatternThatEndsInAPointForNamesWithoutOne) {
+  const ScratchFolder folder;
+  for (const char* name : {"a.txt", "b", "c.", "dd"}) folder.write(name, "");
+  FolderListing listing(folder.path());
+  EXPECT_EQ((Names{"b", "dd"}), files_of(listing, "*."));
+  EXPECT_EQ((Names{"b"}), files_of(listing, "?."));
+}
+
 TEST(PosixFolderListing, HasNoFilesForAnEmptyPattern) {
   const ScratchFolder folder;
   folder.write("a", "");

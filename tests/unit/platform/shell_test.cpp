@@ -4,28 +4,33 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
+#ifdef _WIN32
+#include "platform/win32/system.h"
+#endif
 #include "support/scratch_folder.h"
 
 namespace zenfo::platform {
 namespace {
 
-TEST(IsPerceivedText, FollowsTheExtension) {
-  for (const char* path : {"a.txt", "A.TXT", "x.y.txt"}) {
-    EXPECT_TRUE(is_perceived_text(path)) << path;
-  }
+TEST(IsPerceivedText, IsFalseWithoutAKnownExtension) {
   for (const char* path :
-       {"", "a", "a.", "txt", "a.exe", "a.no-such-extension", "a.txt.exe"}) {
+       {"", "a", "a.", "txt", "a.no-such-extension", "folder.txt/file"}) {
     EXPECT_FALSE(is_perceived_text(path)) << path;
   }
 }
 
-TEST(IsPerceivedText, LooksBehindTheLastSeparatorOnly) {
-  EXPECT_FALSE(is_perceived_text("folder.txt/file"));
-  EXPECT_TRUE(is_perceived_text("folder.exe/file.txt"));
+#ifndef _WIN32
+TEST(IsPerceivedText, FollowsTheLastExtensionInEitherCase) {
+  for (const char* path : {"a.txt", "A.TXT", "x.y.txt", "a.exe/b.txt", ".c"}) {
+    EXPECT_TRUE(is_perceived_text(path)) << path;
+  }
+  for (const char* path : {"a.exe", "a.txt.exe", "a.tx", "a.txtx"}) {
+    EXPECT_FALSE(is_perceived_text(path)) << path;
+  }
 }
 
-#ifndef _WIN32
 TEST(ReadTypeName, NamesTheExtensionInCapitals) {
   const struct {
     const char* path;
@@ -52,6 +57,47 @@ TEST(ReadIconIndex, IsZeroNatively) {
   EXPECT_EQ(0, system_image_list("a.txt"));
 }
 #else
+// Registers the perceived type of an extension for one test.
+class PerceivedType {
+ public:
+  PerceivedType(const char* extension, std::string_view value)
+      : key_name_(extension) {
+    HKEY key = nullptr;
+    EXPECT_EQ(ERROR_SUCCESS,
+              RegCreateKeyA(HKEY_CLASSES_ROOT, key_name_.c_str(), &key));
+    EXPECT_EQ(ERROR_SUCCESS,
+              RegSetValueExA(key, "PerceivedType", 0, REG_SZ,
+                             reinterpret_cast<const BYTE*>(value.data()),
+                             static_cast<DWORD>(value.size())));
+    RegCloseKey(key);
+  }
+  ~PerceivedType() { RegDeleteKeyA(HKEY_CLASSES_ROOT, key_name_.c_str()); }
+
+ private:
+  std::string key_name_;
+};
+
+TEST(IsPerceivedText, ReadsTheRegistry) {
+  using namespace std::literals;
+  const struct {
+    std::string_view value;
+    bool is_text;
+  } cases[] = {{"text\0"sv, true},
+               {"text"sv, true},
+               {"texts\0"sv, false},
+               {"tex\0"sv, false},
+               {"audio\0"sv, false},
+               {"\0"sv, false},
+               {"text of more bytes than a comparison needs\0"sv, false}};
+  for (const auto& c : cases) {
+    const PerceivedType type(".zenfotest", c.value);
+    EXPECT_EQ(c.is_text, is_perceived_text("x.zenfotest")) << c.value;
+    EXPECT_EQ(c.is_text, is_perceived_text("C:\\a.b\\x.y.ZENFOTEST"));
+    EXPECT_FALSE(is_perceived_text("x.zenfotest\\y"));
+  }
+  EXPECT_FALSE(is_perceived_text("x.zenfotest"));
+}
+
 TEST(ReadTypeName, FailsForAMissingFileAndLeavesTheText) {
   const test::ScratchFolder folder;
   std::string type = "old";

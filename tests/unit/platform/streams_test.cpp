@@ -104,6 +104,14 @@ TEST(InputFile, ReportsNothingReadWhenNoneIsOpen) {
   EXPECT_FALSE(file.is_open());
 }
 
+#ifdef _WIN32
+TEST(InputFile, RefusesDevices) {
+  InputFile file;
+  EXPECT_FALSE(file.open("NUL"));
+  EXPECT_FALSE(file.is_open());
+}
+#endif
+
 TEST(OutputFile, TruncatesWhatWasThere) {
   const ScratchFolder folder;
   const std::string path = folder.write("a", "long old text");
