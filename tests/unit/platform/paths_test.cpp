@@ -1,6 +1,7 @@
 // Paths against the system, on both systems.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "platform/files.h"
