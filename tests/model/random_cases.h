@@ -93,6 +93,10 @@ inline constexpr ClassSet kClassSets[] = {
      "name=BB\r\ninc_chars=50\r\nname=bB\r\ninc_chars=60\r\n"
      "name=d\r\ninc_ranges=48-57\r\nname=aA\r\ninc_chars=62",
      {{"aa", "ab1>", "<"}, {"bb", "02<", "a"}, {"d", "012", "ab"}}},
+    // names that end in the negation marker and in the escape
+    {"name=k!\r\ninc_ranges=48-57\r\nname=w\\\r\ninc_ranges=97-98\r\n"
+     "name=digits\r\ninc_ranges=48-57",
+     {{"k!", "01", "ab"}, {"w\\", "ab", "01"}, {"digits", "012", "ab"}}},
     // no class at all
     {"name=\r\n", {}},
 };

@@ -492,6 +492,14 @@ inline constexpr MatcherExample kMoreMatcherExamples[] = {
     {.main = "digits[2]'a'[2]", .text = "123aa", .matches = {{1, 4}}},
     {.main = "xdigits[2]'a'", .text = "x123a x12a", .matches = {{6, 4}}},
     {.main = "digits[2]?'a'", .text = "123a", .matches = {}},
+    // which never lies before the place of the run
+    {.main = "aaalpha[1]digits", .text = "aaab1"},
+    // a failing element of a gap that took nothing is tried again where it
+    // stood, unless it is the first; one of the tail, too
+    {.main = "b'c'b", .text = "bbcb", .matches = {{1, 3}}},
+    {.main = "a'b'", .text = "aab", .matches = {{1, 2}}},
+    // at the start of the attempt it is skipped with all that it took
+    {.main = "digits[0-1]alpha[2]", .text = "a1bc", .matches = {{2, 2}}},
     // the last element without a length pushes the next attempt one byte on
     {.main = "adigits[0-]", .text = "aaa", .matches = {{0, 1}, {2, 1}}},
     {.main = "adigits[0-]?",
@@ -517,6 +525,12 @@ inline constexpr MatcherExample kMoreMatcherExamples[] = {
      .end = "c",
      .text = "abxc abc",
      .matches = {{6, 1}}},
+    {.texts = Texts::kAll,
+     .start = "a",
+     .main = "a",
+     .end = "b",
+     .text = "aaab",
+     .matches = {{2, 1}}},
     {.texts = Texts::kStartMain,
      .start = "x!'x'y",
      .main = "z",
@@ -530,6 +544,7 @@ inline constexpr MatcherExample kMoreMatcherExamples[] = {
     // string lists
     {.main = R"("|")", .text = "abc"},
     {.main = R"(!"|")", .text = "ab c", .matches = {{0, 2}, {3, 1}}},
+    {.main = R"(a!"x")", .text = "a ax a"},
     {.main = R"(!"b"x)", .text = "aax", .matches = {{0, 3}}},
     {.main = R"("foo"bar)", .text = "foofoobar", .matches = {{3, 6}}},
     {.main = R"("foobar|foo"bar)", .text = "foobar", .matches = {{0, 6}}},

@@ -382,6 +382,28 @@ TEST(ModelCompiler, OfEqualNamesTheFirstInTheListWins) {
   EXPECT_EQ("C(ab){1,0}", dump(context.elements));
 }
 
+TEST(ModelCompiler, ConstructKeepsItsLastByteFromTheNext) {
+  Context context;
+  set_operators(context, "name=k!\r\nname=w\\\r\nname=digits");
+  compile_main(context, "k!digits");
+  EXPECT_EQ("C(k!){1,0} C(digits){1,0}", dump(context.elements));
+  compile_main(context, "w\\digits");
+  EXPECT_EQ("C(w\\){1,0} C(digits){1,0}", dump(context.elements));
+  compile_main(context, "w\\\\digits");
+  EXPECT_EQ("C(w\\){1,0} L(digits)", dump(context.elements));
+}
+
+TEST(ModelCompiler, ConstructsCannotReachIntoOtherPieces) {
+  Context context;
+  set_operators(context, "name=k!\r\nname=w\\");
+  compile_main(context, "k!?k!'a'k!\"a\"");
+  EXPECT_EQ("C(k!){1,0} W(?){1,1} C(k!){1,0} H(a){1,0} C(k!){1,0} S(a)",
+            dump(context.elements));
+  compile_main(context, "w\\?w\\'a'w\\\"a\"");
+  EXPECT_EQ("C(w\\){1,0} W(?){1,1} C(w\\){1,0} H(a){1,0} C(w\\){1,0} S(a)",
+            dump(context.elements));
+}
+
 TEST(ModelCompiler, ClassesWithoutANameArePassedOver) {
   Context context;
   add_user_class(context, CharClass());
