@@ -1,0 +1,82 @@
+// A set of byte values, and the vector loops over text that ask it.
+//
+// Membership is one lookup in 256 flags. Sets that are a few ranges of bytes,
+// or all bytes but a few ranges (all classes that people write), are also kept
+// as ranges, which SSE2 tests 16 bytes at a time; other sets use the flags.
+//
+// Tested by tests/unit/pattern/byte_set_test.cpp
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace zenfo {
+
+class ByteSet {
+ public:
+  // What a stretch of text holds.
+  struct Tally {
+    size_t members = 0;  // bytes of the set
+    size_t runs = 0;     // members that do not follow a member
+  };
+
+  ByteSet() = default;  // holds no byte
+  explicit ByteSet(const std::array<bool, 256>& flags);
+
+  bool contains(char byte) const {
+    return flags_[static_cast<unsigned char>(byte)];
+  }
+  bool contains_all() const { return contains_all_; }
+
+  // First byte of [from, end) that is a member (or, find_other, that is none);
+  // `end` when there is none.
+  const char* find(const char* from, const char* end) const {
+    return find_as<true>(from, end);
+  }
+  const char* find_other(const char* from, const char* end) const {
+    return find_as<false>(from, end);
+  }
+  // Start of the run of members that ends before `end`, not below `from`.
+  const char* run_start(const char* from, const char* end) const;
+  // Counts [from, end); `in_run` says whether the byte before is a member.
+  Tally tally(const char* from, const char* end, bool in_run) const;
+
+ private:
+  static constexpr size_t kMostRanges = 4;
+  struct Range {
+    uint8_t low;
+    uint8_t width;  // high - low
+  };
+
+  void find_ranges();
+
+  template <bool kMember>
+  const char* find_as(const char* from, const char* end) const {
+    // Most runs are short: look at some bytes before starting up the vectors.
+    for (int i = 0; i < 8; ++i, ++from) {
+      if (from == end || contains(*from) == kMember) return from;
+    }
+    return find_far(from, end, kMember);
+  }
+  const char* find_far(const char* from, const char* end, bool member) const;
+  const char* find_by_flags(const char* from, const char* end,
+                            bool member) const;
+
+  template <size_t kCount>
+  const char* find_by_ranges(const char* from, const char* end,
+                             bool member) const;
+  template <size_t kCount>
+  const char* run_start_by_ranges(const char* from, const char* end) const;
+  template <size_t kCount>
+  Tally tally_by_ranges(const char* from, const char* end, bool in_run) const;
+  Tally tally_by_flags(const char* from, const char* end, bool in_run) const;
+
+  std::array<bool, 256> flags_{};
+  bool contains_all_ = false;
+  bool inverted_ = false;   // the ranges are those of the bytes outside
+  size_t range_count_ = 0;  // above kMostRanges: too many, use the flags
+  std::array<Range, kMostRanges> ranges_{};
+};
+
+}  // namespace zenfo
