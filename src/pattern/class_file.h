@@ -1,0 +1,24 @@
+// Reads character-class definitions into pattern contexts.
+//
+// The bytes are lines, ended by CR LF, of the form key=value. A "name" line
+// begins a class; "inc_chars", "exc_chars", "inc_ranges" and "exc_ranges"
+// lines set it up; docs/formats.md tells the format. The contexts get classes
+// of their own, alike in all.
+//
+// Tested by tests/unit/pattern/class_file_test.cpp
+#pragma once
+
+#include <span>
+#include <string_view>
+
+#include "pattern/context.h"
+
+namespace zenfo {
+
+// Replaces the user classes of all contexts by those the bytes define. Answers
+// 1; -1 for no bytes, which change nothing. Compiled patterns stay as they
+// are.
+int32_t apply_class_definitions(std::string_view bytes,
+                                std::span<PatternContext* const> contexts);
+
+}  // namespace zenfo

@@ -1,0 +1,151 @@
+#include "pattern/context.h"
+
+#include <algorithm>
+
+#include "frame/callbacks.h"
+
+namespace zenfo {
+namespace {
+
+constexpr uint32_t kDefaultPollInterval = 100;
+constexpr size_t kReportsPerRun = 100;
+
+size_t report_step_size(size_t total) {
+  return std::max(total / kReportsPerRun, size_t{1});
+}
+
+uint32_t in_32_bits(size_t value) {
+  return static_cast<uint32_t>(std::min<size_t>(value, UINT32_MAX));
+}
+
+// The temporaries round to double precision whatever the unit computes in.
+int32_t percent(size_t position, size_t total) {
+  volatile double product = static_cast<double>(position) * 100.0;
+  volatile double quotient = product / static_cast<double>(total);
+  return static_cast<int32_t>(quotient);
+}
+
+}  // namespace
+
+SearchCounters& search_counters() {
+  static SearchCounters counters;
+  return counters;
+}
+
+void CompiledPattern::clear() {
+  elements.clear();
+  start_count = 0;
+  last_main = 0;
+}
+
+std::span<const std::unique_ptr<Element>> CompiledPattern::start_elements()
+    const {
+  return std::span(elements).first(start_count);
+}
+
+std::span<const std::unique_ptr<Element>> CompiledPattern::main_elements()
+    const {
+  if (!has_main() || empty()) return {};
+  return std::span(elements).subspan(start_count, main_end() - start_count);
+}
+
+std::span<const std::unique_ptr<Element>> CompiledPattern::end_elements()
+    const {
+  return std::span(elements).subspan(std::min(main_end(), elements.size()));
+}
+
+PatternContext::PatternContext() : control_names(default_control_names()) {
+  auto printable = std::make_unique<CharClass>("?");
+  printable->add_include_range(33, 255);
+  predefined_classes.add(std::move(printable));
+  any_character.add_include_range(0, 255);
+}
+
+void PatternContext::SetInterruptHook(InterruptHook hook) {
+  matches.SetInterruptHook(hook);
+}
+
+void PatternContext::SetReportHook(ReportHook hook) {
+  matches.SetReportHook(hook);
+}
+
+uint32_t PatternContext::poll_interval() const {
+  return poll_interval_ != 0 ? poll_interval_ : kDefaultPollInterval;
+}
+
+bool PatternContext::polls() const {
+  if (cancel_pending_) return true;
+  InterruptHook hook = matches.interrupt_hook();
+  return hook != nullptr &&
+         !(hook == &interr && host_callbacks().interrupt == nullptr);
+}
+
+bool PatternContext::reports() const {
+  ReportHook hook = matches.report_hook();
+  return hook != nullptr &&
+         !(hook == &report && host_callbacks().report == nullptr);
+}
+
+int32_t PatternContext::PollCancel() { return PollCancelTimes(1); }
+
+int32_t PatternContext::PollCancelTimes(size_t count) {
+  if (count == 0) return 0;
+  if (cancel_pending_) {
+    cancel_pending_ = false;
+    return 1;
+  }
+  InterruptHook hook = matches.interrupt_hook();
+  if (hook == nullptr) return 0;
+  uint32_t& polls = search_counters().polls;
+  const uint32_t interval = poll_interval();
+  while (true) {
+    size_t due_after = polls < interval ? interval - polls : 1;
+    if (count < due_after) break;
+    count -= due_after;
+    polls = 0;
+    int32_t answer = hook(&interrupt_argument_);
+    if (answer != 0) return answer;
+  }
+  polls += static_cast<uint32_t>(count);
+  return 0;
+}
+
+void PatternContext::ReportProgress(size_t position, size_t total) {
+  ReportHook hook = matches.report_hook();
+  if (hook == nullptr || total == 0) return;
+  uint32_t& last_step = search_counters().report_step;
+  if (position == 0) {
+    last_step = 0;
+  } else {
+    size_t step = position / report_step_size(total);
+    if (step <= last_step && position < total) return;
+    last_step = in_32_bits(step);
+  }
+  progress_ = {in_32_bits(total), in_32_bits(position),
+               percent(position, total)};
+  hook(&progress_);
+}
+
+size_t PatternContext::next_report(size_t total) {
+  return (size_t{search_counters().report_step} + 1) * report_step_size(total);
+}
+
+int32_t PatternContext::AddUserClass(std::unique_ptr<CharClass> user_class) {
+  return user_classes.add(std::move(user_class));
+}
+
+std::string PatternContext::ExpandControlNames(std::string_view text) const {
+  return convert_carets(text, control_names, operators.escape);
+}
+
+void PatternContext::ClearMatches() {
+  matches.Clear();
+  SetText(nullptr, 0);
+}
+
+void PatternContext::SetText(const char* text, size_t length) {
+  text_ = text;
+  text_length_ = text != nullptr ? length : 0;
+}
+
+}  // namespace zenfo

@@ -1,0 +1,124 @@
+// A pattern context: what pattern texts are read against (operators, control
+// names, classes), the compiled elements, and the matches of the last run.
+//
+// The library owns three: for the find, the exclusion and the replace pattern.
+//
+// Tested by tests/unit/pattern/context_test.cpp
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "containers/item_list.h"
+#include "containers/progress.h"
+#include "pattern/char_class.h"
+#include "pattern/element.h"
+#include "pattern/operators.h"
+
+namespace zenfo {
+
+// Counters of all searches, library-wide by nature as one search runs at a
+// time: a poll or a step counted by one run carries over to the next.
+struct SearchCounters {
+  uint32_t polls = 0;        // since the cancel hook was last called
+  uint32_t report_step = 0;  // last step of a search that was reported
+};
+SearchCounters& search_counters();
+
+// A compiled pattern: start-marker elements, main elements, end-marker
+// elements, one after the other. Owns them.
+class CompiledPattern {
+ public:
+  void clear();
+  bool empty() const { return elements.empty(); }
+  // Whether there is a main element; without one nothing is ever matched.
+  bool has_main() const { return main_end() > start_count; }
+
+  std::span<const std::unique_ptr<Element>> start_elements() const;
+  std::span<const std::unique_ptr<Element>> main_elements() const;
+  std::span<const std::unique_ptr<Element>> end_elements() const;
+  // One past the last main element.
+  size_t main_end() const { return static_cast<size_t>(last_main + 1); }
+
+  ElementList elements;     // the combined list
+  size_t start_count = 0;   // of start-marker elements
+  ptrdiff_t last_main = 0;  // index of the last main element; may be -1
+};
+
+class PatternContext {
+ public:
+  PatternContext();
+  PatternContext(const PatternContext&) = delete;
+  PatternContext& operator=(const PatternContext&) = delete;
+
+  // The hooks serve the search and are passed on to the match list.
+  void SetInterruptHook(InterruptHook hook);
+  void SetReportHook(ReportHook hook);
+  // Every how many polls the interrupt hook is called; 0 means 100.
+  void SetPollInterval(uint32_t interval) { poll_interval_ = interval; }
+  uint32_t poll_interval() const;
+
+  // Counts a poll and, when it is due, asks the hook; non-zero: stop.
+  int32_t PollCancel();
+  // The same for `count` polls in a row; stops counting at the first stop.
+  int32_t PollCancelTimes(size_t count);
+  // While set, the next poll answers "stop" whether it is due or not, and
+  // unsets it: for a cancellation that must reach the next run too.
+  void SetCancelPending(bool pending) { cancel_pending_ = pending; }
+  // Whether a cancellation ended the last run (written by the matcher).
+  bool cancelled = false;
+
+  // Reports step `position` of `total`: the first, the last and about a
+  // hundred between. The percentage is computed in double precision.
+  void ReportProgress(size_t position, size_t total);
+  // The least position above those reported that is worth a report.
+  static size_t next_report(size_t total);
+
+  // Whether anybody listens: false too when the hooks are the library's own
+  // and the host has no such callback, so that a run may leave them out.
+  bool polls() const;
+  bool reports() const;
+
+  // 1; -1 for a null class.
+  int32_t AddUserClass(std::unique_ptr<CharClass> user_class);
+  // Always 1.
+  int32_t ClearUserClasses() { return user_classes.clear(); }
+
+  // What the text names by the context's control names, each replaced by its
+  // byte; escaped names and the escapes stay.
+  std::string ExpandControlNames(std::string_view text) const;
+
+  // Empties the match list and lets go of its text.
+  void ClearMatches();
+  // The text that the matches lie in; null and 0 when there is none.
+  void SetText(const char* text, size_t length);
+  const char* text() const { return text_; }
+  size_t text_length() const { return text_length_; }
+  const char* text_end() const {
+    return text_ != nullptr ? text_ + text_length_ : nullptr;
+  }
+
+  Operators operators;
+  std::vector<ControlName> control_names;
+  ClassList user_classes;        // loaded from a definition file
+  ClassList predefined_classes;  // "?": 33 to 255
+  CharClass any_character;       // no name, 0 to 255
+
+  CompiledPattern pattern;
+  ItemList matches;  // of MatchRecord
+
+ private:
+  uint32_t poll_interval_ = 0;
+  bool cancel_pending_ = false;
+  uint32_t interrupt_argument_ = 0;
+  ProgressRecord progress_{};
+  const char* text_ = nullptr;
+  size_t text_length_ = 0;
+};
+
+}  // namespace zenfo

@@ -1,0 +1,246 @@
+// The elements that a pattern is compiled to, and how each kind matches at one
+// position.
+//
+// All positions are offsets from the start of the text. Each match operation
+// leaves behind what was matched, the first byte not taken, and where a later
+// attempt may resume; the search reads its next start from these words.
+//
+// What an element remembers between attempts (where a literal was located, how
+// far a run of class bytes goes, the next hit of each alternative) only spares
+// work: results are those of looking again. It holds for one area of one text.
+//
+// Tested by tests/unit/pattern/element_test.cpp
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "pattern/byte_set.h"
+#include "pattern/char_class.h"
+#include "text/substring.h"
+
+namespace zenfo {
+
+// No position: neither "not found" nor "stop" may look like the text's start.
+inline constexpr size_t kNoPosition = SIZE_MAX;
+
+enum class ElementKind : int32_t {
+  kLiteral = 0,
+  kStringList = 1,
+  kClass = 2,
+  kCharList = 3,
+  kWildcard = 4,
+};
+
+// Where matching takes place: one area of a text, one attempt in it.
+struct MatchScope {
+  const char* text;      // start of the whole text
+  size_t area_end;       // exclusive; nothing behind it is looked at
+  size_t attempt_start;  // s
+};
+
+class Element {
+ public:
+  virtual ~Element() = default;
+  Element(const Element&) = delete;
+  Element& operator=(const Element&) = delete;
+  ElementKind kind() const { return kind_; }
+  bool case_flag() const { return case_flag_; }  // true: exact bytes
+
+  // For the start of a run: zeroes all words, forgets all positions, takes the
+  // run's case flag.
+  void reset(bool case_flag);
+  // For the start of an area: forgets all positions.
+  virtual void forget() {}
+
+  // Tries the element at p; nothing at or behind `limit` is taken.
+  virtual bool match(const MatchScope& scope, size_t p, size_t limit) = 0;
+
+  void clear_match() { start = length = 0; }
+
+  size_t start = 0;   // of the last match
+  size_t length = 0;  // of the last match
+  size_t next = 0;    // q: the first byte not taken, matched or not
+  size_t resume = 0;  // where a later attempt may begin; 0 = nowhere
+
+ protected:
+  Element(ElementKind kind, bool case_flag)
+      : kind_(kind), case_flag_(case_flag) {}
+
+  // Prepares for comparing with the case flag in force.
+  virtual void prepare() {}
+  // Sets the words: a match of `taken` bytes at p, or a failure there.
+  bool matched(size_t p, size_t taken);
+  bool failed(size_t p, size_t taken);
+
+ private:
+  ElementKind kind_;
+  bool case_flag_;
+};
+
+using ElementList = std::vector<std::unique_ptr<Element>>;
+
+class LiteralElement : public Element {
+ public:
+  explicit LiteralElement(std::string_view literal)
+      : Element(ElementKind::kLiteral, true), text_(literal) {
+    prepare();
+  }
+
+  const std::string& text() const { return text_; }
+  const SubstringSearcher& searcher() const { return searcher_; }
+  // Bytes below 33 and from 0x80 are passed over in text and literal; never
+  // set by the compiler.
+  bool ignore_blanks = false;
+
+  void forget() override { located_from_ = kNoPosition; }
+  bool match(const MatchScope& scope, size_t p, size_t limit) override;
+  // First occurrence in [from, area end); its length goes to `length`, its
+  // position to `start`. False when there is none.
+  bool locate(const MatchScope& scope, size_t from);
+
+ private:
+  void prepare() override;
+
+  std::string text_;
+  SubstringSearcher searcher_;
+  // The search from located_from_ found located_at_ (or kNoPosition).
+  size_t located_from_ = kNoPosition;
+  size_t located_at_ = kNoPosition;
+  size_t located_length_ = 0;
+};
+
+// The strings of a string list; each remembers its next hit. They are searched
+// over one window of the text after the other, so that long texts are read
+// from memory once for all of them.
+class Alternatives {
+ public:
+  struct Hit {
+    size_t position = kNoPosition;
+    size_t length = 0;
+  };
+
+  void add(std::string_view alternative) { entries_.emplace_back(alternative); }
+  size_t count() const { return entries_.size(); }
+  const std::string& at(size_t i) const { return entries_.at(i).text; }
+
+  void prepare(bool case_flag);
+  void forget();
+  // The earliest occurrence of any that lies in [p, limit); at equal positions
+  // the later alternative.
+  Hit earliest(const MatchScope& scope, size_t p, size_t limit);
+
+  static constexpr size_t kWindow = size_t{128} * 1024;
+
+ private:
+  struct Entry {
+    explicit Entry(std::string_view alternative) : text(alternative) {}
+    std::string text;
+    SubstringSearcher searcher;
+    // First occurrence at or behind searched_from_; kNoPosition when none
+    // begins before window_end_.
+    size_t hit = kNoPosition;
+  };
+
+  void start_at(size_t p);
+  void go_back(const MatchScope& scope, size_t p);
+  void go_on(const MatchScope& scope, size_t p);
+  void extend(const MatchScope& scope);
+  Hit earliest_known(size_t limit) const;
+  static size_t search(const MatchScope& scope, const Entry& entry, size_t from,
+                       size_t starts_end);
+
+  std::vector<Entry> entries_;
+  size_t searched_from_ = kNoPosition;
+  size_t window_end_ = 0;
+  size_t window_ = kWindow;
+  // The last answer, good for later positions up to its hit.
+  size_t last_limit_ = kNoPosition;
+  Hit last_;
+};
+
+class StringListElement : public Element {
+ public:
+  StringListElement() : Element(ElementKind::kStringList, true) { prepare(); }
+
+  Alternatives alternatives;
+  bool negated = false;
+
+  void forget() override { alternatives.forget(); }
+  bool match(const MatchScope& scope, size_t p, size_t limit) override;
+
+ private:
+  void prepare() override { alternatives.prepare(case_flag()); }
+};
+
+// Classes and character lists: a greedy run of bytes of one set.
+class RunElement : public Element {
+ public:
+  uint32_t minimum = 1;  // 0 = no lower bound
+  uint32_t maximum = 0;  // 0 = no upper bound
+  bool negated = false;
+
+  // The bytes that count, negation included.
+  const ByteSet& counted() const { return counted_; }
+
+  void forget() override { run_from_ = run_to_ = 0; }
+  bool match(const MatchScope& scope, size_t p, size_t limit) override;
+
+ protected:
+  using Element::Element;
+  ByteSet counted_;
+
+ private:
+  size_t run_end(const char* text, size_t p, size_t limit);
+
+  // [run_from_, run_to_) is known to count.
+  size_t run_from_ = 0;
+  size_t run_to_ = 0;
+};
+
+class ClassElement : public RunElement {
+ public:
+  // Copies the class, so that later changes to it leave the pattern alone.
+  ClassElement(const CharClass& source, uint32_t least, uint32_t most,
+               bool is_negated)
+      : ClassElement(ElementKind::kClass, source, least, most, is_negated) {}
+
+  const CharClass& char_class() const { return class_; }
+
+ protected:
+  ClassElement(ElementKind kind, const CharClass& source, uint32_t least,
+               uint32_t most, bool is_negated);
+
+ private:
+  CharClass class_;
+};
+
+class WildcardElement : public ClassElement {
+ public:
+  WildcardElement(const CharClass& source, uint32_t count, bool is_negated)
+      : ClassElement(ElementKind::kWildcard, source, count, count, is_negated) {
+  }
+
+  // Intended: matches everywhere and takes nothing, whatever its bounds.
+  bool match(const MatchScope& scope, size_t p, size_t limit) override;
+};
+
+class CharListElement : public RunElement {
+ public:
+  CharListElement(std::string_view characters, uint32_t least, uint32_t most,
+                  bool is_negated);
+
+  const std::string& chars() const { return chars_; }
+
+ private:
+  // Unlike classes, lists follow the case flag.
+  void prepare() override;
+
+  std::string chars_;
+};
+
+}  // namespace zenfo
