@@ -1,0 +1,96 @@
+// A folder of its own for a test, removed afterwards, and whole files in it.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace zenfo::test {
+
+#ifdef _WIN32
+inline constexpr char kSeparator = '\\';
+#else
+inline constexpr char kSeparator = '/';
+#endif
+
+// Joins with the system's separator; a slash in `name` stands for it too.
+inline std::string join(std::string_view folder, std::string_view name) {
+  std::string path(folder);
+  path += kSeparator;
+  for (char c : name) path += c == '/' ? kSeparator : c;
+  return path;
+}
+
+inline void write_file(const std::string& path, std::string_view bytes) {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  file.close();
+  if (!file) throw std::runtime_error("cannot write " + path);
+}
+
+inline std::string read_file(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) throw std::runtime_error("cannot read " + path);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline bool file_exists(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+class TempFolder {
+ public:
+  TempFolder() {
+    static int number = 0;
+    std::string base = std::filesystem::temp_directory_path().string();
+    while (!base.empty() && base.back() == kSeparator) base.pop_back();
+    do {
+      path_ = base + kSeparator + "zenfo_test_" + std::to_string(unique()) +
+              "_" + std::to_string(number++);
+    } while (!std::filesystem::create_directory(path_));
+  }
+  ~TempFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+
+  const std::string& path() const { return path_; }
+  std::string path(std::string_view name) const { return join(path_, name); }
+
+  // Creates the file and the folders above it; answers its path.
+  std::string file(std::string_view name, std::string_view bytes) const {
+    const std::string full = path(name);
+    std::filesystem::create_directories(
+        std::filesystem::path(full).parent_path());
+    write_file(full, bytes);
+    return full;
+  }
+  std::string folder(std::string_view name) const {
+    const std::string full = path(name);
+    std::filesystem::create_directories(full);
+    return full;
+  }
+
+ private:
+  // Tells the folders of processes that run at the same time apart.
+  static unsigned unique() {
+    static const unsigned number = static_cast<unsigned>(
+        std::filesystem::file_time_type::clock::now()
+            .time_since_epoch()
+            .count() ^
+        static_cast<long long>(reinterpret_cast<intptr_t>(&unique)));
+    return number;
+  }
+
+  std::string path_;
+};
+
+}  // namespace zenfo::test

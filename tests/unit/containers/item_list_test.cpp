@@ -1,0 +1,384 @@
+#include "containers/item_list.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "text/byte_tables.h"
+
+namespace zenfo {
+namespace {
+
+int alive = 0;
+
+// A record with one text and a number.
+class Note final : public Record {
+ public:
+  static constexpr RecordKind kKind = RecordKind::kReplaceValue;
+  explicit Note(std::string n, uint32_t initial_state = 0)
+      : name(std::move(n)) {
+    state = initial_state;
+    ++alive;
+  }
+  ~Note() override { --alive; }
+  RecordKind kind() const override { return kKind; }
+  std::optional<std::string_view> text(TextSlot slot) const override {
+    return slot == TextSlot::kFirst ? std::optional<std::string_view>(name)
+                                    : std::nullopt;
+  }
+  std::string name;
+};
+
+class Other final : public Record {
+ public:
+  RecordKind kind() const override { return RecordKind::kStringPair; }
+};
+
+const std::string& name_of(const Record* record) {
+  return static_cast<const Note*>(record)->name;
+}
+
+int32_t by_name(const Record* a, const Record* b) {
+  return compare_ignoring_case(name_of(a), name_of(b));
+}
+
+void fill(ItemList& list, const std::vector<std::string>& names) {
+  for (const std::string& name : names) {
+    ASSERT_EQ(list.Append(std::make_unique<Note>(name)), 1);
+  }
+}
+
+std::vector<std::string> names(ItemList& list) {
+  std::vector<std::string> all;
+  for (uint32_t i = 0; i < list.Count(); ++i) all.push_back(name_of(list.Get(i)));
+  return all;
+}
+
+using Names = std::vector<std::string>;
+
+std::vector<uint32_t> positions;
+int32_t tell(ProgressRecord* record) {
+  positions.push_back(record->position);
+  return 1;
+}
+int32_t stop(void*) { return 1; }
+
+TEST(ItemList, AnswersRecordsByPositionAndNullBehindTheEnd) {
+  ItemList list;
+  EXPECT_EQ(list.Get(0), nullptr);
+  fill(list, {"a", "b", "c", "d", "e"});
+  EXPECT_EQ(list.Count(), 5u);
+  EXPECT_EQ(names(list), (Names{"a", "b", "c", "d", "e"}));
+  EXPECT_EQ(list.Get(5), nullptr);
+  EXPECT_EQ(list.Get(UINT32_MAX), nullptr);
+  // Any order, with and without an index.
+  for (uint32_t i : {3u, 1u, 4u, 0u, 2u, 2u}) {
+    EXPECT_EQ(name_of(list.Get(i)), std::string(1, char('a' + i)));
+  }
+  EXPECT_TRUE(list.Check());
+}
+
+TEST(ItemList, WalksBackwardsAndBackAndForthByPosition) {
+  ItemList list;
+  fill(list, {"a", "b", "c", "d"});
+  for (uint32_t i : {3u, 2u, 1u, 0u, 1u, 2u, 1u}) {
+    EXPECT_EQ(name_of(list.Get(i)), std::string(1, char('a' + i)));
+  }
+}
+
+TEST(ItemList, CursorWalkBeginsAtTheHeadFromNoCursor) {
+  ItemList list;
+  EXPECT_EQ(list.First(), nullptr);
+  EXPECT_EQ(list.Next(), nullptr);
+  EXPECT_EQ(list.Current(), nullptr);
+  fill(list, {"a", "b"});
+  EXPECT_EQ(name_of(list.Current()), "b") << "Append moves the cursor";
+  EXPECT_EQ(list.Next(), nullptr);
+  EXPECT_EQ(name_of(list.Next()), "a");
+  EXPECT_EQ(name_of(list.Next()), "b");
+  EXPECT_EQ(name_of(list.First()), "a");
+}
+
+TEST(ItemList, RemovalMovesTheCursorToTheFollowingRecord) {
+  ItemList list;
+  fill(list, {"a", "b", "c"});
+  list.First();
+  list.Next();
+  EXPECT_EQ(list.RemoveCurrent(), 1);
+  EXPECT_EQ(name_of(list.Current()), "c");
+  EXPECT_TRUE(list.Check());
+  EXPECT_EQ(list.RemoveCurrent(), 1);
+  EXPECT_EQ(list.Current(), nullptr);
+  EXPECT_EQ(list.RemoveCurrent(), 0);
+  EXPECT_EQ(name_of(list.Next()), "a") << "from no cursor";
+  EXPECT_EQ(names(list), (Names{"a"}));
+  EXPECT_EQ(list.RemoveCurrent(), 1);
+  EXPECT_EQ(list.Count(), 0u);
+  EXPECT_TRUE(list.Check());
+}
+
+TEST(ItemList, RemoveAtAnswersZeroBehindTheEnd) {
+  ItemList list;
+  EXPECT_EQ(list.RemoveAt(0), 0);
+  fill(list, {"a", "b", "c", "d"});
+  EXPECT_EQ(list.RemoveAt(4), 0);
+  EXPECT_EQ(list.RemoveAt(1), 1);
+  EXPECT_EQ(list.RemoveAt(1), 1);
+  EXPECT_EQ(names(list), (Names{"a", "d"}));
+  EXPECT_EQ(list.RemoveAt(1), 1);
+  EXPECT_EQ(list.RemoveAt(0), 1);
+  EXPECT_EQ(list.Count(), 0u);
+  EXPECT_TRUE(list.Check());
+}
+
+TEST(ItemList, RemoveAtOnASortedListRemovesWhatGetAnswersAndLosesTheOrder) {
+  ItemList list;
+  fill(list, {"c", "a", "d", "b"});
+  EXPECT_EQ(list.Sort(0, by_name), 1);
+  EXPECT_EQ(names(list), (Names{"a", "b", "c", "d"}));
+  EXPECT_EQ(list.RemoveAt(1), 1);
+  EXPECT_EQ(names(list), (Names{"c", "a", "d"}));
+  EXPECT_TRUE(list.Check());
+}
+
+TEST(ItemList, OwnsItsRecords) {
+  alive = 0;
+  {
+    ItemList list;
+    fill(list, {"a", "b", "c", "d"});
+    EXPECT_EQ(alive, 4);
+    list.RemoveAt(2);
+    EXPECT_EQ(alive, 3);
+    EXPECT_EQ(list.Clear(), 1);
+    EXPECT_EQ(alive, 0);
+    EXPECT_EQ(list.Count(), 0u);
+    EXPECT_EQ(list.First(), nullptr);
+    fill(list, {"e"});
+    EXPECT_EQ(alive, 1);
+  }
+  EXPECT_EQ(alive, 0);
+}
+
+TEST(ItemList, BuildIndexAnswersZeroForAnEmptyList) {
+  ItemList list;
+  EXPECT_EQ(list.BuildIndex(), 0);
+  fill(list, {"b", "a"});
+  EXPECT_EQ(list.BuildIndex(), 1);
+  EXPECT_EQ(names(list), (Names{"b", "a"}));
+}
+
+TEST(ItemList, SortLivesInTheIndexAndIsLostWithTheNextAppend) {
+  ItemList list;
+  fill(list, {"m", "c", "x"});
+  EXPECT_EQ(list.Sort(0, by_name), 1);
+  EXPECT_EQ(names(list), (Names{"c", "m", "x"}));
+  EXPECT_EQ(list.Sort(5, by_name), 1);
+  EXPECT_EQ(names(list), (Names{"x", "m", "c"}));
+  fill(list, {"a"});
+  EXPECT_EQ(name_of(list.Get(0)), "m") << "the record appended first";
+  EXPECT_EQ(names(list), (Names{"m", "c", "x", "a"}));
+}
+
+TEST(ItemList, CursorWalkOfASortedListFollowsTheLinks) {
+  ItemList list;
+  fill(list, {"b", "c", "a"});
+  list.Sort(0, by_name);
+  EXPECT_EQ(name_of(list.First()), "b");
+  EXPECT_EQ(name_of(list.Next()), "c");
+  EXPECT_EQ(name_of(list.Get(1)), "b");
+  EXPECT_EQ(name_of(list.Next()), "c");
+}
+
+TEST(ItemList, SortRefusesFewerThanTwoRecordsAndNoComparator) {
+  ItemList list;
+  EXPECT_EQ(list.Sort(0, by_name), -1);
+  fill(list, {"b"});
+  EXPECT_EQ(list.Sort(0, by_name), -1);
+  EXPECT_EQ(names(list), (Names{"b"}));
+  fill(list, {"a"});
+  EXPECT_EQ(list.Sort(0, nullptr), -1);
+}
+
+TEST(ItemList, SortAnswersMinusOneWhenAComparatorFails) {
+  ItemList list;
+  fill(list, {"b", "a"});
+  EXPECT_EQ(list.Sort(0,
+                      [](const Record*, const Record*) -> int32_t {
+                        throw std::string("fault");
+                      }),
+            -1);
+  EXPECT_EQ(list.Count(), 2u);
+}
+
+TEST(ItemList, DescendingSortCopesWithTheSmallestAnswer) {
+  ItemList list;
+  fill(list, {"a", "b"});
+  // Its negative is itself: both directions see "before".
+  auto smallest = [](const Record*, const Record*) -> int32_t {
+    return INT_MIN;
+  };
+  EXPECT_EQ(list.Sort(1, smallest), 1);
+  EXPECT_EQ(names(list), (Names{"a", "b"}));
+}
+
+void select(Record& record) { record.state = 1; }
+
+TEST(ItemList, SelectDuplicatesMarksAllOfARunButTheFirst) {
+  ItemList list;
+  fill(list, {"A", "a", "B"});
+  EXPECT_EQ(list.SelectDuplicates(by_name, select), 1);
+  EXPECT_EQ(list.Get(0)->state, 0u);
+  EXPECT_EQ(list.Get(1)->state, 1u) << "the one that the sort put second";
+  EXPECT_EQ(list.Get(2)->state, 0u);
+}
+
+TEST(ItemList, SelectDuplicatesRefusesWhatSortRefuses) {
+  ItemList list;
+  fill(list, {"a"});
+  EXPECT_EQ(list.SelectDuplicates(by_name, select), -1);
+  fill(list, {"a"});
+  EXPECT_EQ(list.SelectDuplicates(nullptr, select), -1);
+  EXPECT_EQ(list.SelectDuplicates(by_name, nullptr), -1);
+  EXPECT_EQ(list.SelectDuplicates(by_name, select), 1);
+}
+
+void fill_states(ItemList& list, const std::vector<uint32_t>& states) {
+  for (uint32_t state : states) {
+    list.Append(std::make_unique<Note>("n", state));
+  }
+}
+
+std::vector<uint32_t> states(ItemList& list) {
+  std::vector<uint32_t> all;
+  for (uint32_t i = 0; i < list.Count(); ++i) all.push_back(list.Get(i)->state);
+  return all;
+}
+
+using States = std::vector<uint32_t>;
+
+TEST(SetState, TogglesAllWithAnyOtherStateBecomingZero) {
+  ItemList list;
+  fill_states(list, {0, 1, 5});
+  EXPECT_EQ(list.SetState(-1, -1), 3);
+  EXPECT_EQ(states(list), (States{1, 0, 0}));
+}
+
+TEST(SetState, SetsOneOrAll) {
+  ItemList list;
+  fill_states(list, {0, 0, 0});
+  EXPECT_EQ(list.SetState(1, 1), 1);
+  EXPECT_EQ(states(list), (States{0, 1, 0}));
+  EXPECT_EQ(list.SetState(-1, 1), 3);
+  EXPECT_EQ(states(list), (States{1, 1, 1}));
+  EXPECT_EQ(list.SetState(2, 0), 1);
+  EXPECT_EQ(states(list), (States{1, 1, 0}));
+}
+
+TEST(SetState, AnswersZeroForAnotherActionOnceTheRecordIsFound) {
+  ItemList list;
+  fill_states(list, {3});
+  EXPECT_EQ(list.SetState(0, 2), 0);
+  EXPECT_EQ(list.SetState(-1, 7), 0);
+  EXPECT_EQ(states(list), (States{3}));
+  EXPECT_EQ(list.SetState(1, 2), -1);
+}
+
+TEST(SetState, AnswersMinusOneForAMissingRecordAndZeroForAllOfNothing) {
+  ItemList list;
+  EXPECT_EQ(list.SetState(-1, 1), 0);
+  EXPECT_EQ(list.SetState(0, 1), -1);
+  EXPECT_EQ(list.SetState(-2, 1), -1);
+  EXPECT_EQ(list.SetState(INT_MIN, 1), -1);
+  EXPECT_EQ(list.SetState(INT_MAX, 1), -1);
+}
+
+TEST(SetState, AStopAnswersTheCountSoFar) {
+  ItemList list;
+  fill_states(list, States(500, 0));
+  list.SetInterruptHook(stop);
+  // The counter is the process's: align it with a first stop.
+  list.SetState(-1, 0);
+  EXPECT_EQ(list.SetState(-1, 1), 101);
+  EXPECT_EQ(list.Get(100)->state, 1u);
+  EXPECT_EQ(list.Get(101)->state, 0u);
+}
+
+TEST(SetState, ReportsEverySecondOf250PositionsAndTheEnd) {
+  ItemList list;
+  fill_states(list, States(250, 0));
+  list.SetReportHook(tell);
+  positions.clear();
+  list.SetState(-1, 1);
+  std::vector<uint32_t> expected;
+  for (uint32_t i = 0; i <= 250; i += 2) expected.push_back(i);
+  EXPECT_EQ(positions, expected);
+}
+
+TEST(CountState, CountsAStateOrAll) {
+  ItemList list;
+  fill_states(list, {0, 1, 5, 1, 0, 0});
+  EXPECT_EQ(list.CountState(-1), 6);
+  EXPECT_EQ(list.CountState(0), 3);
+  EXPECT_EQ(list.CountState(1), 2);
+  EXPECT_EQ(list.CountState(5), 1);
+  EXPECT_EQ(list.CountState(2), 0);
+  EXPECT_EQ(list.CountState(-2), -1);
+  EXPECT_EQ(list.CountState(INT_MIN), -1);
+}
+
+TEST(CountState, AllIsAnsweredWithoutWalking) {
+  ItemList list;
+  fill_states(list, States(1000, 0));
+  list.SetReportHook(tell);
+  positions.clear();
+  EXPECT_EQ(list.CountState(-1), 1000);
+  EXPECT_TRUE(positions.empty());
+}
+
+TEST(CountState, ReportsFromZeroToTheCount) {
+  ItemList list;
+  fill_states(list, States(250, 1));
+  list.SetReportHook(tell);
+  positions.clear();
+  EXPECT_EQ(list.CountState(1), 250);
+  std::vector<uint32_t> expected;
+  for (uint32_t i = 0; i <= 250; i += 2) expected.push_back(i);
+  EXPECT_EQ(positions, expected);
+}
+
+TEST(CountState, AStopAnswersTheCountSoFar) {
+  ItemList list;
+  fill_states(list, States(500, 1));
+  list.SetInterruptHook(stop);
+  list.CountState(1);
+  EXPECT_EQ(list.CountState(1), 101);
+}
+
+TEST(ItemList, WalksAMillionPositionsInLinearTimeWithoutAnIndex) {
+  // Quadratic, this would take hours.
+  ItemList list;
+  for (int i = 0; i < 1000000; ++i) {
+    list.Append(std::make_unique<Other>());
+  }
+  uint64_t seen = 0;
+  for (uint32_t i = 0; i < list.Count(); ++i) seen += list.Get(i) != nullptr;
+  for (uint32_t i = list.Count(); i-- > 0;) seen += list.Get(i) != nullptr;
+  EXPECT_EQ(seen, 2000000u);
+}
+
+TEST(RecordCast, AnswersNullForAnotherKind) {
+  Other other;
+  Note note("n");
+  Record* record = &other;
+  EXPECT_EQ(record_cast<Note>(record), nullptr);
+  record = &note;
+  EXPECT_EQ(record_cast<Note>(record), &note);
+  EXPECT_EQ(record_cast<Note>(static_cast<Record*>(nullptr)), nullptr);
+  EXPECT_FALSE(other.text(TextSlot::kFirst).has_value());
+}
+
+}  // namespace
+}  // namespace zenfo

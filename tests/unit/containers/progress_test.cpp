@@ -1,0 +1,142 @@
+#include "containers/progress.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace zenfo {
+namespace {
+
+int asked = 0;
+int32_t answer = 0;
+std::vector<ProgressRecord> reports;
+
+int32_t ask(void* argument) {
+  EXPECT_NE(argument, nullptr);
+  ++asked;
+  return answer;
+}
+
+int32_t tell(ProgressRecord* record) {
+  reports.push_back(*record);
+  return 5;
+}
+
+class ProgressTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    hooks.SetInterruptHook(ask);
+    hooks.SetReportHook(tell);
+    // The counters are the process's: bring each to its start.
+    answer = 1;
+    while (hooks.PollInterrupt() == 0) {
+    }
+    while (hooks.PollInterruptEvery(100) == 0) {
+    }
+    reports.clear();
+    while (reports.empty()) hooks.ReportReset();
+    hooks.ReportPositionOf(0, 1);
+    reports.clear();
+    answer = 0;
+    asked = 0;
+  }
+  ProgressHooks hooks;
+};
+
+TEST_F(ProgressTest, PollsAskTheHookOnEvery101stCall) {
+  for (int round = 1; round <= 3; ++round) {
+    for (int i = 0; i < 100; ++i) EXPECT_EQ(hooks.PollInterrupt(), 0);
+    EXPECT_EQ(asked, round - 1);
+    hooks.PollInterrupt();
+    EXPECT_EQ(asked, round);
+  }
+}
+
+TEST_F(ProgressTest, PollsAnswerTheHooksAnswer) {
+  answer = 7;
+  for (int i = 0; i < 100; ++i) EXPECT_EQ(hooks.PollInterrupt(), 0);
+  EXPECT_EQ(hooks.PollInterrupt(), 7);
+}
+
+TEST_F(ProgressTest, PollsWithAPeriodHaveACounterOfTheirOwn) {
+  for (int i = 0; i < 50; ++i) hooks.PollInterrupt();
+  EXPECT_EQ(hooks.PollInterruptEvery(1), 0);
+  answer = 1;
+  EXPECT_EQ(hooks.PollInterruptEvery(1), 1);
+  EXPECT_EQ(asked, 1);
+}
+
+TEST_F(ProgressTest, CountersAreSharedByAllLists) {
+  ProgressHooks other;
+  other.SetInterruptHook(ask);
+  for (int i = 0; i < 60; ++i) hooks.PollInterrupt();
+  for (int i = 0; i < 40; ++i) other.PollInterrupt();
+  EXPECT_EQ(asked, 0);
+  other.PollInterrupt();
+  EXPECT_EQ(asked, 1);
+}
+
+TEST_F(ProgressTest, NothingIsAskedOrToldWithoutHooks) {
+  ProgressHooks silent;
+  EXPECT_TRUE(silent.silent());
+  for (int i = 0; i < 300; ++i) {
+    EXPECT_EQ(silent.PollInterrupt(), 0);
+    EXPECT_EQ(silent.PollInterruptEvery(0), 0);
+    EXPECT_EQ(silent.ReportReset(), 0);
+    EXPECT_EQ(silent.ReportPositionOf(0, 10), 0);
+  }
+  EXPECT_EQ(asked, 0);
+  EXPECT_TRUE(reports.empty());
+}
+
+TEST_F(ProgressTest, ResetReportsZerosOnEvery101stCall) {
+  for (int i = 0; i < 100; ++i) EXPECT_EQ(hooks.ReportReset(), 0);
+  EXPECT_EQ(hooks.ReportReset(), 5);
+  ASSERT_EQ(reports.size(), 1u);
+  EXPECT_EQ(reports[0].total, 0u);
+  EXPECT_EQ(reports[0].position, 0u);
+  EXPECT_EQ(reports[0].percent, 0);
+}
+
+TEST_F(ProgressTest, PositionsAreReportedAboutAHundredTimesAndAtTheEnd) {
+  for (uint32_t i = 0; i <= 1050; ++i) hooks.ReportPositionOf(i, 1050);
+  // Step 10: 0, 10, 20, ... 1050.
+  ASSERT_EQ(reports.size(), 106u);
+  for (size_t i = 0; i < reports.size(); ++i) {
+    EXPECT_EQ(reports[i].position, i * 10);
+    EXPECT_EQ(reports[i].total, 1050u);
+  }
+  EXPECT_EQ(reports.back().percent, 100);
+}
+
+TEST_F(ProgressTest, AWalkThatBeginsBehindZeroGoesOnFromTheLastStep) {
+  hooks.ReportPositionOf(0, 10);
+  hooks.ReportPositionOf(5, 10);
+  reports.clear();
+  hooks.ReportPositionOf(1, 10);
+  hooks.ReportPositionOf(5, 10);
+  EXPECT_TRUE(reports.empty());
+  hooks.ReportPositionOf(6, 10);
+  EXPECT_EQ(reports.size(), 1u);
+}
+
+TEST_F(ProgressTest, NothingIsReportedOfATotalOfZero) {
+  EXPECT_EQ(hooks.ReportPositionOf(0, 0), 0);
+  EXPECT_TRUE(reports.empty());
+}
+
+TEST(SinglePrecisionPercent, RoundsQuotientAndProductToFloat) {
+  struct Case {
+    uint32_t position, total;
+    int32_t percent;
+  };
+  // A double product of the float quotient would give 69 for the first.
+  for (const Case& c : {Case{7, 10, 70}, Case{29, 100, 29}, Case{53, 100, 52},
+                        Case{0, 3, 0}, Case{1, 3, 33}, Case{3, 3, 100}}) {
+    EXPECT_EQ(single_precision_percent(c.position, c.total), c.percent)
+        << c.position << " of " << c.total;
+  }
+}
+
+}  // namespace
+}  // namespace zenfo
