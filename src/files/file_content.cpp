@@ -1,0 +1,180 @@
+#include "files/file_content.h"
+
+#include <emmintrin.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "frame/guard.h"
+
+namespace zenfo {
+namespace {
+
+constexpr uint32_t kBlock = 50000;
+// Lengths are answered as signed 32-bit numbers.
+constexpr uint64_t kSizeLimit = INT32_MAX;
+constexpr uint32_t kReportsPerFile = 100;
+
+// Process-wide: see the header.
+uint32_t poll_counter = 0;
+uint32_t last_progress_step = 0;
+
+int32_t double_precision_percent(uint32_t done, uint32_t total) {
+  // Rounded to double at each step whatever the unit computes in.
+  volatile double quotient = static_cast<double>(done) / total;
+  volatile double product = quotient * 100.0;
+  return static_cast<int32_t>(product);
+}
+
+bool is_non_printable(unsigned char byte) {
+  return byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r';
+}
+
+// Bit i is set when byte i of the 16 is non-printable.
+unsigned non_printable_mask(const char* bytes) {
+  const __m128i chunk =
+      _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+  auto equals = [&](char byte) {
+    return _mm_cmpeq_epi8(chunk, _mm_set1_epi8(byte));
+  };
+  const __m128i control =
+      _mm_cmpeq_epi8(_mm_min_epu8(chunk, _mm_set1_epi8(0x1f)), chunk);
+  const __m128i allowed =
+      _mm_or_si128(_mm_or_si128(equals('\t'), equals('\n')), equals('\r'));
+  return static_cast<unsigned>(
+      _mm_movemask_epi8(_mm_andnot_si128(allowed, control)));
+}
+
+}  // namespace
+
+size_t find_control_byte(std::string_view text, size_t from) {
+  size_t position = from;
+  for (; position + 16 <= text.size(); position += 16) {
+    unsigned mask = non_printable_mask(text.data() + position);
+    if (mask != 0) return position + static_cast<size_t>(std::countr_zero(mask));
+  }
+  while (position < text.size() &&
+         !is_non_printable(static_cast<unsigned char>(text[position]))) {
+    ++position;
+  }
+  return std::min(position, text.size());
+}
+
+uint32_t FileContent::poll_interrupt(uint32_t every) {
+  if (interrupt_hook_ == nullptr) return 0;
+  const uint32_t old = poll_counter++;
+  if (old < every) return 0;
+  poll_counter = 0;
+  return static_cast<uint32_t>(interrupt_hook_(&interrupt_word_));
+}
+
+void FileContent::progress_step(uint32_t done, uint32_t total) {
+  if (progress_hook_ == nullptr || total == 0) return;
+  if (done == 0) {
+    last_progress_step = 0;
+  } else {
+    const uint32_t step = done / std::max(total / kReportsPerFile, 1u);
+    if (step <= last_progress_step) return;
+    last_progress_step = step;
+  }
+  progress_ = {total, done, double_precision_percent(done, total)};
+  progress_hook_(&progress_);
+}
+
+void FileContent::clear() {
+  loaded_ = false;
+  length_ = 0;
+}
+
+std::string_view FileContent::text() const {
+  std::string_view all = bytes();
+  const void* nul =
+      all.empty() ? nullptr : std::memchr(all.data(), '\0', all.size());
+  if (nul == nullptr) return all;
+  return all.substr(0, static_cast<size_t>(static_cast<const char*>(nul) -
+                                           all.data()));
+}
+
+int32_t FileContent::load_file_content(const char* path,
+                                       platform::NearbyFolder* nearby) {
+  clear();
+  file_size_ = 0;
+  path_ = path != nullptr ? path : "";
+  if (path_.empty()) return -1;
+  return load(path_.c_str(), nearby);
+}
+
+// The first read asks for one block. A short answer is the whole file, and
+// its size; only a full block needs to ask for the size.
+int32_t FileContent::load(const char* path, platform::NearbyFolder* nearby) {
+  platform::InputFile file;
+  if (!file.open(path, nearby)) {
+    // An empty file counts as loaded even where it may not be opened.
+    platform::FileFacts facts;
+    const bool empty = platform::read_file_facts(path, facts, nearby) &&
+                       (facts.attributes & platform::kAttributeDirectory) == 0 &&
+                       facts.size == 0;
+    return empty && platform::is_file(path) ? 0 : -1;
+  }
+  if (!buffer_.reserve(kBlock + 1, 0)) return -1;
+  const int64_t got = file.read(buffer_.data(), kBlock);
+  if (got < 0) return -1;
+  if (got == 0) return file.size() == 0 ? 0 : -1;
+  if (got == kBlock) return load_large(file);
+  file_size_ = static_cast<uint64_t>(got);
+  progress_step(0, 1);
+  return finish(static_cast<uint32_t>(got), 1);
+}
+
+// The first block stands in the buffer.
+int32_t FileContent::load_large(platform::InputFile& file) {
+  const int64_t size = file.size();
+  if (size < kBlock || static_cast<uint64_t>(size) >= kSizeLimit) return -1;
+  file_size_ = static_cast<uint64_t>(size);
+  const auto blocks = static_cast<uint32_t>(size / kBlock);
+  const auto rest = static_cast<uint32_t>(size % kBlock);
+  const uint32_t steps = blocks + 1;
+  if (!buffer_.reserve(static_cast<size_t>(size) + 1, kBlock)) return -1;
+  progress_step(0, steps);
+  uint32_t total = kBlock;
+  for (uint32_t k = 0; k < blocks; ++k) {
+    if (k > 0) {
+      if (!read_exactly(file, uint64_t{k} * kBlock, kBlock)) return -1;
+      total += kBlock;
+    }
+    if (poll_interrupt(1) != 0) break;
+    progress_step(k, steps);
+  }
+  if (!read_exactly(file, uint64_t{blocks} * kBlock, rest)) return -1;
+  // After an interrupt the content runs into blocks that were never read.
+  if (total < blocks * kBlock) std::memset(buffer_.data() + total, 0, rest);
+  return finish(total + rest, steps);
+}
+
+// A short read means that the file has shrunk.
+bool FileContent::read_exactly(platform::InputFile& file, uint64_t offset,
+                               uint32_t size) {
+  return size == 0 || file.read(buffer_.data() + offset, size) ==
+                          static_cast<int64_t>(size);
+}
+
+int32_t FileContent::finish(uint32_t total, uint32_t steps) {
+  buffer_.data()[total] = '\0';
+  loaded_ = true;
+  length_ = total;
+  progress_step(steps, steps);
+  return static_cast<int32_t>(total);
+}
+
+int32_t FileContent::find_non_printable() {
+  if (!loaded_) return 0;
+  return unlogged(-1, [&]() -> int32_t {
+    progress_step(0, length_);
+    const size_t found = find_control_byte(bytes(), 1);
+    progress_step(1, 1);
+    return found < length_ ? static_cast<int32_t>(found) : 0;
+  });
+}
+
+}  // namespace zenfo

@@ -1,0 +1,83 @@
+// The loaded text of the file in hand: the loader with its progress and
+// interrupt throttling, and the check for non-printable bytes.
+//
+// One buffer serves all files of a run. It is neither cleared nor freed
+// between files; one NUL byte stands behind the content. A small file costs an
+// open, one read and a close.
+//
+// The poll counter and the last progress step are process-wide, shared by all
+// loaders, like those of the lists.
+//
+// Tested by tests/unit/files/file_content_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "containers/progress.h"
+#include "platform/files.h"
+#include "platform/memory.h"
+
+namespace zenfo {
+
+class FileContent {
+ public:
+  void set_interrupt_hook(InterruptHook hook) { interrupt_hook_ = hook; }
+  void set_progress_hook(ReportHook hook) { progress_hook_ = hook; }
+
+  // Throttled call of the interrupt hook; non-zero means stop. Intended: with
+  // `every` 1 the hook is asked on every second call, counted across all
+  // files and operations.
+  uint32_t poll_interrupt(uint32_t every);
+  // Throttled call of the progress hook: about a hundred a file, the first
+  // always.
+  void progress_step(uint32_t done, uint32_t total);
+
+  // Loads the whole file; answers its length, or -1. An empty file loads with
+  // length 0 and is not opened. `nearby` speeds up a walk; may be null.
+  // Intended: an interrupt while loading skips to the rest behind the last
+  // whole block and still succeeds, with a length below the file's size.
+  int32_t load_file_content(const char* path,
+                            platform::NearbyFolder* nearby = nullptr);
+  // Forgets the content, keeps the buffer.
+  void clear();
+
+  // Position of the first non-printable byte, 0 if none. Intended: such a
+  // byte at position 0 is never found.
+  int32_t find_non_printable();
+
+  bool loaded() const { return loaded_; }
+  const char* data() const { return buffer_.data(); }
+  uint32_t length() const { return length_; }
+  std::string_view bytes() const {
+    return loaded_ ? std::string_view(data(), length_) : std::string_view();
+  }
+  // The bytes up to the first NUL.
+  std::string_view text() const;
+  const std::string& path() const { return path_; }
+  // Size on disk when loading began; above length() after an interrupt.
+  uint64_t file_size() const { return file_size_; }
+
+ private:
+  int32_t load(const char* path, platform::NearbyFolder* nearby);
+  int32_t finish(uint32_t total, uint32_t steps);
+  int32_t load_large(platform::InputFile& file);
+  bool read_exactly(platform::InputFile& file, uint64_t offset, uint32_t size);
+
+  std::string path_;
+  platform::KeptBuffer buffer_;
+  bool loaded_ = false;  // false for an empty file too
+  uint32_t length_ = 0;
+  uint64_t file_size_ = 0;
+  uint32_t interrupt_word_ = 0;
+  ProgressRecord progress_{};
+  InterruptHook interrupt_hook_ = nullptr;
+  ReportHook progress_hook_ = nullptr;
+};
+
+// Position of the first byte below 0x20 other than TAB, LF and CR, looking
+// from `from` on; the text's length if none.
+size_t find_control_byte(std::string_view text, size_t from);
+
+}  // namespace zenfo

@@ -1,0 +1,38 @@
+// One large block of memory that is kept and grown, never cleared: the text
+// of the file in hand.
+//
+// Tested by tests/unit/platform/memory_test.cpp
+#pragma once
+
+#include <cstddef>
+
+namespace zenfo::platform {
+
+// Large blocks come in huge pages where the system has them: touching a new
+// gigabyte in small pages costs half a second.
+class KeptBuffer {
+ public:
+  // Bytes that may be read, and hold nothing, on either side of data().
+  static constexpr size_t kSlack = 64;
+
+  KeptBuffer() = default;
+  ~KeptBuffer() { release(); }
+  KeptBuffer(const KeptBuffer&) = delete;
+  KeptBuffer& operator=(const KeptBuffer&) = delete;
+
+  char* data() const { return data_; }
+  size_t capacity() const { return capacity_; }
+
+  // Room for `size` bytes, growing by at least half where there is room; the
+  // first `keep` bytes stay. False when there is no memory.
+  bool reserve(size_t size, size_t keep);
+  void release();
+
+ private:
+  char* data_ = nullptr;
+  size_t capacity_ = 0;
+  void* block_ = nullptr;
+  size_t block_size_ = 0;
+};
+
+}  // namespace zenfo::platform

@@ -1,0 +1,268 @@
+#include "files/file_content.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/temp_folder.h"
+
+namespace zenfo {
+namespace {
+
+using test::TempFolder;
+
+std::vector<ProgressRecord> reports;
+int polls = 0;
+int stop_at_poll = 0;  // 1-based; 0 never
+
+int32_t tell(ProgressRecord* record) {
+  reports.push_back(*record);
+  return 1;
+}
+int32_t ask(void*) {
+  ++polls;
+  return polls == stop_at_poll ? 1 : 0;
+}
+
+std::string noise(size_t size) {
+  std::string bytes(size, '\0');
+  std::mt19937_64 random(size);
+  for (char& c : bytes) c = static_cast<char>(random());
+  return bytes;
+}
+
+using Steps = std::vector<std::pair<uint32_t, uint32_t>>;
+
+class FileContentTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    // Brings the process's poll counter to its start.
+    stop_at_poll = 0;
+    content.set_interrupt_hook(ask);
+    polls = 0;
+    while (polls == 0) content.poll_interrupt(1);
+    polls = 0;
+    content.set_interrupt_hook(nullptr);
+    reports.clear();
+  }
+  void listen() {
+    content.set_interrupt_hook(ask);
+    content.set_progress_hook(tell);
+  }
+  // Position and total of every report.
+  Steps steps() {
+    Steps all;
+    for (const ProgressRecord& r : reports) {
+      all.emplace_back(r.position, r.total);
+    }
+    return all;
+  }
+  TempFolder folder;
+  FileContent content;
+};
+
+TEST_F(FileContentTest, LoadsTheBytesFollowedByANul) {
+  for (size_t size : {1u, 49999u, 50000u, 50001u, 99999u, 100000u, 2500001u}) {
+    const std::string bytes = noise(size);
+    const std::string path = folder.file("f", bytes);
+    ASSERT_EQ(content.load_file_content(path.c_str()),
+              static_cast<int32_t>(size));
+    EXPECT_EQ(content.length(), size);
+    EXPECT_EQ(content.file_size(), size);
+    EXPECT_TRUE(content.bytes() == bytes) << size;
+    EXPECT_EQ(content.data()[size], '\0');
+    EXPECT_EQ(content.path(), path);
+  }
+}
+
+TEST_F(FileContentTest, AnEmptyFileLoadsWithLengthZeroAndNoReport) {
+  listen();
+  const std::string path = folder.file("empty", "");
+  EXPECT_EQ(content.load_file_content(path.c_str()), 0);
+  EXPECT_FALSE(content.loaded());
+  EXPECT_TRUE(content.bytes().empty());
+  EXPECT_TRUE(reports.empty());
+  EXPECT_EQ(content.find_non_printable(), 0);
+}
+
+TEST_F(FileContentTest, FailsForMissingFilesFoldersAndNoPath) {
+  EXPECT_EQ(content.load_file_content(folder.path("missing").c_str()), -1);
+  EXPECT_EQ(content.load_file_content(folder.path().c_str()), -1);
+  EXPECT_EQ(content.load_file_content(""), -1);
+  EXPECT_EQ(content.load_file_content(nullptr), -1);
+}
+
+TEST_F(FileContentTest, AFailureLeavesNoContentOfTheFileBefore) {
+  content.load_file_content(folder.file("a", "text").c_str());
+  EXPECT_EQ(content.load_file_content(folder.path("missing").c_str()), -1);
+  EXPECT_FALSE(content.loaded());
+  EXPECT_TRUE(content.bytes().empty());
+  EXPECT_EQ(content.length(), 0u);
+}
+
+TEST_F(FileContentTest, ReportsTwoStepsForASmallFile) {
+  listen();
+  content.load_file_content(folder.file("f", "abc").c_str());
+  EXPECT_EQ(steps(), (Steps{{0, 1}, {1, 1}}));
+  EXPECT_EQ(reports[0].percent, 0);
+  EXPECT_EQ(reports[1].percent, 100);
+  EXPECT_EQ(polls, 0);
+}
+
+TEST_F(FileContentTest, AFileOfOneBlockHasTwoStepsAndAReadOfNothing) {
+  listen();
+  content.load_file_content(folder.file("f", noise(50000)).c_str());
+  // Once before the blocks, once for block 0, once at the end.
+  EXPECT_EQ(steps(), (Steps{{0, 2}, {0, 2}, {2, 2}}));
+}
+
+TEST_F(FileContentTest, ReportsEachBlockOfASmallNumberOfBlocks) {
+  listen();
+  content.load_file_content(folder.file("f", noise(150001)).c_str());
+  EXPECT_EQ(steps(), (Steps{{0, 4}, {0, 4}, {1, 4}, {2, 4}, {4, 4}}));
+  EXPECT_EQ(reports[2].percent, 25);
+}
+
+TEST_F(FileContentTest, ReportsAboutAHundredTimesForManyBlocks) {
+  listen();
+  content.load_file_content(folder.file("f", noise(50000 * 450)).c_str());
+  // 451 steps, told at every fourth: 0 twice, 4, 8, ... 448, and nothing new
+  // at 451, which is in the same fourth.
+  EXPECT_EQ(reports.size(), 2u + 112u);
+  EXPECT_EQ(reports.back().position, 448u);
+}
+
+TEST_F(FileContentTest, PollsTheHostOnEverySecondBlock) {
+  listen();
+  content.load_file_content(folder.file("f", noise(50000 * 6)).c_str());
+  EXPECT_EQ(polls, 3);
+}
+
+TEST_F(FileContentTest, TheHalvingIsCountedAcrossFiles) {
+  listen();
+  const std::string path = folder.file("f", noise(50000));
+  content.load_file_content(path.c_str());
+  EXPECT_EQ(polls, 0);
+  content.load_file_content(path.c_str());
+  EXPECT_EQ(polls, 1);
+}
+
+TEST_F(FileContentTest, AnInterruptSkipsToTheRestAndStillSucceeds) {
+  listen();
+  stop_at_poll = 1;  // after the second block
+  const std::string bytes = noise(50000 * 5 + 7);
+  const std::string path = folder.file("f", bytes);
+  EXPECT_EQ(content.load_file_content(path.c_str()), 100007);
+  EXPECT_EQ(content.file_size(), bytes.size());
+  std::string expected = bytes.substr(0, 100000);
+  expected.append(7, '\0');  // never read
+  EXPECT_TRUE(content.bytes() == expected);
+  EXPECT_EQ(content.data()[100007], '\0');
+  EXPECT_EQ(reports.back().position, 6u);
+}
+
+TEST_F(FileContentTest, AnInterruptAfterTheLastBlockLosesNothing) {
+  listen();
+  stop_at_poll = 1;
+  const std::string bytes = noise(100003);
+  EXPECT_EQ(content.load_file_content(folder.file("f", bytes).c_str()), 100003);
+  EXPECT_TRUE(content.bytes() == bytes);
+}
+
+TEST_F(FileContentTest, PercentIsComputedInDoublePrecision) {
+  listen();
+  content.progress_step(0, 100);
+  content.progress_step(29, 100);
+  EXPECT_EQ(reports.back().percent, 28);
+}
+
+TEST_F(FileContentTest, StepsOfATotalOfZeroAreNotTold) {
+  listen();
+  content.progress_step(0, 0);
+  EXPECT_TRUE(reports.empty());
+}
+
+TEST_F(FileContentTest, AStepIsToldOnlyBeyondTheLastOne) {
+  listen();
+  for (uint32_t i = 0; i <= 1000; ++i) content.progress_step(i, 1000);
+  EXPECT_EQ(reports.size(), 101u);
+  content.progress_step(1000, 1000);
+  EXPECT_EQ(reports.size(), 101u);
+}
+
+TEST_F(FileContentTest, TextEndsAtTheFirstNul) {
+  content.load_file_content(folder.file("f", std::string("ab\0cd", 5)).c_str());
+  EXPECT_EQ(content.text(), "ab");
+  content.load_file_content(folder.file("f", "abc").c_str());
+  EXPECT_EQ(content.text(), "abc");
+}
+
+struct PrintableCase {
+  std::string bytes;
+  int32_t position;
+};
+
+TEST_F(FileContentTest, FindsTheFirstControlByteBehindTheFirstByte) {
+  const PrintableCase cases[] = {
+      {"plain\ttext\r\n", 0},
+      {std::string("\x01", 1) + "only the first", 0},
+      {std::string("\x01\x02", 2), 1},
+      {"12345\x0b", 5},
+      {"a\x7f\x80\xff z", 0},
+      {std::string("ab\0", 3), 2},
+      {std::string(40, 'x') + '\x1f', 40},
+      {std::string(40, 'x') + '\x1f' + std::string(40, 'x') + '\x01', 40},
+  };
+  for (const PrintableCase& c : cases) {
+    content.load_file_content(folder.file("f", c.bytes).c_str());
+    EXPECT_EQ(content.find_non_printable(), c.position);
+  }
+}
+
+TEST_F(FileContentTest, TheCheckReportsItsBeginningAndItsEnd) {
+  content.load_file_content(folder.file("f", "abc").c_str());
+  listen();
+  content.find_non_printable();
+  EXPECT_EQ(steps(), (Steps{{0, 3}, {1, 1}}));
+}
+
+TEST(FindControlByte, AgreesWithTheRuleForEveryByteAndPosition) {
+  for (int byte = 0; byte < 256; ++byte) {
+    const bool bad = byte < 0x20 && byte != 9 && byte != 10 && byte != 13;
+    for (size_t position : {1u, 2u, 15u, 16u, 17u, 31u, 33u}) {
+      std::string text(40, 'x');
+      text[position] = static_cast<char>(byte);
+      EXPECT_EQ(find_control_byte(text, 1), bad ? position : text.size())
+          << byte;
+    }
+  }
+}
+
+#ifndef _WIN32
+TEST_F(FileContentTest, AFileThatShrinksWhileItIsReadFails) {
+  const std::string path = folder.file("f", noise(50000 * 4));
+  static std::string shrinking;
+  shrinking = path;
+  content.set_progress_hook([](ProgressRecord* record) -> int32_t {
+    if (record->position == 1) {
+      std::filesystem::resize_file(shrinking, 120000);
+    }
+    return 0;
+  });
+  EXPECT_EQ(content.load_file_content(path.c_str()), -1);
+  EXPECT_FALSE(content.loaded());
+}
+
+TEST_F(FileContentTest, APipeIsNoFileAndIsNotWaitedFor) {
+  const std::string path = folder.path("pipe");
+  ASSERT_EQ(std::system(("mkfifo " + path).c_str()), 0);
+  EXPECT_EQ(content.load_file_content(path.c_str()), -1);
+}
+#endif
+
+}  // namespace
+}  // namespace zenfo
