@@ -20,3 +20,30 @@ if(WIN32)
   target_link_libraries(zenfo_engine PUBLIC shell32 advapi32 oleaut32 gdi32
                                             user32)
 endif()
+
+# The library that hosts load: the engine behind its exported operations.
+set(exports_table ${PROJECT_SOURCE_DIR}/src/frame/exports.inc)
+set(exports_def ${PROJECT_BINARY_DIR}/ZenfoFR130.def)
+set(exports_map ${PROJECT_BINARY_DIR}/zenfofr130.map)
+add_custom_command(
+  OUTPUT ${exports_def} ${exports_map}
+  COMMAND ${CMAKE_COMMAND} -DTABLE=${exports_table} -DDEF=${exports_def}
+          -DMAP=${exports_map}
+          -P ${PROJECT_SOURCE_DIR}/cmake/generate_exports.cmake
+  DEPENDS ${exports_table} ${PROJECT_SOURCE_DIR}/cmake/generate_exports.cmake
+  VERBATIM)
+add_custom_target(zenfo_export_lists DEPENDS ${exports_def} ${exports_map})
+
+add_library(zenfofr130 SHARED ${PROJECT_SOURCE_DIR}/src/frame/exports.cpp)
+target_link_libraries(zenfofr130 PRIVATE zenfo_engine)
+target_include_directories(zenfofr130 INTERFACE ${PROJECT_SOURCE_DIR}/include)
+add_dependencies(zenfofr130 zenfo_export_lists)
+if(WIN32)
+  set_target_properties(zenfofr130 PROPERTIES PREFIX "" OUTPUT_NAME ZenfoFR130
+                        IMPORT_PREFIX lib LINK_DEPENDS ${exports_def})
+  target_sources(zenfofr130 PRIVATE ${exports_def})
+else()
+  set_target_properties(zenfofr130 PROPERTIES LINK_DEPENDS ${exports_map})
+  target_link_options(zenfofr130 PRIVATE
+                      -Wl,--version-script=${exports_map} -Wl,--no-undefined)
+endif()

@@ -27,9 +27,11 @@
 #ifdef _WIN32
 #include <wchar.h>
 #define ZENFO_CALL __stdcall
+#define ZENFO_API
 typedef wchar_t ZenfoWideChar;
 #else
 #define ZENFO_CALL
+#define ZENFO_API __attribute__((visibility("default")))
 #ifdef __cplusplus
 typedef char16_t ZenfoWideChar;
 #else
@@ -91,6 +93,253 @@ enum {
   ZENFO_OPTION_ATTRIBUTES = 5, /* bytes 5 to 9 alike: attributes, size, times */
   ZENFO_OPTION_COUNT = 10
 };
+
+
+/* ---- Start, end, callbacks, errors ------------------------------------- */
+
+/* Initialize()
+ *
+ * Creates all lists and patterns, empty; what an earlier call created is
+ * destroyed first, the error file is forgotten, callbacks stay.
+ * Answers 1; 0 on failure.
+ */
+ZENFO_API int32_t ZENFO_CALL Initialize(void);
+
+/* Terminate()
+ *
+ * Destroys everything that Initialize() created; callbacks stay. Harmless at
+ * any time. Answers 1.
+ */
+ZENFO_API int32_t ZENFO_CALL Terminate(void);
+
+/* SetCallBacks()
+ *
+ * Copies the table; a null callback switches that kind of call off. A null
+ * table changes nothing and is logged. May be called before Initialize().
+ */
+ZENFO_API void ZENFO_CALL SetCallBacks(const CallbackTable* table);
+
+/* SetErrorFile()
+ *
+ * Names the text file that failures are appended to, a record each. Empty
+ * switches logging off, null keeps the file set before.
+ * Answers 1; -1 before Initialize().
+ */
+ZENFO_API int32_t ZENFO_CALL SetErrorFile(const char* name);
+
+/* ---- Filling file lists ------------------------------------------------- */
+
+/* FindFiles()
+ *
+ * Appends the files of a search to a list (0, 1, 2, 4, 6 or 7), then gathers
+ * facts for every entry of the list.
+ *   specification  groups separated by "|". A group is a flag character ("1":
+ *                  subfolders too), a path whose last component is a pattern,
+ *                  and further patterns, all separated by ";":
+ *                  "1C:\src\*.c;*.h|0C:\doc\*.txt". A group whose folder does
+ *                  not exist is skipped.
+ *   options        ten bytes, see ZENFO_OPTION_...
+ *   output_file    "" for the list; else the paths are written to this file,
+ *                  one a line ended by CR LF, and the list stays as it is
+ * Answers the number of files found; 0 also when the host stopped the gathering
+ * of facts; -1 when it stopped the search, for a missing list, options or
+ * output file pointer (logged), or a file that cannot be written.
+ * Progress: "Now looking for files", "Now retrieving files attributes".
+ */
+ZENFO_API int32_t ZENFO_CALL FindFiles(int32_t list, const char* specification,
+                                       const unsigned char* options,
+                                       const char* output_file);
+
+/* AddFileToList()
+ *
+ * Asks the file question for every entry of the source list and appends new
+ * entries for those taken to the target list, with their facts. Both may be
+ * the same list.
+ * Answers the number added; 0 when the host stopped; -1 for a missing list or
+ * options, an answer other than 0 to 3, or no file question (all logged).
+ */
+ZENFO_API int32_t ZENFO_CALL AddFileToList(int32_t source, int32_t target,
+                                           const unsigned char* options);
+
+/* ---- One entry ----------------------------------------------------------
+ *
+ * Text accessors empty the buffer, then copy the whole text with its NUL; the
+ * size is not consulted. They answer 1, or -1 (not logged) for a missing list,
+ * entry, text or buffer, and for records that are no files.
+ */
+
+/* File name: what follows the last path separator (option byte 2). */
+ZENFO_API int32_t ZENFO_CALL GetFilename(int32_t list, uint32_t index,
+                                         char* buffer, uint32_t size);
+/* Complete path. */
+ZENFO_API int32_t ZENFO_CALL GetFullName(int32_t list, uint32_t index,
+                                         char* buffer, uint32_t size);
+/* Sets the path; folder and file name follow. A null or empty text is refused
+ * and logged. */
+ZENFO_API int32_t ZENFO_CALL SetFullName(int32_t list, uint32_t index,
+                                         const char* text);
+/* Folder, without the last separator (option byte 3). */
+ZENFO_API int32_t ZENFO_CALL GetDirectory(int32_t list, uint32_t index,
+                                          char* buffer, uint32_t size);
+/* The shell's type name (option byte 4). */
+ZENFO_API int32_t ZENFO_CALL GetType(int32_t list, uint32_t index,
+                                     char* buffer, uint32_t size);
+/* Creation time as local time, "dd/mm/yyyy hh:mm:ss". A time that cannot be
+ * shown answers -1 and is logged. */
+ZENFO_API int32_t ZENFO_CALL GetCTime(int32_t list, uint32_t index,
+                                      char* buffer, uint32_t size);
+/* Last access, "dd/mm/yyyy hh:mm": no seconds. */
+ZENFO_API int32_t ZENFO_CALL GetATime(int32_t list, uint32_t index,
+                                      char* buffer, uint32_t size);
+/* Last write, "dd/mm/yyyy hh:mm:ss". */
+ZENFO_API int32_t ZENFO_CALL GetMTime(int32_t list, uint32_t index,
+                                      char* buffer, uint32_t size);
+/* Size: "1.5 KB" above 1024 bytes, else "1024 B". */
+ZENFO_API int32_t ZENFO_CALL GetSize(int32_t list, uint32_t index,
+                                     char* buffer, uint32_t size);
+/* Attribute letters out of "RHASC": read-only, hidden, archive, system,
+ * compressed; empty when none is set. */
+ZENFO_API int32_t ZENFO_CALL GetAttributes(int32_t list, uint32_t index,
+                                           char* buffer, uint32_t size);
+/* Index of the small icon (option byte 1), also stored in *icon; *image_list
+ * receives the system image list. Either pointer may be null. Linux: 0. */
+ZENFO_API int32_t ZENFO_CALL GetIcon(int32_t list, uint32_t index,
+                                     int32_t* image_list, int32_t* icon);
+/* The entry's flag: 0 all facts gathered, -1 one is missing (or no entry);
+ * runs store the matches found. */
+ZENFO_API int32_t ZENFO_CALL GetFlag(int32_t list, uint32_t index);
+/* 1 when the file lies in a recycle-bin folder, else 0. */
+ZENFO_API int32_t ZENFO_CALL IsTrashed(int32_t list, uint32_t index);
+
+/* ---- Records of any kind ------------------------------------------------- */
+
+/* State of a record: 0 not selected, 1 selected. */
+ZENFO_API int32_t ZENFO_CALL GetState(int32_t list, uint32_t index);
+
+/* SetState()
+ *
+ * Changes the state of one record, or of all (index -1): action 0 deselects, 1
+ * selects, -1 toggles.
+ * Answers the records changed (so far, when the host stopped); 0 for any other
+ * action; -1 for a missing list or record.
+ */
+ZENFO_API int32_t ZENFO_CALL SetState(int32_t list, int32_t index,
+                                      int32_t action);
+
+/* GetCount()
+ *
+ * Counts records by state; -1 counts all. Answers -1 for a missing list or a
+ * selector below -1. Progress: "Now counting entries".
+ */
+ZENFO_API int32_t ZENFO_CALL GetCount(int32_t list, int32_t selector);
+
+/* GetFileFlagCount()
+ *
+ * Counts files by flag: above 0, those whose flag is 1 or more; 0 or -1, those
+ * whose flag is that. -1 for a missing list or a value below -1.
+ */
+ZENFO_API int32_t ZENFO_CALL GetFileFlagCount(int32_t list, int32_t value);
+
+/* GetSizeTotal(), GetSizeSelection()
+ *
+ * The sizes of all, or of the selected, files of a list: "1.50 KB" and
+ * "1.50 KB (1536 Bytes)". Either buffer may be null; 64 bytes hold any text.
+ * Answer 1; -1 for a missing list.
+ */
+ZENFO_API int32_t ZENFO_CALL GetSizeTotal(int32_t list, char* short_text,
+                                          char* long_text);
+ZENFO_API int32_t ZENFO_CALL GetSizeSelection(int32_t list, char* short_text,
+                                              char* long_text);
+
+/* Clear()
+ *
+ * Removes all records of a list. Answers 1; 0 for a missing list (logged).
+ */
+ZENFO_API int32_t ZENFO_CALL Clear(int32_t list);
+
+/* Refresh()
+ *
+ * Gathers the asked facts of one entry, or of all (index -1), again; flags stay
+ * as they are.
+ * Answers the entries refreshed (so far, when the host stopped); -1 for a
+ * missing list, entry or options.
+ */
+ZENFO_API int32_t ZENFO_CALL Refresh(int32_t list, int32_t index,
+                                     const unsigned char* options);
+
+/* ---- Records of other lists ----------------------------------------------
+ *
+ * Text accessors as above, for fixed lists.
+ */
+
+/* List 2. */
+ZENFO_API int32_t ZENFO_CALL GetFindString(uint32_t index, char* buffer,
+                                           uint32_t size);
+ZENFO_API int32_t ZENFO_CALL GetReplaceString(uint32_t index, char* buffer,
+                                              uint32_t size);
+/* List 8. */
+ZENFO_API int32_t ZENFO_CALL get_replace_value(uint32_t index, char* buffer,
+                                               uint32_t size);
+/* List 3: the file changed, its safe copy, when the copy was made. */
+ZENFO_API int32_t ZENFO_CALL GetOrigFile(uint32_t index, char* buffer,
+                                         uint32_t size);
+ZENFO_API int32_t ZENFO_CALL GetSafeFile(uint32_t index, char* buffer,
+                                         uint32_t size);
+ZENFO_API int32_t ZENFO_CALL GetSafeTime(uint32_t index, char* buffer,
+                                         uint32_t size);
+
+/* ---- Matches ---------------------------------------------------------------
+ *
+ * Lists 5, 9 and 10 hold matches of the file in hand, so they can be read from
+ * inside the option question only. -1 (not logged) for a missing list, record
+ * or buffer.
+ */
+
+/* Offset in bytes, as decimal text of at most 10 digits; the size is not
+ * consulted. */
+ZENFO_API int32_t ZENFO_CALL GetMatchOffset(int32_t list, uint32_t index,
+                                            char* buffer, uint32_t size);
+/* Length in bytes, likewise. */
+ZENFO_API int32_t ZENFO_CALL GetMatchLength(int32_t list, uint32_t index,
+                                            char* buffer, uint32_t size);
+
+/* GetMatchText()
+ *
+ * Copies the bytes of one match into a host buffer, cut to fit.
+ *   buffer  at least size + 5 bytes; ends in NUL
+ *   size    bytes for the text, the mark " ..." not counted
+ * Answers 1. A size of length to length + 4 also copies the bytes behind the
+ * match; one below length (not 0) cuts and adds the mark.
+ * Example: "abcdefghij", size 8 -> "abcdefgh ..." (13 bytes with NUL).
+ */
+ZENFO_API int32_t ZENFO_CALL GetMatchText(int32_t list, uint32_t index,
+                                          char* buffer, uint32_t size);
+
+/* GetMatchReplace()
+ *
+ * The replacement of one match, in the same manner; the mark is added whenever
+ * fewer bytes than the match's length were copied (and not none).
+ */
+ZENFO_API int32_t ZENFO_CALL GetMatchReplace(int32_t list, uint32_t index,
+                                             char* buffer, uint32_t size);
+
+/* The match's own flag: 1, or 0 when it got no replacement value. */
+ZENFO_API int32_t ZENFO_CALL get_match_flag(int32_t list, uint32_t index);
+
+/* FindInFiles()
+ *
+ * Selects every file of a list that holds a text. Each file is searched up to
+ * its first NUL byte.
+ *   clear_selection  non-zero deselects all records first
+ *   whole_word       non-zero: no letter or digit may touch the occurrence
+ *   case_sensitive   zero ignores case
+ * Answers the number of files that hold it; -1 for a missing list or an empty
+ * text. Files that cannot be loaded are passed over. The host cannot stop it.
+ */
+ZENFO_API int32_t ZENFO_CALL FindInFiles(int32_t list, const char* text,
+                                         int32_t clear_selection,
+                                         int32_t whole_word,
+                                         int32_t case_sensitive);
 
 #ifdef __cplusplus
 }

@@ -1,0 +1,193 @@
+// The exported operations: one line each, no logic. Prototypes and their
+// documentation are in zenfofr130.h, rows in exports.inc.
+//
+// Tested by tests/contract/exports_test.cpp
+#include <cstdint>
+#include <type_traits>
+
+#include "files/entry_ops.h"
+#include "files/find_ops.h"
+#include "frame/frame_ops.h"
+#include "frame/guard.h"
+#include "frame/library.h"
+#include "frame/rows.h"
+#include "search/match_ops.h"
+#include "zenfofr130.h"
+
+namespace {
+
+using zenfo::guarded;
+using zenfo::library;
+namespace row = zenfo::row;
+
+// Runs an operation in the error frame of its row.
+template <const zenfo::ExportRow& kRow, class Operation, class... Arguments>
+int32_t run(Operation operation, Arguments... arguments) {
+  return guarded(kRow, [&] { return operation(library(), arguments...); });
+}
+
+template <class Result, class... Arguments>
+constexpr bool fits(Result(ZENFO_CALL*)(Arguments...), int arguments) {
+  // On the 32-bit target every argument and result is one 32-bit word.
+  constexpr bool words =
+      sizeof(void*) != 4 || ((sizeof(Arguments) == 4) && ... && true);
+  return words && sizeof...(Arguments) == static_cast<size_t>(arguments);
+}
+
+// Every row has a prototype with its number of arguments.
+#define ZENFO_EXPORT(ordinal, routine, arguments, failure, log, access) \
+  static_assert(fits(&::routine, arguments), #routine);
+#include "frame/exports.inc"
+#undef ZENFO_EXPORT
+
+}  // namespace
+
+extern "C" {
+
+#define ZENFO_ENTRY ZENFO_API int32_t ZENFO_CALL
+
+ZENFO_ENTRY Initialize() { return run<row::Initialize>(zenfo::initialize); }
+ZENFO_ENTRY Terminate() { return run<row::Terminate>(zenfo::terminate); }
+ZENFO_ENTRY FindFiles(int32_t list, const char* specification,
+                      const unsigned char* options, const char* output_file) {
+  return run<row::FindFiles>(zenfo::find_files, list, specification, options,
+                             output_file);
+}
+ZENFO_ENTRY AddFileToList(int32_t source, int32_t target,
+                          const unsigned char* options) {
+  return run<row::AddFileToList>(zenfo::add_file_to_list, source, target,
+                                 options);
+}
+ZENFO_ENTRY GetFilename(int32_t list, uint32_t index, char* buffer,
+                        uint32_t size) {
+  return run<row::GetFilename>(zenfo::get_filename, list, index, buffer, size);
+}
+ZENFO_ENTRY GetFullName(int32_t list, uint32_t index, char* buffer,
+                        uint32_t size) {
+  return run<row::GetFullName>(zenfo::get_full_name, list, index, buffer, size);
+}
+ZENFO_ENTRY SetFullName(int32_t list, uint32_t index, const char* text) {
+  return run<row::SetFullName>(zenfo::set_full_name, list, index, text);
+}
+ZENFO_ENTRY GetDirectory(int32_t list, uint32_t index, char* buffer,
+                         uint32_t size) {
+  return run<row::GetDirectory>(zenfo::get_directory, list, index, buffer,
+                                size);
+}
+ZENFO_ENTRY GetType(int32_t list, uint32_t index, char* buffer,
+                    uint32_t size) {
+  return run<row::GetType>(zenfo::get_type, list, index, buffer, size);
+}
+ZENFO_ENTRY GetCTime(int32_t list, uint32_t index, char* buffer,
+                     uint32_t size) {
+  return run<row::GetCTime>(zenfo::get_ctime, list, index, buffer, size);
+}
+ZENFO_ENTRY GetATime(int32_t list, uint32_t index, char* buffer,
+                     uint32_t size) {
+  return run<row::GetATime>(zenfo::get_atime, list, index, buffer, size);
+}
+ZENFO_ENTRY GetMTime(int32_t list, uint32_t index, char* buffer,
+                     uint32_t size) {
+  return run<row::GetMTime>(zenfo::get_mtime, list, index, buffer, size);
+}
+ZENFO_ENTRY GetSize(int32_t list, uint32_t index, char* buffer,
+                    uint32_t size) {
+  return run<row::GetSize>(zenfo::get_size, list, index, buffer, size);
+}
+ZENFO_ENTRY GetAttributes(int32_t list, uint32_t index, char* buffer,
+                          uint32_t size) {
+  return run<row::GetAttributes>(zenfo::get_attributes, list, index, buffer,
+                                 size);
+}
+ZENFO_API void ZENFO_CALL SetCallBacks(const CallbackTable* table) {
+  run<row::SetCallBacks>(zenfo::set_callbacks, table);
+}
+ZENFO_ENTRY SetState(int32_t list, int32_t index, int32_t action) {
+  return run<row::SetState>(zenfo::set_state, list, index, action);
+}
+ZENFO_ENTRY GetState(int32_t list, uint32_t index) {
+  return run<row::GetState>(zenfo::get_state, list, index);
+}
+ZENFO_ENTRY GetFlag(int32_t list, uint32_t index) {
+  return run<row::GetFlag>(zenfo::get_flag, list, index);
+}
+ZENFO_ENTRY IsTrashed(int32_t list, uint32_t index) {
+  return run<row::IsTrashed>(zenfo::is_trashed, list, index);
+}
+ZENFO_ENTRY GetCount(int32_t list, int32_t selector) {
+  return run<row::GetCount>(zenfo::get_count, list, selector);
+}
+ZENFO_ENTRY GetFileFlagCount(int32_t list, int32_t value) {
+  return run<row::GetFileFlagCount>(zenfo::get_file_flag_count, list, value);
+}
+ZENFO_ENTRY Clear(int32_t list) { return run<row::Clear>(zenfo::clear, list); }
+ZENFO_ENTRY Refresh(int32_t list, int32_t index,
+                    const unsigned char* options) {
+  return run<row::Refresh>(zenfo::refresh, list, index, options);
+}
+ZENFO_ENTRY GetSizeSelection(int32_t list, char* short_text, char* long_text) {
+  return run<row::GetSizeSelection>(zenfo::get_size_selection, list,
+                                    short_text, long_text);
+}
+ZENFO_ENTRY GetSizeTotal(int32_t list, char* short_text, char* long_text) {
+  return run<row::GetSizeTotal>(zenfo::get_size_total, list, short_text,
+                                long_text);
+}
+ZENFO_ENTRY FindInFiles(int32_t list, const char* text,
+                        int32_t clear_selection, int32_t whole_word,
+                        int32_t case_sensitive) {
+  return run<row::FindInFiles>(zenfo::find_in_files, list, text,
+                               clear_selection, whole_word, case_sensitive);
+}
+ZENFO_ENTRY GetIcon(int32_t list, uint32_t index, int32_t* image_list,
+                    int32_t* icon) {
+  return run<row::GetIcon>(zenfo::get_icon, list, index, image_list, icon);
+}
+ZENFO_ENTRY GetFindString(uint32_t index, char* buffer, uint32_t size) {
+  return run<row::GetFindString>(zenfo::get_find_string, index, buffer, size);
+}
+ZENFO_ENTRY GetReplaceString(uint32_t index, char* buffer, uint32_t size) {
+  return run<row::GetReplaceString>(zenfo::get_replace_string, index, buffer,
+                                    size);
+}
+ZENFO_ENTRY SetErrorFile(const char* name) {
+  return run<row::SetErrorFile>(zenfo::set_error_file, name);
+}
+ZENFO_ENTRY GetOrigFile(uint32_t index, char* buffer, uint32_t size) {
+  return run<row::GetOrigFile>(zenfo::get_orig_file, index, buffer, size);
+}
+ZENFO_ENTRY GetSafeFile(uint32_t index, char* buffer, uint32_t size) {
+  return run<row::GetSafeFile>(zenfo::get_safe_file, index, buffer, size);
+}
+ZENFO_ENTRY GetSafeTime(uint32_t index, char* buffer, uint32_t size) {
+  return run<row::GetSafeTime>(zenfo::get_safe_time, index, buffer, size);
+}
+ZENFO_ENTRY GetMatchOffset(int32_t list, uint32_t index, char* buffer,
+                           uint32_t size) {
+  return run<row::GetMatchOffset>(zenfo::get_match_offset, list, index, buffer,
+                                  size);
+}
+ZENFO_ENTRY GetMatchLength(int32_t list, uint32_t index, char* buffer,
+                           uint32_t size) {
+  return run<row::GetMatchLength>(zenfo::get_match_length, list, index, buffer,
+                                  size);
+}
+ZENFO_ENTRY GetMatchText(int32_t list, uint32_t index, char* buffer,
+                         uint32_t size) {
+  return run<row::GetMatchText>(zenfo::get_match_text, list, index, buffer,
+                                size);
+}
+ZENFO_ENTRY get_replace_value(uint32_t index, char* buffer, uint32_t size) {
+  return run<row::get_replace_value>(zenfo::get_replace_value, index, buffer,
+                                     size);
+}
+ZENFO_ENTRY GetMatchReplace(int32_t list, uint32_t index, char* buffer,
+                            uint32_t size) {
+  return run<row::GetMatchReplace>(zenfo::get_match_replace, list, index,
+                                   buffer, size);
+}
+ZENFO_ENTRY get_match_flag(int32_t list, uint32_t index) {
+  return run<row::get_match_flag>(zenfo::get_match_flag, list, index);
+}
+
+}  // extern "C"
