@@ -179,7 +179,7 @@ void construct(benchmark::State& state, const std::string& needle,
   }
 }
 
-// A million lines of some 60 bytes, cut at CR LF.
+// 100,000 lines of some 60 bytes, cut at CR LF.
 void split_records(benchmark::State& state) {
   std::string text;
   for (int i = 0; i < 100'000; ++i) {
