@@ -84,6 +84,13 @@ typedef struct CallbackTable {
                                           3 take this and all later */
 } CallbackTable;
 
+/* What get_word_count() fills. */
+typedef struct TextCounts {
+  uint32_t size;  /* bytes of the file */
+  uint32_t words; /* runs of bytes other than 0 to 32 and 127 */
+  uint32_t lines; /* CR LF pairs; nothing else ends a line */
+} TextCounts;
+
 /* File information options: ten bytes; a non-zero byte asks for a fact. */
 enum {
   ZENFO_OPTION_ICON = 1,
@@ -288,6 +295,56 @@ ZENFO_API int32_t ZENFO_CALL GetSafeFile(uint32_t index, char* buffer,
 ZENFO_API int32_t ZENFO_CALL GetSafeTime(uint32_t index, char* buffer,
                                          uint32_t size);
 
+/* ---- Patterns --------------------------------------------------------------
+ *
+ * A pattern is up to three texts: a start marker, the main text, an end marker.
+ * Only what the main text matches is a match; the markers must stand directly
+ * around it. Each text is a literal or, with its is-pattern flag, written in
+ * the pattern language; its convert flag turns caret names ("^M") into control
+ * characters and, in a literal, removes escapes.
+ * All answer 1; 0 when nothing is left to search for; -1 for an empty main text
+ * (which clears the pattern all the same) or before Initialize().
+ */
+
+/* SetPattern(), SetExclusionPattern(), set_replace_pattern()
+ *
+ * Compile the pattern to find, the pattern whose matches are areas to stay out
+ * of (or within), and the pattern whose matches become replacements. Markers
+ * may be null or empty.
+ */
+ZENFO_API int32_t ZENFO_CALL SetPattern(
+    const char* start, const char* main, const char* end,
+    int32_t start_is_pattern, int32_t main_is_pattern, int32_t end_is_pattern,
+    int32_t convert_start, int32_t convert_main, int32_t convert_end);
+ZENFO_API int32_t ZENFO_CALL SetExclusionPattern(
+    const char* start, const char* main, const char* end,
+    int32_t start_is_pattern, int32_t main_is_pattern, int32_t end_is_pattern,
+    int32_t convert_start, int32_t convert_main, int32_t convert_end);
+ZENFO_API int32_t ZENFO_CALL set_replace_pattern(
+    const char* start, const char* main, const char* end,
+    int32_t start_is_pattern, int32_t main_is_pattern, int32_t end_is_pattern,
+    int32_t convert_start, int32_t convert_main, int32_t convert_end);
+
+/* SetPatternTag()
+ *
+ * Compiles the pattern to find as: first text, any run of bytes, second text.
+ *   count_start  zero: the match begins with the first text; else behind it.
+ *                The second text belongs to the match.
+ * Both texts must be given, else -1.
+ */
+ZENFO_API int32_t ZENFO_CALL SetPatternTag(const char* first,
+                                           const char* second,
+                                           int32_t count_start,
+                                           int32_t is_pattern, int32_t convert);
+
+/* set_operators()
+ *
+ * Replaces the user character classes of all three patterns by those that a
+ * definition file lists. Patterns already compiled stay as they are.
+ * Answers 1; -1, with nothing changed, for a missing, unreadable or empty file.
+ */
+ZENFO_API int32_t ZENFO_CALL set_operators(const char* file);
+
 /* ---- Matches ---------------------------------------------------------------
  *
  * Lists 5, 9 and 10 hold matches of the file in hand, so they can be read from
@@ -340,6 +397,28 @@ ZENFO_API int32_t ZENFO_CALL FindInFiles(int32_t list, const char* text,
                                          int32_t clear_selection,
                                          int32_t whole_word,
                                          int32_t case_sensitive);
+
+/* ---- Counts ----------------------------------------------------------------- */
+
+/* get_word_count()
+ *
+ * Counts bytes, words and lines of one file. Answers 1; -1 for a file that
+ * cannot be loaded, or when the host stops; the record is then left alone.
+ * Progress: "Now counting words in ", "Now counting lines in " and the path.
+ */
+ZENFO_API int32_t ZENFO_CALL get_word_count(const char* file,
+                                            TextCounts* counts);
+
+/* save_occurrences()
+ *
+ * Writes the text of every selected match of list 5 (each up to its first NUL
+ * byte) and a separator behind each. Of use inside the option question, as
+ * list 5 is empty after a run.
+ * Answers the number written; -1 for an empty argument, a file that cannot be
+ * written, or when the host stops.
+ */
+ZENFO_API int32_t ZENFO_CALL save_occurrences(const char* file,
+                                              const char* separator);
 
 #ifdef __cplusplus
 }

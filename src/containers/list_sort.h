@@ -100,7 +100,8 @@ class ListSort {
     const ptrdiff_t waiting = middle - left;
     ptrdiff_t right = middle;
     for (ptrdiff_t to = left; taken < waiting; ++to) {
-      bool from_right = right < end && compare_(spare[taken], items_[right]) > 0;
+      bool from_right =
+          right < end && compare_(spare[taken], items_[right]) > 0;
       items_[to] = from_right ? items_[right++] : spare[taken++];
     }
   }

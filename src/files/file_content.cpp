@@ -52,7 +52,8 @@ size_t find_control_byte(std::string_view text, size_t from) {
   size_t position = from;
   for (; position + 16 <= text.size(); position += 16) {
     unsigned mask = non_printable_mask(text.data() + position);
-    if (mask != 0) return position + static_cast<size_t>(std::countr_zero(mask));
+    if (mask != 0)
+      return position + static_cast<size_t>(std::countr_zero(mask));
   }
   while (position < text.size() &&
          !is_non_printable(static_cast<unsigned char>(text[position]))) {
@@ -92,8 +93,8 @@ std::string_view FileContent::text() const {
   const void* nul =
       all.empty() ? nullptr : std::memchr(all.data(), '\0', all.size());
   if (nul == nullptr) return all;
-  return all.substr(0, static_cast<size_t>(static_cast<const char*>(nul) -
-                                           all.data()));
+  return all.substr(
+      0, static_cast<size_t>(static_cast<const char*>(nul) - all.data()));
 }
 
 int32_t FileContent::load_file_content(const char* path,
@@ -112,9 +113,10 @@ int32_t FileContent::load(const char* path, platform::NearbyFolder* nearby) {
   if (!file.open(path, nearby)) {
     // An empty file counts as loaded even where it may not be opened.
     platform::FileFacts facts;
-    const bool empty = platform::read_file_facts(path, facts, nearby) &&
-                       (facts.attributes & platform::kAttributeDirectory) == 0 &&
-                       facts.size == 0;
+    const bool empty =
+        platform::read_file_facts(path, facts, nearby) &&
+        (facts.attributes & platform::kAttributeDirectory) == 0 &&
+        facts.size == 0;
     return empty && platform::is_file(path) ? 0 : -1;
   }
   if (!buffer_.reserve(kBlock + 1, 0)) return -1;
@@ -155,8 +157,8 @@ int32_t FileContent::load_large(platform::InputFile& file) {
 // A short read means that the file has shrunk.
 bool FileContent::read_exactly(platform::InputFile& file, uint64_t offset,
                                uint32_t size) {
-  return size == 0 || file.read(buffer_.data() + offset, size) ==
-                          static_cast<int64_t>(size);
+  return size == 0 ||
+         file.read(buffer_.data() + offset, size) == static_cast<int64_t>(size);
 }
 
 int32_t FileContent::finish(uint32_t total, uint32_t steps) {

@@ -29,15 +29,14 @@ ItemList* file_list(Library& library, int32_t number) {
   }
 }
 
-int32_t refuse(const char* message, const char* context,
-               const ExportRow& row) {
+int32_t refuse(const char* message, const char* context, const ExportRow& row) {
   ReportError(message, context, row.routine);
   return -1;
 }
 
 int32_t refuse_missing_options(const ExportRow& row) {
-  return refuse("The file parameter list pointer is NULL",
-                "Getting file infos", row);
+  return refuse("The file parameter list pointer is NULL", "Getting file infos",
+                row);
 }
 
 // The walk with an output file: paths go there, one a line.
@@ -145,8 +144,7 @@ bool gather_added(ItemList& list, uint32_t added, const FactOptions& options) {
 }  // namespace
 
 int32_t find_files(Library& library, int32_t number, const char* specification,
-                   const unsigned char* option_bytes,
-                   const char* output_file) {
+                   const unsigned char* option_bytes, const char* output_file) {
   ItemList* list = file_list(library, number);
   if (list == nullptr) {
     return refuse("The list pointer is NULL", "Getting list pointer",

@@ -39,9 +39,8 @@ std::string size_text(uint64_t size) {
 
 std::string short_total_text(double total) {
   const Unit* unit = unit_for(total);
-  return unit != nullptr
-             ? format("%01.02f %s", total * unit->scale, unit->name)
-             : format("%01.0f B", total);
+  return unit != nullptr ? format("%01.02f %s", total * unit->scale, unit->name)
+                         : format("%01.0f B", total);
 }
 
 std::string long_total_text(double total) {

@@ -97,8 +97,8 @@ int32_t ask_about_file(std::string_view full_name) {
 }
 
 int32_t ask_option(std::string_view path, int32_t number) {
-  return cb_lng_str_lng(callbacks.option_question,
-                        cut_to_buffer(path).c_str(), number);
+  return cb_lng_str_lng(callbacks.option_question, cut_to_buffer(path).c_str(),
+                        number);
 }
 
 }  // namespace zenfo

@@ -11,7 +11,9 @@
 #include "frame/guard.h"
 #include "frame/library.h"
 #include "frame/rows.h"
+#include "pattern/pattern_ops.h"
 #include "search/match_ops.h"
+#include "stats/stats_ops.h"
 #include "zenfofr130.h"
 
 namespace {
@@ -32,6 +34,11 @@ constexpr bool fits(Result(ZENFO_CALL*)(Arguments...), int arguments) {
   constexpr bool words =
       sizeof(void*) != 4 || ((sizeof(Arguments) == 4) && ... && true);
   return words && sizeof...(Arguments) == static_cast<size_t>(arguments);
+}
+
+zenfo::PatternText pattern_text(const char* text, int32_t is_pattern,
+                                int32_t convert) {
+  return {text, is_pattern != 0, convert != 0};
 }
 
 // Every row has a prototype with its number of arguments.
@@ -74,8 +81,7 @@ ZENFO_ENTRY GetDirectory(int32_t list, uint32_t index, char* buffer,
   return run<row::GetDirectory>(zenfo::get_directory, list, index, buffer,
                                 size);
 }
-ZENFO_ENTRY GetType(int32_t list, uint32_t index, char* buffer,
-                    uint32_t size) {
+ZENFO_ENTRY GetType(int32_t list, uint32_t index, char* buffer, uint32_t size) {
   return run<row::GetType>(zenfo::get_type, list, index, buffer, size);
 }
 ZENFO_ENTRY GetCTime(int32_t list, uint32_t index, char* buffer,
@@ -90,8 +96,7 @@ ZENFO_ENTRY GetMTime(int32_t list, uint32_t index, char* buffer,
                      uint32_t size) {
   return run<row::GetMTime>(zenfo::get_mtime, list, index, buffer, size);
 }
-ZENFO_ENTRY GetSize(int32_t list, uint32_t index, char* buffer,
-                    uint32_t size) {
+ZENFO_ENTRY GetSize(int32_t list, uint32_t index, char* buffer, uint32_t size) {
   return run<row::GetSize>(zenfo::get_size, list, index, buffer, size);
 }
 ZENFO_ENTRY GetAttributes(int32_t list, uint32_t index, char* buffer,
@@ -121,21 +126,19 @@ ZENFO_ENTRY GetFileFlagCount(int32_t list, int32_t value) {
   return run<row::GetFileFlagCount>(zenfo::get_file_flag_count, list, value);
 }
 ZENFO_ENTRY Clear(int32_t list) { return run<row::Clear>(zenfo::clear, list); }
-ZENFO_ENTRY Refresh(int32_t list, int32_t index,
-                    const unsigned char* options) {
+ZENFO_ENTRY Refresh(int32_t list, int32_t index, const unsigned char* options) {
   return run<row::Refresh>(zenfo::refresh, list, index, options);
 }
 ZENFO_ENTRY GetSizeSelection(int32_t list, char* short_text, char* long_text) {
-  return run<row::GetSizeSelection>(zenfo::get_size_selection, list,
-                                    short_text, long_text);
+  return run<row::GetSizeSelection>(zenfo::get_size_selection, list, short_text,
+                                    long_text);
 }
 ZENFO_ENTRY GetSizeTotal(int32_t list, char* short_text, char* long_text) {
   return run<row::GetSizeTotal>(zenfo::get_size_total, list, short_text,
                                 long_text);
 }
-ZENFO_ENTRY FindInFiles(int32_t list, const char* text,
-                        int32_t clear_selection, int32_t whole_word,
-                        int32_t case_sensitive) {
+ZENFO_ENTRY FindInFiles(int32_t list, const char* text, int32_t clear_selection,
+                        int32_t whole_word, int32_t case_sensitive) {
   return run<row::FindInFiles>(zenfo::find_in_files, list, text,
                                clear_selection, whole_word, case_sensitive);
 }
@@ -150,6 +153,12 @@ ZENFO_ENTRY GetReplaceString(uint32_t index, char* buffer, uint32_t size) {
   return run<row::GetReplaceString>(zenfo::get_replace_string, index, buffer,
                                     size);
 }
+ZENFO_ENTRY SetPatternTag(const char* first, const char* second,
+                          int32_t count_start, int32_t is_pattern,
+                          int32_t convert) {
+  return run<row::SetPatternTag>(zenfo::set_pattern_tag, first, second,
+                                 count_start, is_pattern, convert);
+}
 ZENFO_ENTRY SetErrorFile(const char* name) {
   return run<row::SetErrorFile>(zenfo::set_error_file, name);
 }
@@ -161,6 +170,26 @@ ZENFO_ENTRY GetSafeFile(uint32_t index, char* buffer, uint32_t size) {
 }
 ZENFO_ENTRY GetSafeTime(uint32_t index, char* buffer, uint32_t size) {
   return run<row::GetSafeTime>(zenfo::get_safe_time, index, buffer, size);
+}
+ZENFO_ENTRY SetExclusionPattern(const char* start, const char* main,
+                                const char* end, int32_t start_is_pattern,
+                                int32_t main_is_pattern, int32_t end_is_pattern,
+                                int32_t convert_start, int32_t convert_main,
+                                int32_t convert_end) {
+  return run<row::SetExclusionPattern>(
+      zenfo::set_exclusion_pattern,
+      pattern_text(start, start_is_pattern, convert_start),
+      pattern_text(main, main_is_pattern, convert_main),
+      pattern_text(end, end_is_pattern, convert_end));
+}
+ZENFO_ENTRY SetPattern(const char* start, const char* main, const char* end,
+                       int32_t start_is_pattern, int32_t main_is_pattern,
+                       int32_t end_is_pattern, int32_t convert_start,
+                       int32_t convert_main, int32_t convert_end) {
+  return run<row::SetPattern>(
+      zenfo::set_pattern, pattern_text(start, start_is_pattern, convert_start),
+      pattern_text(main, main_is_pattern, convert_main),
+      pattern_text(end, end_is_pattern, convert_end));
 }
 ZENFO_ENTRY GetMatchOffset(int32_t list, uint32_t index, char* buffer,
                            uint32_t size) {
@@ -177,9 +206,23 @@ ZENFO_ENTRY GetMatchText(int32_t list, uint32_t index, char* buffer,
   return run<row::GetMatchText>(zenfo::get_match_text, list, index, buffer,
                                 size);
 }
+ZENFO_ENTRY set_operators(const char* file) {
+  return run<row::set_operators>(zenfo::set_operators, file);
+}
 ZENFO_ENTRY get_replace_value(uint32_t index, char* buffer, uint32_t size) {
   return run<row::get_replace_value>(zenfo::get_replace_value, index, buffer,
                                      size);
+}
+ZENFO_ENTRY set_replace_pattern(const char* start, const char* main,
+                                const char* end, int32_t start_is_pattern,
+                                int32_t main_is_pattern, int32_t end_is_pattern,
+                                int32_t convert_start, int32_t convert_main,
+                                int32_t convert_end) {
+  return run<row::set_replace_pattern>(
+      zenfo::set_replace_pattern,
+      pattern_text(start, start_is_pattern, convert_start),
+      pattern_text(main, main_is_pattern, convert_main),
+      pattern_text(end, end_is_pattern, convert_end));
 }
 ZENFO_ENTRY GetMatchReplace(int32_t list, uint32_t index, char* buffer,
                             uint32_t size) {
@@ -188,6 +231,12 @@ ZENFO_ENTRY GetMatchReplace(int32_t list, uint32_t index, char* buffer,
 }
 ZENFO_ENTRY get_match_flag(int32_t list, uint32_t index) {
   return run<row::get_match_flag>(zenfo::get_match_flag, list, index);
+}
+ZENFO_ENTRY get_word_count(const char* file, TextCounts* counts) {
+  return run<row::get_word_count>(zenfo::get_word_count, file, counts);
+}
+ZENFO_ENTRY save_occurrences(const char* file, const char* separator) {
+  return run<row::save_occurrences>(zenfo::save_occurrences, file, separator);
 }
 
 }  // extern "C"

@@ -21,8 +21,8 @@ struct ExportRow {
 
 namespace row {
 #define ZENFO_EXPORT(ordinal, routine, arguments, failure, log, access) \
-  inline constexpr ExportRow routine{                                   \
-      ordinal, #routine, arguments, failure, FaultLog::log, Access::access};
+  inline constexpr ExportRow routine{ordinal, #routine,      arguments, \
+                                     failure, FaultLog::log, Access::access};
 #include "frame/exports.inc"
 #undef ZENFO_EXPORT
 }  // namespace row

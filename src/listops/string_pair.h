@@ -47,8 +47,7 @@ class ReplaceValue final : public Record, public Pooled<ReplaceValue> {
  public:
   static constexpr RecordKind kKind = RecordKind::kReplaceValue;
 
-  explicit ReplaceValue(std::string_view text)
-      : value(text_or_missing(text)) {}
+  explicit ReplaceValue(std::string_view text) : value(text_or_missing(text)) {}
 
   RecordKind kind() const override { return kKind; }
   std::optional<std::string_view> text(TextSlot slot) const override {

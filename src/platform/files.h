@@ -23,7 +23,8 @@ namespace zenfo::platform {
 
 #ifdef _WIN32
 inline constexpr char kPathSeparator = '\\';
-inline constexpr size_t kPathLimit = 260;  // bytes of the longest path, with NUL
+inline constexpr size_t kPathLimit =
+    260;  // bytes of the longest path, with NUL
 #else
 inline constexpr char kPathSeparator = '/';
 inline constexpr size_t kPathLimit = 4096;

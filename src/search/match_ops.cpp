@@ -84,8 +84,8 @@ int32_t get_match_text(Library& library, int32_t list, uint32_t index,
                        char* buffer, uint32_t size) {
   const MatchRecord* match = match_at(library, list, index);
   if (match == nullptr || buffer == nullptr) return -1;
-  const size_t copied = std::min(shortened(match->length, size),
-                                 readable(library, list, *match));
+  const size_t copied =
+      std::min(shortened(match->length, size), readable(library, list, *match));
   if (copied > 0) std::memcpy(buffer, match->begin(), copied);
   return finish_copy(buffer, copied, match->length);
 }

@@ -72,7 +72,8 @@ TEST(ExportDirectory, HoldsTheTablesOrdinalsAndNoNames) {
       reinterpret_cast<const char*>(module) + directory.AddressOfFunctions);
   std::set<int> exported;
   for (DWORD i = 0; i < directory.NumberOfFunctions; ++i) {
-    if (addresses[i] != 0) exported.insert(static_cast<int>(directory.Base + i));
+    if (addresses[i] != 0)
+      exported.insert(static_cast<int>(directory.Base + i));
   }
   std::set<int> expected;
   for (const auto& [ordinal, routine] : expected_exports()) {
@@ -128,8 +129,8 @@ TEST(ExportDirectory, EveryCalleeRemovesExactlyItsArguments) {
 
 TEST(ImportDirectory, NamesSystemLibrariesOnly) {
   const std::set<std::string> system = {
-      "kernel32.dll", "msvcrt.dll",   "advapi32.dll", "shell32.dll",
-      "oleaut32.dll", "gdi32.dll",    "user32.dll"};
+      "kernel32.dll", "msvcrt.dll", "advapi32.dll", "shell32.dll",
+      "oleaut32.dll", "gdi32.dll",  "user32.dll"};
   auto* base = reinterpret_cast<const char*>(engine());
   auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
   auto* nt = reinterpret_cast<const IMAGE_NT_HEADERS32*>(base + dos->e_lfanew);

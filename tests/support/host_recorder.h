@@ -51,8 +51,9 @@ class HostRecorder {
   std::function<void(const std::string&)> on_status_text;
   std::function<int32_t(const std::string&)> answer_file =
       [](const std::string&) { return 1; };
-  std::function<int32_t(const Question&)> answer_option =
-      [](const Question&) { return 1; };
+  std::function<int32_t(const Question&)> answer_option = [](const Question&) {
+    return 1;
+  };
 
   std::vector<uint32_t> report_positions() const {
     std::vector<uint32_t> positions;
