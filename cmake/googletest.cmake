@@ -3,6 +3,8 @@
 if(NOT EXISTS /usr/src/googletest/CMakeLists.txt)
   message(FATAL_ERROR "GoogleTest's sources are missing: apt install googletest")
 endif()
+# Its old policies would drop the settings below.
+set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
 set(INSTALL_GTEST OFF)
 set(gtest_force_shared_crt ON)
 add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest
