@@ -48,129 +48,108 @@ bool Element::failed(size_t p, size_t taken) {
   return false;
 }
 
-// Literals
+// Occurrences
 
-void LiteralElement::prepare() {
-  searcher_ = SubstringSearcher(text_, case_flag());
+void Occurrences::prepare(bool case_flag) {
+  searcher_ = SubstringSearcher(text_, case_flag);
+  // Windows overlap by the length of the text: keep that a small part.
+  window_ = std::max(kWindow, 4 * text_.size());
 }
+
+// Searches from searched_ on, up to a window or as many hits as there is room
+// for.
+void Occurrences::search(const MatchScope& scope) {
+  const size_t starts_end =
+      searched_ + std::min(scope.area_end - searched_, window_);
+  const size_t room = scope.area_end - starts_end;
+  const char* end = scope.text + starts_end + std::min(room, text_.size() - 1);
+  const char* at = scope.text + searched_;
+  taken_ = 0;
+  found_ = searcher_.find_many(at, end, 1, hits_.data(), kAtOnce);
+  searched_ = std::min(static_cast<size_t>(at - scope.text), starts_end);
+}
+
+size_t Occurrences::next(const MatchScope& scope, size_t p, size_t bound) {
+  if (p < from_) {
+    // Nothing known yet, or gone back, which no chain of attempts does.
+    searched_ = p;
+    taken_ = found_ = 0;
+  }
+  from_ = p;
+  while (true) {
+    const char* at = scope.text + p;
+    while (taken_ < found_ && hits_[taken_] < at) ++taken_;
+    if (taken_ < found_) return static_cast<size_t>(hits_[taken_] - scope.text);
+    searched_ = std::max(searched_, p);
+    if (searched_ >= bound) return kNoPosition;
+    search(scope);
+  }
+}
+
+// Literals
 
 bool LiteralElement::match(const MatchScope& scope, size_t p, size_t limit) {
   resume = 0;
-  if (limit < p || limit - p < text_.size()) return failed(p, 0);
-  if (!equal(scope.text + p, text_, case_flag())) return failed(p, 0);
-  return matched(p, text_.size());
+  if (limit < p || limit - p < text().size()) return failed(p, 0);
+  if (!equal(scope.text + p, text(), case_flag())) return failed(p, 0);
+  return matched(p, text().size());
 }
 
 bool LiteralElement::locate(const MatchScope& scope, size_t from) {
-  // kNoPosition is above all positions.
-  const bool known = located_from_ <= from && from <= located_at_;
-  if (!known) {
-    const char* begin = scope.text + from;
-    const char* end = scope.text + scope.area_end;
-    const char* found;
-    located_length_ = text_.size();
-    if (ignore_blanks) {
-      found =
-          find_substring(begin, text_.data(), end, text_.data() + text_.size(),
-                         case_flag(), true, &located_length_);
-    } else {
-      found = searcher_.find(begin, end);
-    }
-    located_from_ = from;
-    located_at_ = found != nullptr ? static_cast<size_t>(found - scope.text)
-                                   : kNoPosition;
-  }
-  if (located_at_ == kNoPosition) return false;
-  return matched(located_at_, located_length_);
+  if (ignore_blanks) return locate_past_blanks(scope, from);
+  size_t at = occurrences_.next(scope, from, scope.area_end);
+  return at != kNoPosition && matched(at, text().size());
+}
+
+bool LiteralElement::locate_past_blanks(const MatchScope& scope, size_t from) {
+  size_t spanned = 0;
+  const char* found = find_substring(
+      scope.text + from, text().data(), scope.text + scope.area_end,
+      text().data() + text().size(), case_flag(), true, &spanned);
+  return found != nullptr &&
+         matched(static_cast<size_t>(found - scope.text), spanned);
 }
 
 // String lists
 
 void Alternatives::prepare(bool case_flag) {
-  window_ = kWindow;
-  for (Entry& entry : entries_) {
-    entry.searcher = SubstringSearcher(entry.text, case_flag);
-    // Windows overlap by the length of a text: keep that a small part.
-    window_ = std::max(window_, 4 * entry.text.size());
-  }
+  for (Occurrences& entry : entries_) entry.prepare(case_flag);
 }
 
 void Alternatives::forget() {
-  searched_from_ = kNoPosition;
-  last_limit_ = kNoPosition;
+  last_from_ = kNoPosition;
+  for (Occurrences& entry : entries_) entry.forget();
 }
 
-void Alternatives::start_at(size_t p) {
-  searched_from_ = window_end_ = p;
-  for (Entry& entry : entries_) entry.hit = kNoPosition;
-}
-
-// First occurrence that begins in [from, starts_end) and lies in the area.
-size_t Alternatives::search(const MatchScope& scope, const Entry& entry,
-                            size_t from, size_t starts_end) {
-  size_t room = scope.area_end - starts_end;
-  size_t end = starts_end + std::min(room, entry.text.size() - 1);
-  const char* found = entry.searcher.find(scope.text + from, scope.text + end);
-  return found != nullptr ? static_cast<size_t>(found - scope.text)
-                          : kNoPosition;
-}
-
-// p lies before what was searched: only the bytes between are new.
-void Alternatives::go_back(const MatchScope& scope, size_t p) {
-  for (Entry& entry : entries_) {
-    size_t earlier = search(scope, entry, p, searched_from_);
-    if (earlier != kNoPosition) entry.hit = earlier;
-  }
-  searched_from_ = p;
-}
-
-// p lies at or behind it: hits that were passed are looked for anew.
-void Alternatives::go_on(const MatchScope& scope, size_t p) {
-  searched_from_ = p;
-  window_end_ = std::max(window_end_, p);
-  for (Entry& entry : entries_) {
-    if (entry.hit == kNoPosition || entry.hit >= p) continue;
-    entry.hit = search(scope, entry, p, window_end_);
-  }
-}
-
-// Takes the next window for the entries that had no hit up to its start.
-void Alternatives::extend(const MatchScope& scope) {
-  size_t from = window_end_;
-  window_end_ += std::min(scope.area_end - from, window_);
-  for (Entry& entry : entries_) {
-    if (entry.hit != kNoPosition) continue;
-    entry.hit = search(scope, entry, from, window_end_);
-  }
-}
-
-Alternatives::Hit Alternatives::earliest_known(size_t limit) const {
+// The earliest that begins before `bound`, or an earliest one known anyway.
+Alternatives::Hit Alternatives::earliest_before(const MatchScope& scope,
+                                                size_t p, size_t limit,
+                                                size_t bound) {
   Hit best;
-  for (const Entry& entry : entries_) {
-    if (entry.hit > best.position || entry.hit == kNoPosition) continue;
-    if (entry.hit >= limit || limit - entry.hit < entry.text.size()) continue;
-    best = {entry.hit, entry.text.size()};
+  for (Occurrences& entry : entries_) {
+    // None behind the best so far matters.
+    if (best.position < bound) bound = best.position + 1;
+    size_t at = entry.next(scope, p, bound);
+    if (at > best.position || at >= limit) continue;
+    if (limit - at < entry.text().size()) continue;
+    best = {at, entry.text().size()};
   }
   return best;
 }
 
 Alternatives::Hit Alternatives::earliest(const MatchScope& scope, size_t p,
                                          size_t limit) {
-  if (p >= limit) return {};
-  if (limit == last_limit_ && p >= searched_from_ && p <= last_.position) {
+  if (limit == last_limit_ && p >= last_from_ && p <= last_.position) {
     return last_;
   }
-  if (searched_from_ == kNoPosition) start_at(p);
-  if (p < searched_from_) {
-    go_back(scope, p);
-  } else {
-    go_on(scope, p);
-  }
+  last_from_ = p;
   last_limit_ = limit;
-  last_ = earliest_known(limit);
-  while (last_.position == kNoPosition && window_end_ < limit) {
-    extend(scope);
-    last_ = earliest_known(limit);
+  last_ = {};
+  size_t bound = p;
+  while (bound < limit) {
+    bound += std::min(limit - bound, Occurrences::kWindow);
+    last_ = earliest_before(scope, p, limit, bound);
+    if (last_.position < bound) break;
   }
   return last_;
 }

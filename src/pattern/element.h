@@ -12,6 +12,7 @@
 // Tested by tests/unit/pattern/element_test.cpp
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -84,39 +85,69 @@ class Element {
 
 using ElementList = std::vector<std::unique_ptr<Element>>;
 
-class LiteralElement : public Element {
+// The occurrences of one text in an area, found some ahead and handed out one
+// by one. Positions asked for mostly rise, so that the area is searched once.
+class Occurrences {
  public:
-  explicit LiteralElement(std::string_view literal)
-      : Element(ElementKind::kLiteral, true), text_(literal) {
-    prepare();
-  }
+  explicit Occurrences(std::string_view text) : text_(text) {}
 
   const std::string& text() const { return text_; }
   const SubstringSearcher& searcher() const { return searcher_; }
+
+  void prepare(bool case_flag);
+  void forget() { from_ = kNoPosition; }
+  // The first occurrence at or behind p, if it begins before `bound` or is
+  // known anyway; else kNoPosition.
+  size_t next(const MatchScope& scope, size_t p, size_t bound);
+
+  // Positions searched at once: what fits in the nearer caches.
+  static constexpr size_t kWindow = size_t{128} * 1024;
+
+ private:
+  static constexpr size_t kAtOnce = 64;
+
+  void search(const MatchScope& scope);
+
+  std::string text_;
+  SubstringSearcher searcher_;
+  // All occurrences that begin in [from_, searched_) and that are not passed
+  // are among hits_, from taken_ on.
+  size_t from_ = kNoPosition;
+  size_t searched_ = 0;
+  size_t taken_ = 0;
+  size_t found_ = 0;
+  size_t window_ = kWindow;
+  std::array<const char*, kAtOnce> hits_;
+};
+
+class LiteralElement : public Element {
+ public:
+  explicit LiteralElement(std::string_view literal)
+      : Element(ElementKind::kLiteral, true), occurrences_(literal) {
+    prepare();
+  }
+
+  const std::string& text() const { return occurrences_.text(); }
+  const SubstringSearcher& searcher() const { return occurrences_.searcher(); }
   // Bytes below 33 and from 0x80 are passed over in text and literal; never
   // set by the compiler.
   bool ignore_blanks = false;
 
-  void forget() override { located_from_ = kNoPosition; }
+  void forget() override { occurrences_.forget(); }
   bool match(const MatchScope& scope, size_t p, size_t limit) override;
   // First occurrence in [from, area end); its length goes to `length`, its
   // position to `start`. False when there is none.
   bool locate(const MatchScope& scope, size_t from);
 
  private:
-  void prepare() override;
+  void prepare() override { occurrences_.prepare(case_flag()); }
+  bool locate_past_blanks(const MatchScope& scope, size_t from);
 
-  std::string text_;
-  SubstringSearcher searcher_;
-  // The search from located_from_ found located_at_ (or kNoPosition).
-  size_t located_from_ = kNoPosition;
-  size_t located_at_ = kNoPosition;
-  size_t located_length_ = 0;
+  Occurrences occurrences_;
 };
 
-// The strings of a string list; each remembers its next hit. They are searched
-// over one window of the text after the other, so that long texts are read
-// from memory once for all of them.
+// The strings of a string list. They are searched over one window of the text
+// after the other, so that long texts are read from memory once for all.
 class Alternatives {
  public:
   struct Hit {
@@ -126,7 +157,7 @@ class Alternatives {
 
   void add(std::string_view alternative) { entries_.emplace_back(alternative); }
   size_t count() const { return entries_.size(); }
-  const std::string& at(size_t i) const { return entries_.at(i).text; }
+  const std::string& at(size_t i) const { return entries_.at(i).text(); }
 
   void prepare(bool case_flag);
   void forget();
@@ -134,32 +165,14 @@ class Alternatives {
   // the later alternative.
   Hit earliest(const MatchScope& scope, size_t p, size_t limit);
 
-  static constexpr size_t kWindow = size_t{128} * 1024;
-
  private:
-  struct Entry {
-    explicit Entry(std::string_view alternative) : text(alternative) {}
-    std::string text;
-    SubstringSearcher searcher;
-    // First occurrence at or behind searched_from_; kNoPosition when none
-    // begins before window_end_.
-    size_t hit = kNoPosition;
-  };
+  Hit earliest_before(const MatchScope& scope, size_t p, size_t limit,
+                      size_t bound);
 
-  void start_at(size_t p);
-  void go_back(const MatchScope& scope, size_t p);
-  void go_on(const MatchScope& scope, size_t p);
-  void extend(const MatchScope& scope);
-  Hit earliest_known(size_t limit) const;
-  static size_t search(const MatchScope& scope, const Entry& entry, size_t from,
-                       size_t starts_end);
-
-  std::vector<Entry> entries_;
-  size_t searched_from_ = kNoPosition;
-  size_t window_end_ = 0;
-  size_t window_ = kWindow;
-  // The last answer, good for later positions up to its hit.
-  size_t last_limit_ = kNoPosition;
+  std::vector<Occurrences> entries_;
+  // The last answer, good for positions from last_from_ up to its hit.
+  size_t last_from_ = kNoPosition;
+  size_t last_limit_ = 0;
   Hit last_;
 };
 

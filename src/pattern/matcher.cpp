@@ -128,7 +128,8 @@ class Search {
       case Lead::kLiteral:
         return literals(begin, end);
       case Lead::kRun:
-        return only_counts() ? count_runs(begin, end) : runs(begin, end);
+        return only_counts() && whole_runs() ? count_runs(begin, end)
+                                             : runs(begin, end);
       default:
         return attempts(begin, end);
     }
@@ -252,16 +253,38 @@ class Search {
 
   // One literal: all its occurrences that do not overlap.
   Outcome literals(size_t s, size_t end) {
+    constexpr size_t kAtOnce = 256;
     const auto& literal = static_cast<const LiteralElement&>(*plan_.first);
-    const SubstringSearcher& searcher = literal.searcher();
     const size_t size = literal.text().size();
+    const char* hits[kAtOnce];
     while (s < end) {
-      const char* found = searcher.find(text_ + s, text_ + end);
-      if (found == nullptr) break;
-      size_t start = offset(found);
+      // A window at a time: looking far ahead is in vain when the run stops.
+      const size_t starts_end = s + std::min(end - s, Occurrences::kWindow);
+      const char* stop =
+          text_ + starts_end + std::min(end - starts_end, size - 1);
+      const char* from = text_ + s;
+      const size_t found =
+          literal.searcher().find_many(from, stop, size, hits, kAtOnce);
+      Outcome outcome = take_literals(hits, found, size, end);
+      if (outcome != Outcome::kSearched) return outcome;
+      s = std::min(offset(from), starts_end);
+      if (found > 0) s = std::max(s, offset(hits[found - 1]) + size);
+    }
+    return Outcome::kSearched;
+  }
+
+  Outcome take_literals(const char* const* hits, size_t found, size_t size,
+                        size_t end) {
+    if (only_counts() && ticks_.silent()) {
+      count_ += found;
+      return Outcome::kSearched;
+    }
+    for (size_t i = 0; i < found; ++i) {
+      const size_t start = offset(hits[i]);
       if (take(start, size)) return Outcome::kFull;
-      s = start + size;
-      if (s < end && ticks_.attempt_at(s)) return Outcome::kCancelled;
+      if (start + size < end && ticks_.attempt_at(start + size)) {
+        return Outcome::kCancelled;
+      }
     }
     return Outcome::kSearched;
   }
@@ -286,9 +309,9 @@ class Search {
   }
 
   bool only_counts() const {
-    return !options_.store && !options_.whole_words && options_.maximum == 0 &&
-           run().minimum <= 1 && run().maximum == 0;
+    return !options_.store && !options_.whole_words && options_.maximum == 0;
   }
+  bool whole_runs() const { return run().minimum <= 1 && run().maximum == 0; }
 
   // The same without looking at each run.
   Outcome count_runs(size_t begin, size_t end) {
