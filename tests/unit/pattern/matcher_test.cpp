@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "pattern/match_record.h"
 #include "unit/pattern/pattern_support.h"
 
@@ -277,6 +275,107 @@ TEST(FindAll, RecordsKnowTheirText) {
   EXPECT_EQ(context.text_end(), text.data() + text.size());
 }
 
+// Each would take minutes if anything already found were looked for again.
+TEST(FindAll, StaysLinearOnHostilePatterns) {
+  const std::string letters(1 << 20, 'a');
+  const std::string pairs = [] {
+    std::string text;
+    for (int i = 0; i < 1 << 19; ++i) text += "ab";
+    return text;
+  }();
+  struct {
+    const char* pattern;
+    const std::string& text;
+    uint32_t matches;
+  } cases[] = {
+      // Long class runs before what rarely comes.
+      {"alpha[500000]digits", letters, 0},
+      {"alpha[2000000-]digits", letters, 0},
+      {"alpha[-3]alpha[900000-]digits", letters, 0},
+      {"alpha[1000]digitsz", letters, 0},
+      {"alphaz", letters, 0},
+      {"aalpha[2]z", letters, 0},
+      // Overlapping parts of a literal, alternatives sharing their start.
+      {"aaaaaaaaaaaaaaab", letters, 0},
+      {R"("aaaaaaab|aaaaaac|ba")", pairs, (1 << 19) - 1},
+      {R"("zz|ab"digits)", pairs, 0},
+      {R"("ab"!"zz|yy"digits)", pairs, 0},
+      {R"(!"zz|yy"digits)", letters, 0},
+      {"a?alpha[0-]?digits", letters, 0},
+  };
+  for (const auto& one : cases) {
+    TestContext context;
+    ASSERT_EQ(context.compile(one.pattern), 1);
+    found_in(context, one.text);
+    EXPECT_EQ(context.matches.Count(), one.matches) << one.pattern;
+  }
+}
+
+TEST(FindAll, StaysLinearOnPairsThatNeverTouch) {
+  std::string text(1 << 20, 'a');
+  text += "xz";
+  TestContext context;
+  compile_search(context, {"a"}, {"z"}, {});
+  EXPECT_EQ(found_in(context, text), "none");
+}
+
+TEST(FindAll, FindsOccurrencesAcrossWindows) {
+  // Matches stand on both sides of, and across, what is searched at once.
+  std::string text(600000, '.');
+  for (size_t at : {131070u, 131072u, 262143u, 393214u, 599997u}) {
+    text.replace(at, 2, "xy");
+  }
+  for (const char* pattern : {"xy", R"("xy|zz")", R"("qqqq|xy")"}) {
+    TestContext context;
+    context.compile(pattern);
+    EXPECT_EQ(found_in(context, text),
+              "(131070,2) (131072,2) (262143,2) (393214,2) (599997,2)");
+  }
+}
+
+TEST(FindAll, PollsBeforeEveryFurtherAttempt) {
+  TestContext context;
+  const std::string text = "a a a b";
+  context.compile("a", false);
+  HookLog log(context, 1, 0, true, false);
+  EXPECT_EQ(find_all(context, text.data(), text.size(), {}), 3);
+  // One behind each match; none before the first attempt.
+  EXPECT_EQ(HookLog::text(), " poll poll poll");
+  HookLog sparse(context, 2, 0, true, false);
+  find_all(context, text.data(), text.size(), {});
+  EXPECT_EQ(HookLog::polls(), 1);
+  // The counter goes on in the next run.
+  find_all(context, text.data(), text.size(), {});
+  EXPECT_EQ(HookLog::polls(), 3);
+}
+
+TEST(FindAll, ReportsWhereAttemptsStart) {
+  TestContext context;
+  const std::string text = "ab ab  ";
+  context.compile("alpha");
+  HookLog log(context, 1);
+  find_all(context, text.data(), text.size(), {});
+  EXPECT_EQ(HookLog::text(),
+            " 0/7=0% 2/7=28% poll 3/7=42% poll 5/7=71% poll 6/7=85% poll");
+}
+
+TEST(FindAll, ACancellationEndsTheRunWithAFailure) {
+  for (SearchPath path : kPaths) {
+    TestContext context;
+    const std::string text = "a a a a";
+    context.compile("a", false);
+    HookLog log(context, 1, 2);
+    EXPECT_EQ(find_all(context, text.data(), text.size(), {.path = path}), -1);
+    EXPECT_TRUE(context.cancelled);
+    EXPECT_EQ(HookLog::polls(), 2);
+    HookLog calm(context, 1);
+    EXPECT_EQ(find_all(context, text.data(), text.size(), {.path = path}), 4);
+    EXPECT_FALSE(context.cancelled);
+    context.SetCancelPending(true);
+    EXPECT_EQ(find_all(context, text.data(), text.size(), {.path = path}), -1);
+  }
+}
+
 TEST(FindAllByAreas, SearchesInsideOrOutside) {
   struct {
     const char* pattern;
@@ -333,6 +432,35 @@ TEST(FindAllByAreas, TakesAreasWhateverTheirStateAndStopsAtTheMaximum) {
                               &areas, true),
             2);
   EXPECT_EQ(spell_matches(context), "(0,1) (2,1)");
+}
+
+TEST(FindAllByAreas, PollsBeforeEachAreaAndReportsTheEnd) {
+  TestContext context;
+  TestContext areas;
+  context.compile("a", false);
+  set_areas(areas, {{0, 2}, {4, 2}});
+  const std::string text = "aa  aa  ";
+  HookLog log(context, 1);
+  find_all_by_areas(context, text.data(), text.size(), {}, &areas, true);
+  EXPECT_EQ(HookLog::text(),
+            " 0/8=0% poll 1/8=12% poll poll 5/8=62% poll 8/8=100%");
+  HookLog again(context, 1, 1);
+  EXPECT_EQ(
+      find_all_by_areas(context, text.data(), text.size(), {}, &areas, true),
+      -1);
+}
+
+TEST(FindAllByAreas, PassesOverOtherRecords) {
+  class Alien : public Record {
+   public:
+    RecordKind kind() const override { return RecordKind::kFileEntry; }
+  };
+  TestContext context;
+  TestContext areas;
+  context.compile("a", false);
+  areas.matches.Append(std::make_unique<Alien>());
+  EXPECT_EQ(find_all_by_areas(context, "aa", 2, {}, &areas, true), 0);
+  EXPECT_EQ(find_all_by_areas(context, "aa", 2, {}, &areas, false), 2);
 }
 
 TEST(FindAllByAreas, WithoutAnAreaContextSearchesAll) {
