@@ -2,8 +2,7 @@
 //
 // The bytes are lines, ended by CR LF, of the form key=value. A "name" line
 // begins a class; "inc_chars", "exc_chars", "inc_ranges" and "exc_ranges"
-// lines set it up. The contexts get classes
-// of their own, alike in all.
+// lines set it up. The contexts get classes of their own, alike in all.
 //
 // Tested by tests/unit/pattern/class_file_test.cpp
 #pragma once

@@ -117,7 +117,7 @@ class Occurrences {
   size_t taken_ = 0;
   size_t found_ = 0;
   size_t window_ = kWindow;
-  std::array<const char*, kAtOnce> hits_;
+  std::array<const char*, kAtOnce> hits_{};
 };
 
 class LiteralElement : public Element {

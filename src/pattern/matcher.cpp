@@ -26,6 +26,7 @@
 #include "frame/guard.h"
 #include "pattern/attempt.h"
 #include "pattern/match_record.h"
+#include "pattern/pair_count.h"
 #include "pattern/ticks.h"
 #include "text/byte_tables.h"
 
@@ -141,6 +142,9 @@ class Search {
   }
 
  private:
+  // Counted at once; still cached when its attempts are counted.
+  static constexpr size_t kPiece = size_t{32} * 1024;
+
   const RunElement& run() const {
     return static_cast<const RunElement&>(*plan_.first);
   }
@@ -258,6 +262,19 @@ class Search {
     const size_t size = literal.text().size();
     const char* hits[kAtOnce];
     while (s < end) {
+      if (counts_pairs(literal)) {
+        // Up to the next report no call but polls falls due.
+        size_t stop = std::min(
+            {end - 1, ticks_.next_report() - 1, s + std::min(end - s, kPiece)});
+        if (stop > s + 1) {
+          size_t found = count_pairs(text_ + s, text_ + stop, literal.text()[0],
+                                     literal.text()[1]);
+          count_ += found;
+          if (ticks_.attempts(found, s + 1)) return Outcome::kCancelled;
+          s = stop - 1;  // may be the first half of a pair
+          continue;
+        }
+      }
       // A window at a time: looking far ahead is in vain when the run stops.
       const size_t starts_end = s + std::min(end - s, Occurrences::kWindow);
       const char* stop =
@@ -271,6 +288,14 @@ class Search {
       if (found > 0) s = std::max(s, offset(hits[found - 1]) + size);
     }
     return Outcome::kSearched;
+  }
+
+  // Pairs of different bytes, exactly as given, can be counted without
+  // locating them.
+  bool counts_pairs(const LiteralElement& literal) const {
+    const std::string& text = literal.text();
+    return only_counts() && options_.case_flag && text.size() == 2 &&
+           text[0] != text[1];
   }
 
   Outcome take_literals(const char* const* hits, size_t found, size_t size,
@@ -315,8 +340,6 @@ class Search {
 
   // The same without looking at each run.
   Outcome count_runs(size_t begin, size_t end) {
-    // Small enough to be still cached when the attempts are counted.
-    constexpr size_t kPiece = 32 * 1024;
     bool in_run = false;
     for (size_t from = begin; from < end;) {
       const size_t to = from + std::min(end - from, kPiece);

@@ -147,6 +147,36 @@ class Comparison {
   int matched_cases_ = 0;
 };
 
+TEST(SearchPaths, AgreeOnCounts) {
+  Random random(3);
+  CharClass word;
+  word.add_include_range(33, 255);
+  word.add_exclude_range(127, 127);
+  for (int round = 0; round < 300; ++round) {
+    TestContext context;
+    if (round % 2 == 0) {
+      compile_class(context, word);
+    } else {
+      compile_literal(context, "\r\n");
+    }
+    std::string text;
+    for (size_t n = random.below(3000); n > 0; --n) {
+      text += "\r\nab \x7F"[random.below(6)];
+    }
+    const auto interval = static_cast<uint32_t>(random.below(50));
+    const int cancel_at = static_cast<int>(random.below(20)) - 10;
+    const bool polls = random.chance(2);
+    const bool reports = random.chance(2);
+    auto run_path = [&](SearchPath path) {
+      HookLog log(context, interval, cancel_at, polls, reports);
+      int32_t answer = find_all(context, text.data(), text.size(),
+                                {.store = false, .path = path});
+      return std::to_string(answer) + HookLog::text();
+    };
+    ASSERT_EQ(run_path(SearchPath::kFast), run_path(SearchPath::kPlain));
+  }
+}
+
 TEST(SearchPaths, AgreeOnRandomCases) {
   Comparison comparison(1);
   comparison.run(60000, 16);
