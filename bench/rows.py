@@ -1,0 +1,158 @@
+"""The rows of the speed table: what is measured against what, and the aim.
+
+A row is told by the commands of both sides. In them, {tree}, {big}, {log} and
+{paths} stand for the made files, and {copy} for a fresh copy of the tree. The
+first word of ours, zenfo, is the built program. A command with a pipe runs in
+sh. All run with one thread, in the C locale.
+
+`check` says what must be equal before anything is timed; the kinds are in
+run.py. `aim` is ours / best peer, whole processes. `needs` names the options
+of the subcommand that a row cannot do without: while `zenfo COMMAND --help`
+does not list them, the row is left out, with a line that says so.
+
+A row of list work has no program of its own to run beside: it takes both sides
+from one benchmark program, as PROGRAM:BENCHMARK.
+"""
+
+from dataclasses import dataclass
+
+RG = "rg --no-config -j1 -uu"  # -uu: all files, whatever .gitignore says
+UGREP = "ugrep -J1 -r"
+
+ABSENT = "quarterdeck"
+FOUR = ("harpsichord", "gondolier", "marzipan", "obelisk")
+
+
+@dataclass(frozen=True)
+class Row:
+    name: str
+    ours: str
+    peers: dict
+    check: str
+    aim: float
+    needs: tuple = ()
+    about: str = ""
+
+
+def names_of_files(text, folder, ours="", grep="", rg="", ugrep=""):
+    """The two sides of a row that lists the files holding a text."""
+    return {
+        "ours": f"zenfo find -rl {ours} {text} {{{folder}}}",
+        "peers": {
+            "rg": f"{RG} -lF {rg or grep} {text} {{{folder}}}",
+            "grep": f"grep -rlF {grep} {text} {{{folder}}}",
+            "ugrep": f"{UGREP} -lF {ugrep or grep} {text} {{{folder}}}",
+        },
+        "check": "lines",
+    }
+
+
+def counts_of_files(pattern, folder):
+    """Peers of a row that counts the matching lines of every file."""
+    return {
+        "rg": f"{RG} -c --include-zero '{pattern}' {{{folder}}}",
+        "grep": f"grep -rcE '{pattern}' {{{folder}}}",
+        "ugrep": f"{UGREP} -cE '{pattern}' {{{folder}}}",
+    }
+
+
+RUN = "'0|1|2|3|4|5|6|7|8|9' ms"  # digits, one or more, and a unit
+CLASS_RUN = {
+    "ours": f'zenfo find -rc --pattern "{RUN}"',
+    "check": "counts",
+    "needs": ("find", "-c", "--pattern"),
+}
+
+# A replacement at work on a fresh copy, made before every run and not timed.
+CHANGE_MOST = "zenfo replace -r the THE {copy}"
+CHANGE_FEW = "zenfo replace -r lantern candle {copy}"
+
+ROWS = [
+    # --- Names of files that hold a text -----------------------------------
+    Row("tree-rare", aim=0.80, about="20 files of 20,000",
+        **names_of_files("harpsichord", "tree")),
+    Row("tree-frequent", aim=0.65, about="nearly every file, near its start",
+        **names_of_files("the", "tree")),
+    Row("tree-none", aim=0.80, about="no file at all",
+        **names_of_files(ABSENT, "tree")),
+    Row("tree-ignore-case", aim=0.80, about="rare, case ignored",
+        **names_of_files("harpsichord", "tree", ours="-i", grep="-i")),
+    Row("tree-word", aim=0.60, about="as many files hold only the plural",
+        **names_of_files("lantern", "tree", ours="-w", grep="-w")),
+    Row("big-rare", aim=1.00, about="20 files of 200",
+        **names_of_files("harpsichord", "big")),
+    Row("log-rare", aim=1.00, about="in the last line of 1 GB",
+        **names_of_files("harpsichord", "log")),
+
+    # --- Patterns -----------------------------------------------------------
+    Row("tree-frequent-count", "zenfo find -rc the {tree}",
+        counts_of_files("the", "tree"), "counts", 0.65, ("find", "-c"),
+        "matching lines of every file"),
+    Row("tree-alternatives",
+        "zenfo find -rl " + " ".join(f"-e {t}" for t in FOUR) + " {tree}",
+        {"rg": f"{RG} -l '{'|'.join(FOUR)}' {{tree}}",
+         "grep": f"grep -rlE '{'|'.join(FOUR)}' {{tree}}",
+         "ugrep": f"{UGREP} -lE '{'|'.join(FOUR)}' {{tree}}"},
+        "lines", 0.75, ("find", "-e"), "any of four texts"),
+    Row("tree-class-run", CLASS_RUN["ours"] + " {tree}",
+        counts_of_files("[0-9]+ ms", "tree"), CLASS_RUN["check"], 0.65,
+        CLASS_RUN["needs"], "digits and a unit, counted"),
+    Row("big-class-run", CLASS_RUN["ours"] + " {big}",
+        counts_of_files("[0-9]+ ms", "big"), CLASS_RUN["check"], 0.45,
+        CLASS_RUN["needs"], "the same, 5 MB files"),
+    Row("log-class-run", CLASS_RUN["ours"] + " {log}",
+        counts_of_files("[0-9]+ ms", "log"), CLASS_RUN["check"], 0.85,
+        CLASS_RUN["needs"], "the same, one 1 GB file"),
+    Row("tree-two-literals",
+        "zenfo find -rl --from overture --to finale {tree}",
+        {"grep": "grep -rlPz '(?s)overture.*finale' {tree}",
+         "rg": f"{RG} -lU '(?s)overture.*finale' {{tree}}"},
+        "lines", 0.90, ("find", "--from", "--to"), "any run between"),
+
+    # --- Counts -------------------------------------------------------------
+    Row("tree-words", "zenfo count -r --total {tree}",
+        {"wc": "find {tree} -type f -print0 | wc -lw --files0-from=-"},
+        "last_words", 0.10, ("count", "--total"),
+        "words (ours counts CR LF only, so lines are not compared)"),
+    Row("log-words", "zenfo count --total {log}/server.log",
+        {"wc": "wc -lw {log}/server.log"},
+        "last_words_and_lines", 0.04, ("count", "--total"),
+        "words and lines, every line ends in CR LF"),
+
+    # --- Names and facts ----------------------------------------------------
+    Row("files-names", "zenfo files -r {tree}",
+        {"find": "find {tree} -type f"}, "lines", 1.00, ("files", "-r"),
+        "names of 20,000 files"),
+    Row("files-facts", "zenfo files -r --columns path,size,modified {tree}",
+        {"find": r"find {tree} -type f -printf '%p  %s  %TY-%Tm-%Td %TT\n'"},
+        "paths_and_sizes", 0.85, ("files", "--columns"),
+        "path, size and time of each"),
+
+    # --- Lists --------------------------------------------------------------
+    Row("sort-paths", "item_list_bench:sort/list/1000000",
+        {"std::sort": "item_list_bench:sort/vector/1000000"}, "by_program",
+        0.75, about="1,000,000 paths, case ignored"),
+    Row("duplicate-paths", "list_ops_bench:duplicates/list/1000000",
+        {"std::sort": "list_ops_bench:duplicates/vector/1000000"},
+        "by_program", 0.65, about="duplicates among them"),
+    Row("load-list", "list_file_bench:load/list/1000000",
+        {"one string each": "list_file_bench:load/strings/1000000"},
+        "by_program", 0.30, about="a list file of 1,000,000 paths"),
+
+    # --- Replacing ----------------------------------------------------------
+    Row("replace-most", CHANGE_MOST,
+        {"sd": "find {copy} -type f -print0 | xargs -0 sd -s the THE",
+         "sed": f"{RG} -l0F the {{copy}} | xargs -0 sed -i s/the/THE/g",
+         "perl": f"{RG} -l0F the {{copy}} | xargs -0 perl -pi -e s/the/THE/g"},
+        "copies", 0.25, ("replace",), "nearly every file changes"),
+    Row("replace-few", CHANGE_FEW,
+        {"sed": f"{RG} -l0F lantern {{copy}}"
+                " | xargs -0 sed -i s/lantern/candle/g"},
+        "copies", 0.75, ("replace",), "one file in fourteen changes"),
+    Row("replace-most-kept", CHANGE_MOST + " --keep",
+        {"sed": f"{RG} -l0F the {{copy}} | xargs -0 sed -i.bak s/the/THE/g"},
+        "copies", 0.50, ("replace", "--keep"), "with safe copies"),
+    Row("replace-log", "zenfo replace the THE {copy_of_log}/server.log",
+        {"sd": "sd -s the THE {copy_of_log}/server.log"},
+        "copies", 0.25, ("replace",), "one 1 GB file"),
+]

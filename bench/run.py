@@ -1,0 +1,398 @@
+#!/usr/bin/env python3
+"""Measures zenfo beside the best tools there are; called by scripts/bench.
+
+Every row of rows.py is first proved: both sides must give the same answer, or
+the run ends with an error. Then the sides run in turns, so that noise meets
+all alike, and the least of the times counts: whole processes, warm cache.
+Output goes to memory, as some tools stop early when nobody can read it.
+"""
+
+import argparse
+import datetime
+import functools
+import hashlib
+import json
+import os
+import platform
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+import time
+from collections import Counter
+from pathlib import Path
+
+from rows import ROWS
+
+ROOT = Path(__file__).resolve().parent.parent
+LEAST_ROUNDS = 3
+ENVIRONMENT = {**os.environ, "LC_ALL": "C"}
+
+
+class Disagreement(Exception):
+    """A side failed, or the sides answer differently: nothing is timed."""
+
+
+# --- Running a command --------------------------------------------------------
+
+class Capture:
+    """A file in memory that takes one run's output."""
+
+    def __init__(self, name):
+        self.fd = os.memfd_create(name)
+
+    def clear(self):
+        os.ftruncate(self.fd, 0)
+        os.lseek(self.fd, 0, os.SEEK_SET)
+
+    def read(self):
+        return os.pread(self.fd, os.fstat(self.fd).st_size, 0)
+
+
+OUTPUT, ERRORS = Capture("output"), Capture("errors")
+
+
+def execute(argv):
+    """Runs to the end; answers the run's cost and the exit status."""
+    OUTPUT.clear()
+    ERRORS.clear()
+    actions = [(os.POSIX_SPAWN_DUP2, OUTPUT.fd, 1),
+               (os.POSIX_SPAWN_DUP2, ERRORS.fd, 2)]
+    start = time.perf_counter()
+    child = os.posix_spawnp(argv[0], argv, ENVIRONMENT, file_actions=actions)
+    _, status, usage = os.wait4(child, 0)
+    seconds = time.perf_counter() - start
+    cost = {"ms": round(seconds * 1000, 3),
+            "cpu_ms": round((usage.ru_utime + usage.ru_stime) * 1000, 3),
+            "faults": usage.ru_minflt}
+    return cost, os.waitstatus_to_exitcode(status)
+
+
+class Bench:
+    """Where things are, and how a row's command becomes an argument list."""
+
+    def __init__(self, options):
+        self.zenfo = str(options.zenfo)
+        self.programs = options.programs
+        self.corpus = options.corpus
+        self.copy = options.corpus / "copy"
+        self.places = {part: options.corpus / part
+                       for part in ("tree", "big", "log")}
+        self.places |= {"paths": options.corpus / "paths.txt",
+                        "copy": self.copy, "copy_of_log": self.copy}
+
+    def argv(self, command):
+        if "|" in re.sub(r"'[^']*'|\"[^\"]*\"", "", command):
+            return ["sh", "-c", command.format(**self.places)]
+        words = [word.format(**self.places) for word in shlex.split(command)]
+        return [self.zenfo if word == "zenfo" else word for word in words]
+
+    def refresh_copy(self, command):
+        """Gives a command that changes files fresh ones, all on disk."""
+        source = "log" if "{copy_of_log}" in command else "tree"
+        if "{copy" not in command:
+            return
+        shutil.rmtree(self.copy, ignore_errors=True)
+        subprocess.run(["cp", "-r", self.places[source], self.copy],
+                       check=True)
+        os.sync()
+
+    def run(self, command):
+        self.refresh_copy(command)
+        return execute(self.argv(command))
+
+
+# --- What must be equal: each check turns one side's answer into a value ------
+
+def lines(output, _):
+    return sorted(output.splitlines())
+
+
+def counts(output, _):
+    """file:count lines with a count above 0, or one bare count."""
+    counted = [line.rpartition(b":") for line in output.splitlines()]
+    return sorted(int(count) for _, _, count in counted if int(count) > 0)
+
+
+def last_words(output, _):
+    return [closing_number(output, b"words", 1)]
+
+
+def last_words_and_lines(output, _):
+    return [closing_number(output, b"words", 1),
+            closing_number(output, b"lines", 0)]
+
+
+def closing_number(output, unit, place):
+    """From the closing line: "N unit" as ours says, or wc's place."""
+    closing = output.splitlines()[-1]
+    named = re.search(rb"(\d+) " + unit, closing)
+    return int(named[1] if named else closing.split()[place])
+
+
+def paths_and_sizes(output, bench):
+    """Every line's path and the number behind it; other lines are headings."""
+    root = os.fsencode(bench.places["tree"]) + b"/"
+    fields = (line.split() for line in output.splitlines())
+    return sorted((row[0], int(row[1])) for row in fields
+                  if row and row[0].startswith(root))
+
+
+def copies(_, bench):
+    """A digest of all files below the copy; safe copies apart."""
+    digest = hashlib.sha256()
+    for path in sorted(bench.copy.rglob("*")):
+        if path.is_file() and path.suffix != ".bak":
+            digest.update(bytes(path.relative_to(bench.copy)))
+            digest.update(hashlib.sha256(path.read_bytes()).digest())
+    return digest.hexdigest()
+
+
+CHECKS = {check.__name__: check for check in
+          (lines, counts, last_words, last_words_and_lines, paths_and_sizes,
+           copies)}
+
+
+def answer(bench, row, side, command):
+    _, status = bench.run(command)
+    errors = ERRORS.read().decode(errors="replace").strip()
+    if status not in (0, 1) or errors:
+        raise Disagreement(f"{row.name}: {side} ends with {status}: {command}"
+                           f"\n{errors[:500]}")
+    return CHECKS[row.check](OUTPUT.read(), bench)
+
+
+def first_difference(ours, theirs):
+    if not isinstance(ours, list):
+        return f"{ours} and {theirs}"
+    only_ours, only_theirs = ours, theirs
+    if all(isinstance(item, (bytes, int, tuple)) for item in ours + theirs):
+        only_ours = list((Counter(ours) - Counter(theirs)).elements())
+        only_theirs = list((Counter(theirs) - Counter(ours)).elements())
+    return (f"{len(ours)} and {len(theirs)} items; only ours "
+            f"{only_ours[:3]}, only theirs {only_theirs[:3]}")
+
+
+def prove(bench, row):
+    """Raises unless all sides agree; answers how much they agree on."""
+    ours = answer(bench, row, "ours", row.ours)
+    for name, command in row.peers.items():
+        theirs = answer(bench, row, name, command)
+        if ours != theirs:
+            raise Disagreement(f"{row.name}: ours and {name} differ: "
+                               + first_difference(ours, theirs))
+    return len(ours) if isinstance(ours, list) else 1
+
+
+# --- Rows that are not to be had yet -------------------------------------------
+
+@functools.cache
+def help_of(zenfo, command):
+    """The words that `zenfo COMMAND --help` shows; None without it."""
+    done = subprocess.run([zenfo, command, "--help"], capture_output=True,
+                          text=True, check=False)
+    return set(re.findall(r"[\w-]+", done.stdout)) \
+        if done.returncode == 0 else None
+
+
+def missing_option(bench, row):
+    if row.check == "by_program":
+        return missing_program(bench, row)
+    command, *options = row.needs or (row.ours.split()[1],)
+    words = help_of(bench.zenfo, command)
+    if words is None:
+        return f"`zenfo {command}` is not there yet"
+    absent = [option for option in options if option not in words]
+    return f"`zenfo {command}` has no {', '.join(absent)} yet" \
+        if absent else None
+
+
+@functools.cache
+def benchmarks_of(program):
+    done = subprocess.run([program, "--benchmark_list_tests"],
+                          capture_output=True, text=True, check=True)
+    return set(done.stdout.split())
+
+
+def missing_program(bench, row):
+    for side in (row.ours, *row.peers.values()):
+        name, _, benchmark = side.partition(":")
+        program = bench.programs / name
+        if not program.exists():
+            return f"{name} is not there yet"
+        if benchmark not in benchmarks_of(program):
+            return f"{name} has no {benchmark} yet"
+    return None
+
+
+# --- Measuring -----------------------------------------------------------------
+
+def sides_of(row):
+    return {"ours": row.ours, **row.peers}
+
+
+def measure(bench, row, options):
+    """Runs all sides in turns; answers what each run of each side cost."""
+    results = {side: [] for side in sides_of(row)}
+    deadline = time.monotonic() + options.seconds
+    for turn in range(options.runs):
+        if turn >= LEAST_ROUNDS and time.monotonic() > deadline:
+            break
+        for side, command in sides_of(row).items():
+            results[side].append(bench.run(command)[0])
+    return results
+
+
+def measure_program(bench, row):
+    """Both sides from one benchmark program, which proves them equal."""
+    program = bench.programs / row.ours.partition(":")[0]
+    sides = {side: command.partition(":")[2]
+             for side, command in sides_of(row).items()}
+    wanted = "|".join(f"^{name}$" for name in sides.values())
+    done = subprocess.run(
+        [program, f"--benchmark_filter={wanted}", "--benchmark_format=json",
+         "--benchmark_repetitions=3", "--benchmark_min_time=0.05",
+         "--benchmark_enable_random_interleaving=true"],
+        capture_output=True, text=True, check=True,
+        env={**ENVIRONMENT, "ZENFO_CORPUS": str(bench.corpus)})
+    runs = [run for run in json.loads(done.stdout)["benchmarks"]
+            if run["run_type"] == "iteration"]
+    for run in runs:
+        if run.get("error_occurred"):
+            raise Disagreement(f"{row.name}: {run['error_message']}")
+    return {side: [{"ms": round(run["real_time"], 3),
+                    "cpu_ms": round(run["cpu_time"], 3)}
+                   for run in runs if run["run_name"] == name]
+            for side, name in sides.items()}
+
+
+def verdict(row, results, clock):
+    least = {side: min(run[clock] for run in runs)
+             for side, runs in results.items()}
+    ours = least.pop("ours")
+    peer = min(least, key=least.get)
+    ratio = ours / least[peer]
+    return {"row": row.name, "about": row.about, "ours_ms": ours,
+            "peer": peer, "peer_ms": least[peer], "ratio": round(ratio, 3),
+            "aim": row.aim, "ok": ratio <= row.aim, "sides": results,
+            "commands": sides_of(row)}
+
+
+def do_row(bench, row, options):
+    if row.check == "by_program":
+        return verdict(row, measure_program(bench, row), options.clock)
+    agreed = prove(bench, row)
+    results = measure(bench, row, options)
+    return verdict(row, results, options.clock) | {"agreed": agreed}
+
+
+# --- Telling -------------------------------------------------------------------
+
+HEADING = (f"{'row':<20} {'ours ms':>8} {'peer ms':>8}  {'best peer':<15} "
+           f"{'ratio':>5} {'aim':>5}")
+
+
+def table_line(result):
+    return (f"{result['row']:<20} {result['ours_ms']:8.1f} "
+            f"{result['peer_ms']:8.1f}  {result['peer']:<15} "
+            f"{result['ratio']:5.2f} {result['aim']:5.2f}  "
+            f"{'ok' if result['ok'] else 'over'}")
+
+
+def version_of(program):
+    done = subprocess.run([program, "--version"], capture_output=True,
+                          text=True, check=False)
+    return next((line for line in done.stdout.splitlines() if line), "")
+
+
+def peers_in(rows):
+    named = {word for row in rows for command in row.peers.values()
+             for word in re.findall(r"\b(rg|grep|ugrep|find|wc|sed|sd|perl)\b ",
+                                    command)}
+    return sorted(named)
+
+
+def conditions(rows, clock):
+    return {"date": datetime.date.today().isoformat(),
+            "clock": "processor time" if clock == "cpu_ms" else "elapsed time",
+            "system": f"{platform.system()} {platform.machine()}, "
+                      f"{os.cpu_count()} processors",
+            "versions": {peer: version_of(peer) for peer in peers_in(rows)}}
+
+
+def record_text(told, results, later):
+    versions = "".join(f"- {v}\n" for v in told["versions"].values() if v)
+    table = "\n".join([HEADING, *map(table_line, results)])
+    left = "".join(f"- {name}: {why}\n" for name, why in later.items())
+    return (f"# {told['date']}, {told['system']}\n\nLeast {told['clock']} of "
+            "interleaved runs, warm cache, one thread; see ../README.md.\n\n"
+            f"```\n{table}\n```\n\nLeft out:\n\n{left or '- nothing'}\n\n"
+            f"Beside:\n\n{versions}")
+
+
+def choose_rows(names):
+    known = {row.name: row for row in ROWS}
+    unknown = [name for name in names if name not in known]
+    if unknown:
+        sys.exit(f"bench: no row named {', '.join(unknown)}; there are: "
+                 + ", ".join(known))
+    return [known[name] for name in names] or ROWS
+
+
+def parse(arguments):
+    parser = argparse.ArgumentParser(prog="scripts/bench",
+                                     description=__doc__.splitlines()[0])
+    parser.add_argument("rows", nargs="*", metavar="ROW")
+    parser.add_argument("--zenfo", type=Path,
+                        default=ROOT / "build/native/bin/zenfo")
+    parser.add_argument("--programs", type=Path,
+                        default=ROOT / "build/native/bin",
+                        help="where the benchmark programs are")
+    parser.add_argument("--corpus", type=Path,
+                        default=ROOT / "build/bench/corpus")
+    parser.add_argument("--cpu", dest="clock", action="store_const",
+                        const="cpu_ms", default="ms",
+                        help="judge by processor time, for a machine that has "
+                             "other things to do")
+    parser.add_argument("--runs", type=int, default=15,
+                        help="turns a row, at most")
+    parser.add_argument("--seconds", type=float, default=20,
+                        help="time a row, about; at least 3 turns are run")
+    parser.add_argument("--json", type=Path,
+                        default=ROOT / "build/bench/result.json")
+    parser.add_argument("--record", action="store_true",
+                        help="also write bench/record/DATE.md")
+    return parser.parse_args(arguments)
+
+
+def main():
+    options = parse(sys.argv[1:])
+    rows = choose_rows(options.rows)
+    bench = Bench(options)
+    results, later = [], {}
+    print(HEADING, flush=True)
+    for row in rows:
+        reason = missing_option(bench, row)
+        if reason:
+            later[row.name] = reason
+            continue
+        results.append(do_row(bench, row, options))
+        print(table_line(results[-1]), flush=True)
+    for name, reason in later.items():
+        print(f"{name:<20} later: {reason}")
+    shutil.rmtree(bench.copy, ignore_errors=True)
+    told = conditions(rows, options.clock)
+    options.json.parent.mkdir(parents=True, exist_ok=True)
+    options.json.write_text(json.dumps(
+        told | {"rows": results, "later": later}, indent=1) + "\n")
+    if options.record:
+        record = ROOT / "bench" / "record" / f"{told['date']}.md"
+        record.write_text(record_text(told, results, later))
+
+
+if __name__ == "__main__":
+    try:
+        main()
+    except Disagreement as fault:
+        sys.exit(f"bench: {fault}")
