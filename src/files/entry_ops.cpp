@@ -48,15 +48,23 @@ int32_t copy_text(Library& library, int32_t list, uint32_t index, char* buffer,
   return 1;
 }
 
+// `missing` is called for an entry that lacks the column.
+template <class Missing>
 int32_t copy_column(Library& library, int32_t list, uint32_t index,
-                    char* buffer, Column column) {
+                    char* buffer, Column column, Missing missing) {
   std::string text;
   return copy_text<FileEntry>(
       library, list, index, buffer,
       [&](const FileEntry& entry) -> std::optional<std::string_view> {
-        if (!append_column(entry, column, text)) return std::nullopt;
-        return text;
+        if (append_column(entry, column, text)) return text;
+        missing();
+        return std::nullopt;
       });
+}
+
+int32_t copy_column(Library& library, int32_t list, uint32_t index,
+                    char* buffer, Column column) {
+  return copy_column(library, list, index, buffer, column, [] {});
 }
 
 template <class T>
@@ -119,14 +127,11 @@ int32_t get_type(Library& library, int32_t list, uint32_t index, char* buffer,
 
 int32_t get_ctime(Library& library, int32_t list, uint32_t index, char* buffer,
                   uint32_t) {
-  int32_t result =
-      copy_column(library, list, index, buffer, Column::kCreationTime);
-  if (result != 1 && buffer != nullptr &&
-      entry_at(library, list, index) != nullptr) {
+  // Of a file's columns only this one logs what it cannot show.
+  return copy_column(library, list, index, buffer, Column::kCreationTime, [] {
     ReportError("Getting local time failed", "Getting local time",
                 row::GetCTime.routine);
-  }
-  return result;
+  });
 }
 
 int32_t get_atime(Library& library, int32_t list, uint32_t index, char* buffer,
