@@ -21,6 +21,17 @@ const MatchRecord* match_at(Library& library, int32_t number, uint32_t index) {
   return list != nullptr ? record_cast<MatchRecord>(list->Get(index)) : nullptr;
 }
 
+// The frame of every text accessor: the buffer is emptied before anything is
+// looked up.
+template <class Put>
+int32_t put_match(Library& library, int32_t list, uint32_t index, char* buffer,
+                  Put put) {
+  if (buffer == nullptr) return -1;
+  *buffer = '\0';
+  const MatchRecord* match = match_at(library, list, index);
+  return match != nullptr ? put(*match) : -1;
+}
+
 int32_t put_number(char* buffer, uint32_t number) {
   std::sprintf(buffer, "%u", static_cast<unsigned>(number));
   return 1;
@@ -44,6 +55,7 @@ int32_t finish_copy(char* buffer, size_t copied, uint32_t match_length) {
 size_t readable(Library& library, int32_t number, const MatchRecord& match) {
   const PatternContext* context = library.get_context(number);
   const char* end = context != nullptr ? context->text_end() : nullptr;
+  if (end == nullptr || match.begin() == nullptr) return 0;
   return end > match.begin() ? static_cast<size_t>(end - match.begin()) : 0;
 }
 
@@ -66,41 +78,41 @@ bool holds_word(std::string_view text, const SubstringSearcher& searcher) {
 
 int32_t get_match_offset(Library& library, int32_t list, uint32_t index,
                          char* buffer, uint32_t) {
-  const MatchRecord* match = match_at(library, list, index);
-  if (match == nullptr || buffer == nullptr) return -1;
-  return put_number(buffer, match->offset);
+  return put_match(library, list, index, buffer, [&](const MatchRecord& match) {
+    return put_number(buffer, match.offset);
+  });
 }
 
 int32_t get_match_length(Library& library, int32_t list, uint32_t index,
                          char* buffer, uint32_t) {
-  const MatchRecord* match = match_at(library, list, index);
-  if (match == nullptr || buffer == nullptr) return -1;
-  return put_number(buffer, match->length);
+  return put_match(library, list, index, buffer, [&](const MatchRecord& match) {
+    return put_number(buffer, match.length);
+  });
 }
 
 // Intended: a size of the length to the length + 4 copies bytes behind the
 // match too, as far as the content goes.
 int32_t get_match_text(Library& library, int32_t list, uint32_t index,
                        char* buffer, uint32_t size) {
-  const MatchRecord* match = match_at(library, list, index);
-  if (match == nullptr || buffer == nullptr) return -1;
-  const size_t copied =
-      std::min(shortened(match->length, size), readable(library, list, *match));
-  if (copied > 0) std::memcpy(buffer, match->begin(), copied);
-  return finish_copy(buffer, copied, match->length);
+  return put_match(library, list, index, buffer, [&](const MatchRecord& match) {
+    const size_t copied =
+        std::min(shortened(match.length, size), readable(library, list, match));
+    if (copied > 0) std::memcpy(buffer, match.begin(), copied);
+    return finish_copy(buffer, copied, match.length);
+  });
 }
 
 // Intended: the mark depends on the match's length, not the replacement's.
 int32_t get_match_replace(Library& library, int32_t list, uint32_t index,
                           char* buffer, uint32_t size) {
-  const MatchRecord* match = match_at(library, list, index);
-  if (match == nullptr || buffer == nullptr) return -1;
-  const char* replacement = match->replacement();
-  if (replacement == nullptr) return finish_copy(buffer, 0, match->length);
-  const size_t copied = shortened(match->replacement_length(), size);
-  // Up to four of the zero bytes behind the replacement come along.
-  std::memcpy(buffer, replacement, copied);
-  return finish_copy(buffer, copied, match->length);
+  return put_match(library, list, index, buffer, [&](const MatchRecord& match) {
+    const char* replacement = match.replacement();
+    if (replacement == nullptr) return finish_copy(buffer, 0, match.length);
+    const size_t copied = shortened(match.replacement_length(), size);
+    // Up to four of the zero bytes behind the replacement come along.
+    std::memcpy(buffer, replacement, copied);
+    return finish_copy(buffer, copied, match.length);
+  });
 }
 
 int32_t get_match_flag(Library& library, int32_t list, uint32_t index) {
