@@ -1,6 +1,9 @@
 #include "containers/item_list.h"
 
+#include <algorithm>
+#include <functional>
 #include <new>
+#include <vector>
 
 #include "containers/list_sort.h"
 #include "containers/pool.h"
@@ -150,6 +153,7 @@ int32_t ItemList::Sort(int32_t descending, Comparator comparator) {
   direction_ = descending != 0 ? -1 : 1;
   return unlogged(-1, [&]() -> int32_t {
     if (BuildIndex() != 1) return -1;
+    cursor_position_ = kUnknown;  // the sort moves its record
     return sort_with(index_.get(), count_, direction_, comparator_);
   });
 }
@@ -236,7 +240,31 @@ bool ItemList::Check() const {
     cursor_found |= node == cursor_;
     previous = node;
   }
-  return previous == tail_ && nodes == count_ && cursor_found;
+  return previous == tail_ && nodes == count_ && cursor_found &&
+         index_agrees() && cursor_position_agrees();
+}
+
+// Every node stands in the index once.
+bool ItemList::index_agrees() const {
+  if (index_ == nullptr) return true;
+  std::vector<const Node*> indexed(index_.get(), index_.get() + count_);
+  std::vector<const Node*> linked;
+  for (const Node* node = head_; node != nullptr; node = node->next) {
+    linked.push_back(node);
+  }
+  std::sort(indexed.begin(), indexed.end(), std::less<>());
+  std::sort(linked.begin(), linked.end(), std::less<>());
+  return indexed == linked;
+}
+
+// A known position of the cursor is the one where Get finds its node.
+bool ItemList::cursor_position_agrees() const {
+  if (cursor_position_ == kUnknown) return true;
+  if (cursor_position_ >= count_) return false;
+  if (index_ != nullptr) return index_[cursor_position_] == cursor_;
+  const Node* node = head_;
+  for (uint32_t i = 0; i < cursor_position_; ++i) node = node->next;
+  return node == cursor_;
 }
 
 }  // namespace zenfo

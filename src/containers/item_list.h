@@ -84,6 +84,8 @@ class ItemList : public ProgressHooks {
   Node* node_at(uint32_t position);
   void set_cursor(Node* node, uint32_t position);
   int32_t remove(Node* node);
+  bool index_agrees() const;
+  bool cursor_position_agrees() const;
   static int32_t sort_with(Node** index, uint32_t count, int32_t direction,
                            Comparator comparator);
 
