@@ -1,0 +1,110 @@
+#include "columns.h"
+
+#include <algorithm>
+#include <charconv>
+#include <nlohmann/json.hpp>
+
+namespace zenfo::cli {
+namespace {
+
+constexpr Column kColumns[] = {
+    {"name", ZENFO_OPTION_FILE_NAME, GetFilename, false},
+    {"folder", ZENFO_OPTION_FOLDER, GetDirectory, false},
+    {"type", ZENFO_OPTION_TYPE, GetType, false},
+    {"created", ZENFO_OPTION_ATTRIBUTES, GetCTime, false},
+    {"accessed", ZENFO_OPTION_ATTRIBUTES, GetATime, false},
+    {"modified", ZENFO_OPTION_ATTRIBUTES, GetMTime, false},
+    {"size", ZENFO_OPTION_ATTRIBUTES, GetSize, true},
+    {"attributes", ZENFO_OPTION_ATTRIBUTES, GetAttributes, false},
+    {"path", 0, nullptr, false},
+};
+
+constexpr size_t kBetweenColumns = 2;
+
+bool continues_character(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+// The number in "1536 Bytes" and in "1.50 KB (1536 Bytes)".
+uint64_t bytes_of(std::string_view long_text) {
+  const size_t open = long_text.find('(');
+  if (open != std::string_view::npos) long_text.remove_prefix(open + 1);
+  uint64_t bytes = 0;
+  std::from_chars(long_text.data(), long_text.data() + long_text.size(), bytes);
+  return bytes;
+}
+
+}  // namespace
+
+std::string column_names() {
+  std::string names;
+  for (const Column& column : kColumns) {
+    if (!names.empty()) names += ", ";
+    names += column.name;
+  }
+  return names;
+}
+
+const Column* find_column(std::string_view name) {
+  for (const Column& column : kColumns) {
+    if (name == column.name) return &column;
+  }
+  return nullptr;
+}
+
+size_t width_of(std::string_view text) {
+  size_t width = 0;
+  for (const char byte : text) width += !continues_character(byte);
+  return width;
+}
+
+std::string aligned_line(const std::vector<const Column*>& columns,
+                         const Cells& cells,
+                         const std::vector<size_t>& widths) {
+  std::string line;
+  size_t blanks = 0;  // written in front of the next text only
+  for (size_t i = 0; i < cells.size(); ++i) {
+    const std::string_view text = cells[i] ? *cells[i] : std::string_view();
+    const size_t rest = widths[i] - std::min(widths[i], width_of(text));
+    if (columns[i]->to_the_right) blanks += rest;
+    if (!text.empty()) {
+      line.append(blanks, ' ').append(text);
+      blanks = 0;
+    }
+    if (!columns[i]->to_the_right) blanks += rest;
+    blanks += kBetweenColumns;
+  }
+  return line;
+}
+
+std::string json_line(const std::vector<const Column*>& columns,
+                      const Cells& cells) {
+  nlohmann::ordered_json object = nlohmann::ordered_json::object();
+  for (size_t i = 0; i < cells.size(); ++i) {
+    if (cells[i]) {
+      object[columns[i]->name] = *cells[i];
+    } else {
+      object[columns[i]->name] = nullptr;
+    }
+  }
+  return object.dump(-1, ' ', false,
+                     nlohmann::ordered_json::error_handler_t::replace);
+}
+
+std::string json_total(uint32_t files, const SizeTotal& total) {
+  return nlohmann::ordered_json{{"files", files},
+                                {"bytes", bytes_of(total.long_text)},
+                                {"size", total.short_text}}
+      .dump();
+}
+
+std::string tabbed_line(const Cells& cells) {
+  std::string line;
+  for (size_t i = 0; i < cells.size(); ++i) {
+    if (i > 0) line += '\t';
+    line += cells[i].value_or("");
+  }
+  return line;
+}
+
+}  // namespace zenfo::cli

@@ -1,0 +1,154 @@
+#include "command_line.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "system.h"
+
+namespace zenfo::cli {
+namespace {
+
+constexpr size_t kHelpColumn = 28;
+
+// The parser takes "[a,b]" for a list; a mark in front keeps it a text.
+constexpr char kMark = '\1';
+
+std::string marked(const std::string& argument) {
+  const bool needed = argument.starts_with('[') || argument.starts_with(kMark);
+  return needed ? kMark + argument : argument;
+}
+
+std::string unmarked(const std::string& text) {
+  return text.starts_with(kMark) ? text.substr(1) : text;
+}
+
+// Usage first, then what the command does, then the options.
+class HelpFormat : public CLI::Formatter {
+ public:
+  explicit HelpFormat(const HelpTexts& texts) : texts_(texts) {
+    column_width(kHelpColumn);
+  }
+
+  std::string make_description(const CLI::App*) const override { return ""; }
+  std::string make_usage(const CLI::App*, std::string) const override {
+    return "Usage: " + texts_.usage + "\n\n" + texts_.description + "\n";
+  }
+  std::string make_positionals(const CLI::App*) const override { return ""; }
+  std::string make_footer(const CLI::App*) const override {
+    return "\n" + texts_.examples;
+  }
+
+ private:
+  HelpTexts texts_;
+};
+
+}  // namespace
+
+CommandLine::CommandLine(const std::string& name, const HelpTexts& texts)
+    : name_(name), options_("", "zenfo " + name) {
+  options_.set_help_flag("-h,--help", "Show this help and exit");
+  options_.allow_windows_style_options(false);
+  // Unknown options are collected, for a message of our own.
+  options_.allow_extras();
+  options_.formatter(std::make_shared<HelpFormat>(texts));
+}
+
+void CommandLine::value(const std::string& names, std::string& value,
+                        const std::string& value_name,
+                        const std::string& help) {
+  options_
+      .add_option_function<std::string>(
+          names, [&value](const std::string& text) { value = unmarked(text); },
+          help)
+      ->type_name(value_name)
+      ->take_last();
+}
+
+void CommandLine::values(const std::string& names,
+                         std::vector<std::string>& values,
+                         const std::string& value_name,
+                         const std::string& help) {
+  options_
+      .add_option_function<std::vector<std::string>>(
+          names,
+          [&values](const std::vector<std::string>& texts) {
+            for (const auto& text : texts) values.push_back(unmarked(text));
+          },
+          help)
+      ->type_name(value_name)
+      ->allow_extra_args(false);
+}
+
+void CommandLine::argument(std::string& value) {
+  options_.add_option_function<std::string>(
+      "first", [&value](const std::string& text) { value = unmarked(text); });
+}
+
+void CommandLine::arguments(std::vector<std::string>& values) {
+  options_.add_option_function<std::vector<std::string>>(
+      "others", [&values](const std::vector<std::string>& texts) {
+        for (const auto& text : texts) values.push_back(unmarked(text));
+      });
+}
+
+Failure CommandLine::wrong(const std::string& subject,
+                           const std::string& reason) const {
+  return {subject, reason + "; see 'zenfo help " + name_ + "'"};
+}
+
+bool CommandLine::parse(const std::vector<std::string>& arguments,
+                        Output& output) {
+  std::vector<std::string> backwards(arguments.size());
+  std::transform(arguments.rbegin(), arguments.rend(), backwards.begin(),
+                 marked);
+  try {
+    options_.parse(std::move(backwards));
+  } catch (const CLI::CallForHelp&) {
+    output.put(options_.help());
+    return false;
+  } catch (const CLI::ParseError& error) {
+    throw wrong(name_, error.what());
+  }
+  refuse_unknown_options();
+  return true;
+}
+
+void CommandLine::refuse_unknown_options() const {
+  for (const std::string& argument : options_.remaining()) {
+    if (argument != "--") throw wrong(argument, "no such option");
+  }
+}
+
+void add_form_options(CommandLine& line, ResultForm& form) {
+  line.flag("-0,--null", form.null,
+            "End each result with a zero byte, not a line feed");
+  line.flag("--json", form.json, "Write a JSON object a line");
+}
+
+void check_form(const CommandLine& line, const ResultForm& form) {
+  if (form.null && form.json) {
+    throw line.wrong("--json", "does not go with --null");
+  }
+}
+
+void add_choice_options(CommandLine& line, FileChoice& choice) {
+  line.flag("-r,--recursive", choice.subfolders,
+            "Take the subfolders of folders too");
+  line.values("--include", choice.patterns, "GLOB",
+              "Of folders, take only files with such names,\n"
+              "as '*.c'; may be repeated; case is ignored");
+}
+
+void check_choice(const CommandLine& line, const FileChoice& choice) {
+  for (const std::string& pattern : choice.patterns) {
+    if (pattern.empty()) throw line.wrong("--include", "needs a pattern");
+    if (system::own_form(pattern).find_first_of(
+            std::string(";|") + system::kSeparator) != std::string::npos) {
+      throw line.wrong("--include " + pattern,
+                       "a pattern is for names, without ';', '|' or folders");
+    }
+  }
+}
+
+}  // namespace zenfo::cli

@@ -1,0 +1,69 @@
+// The command line of one subcommand: its options are declared here once, for
+// parsing and for the help text. Parsing is CLI11's, with its liberties taken
+// away: no "/x" options, no "[a,b]" lists, options take one value each.
+//
+// Tested by tests/cli/command_test.cpp
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+#include "file_arguments.h"
+#include "messages.h"
+#include "output.h"
+
+namespace zenfo::cli {
+
+// What the help text says around the options.
+struct HelpTexts {
+  std::string usage;        // "zenfo find [OPTIONS] TEXT [PATH...]"
+  std::string description;  // lines without the last line feed
+  std::string examples;     // whole lines
+};
+
+class CommandLine {
+ public:
+  CommandLine(const std::string& name, const HelpTexts& texts);
+
+  void flag(const std::string& names, bool& value, const std::string& help) {
+    options_.add_flag(names, value, help)->disable_flag_override();
+  }
+  // `value_name` stands for the value in the help text. An option that is
+  // given again replaces its value, or adds to its values.
+  void value(const std::string& names, std::string& value,
+             const std::string& value_name, const std::string& help);
+  void values(const std::string& names, std::vector<std::string>& values,
+              const std::string& value_name, const std::string& help);
+  // What is no option: one argument, then all others. Not in the help text,
+  // whose usage line and description tell.
+  void argument(std::string& value);
+  void arguments(std::vector<std::string>& values);
+
+  // Throws Failure for a command line that is wrong. False when help was asked
+  // for, which is then in the output.
+  bool parse(const std::vector<std::string>& arguments, Output& output);
+  // The failure that points to the help text.
+  Failure wrong(const std::string& subject, const std::string& reason) const;
+
+ private:
+  void refuse_unknown_options() const;
+
+  std::string name_;
+  CLI::App options_;
+};
+
+// How the list of results is written.
+struct ResultForm {
+  bool null = false;
+  bool json = false;
+};
+
+// What subcommands have in common.
+void add_form_options(CommandLine& line, ResultForm& form);
+void add_choice_options(CommandLine& line, FileChoice& choice);
+// Throws Failure for options that are wrong together or in their values.
+void check_form(const CommandLine& line, const ResultForm& form);
+void check_choice(const CommandLine& line, const FileChoice& choice);
+
+}  // namespace zenfo::cli

@@ -1,0 +1,15 @@
+// The subcommands, one file each.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace zenfo::cli {
+
+using Arguments = std::vector<std::string>;
+
+// Each answers the exit status and throws Failure or Stopped.
+int run_files(const Arguments& arguments);  // files.cpp
+int run_find(const Arguments& arguments);   // find.cpp
+
+}  // namespace zenfo::cli

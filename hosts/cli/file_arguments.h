@@ -1,0 +1,91 @@
+// From the PATHs of a command line to the library's list of files.
+//
+// A folder and a pattern are searched for by specification; a file is entered
+// as it is written, whatever bytes its name has. The list keeps the order of
+// the command line, so the arguments become runs: neighbours that the library
+// can take in one call.
+//
+// Tested by tests/cli/file_arguments_test.cpp, tests/cli/command_test.cpp
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+#include "library.h"
+
+namespace zenfo::cli {
+
+struct FileChoice {
+  bool subfolders = false;
+  // A folder is an error unless subfolders are wanted.
+  bool folders_need_subfolders = false;
+  // Filename patterns for the files of folders; none means all files.
+  std::vector<std::string> patterns;
+};
+
+// Neighbouring arguments for one call: a specification, or else paths.
+struct ArgumentRun {
+  std::string specification;
+  std::vector<std::string> paths;
+  // Bytes in front of each path that the user did not write: "./".
+  size_t added_prefix = 0;
+
+  bool operator==(const ArgumentRun&) const = default;
+};
+
+// A path whose last component may be a pattern, in its two halves. The folder
+// is "." (behind the drive, if there is one) when the path names none.
+struct PathPattern {
+  std::string folder;
+  std::string pattern;
+  size_t added_prefix = 0;
+};
+PathPattern split_pattern(const std::string& path);
+
+// One group of a specification, without the "|".
+std::string search_group(std::string folder, bool subfolders,
+                         const std::vector<std::string>& patterns);
+
+// Appends a group to the runs, into the last one if that fits.
+void append_group(std::vector<ArgumentRun>& runs, const std::string& group,
+                  size_t added_prefix);
+void append_path(std::vector<ArgumentRun>& runs, const std::string& path);
+
+// The list of files that the arguments make.
+class FileList {
+ public:
+  // Complains about each argument that names nothing and goes on without it.
+  // No argument at all means the current folder with its subfolders.
+  FileList(Session& session, const std::vector<std::string>& arguments,
+           const FileChoice& choice, const FactOptions& facts);
+
+  uint32_t count() const { return count_; }
+  // The path as a person expects it. Valid until the session's next call.
+  std::string_view path(uint32_t index);
+  // Whether the file stands earlier in the list, entered by another pattern.
+  bool is_repeat(uint32_t index) const { return repeats_.contains(index); }
+
+ private:
+  void add(const std::string& argument, const FileChoice& choice);
+  void add_folder(const std::string& folder, const FileChoice& choice);
+  void add_pattern(const std::string& argument);
+  void load(const FactOptions& facts);
+  void note_repeats();
+
+  struct Stretch {
+    uint32_t first;
+    size_t added_prefix;
+  };
+
+  Session& session_;
+  std::vector<ArgumentRun> runs_;
+  std::vector<Stretch> stretches_;  // by first
+  std::unordered_set<uint32_t> repeats_;
+  uint32_t count_ = 0;
+};
+
+}  // namespace zenfo::cli

@@ -1,0 +1,124 @@
+// zenfo: the command-line host. Finds the subcommand and turns what it throws
+// into one line and an exit status.
+//
+// Tested by tests/cli/command_test.cpp
+#include <exception>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "commands.h"
+#include "messages.h"
+#include "output.h"
+#include "system.h"
+
+#ifdef _WIN32
+// Patterns come as they were typed: the start-up code must not expand them.
+extern "C" int _dowildcard;
+int _dowildcard = 0;
+#endif
+
+namespace zenfo::cli {
+namespace {
+
+struct Command {
+  std::string_view name;
+  std::string_view summary;
+  int (*run)(const Arguments& arguments);
+};
+
+int run_help(const Arguments& arguments);
+
+constexpr Command kCommands[] = {
+    {"files", "list files and what is known about them", run_files},
+    {"find", "name the files that hold a text", run_find},
+    {"help", "explain a command: zenfo help COMMAND", run_help},
+};
+
+constexpr std::string_view kHelp =
+    "zenfo finds text in many files at once.\n"
+    "\n"
+    "Usage: zenfo COMMAND [OPTIONS] [ARGUMENTS]\n"
+    "       zenfo --help | --version\n"
+    "\n"
+    "Commands:\n";
+
+constexpr std::string_view kHelpEnd =
+    "\n"
+    "Examples:\n"
+    "  zenfo find TODO                 files from here down that hold TODO\n"
+    "  zenfo files -r src --total      all files below src, and their size\n"
+    "\n"
+    "The exit status is 0 for success, 1 when a search found nothing, 2 after\n"
+    "an error and 130 when the command was stopped.\n";
+
+const Command& find_command(std::string_view name) {
+  for (const Command& command : kCommands) {
+    if (command.name == name) return command;
+  }
+  throw Failure{std::string(name), "no such command; see 'zenfo --help'"};
+}
+
+int show_help() {
+  Output output;
+  output.put(kHelp);
+  for (const Command& command : kCommands) {
+    output.put("  ");
+    output.put(command.name);
+    output.put(std::string(10 - command.name.size(), ' '));
+    output.put(command.summary);
+    output.put('\n');
+  }
+  output.put(kHelpEnd);
+  return kDone;
+}
+
+int run_help(const Arguments& arguments) {
+  if (arguments.empty()) return show_help();
+  const Command& command = find_command(arguments.front());
+  if (command.run == run_help) return show_help();
+  return command.run({"--help"});
+}
+
+int run(Arguments arguments) {
+  if (arguments.empty()) {
+    throw Failure{"", "which command? See 'zenfo --help'"};
+  }
+  const std::string first = arguments.front();
+  if (first == "--help" || first == "-h") return show_help();
+  if (first == "--version" || first == "-V") {
+    Output().put("zenfo " ZENFO_VERSION "\n");
+    return kDone;
+  }
+  arguments.erase(arguments.begin());
+  return find_command(first).run(arguments);
+}
+
+int run_and_explain(Arguments arguments) {
+  try {
+    return run(std::move(arguments));
+  } catch (const Failure& failure) {
+    complain(failure.subject, failure.reason);
+  } catch (const Stopped&) {
+    complain("", "stopped");
+    return system::stop_status();
+  } catch (const std::bad_alloc&) {
+    complain("", "out of memory");
+  } catch (const std::exception& error) {
+    complain("", error.what());
+  }
+  return kError;
+}
+
+}  // namespace
+}  // namespace zenfo::cli
+
+int main(int count, char** arguments) {
+  using namespace zenfo::cli;
+  system::prepare_streams();
+  system::watch_for_stop();
+  Arguments texts;
+  for (int i = 1; i < count; ++i) texts.emplace_back(arguments[i]);
+  const int status = run_and_explain(std::move(texts));
+  return status <= kNothingFound && complained() ? kError : status;
+}

@@ -1,0 +1,33 @@
+// Messages for people on the error stream: one line each, "zenfo: SUBJECT:
+// REASON". Whatever is complained about makes the exit status 2.
+//
+// Tested by tests/cli/command_test.cpp
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace zenfo::cli {
+
+// Exit statuses. kFound and kNothingFound are the answers of a search.
+inline constexpr int kFound = 0;
+inline constexpr int kDone = 0;
+inline constexpr int kNothingFound = 1;
+inline constexpr int kError = 2;
+
+// Ends the command: thrown where going on makes no sense.
+struct Failure {
+  std::string subject;
+  std::string reason;
+};
+
+// Ends the command because the user asked for it.
+struct Stopped {};
+
+// Line feeds inside the subject are shown as "?", so that a message stays one
+// line. An empty subject is left out.
+void complain(std::string_view subject, std::string_view reason);
+// Whether there was a complaint since the program began.
+bool complained();
+
+}  // namespace zenfo::cli

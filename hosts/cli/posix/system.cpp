@@ -1,0 +1,164 @@
+#include "system.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+namespace zenfo::cli::system {
+namespace {
+
+// The library loads no larger file.
+constexpr int64_t kLargestFile = INT32_MAX - 1;
+
+// Read by the signal handler, so plain memory. Empty: there is no folder.
+char private_folder[4096] = "";
+volatile std::sig_atomic_t stop_signal = 0;
+
+std::string reason_of(int error) {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+      return "no such file or folder";
+    case EACCES:
+    case EPERM:
+      return "permission denied";
+    default:
+      return std::strerror(error);
+  }
+}
+
+int descriptor(Stream stream) {
+  return stream == Stream::kOutput ? STDOUT_FILENO : STDERR_FILENO;
+}
+
+// Safe in a signal handler.
+void unlink_private(const char* name) {
+  char path[sizeof private_folder + 16];
+  const size_t length = std::strlen(private_folder);
+  std::memcpy(path, private_folder, length);
+  path[length] = kSeparator;
+  std::strcpy(path + length + 1, name);
+  unlink(path);
+}
+
+extern "C" void on_stop_signal(int number) {
+  if (stop_signal != 0) {
+    remove_private_folder();
+    _exit(128 + number);
+  }
+  stop_signal = number;
+}
+
+}  // namespace
+
+std::string own_form(std::string path) { return path; }
+
+size_t drive_length(std::string_view) { return 0; }
+
+PathFacts look_at(const std::string& path) {
+  struct stat facts;
+  if (stat(path.c_str(), &facts) != 0) {
+    return {PathKind::kNone, reason_of(errno)};
+  }
+  if (S_ISDIR(facts.st_mode)) return {PathKind::kFolder, ""};
+  if (S_ISREG(facts.st_mode)) return {PathKind::kFile, ""};
+  return {PathKind::kOther, ""};
+}
+
+std::string why_not_listed(const std::string& folder) {
+  DIR* listing = opendir(folder.c_str());
+  if (listing == nullptr) return reason_of(errno);
+  closedir(listing);
+  return "";
+}
+
+// Asks for the access only where not everybody may read.
+std::string why_not_searched(const std::string& file) {
+  struct stat facts;
+  if (stat(file.c_str(), &facts) != 0) return reason_of(errno);
+  if (facts.st_size > kLargestFile) return "too large to be searched";
+  constexpr mode_t kAllMayRead = S_IRUSR | S_IRGRP | S_IROTH;
+  if ((facts.st_mode & kAllMayRead) == kAllMayRead) return "";
+  return access(file.c_str(), R_OK) == 0 ? "" : reason_of(errno);
+}
+
+void prepare_streams() {
+  std::signal(SIGPIPE, SIG_IGN);
+  // A closed stream would lend its number to the next file that is opened.
+  // Read-only, so that writing to it fails.
+  for (int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(number, F_GETFD) >= 0) continue;
+    if (open("/dev/null", O_RDONLY) != number) return;
+  }
+}
+
+std::string write(Stream stream, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written =
+        ::write(descriptor(stream), bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return std::strerror(errno);
+    bytes.remove_prefix(static_cast<size_t>(written));
+  }
+  return "";
+}
+
+bool is_terminal(Stream stream) { return isatty(descriptor(stream)) == 1; }
+
+size_t terminal_columns() {
+  winsize size{};
+  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0) {
+    return 80;
+  }
+  return size.ws_col;
+}
+
+std::string make_private_folder() {
+  const char* parent = std::getenv("TMPDIR");
+  std::string path = parent != nullptr && *parent != '\0' ? parent : "/tmp";
+  path += "/zenfo-XXXXXX";
+  if (path.size() >= sizeof private_folder || mkdtemp(path.data()) == nullptr) {
+    return "";
+  }
+  std::strcpy(private_folder, path.c_str());
+  return path;
+}
+
+void remove_private_folder() {
+  if (private_folder[0] == '\0') return;
+  unlink_private(kErrorFile);
+  unlink_private(kSeedFile);
+  rmdir(private_folder);
+  private_folder[0] = '\0';
+}
+
+bool make_empty_file(const std::string& path) {
+  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+  return file >= 0 && close(file) == 0;
+}
+
+void watch_for_stop() {
+  struct sigaction action {};
+  action.sa_handler = on_stop_signal;
+  action.sa_flags = SA_RESTART;
+  for (int number : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction before;
+    sigaction(number, nullptr, &before);
+    // What nohup and the shell's background jobs ignore stays ignored.
+    if (before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
+  }
+}
+
+int stop_status() { return stop_signal == 0 ? 0 : 128 + stop_signal; }
+
+void leave(int status) { _exit(status); }
+
+}  // namespace zenfo::cli::system

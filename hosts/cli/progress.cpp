@@ -1,0 +1,105 @@
+#include "progress.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "system.h"
+
+namespace zenfo::cli {
+namespace {
+
+constexpr auto kFirstDrawing = std::chrono::milliseconds(300);
+constexpr auto kBetweenDrawings = std::chrono::milliseconds(100);
+constexpr size_t kBarWidth = 24;
+
+void append_utf8(std::string& text, uint32_t point) {
+  auto add = [&](uint32_t byte) { text += static_cast<char>(byte); };
+  if (point < 0x80) {
+    add(point);
+    return;
+  }
+  if (point < 0x800) {
+    add(0xC0 | point >> 6);
+  } else {
+    if (point < 0x10000) {
+      add(0xE0 | point >> 12);
+    } else {
+      add(0xF0 | point >> 18);
+      add(0x80 | (point >> 12 & 0x3F));
+    }
+    add(0x80 | (point >> 6 & 0x3F));
+  }
+  add(0x80 | (point & 0x3F));
+}
+
+bool is_first_half(uint32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
+bool is_second_half(uint32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
+
+// Cuts at the start of a character.
+void cut(std::string& text, size_t size) {
+  if (text.size() <= size) return;
+  while (size > 0 && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) {
+    --size;
+  }
+  text.resize(size);
+}
+
+}  // namespace
+
+std::string narrow(const ZenfoWideChar* text) {
+  std::string bytes;
+  while (*text != 0) {
+    const uint32_t unit = static_cast<uint16_t>(*text++);
+    const uint32_t next = static_cast<uint16_t>(*text);
+    if (is_first_half(unit) && is_second_half(next)) {
+      append_utf8(bytes, 0x10000 + ((unit - 0xD800) << 10) + (next - 0xDC00));
+      ++text;
+    } else if (is_first_half(unit) || is_second_half(unit)) {
+      bytes += '?';
+    } else {
+      append_utf8(bytes, unit);
+    }
+  }
+  return bytes;
+}
+
+std::string progress_line(const std::string& status, int percent,
+                          size_t columns) {
+  percent = std::clamp(percent, 0, 100);
+  const size_t full = kBarWidth * static_cast<size_t>(percent) / 100;
+  const std::string number = std::to_string(percent);
+  std::string line =
+      "[" + std::string(full, '#') + std::string(kBarWidth - full, ' ') + "] " +
+      std::string(3 - number.size(), ' ') + number + "% " + status;
+  cut(line, columns);
+  return line;
+}
+
+Progress::Progress()
+    : wanted_(system::is_terminal(system::Stream::kErrors)),
+      next_drawing_(Clock::now() + kFirstDrawing) {}
+
+void Progress::show_status(const ZenfoWideChar* text) {
+  status_ = narrow(text);
+}
+
+void Progress::show_step(const ProgressRecord& step) {
+  const auto now = Clock::now();
+  if (now < next_drawing_) return;
+  next_drawing_ = now + kBetweenDrawings;
+  const std::string line =
+      progress_line(status_, step.percent, system::terminal_columns() - 1);
+  const size_t blanks = drawn_ > line.size() ? drawn_ - line.size() : 0;
+  system::write(system::Stream::kErrors,
+                '\r' + line + std::string(blanks, ' '));
+  drawn_ = std::max(drawn_, line.size());
+}
+
+void Progress::erase() {
+  if (drawn_ == 0) return;
+  system::write(system::Stream::kErrors,
+                '\r' + std::string(drawn_, ' ') + '\r');
+  drawn_ = 0;
+}
+
+}  // namespace zenfo::cli

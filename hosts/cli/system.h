@@ -1,0 +1,69 @@
+// What the command needs of the operating system. posix/system.cpp and
+// win32/system.cpp are twins; the build picks one, callers never ask which.
+//
+// Texts are narrow: the bytes of a path on Linux, UTF-8 on Windows (the
+// program's manifest makes that the narrow character set). Reasons are short
+// texts for people, without a full stop: "permission denied".
+//
+// Tested by tests/cli/command_test.cpp
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace zenfo::cli::system {
+
+#ifdef _WIN32
+inline constexpr char kSeparator = '\\';
+#else
+inline constexpr char kSeparator = '/';
+#endif
+
+enum class PathKind { kNone, kFile, kFolder, kOther };
+
+struct PathFacts {
+  PathKind kind = PathKind::kNone;
+  std::string reason;  // why there is nothing, when kind is kNone
+};
+
+// The path as the system writes it: on Windows "/" becomes "\".
+std::string own_form(std::string path);
+// The end of the drive in front of a path ("C:" gives 2); 0 on Linux.
+size_t drive_length(std::string_view path);
+// Links are followed.
+PathFacts look_at(const std::string& path);
+// Why a folder cannot be listed; empty when it can.
+std::string why_not_listed(const std::string& folder);
+// Why the library passes over a file when it searches; empty when it does not.
+std::string why_not_searched(const std::string& file);
+
+enum class Stream { kOutput, kErrors };
+
+// Call once, first: makes the standard streams usable as bytes, and writing to
+// a stream that is closed or has lost its reader an error rather than a death.
+void prepare_streams();
+// Writes all bytes. Answers the reason for a failure, empty for success.
+std::string write(Stream stream, std::string_view bytes);
+bool is_terminal(Stream stream);
+// Width in characters; 80 where it is not known.
+size_t terminal_columns();
+
+// A folder of this process alone for the two files below; one at a time.
+// Answers its path, empty when none can be made. It goes with
+// remove_private_folder() or when the process is told to stop twice.
+std::string make_private_folder();
+void remove_private_folder();
+inline constexpr char kErrorFile[] = "errors";
+inline constexpr char kSeedFile[] = "entry";
+bool make_empty_file(const std::string& path);
+
+// From now on Ctrl-C and its like are noted rather than obeyed. The second one
+// ends the process at once.
+void watch_for_stop();
+// Exit status for a process that was told to stop; 0 while it was not.
+int stop_status();
+// Ends the process without running destructors.
+[[noreturn]] void leave(int status);
+
+}  // namespace zenfo::cli::system

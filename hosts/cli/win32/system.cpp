@@ -1,0 +1,186 @@
+#include "system.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+
+namespace zenfo::cli::system {
+namespace {
+
+// The library loads no larger file.
+constexpr int64_t kLargestFile = INT32_MAX - 1;
+constexpr int kStopStatus = 130;
+
+// Read by the thread that answers Ctrl-C, so plain memory.
+char private_folder[MAX_PATH] = "";
+std::atomic<bool> stop_asked{false};
+
+class Handle {
+ public:
+  explicit Handle(HANDLE handle) : handle_(handle) {}
+  ~Handle() {
+    if (valid()) CloseHandle(handle_);
+  }
+  Handle(const Handle&) = delete;
+  Handle& operator=(const Handle&) = delete;
+  bool valid() const { return handle_ != INVALID_HANDLE_VALUE; }
+  HANDLE get() const { return handle_; }
+
+ private:
+  HANDLE handle_;
+};
+
+std::string reason_of(DWORD error) {
+  switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_NETPATH:
+    case ERROR_DIRECTORY:
+      return "no such file or folder";
+    case ERROR_ACCESS_DENIED:
+      return "permission denied";
+    case ERROR_SHARING_VIOLATION:
+      return "in use by another program";
+    case ERROR_BROKEN_PIPE:
+    case ERROR_NO_DATA:
+      return "nobody reads it any more";
+    case ERROR_DISK_FULL:
+      return "the disk is full";
+    default:
+      return "system error " + std::to_string(error);
+  }
+}
+
+HANDLE handle_of(Stream stream) {
+  return GetStdHandle(stream == Stream::kOutput ? STD_OUTPUT_HANDLE
+                                                : STD_ERROR_HANDLE);
+}
+
+std::string in_private_folder(const char* name) {
+  return std::string(private_folder) + kSeparator + name;
+}
+
+BOOL WINAPI on_stop(DWORD) {
+  if (stop_asked.exchange(true)) {
+    remove_private_folder();
+    leave(kStopStatus);
+  }
+  return TRUE;
+}
+
+}  // namespace
+
+std::string own_form(std::string path) {
+  std::replace(path.begin(), path.end(), '/', kSeparator);
+  return path;
+}
+
+size_t drive_length(std::string_view path) {
+  return path.size() >= 2 && path[1] == ':' ? 2 : 0;
+}
+
+PathFacts look_at(const std::string& path) {
+  const DWORD attributes = GetFileAttributesA(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) {
+    return {PathKind::kNone, reason_of(GetLastError())};
+  }
+  if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+    return {PathKind::kFolder, ""};
+  }
+  if ((attributes & FILE_ATTRIBUTE_DEVICE) != 0) return {PathKind::kOther, ""};
+  return {PathKind::kFile, ""};
+}
+
+std::string why_not_listed(const std::string& folder) {
+  WIN32_FIND_DATAA found;
+  const HANDLE listing = FindFirstFileA((folder + "\\*").c_str(), &found);
+  if (listing != INVALID_HANDLE_VALUE) {
+    FindClose(listing);
+    return "";
+  }
+  const DWORD error = GetLastError();
+  // An empty drive has not even "." in it.
+  return error == ERROR_FILE_NOT_FOUND ? "" : reason_of(error);
+}
+
+std::string why_not_searched(const std::string& file) {
+  const Handle handle(
+      CreateFileA(file.c_str(), GENERIC_READ,
+                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                  nullptr, OPEN_EXISTING, 0, nullptr));
+  LARGE_INTEGER size;
+  if (!handle.valid() || !GetFileSizeEx(handle.get(), &size)) {
+    return reason_of(GetLastError());
+  }
+  return size.QuadPart > kLargestFile ? "too large to be searched" : "";
+}
+
+void prepare_streams() {}
+
+std::string write(Stream stream, std::string_view bytes) {
+  while (!bytes.empty()) {
+    DWORD written = 0;
+    if (!WriteFile(handle_of(stream), bytes.data(),
+                   static_cast<DWORD>(bytes.size()), &written, nullptr)) {
+      return reason_of(GetLastError());
+    }
+    bytes.remove_prefix(written);
+  }
+  return "";
+}
+
+bool is_terminal(Stream stream) {
+  DWORD mode;
+  return GetConsoleMode(handle_of(stream), &mode) != 0;
+}
+
+size_t terminal_columns() {
+  CONSOLE_SCREEN_BUFFER_INFO info;
+  if (!GetConsoleScreenBufferInfo(handle_of(Stream::kErrors), &info)) return 80;
+  return static_cast<size_t>(info.dwSize.X);
+}
+
+std::string make_private_folder() {
+  char parent[MAX_PATH + 1];
+  const DWORD length = GetTempPathA(sizeof parent, parent);
+  if (length == 0 || length >= sizeof parent) return "";
+  const std::string name =
+      parent + ("zenfo-" + std::to_string(GetCurrentProcessId()));
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    const std::string path = name + '-' + std::to_string(attempt);
+    if (path.size() >= sizeof private_folder) return "";
+    if (CreateDirectoryA(path.c_str(), nullptr)) {
+      *std::copy(path.begin(), path.end(), private_folder) = '\0';
+      return path;
+    }
+  }
+  return "";
+}
+
+void remove_private_folder() {
+  if (private_folder[0] == '\0') return;
+  DeleteFileA(in_private_folder(kErrorFile).c_str());
+  DeleteFileA(in_private_folder(kSeedFile).c_str());
+  RemoveDirectoryA(private_folder);
+  private_folder[0] = '\0';
+}
+
+bool make_empty_file(const std::string& path) {
+  return Handle(CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr,
+                            CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr))
+      .valid();
+}
+
+void watch_for_stop() { SetConsoleCtrlHandler(on_stop, TRUE); }
+
+int stop_status() { return stop_asked.load() ? kStopStatus : 0; }
+
+void leave(int status) {
+  TerminateProcess(GetCurrentProcess(), static_cast<UINT>(status));
+  for (;;) Sleep(INFINITE);
+}
+
+}  // namespace zenfo::cli::system

@@ -1,0 +1,65 @@
+#include "cli/process.h"
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <stdexcept>
+
+#include "support/temp_folder.h"
+
+namespace zenfo::test {
+namespace {
+
+constexpr uid_t kNobody = 65534;
+
+int open_for_writing(const std::string& path) {
+  return open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+}
+
+// The child's half. The program is opened before rights are given up, as it
+// may lie in a folder that nobody may enter.
+[[noreturn]] void become_zenfo(const Start& start, const std::string& out,
+                               const std::string& err) {
+  std::vector<char*> arguments = {const_cast<char*>("zenfo")};
+  for (const std::string& argument : start.arguments) {
+    arguments.push_back(const_cast<char*>(argument.c_str()));
+  }
+  arguments.push_back(nullptr);
+  if (!start.temporary_folder.empty()) {
+    setenv("TMPDIR", start.temporary_folder.c_str(), 1);
+  }
+  const int program = open(ZENFO_PROGRAM, O_RDONLY | O_CLOEXEC);
+  dup2(open_for_writing(out), STDOUT_FILENO);
+  dup2(open_for_writing(err), STDERR_FILENO);
+  if (start.output_closed) close(STDOUT_FILENO);
+  if (!start.folder.empty() && chdir(start.folder.c_str()) != 0) _exit(127);
+  if (start.as_nobody && geteuid() == 0 && setuid(kNobody) != 0) _exit(127);
+  fexecve(program, arguments.data(), environ);
+  _exit(127);
+}
+
+}  // namespace
+
+Outcome run_zenfo(const Start& start) {
+  const TempFolder folder;
+  const std::string out =
+      start.output_file.empty() ? folder.file("out", "") : start.output_file;
+  const std::string err = folder.file("err", "");
+  const pid_t child = fork();
+  if (child < 0) throw std::runtime_error("cannot fork");
+  if (child == 0) become_zenfo(start, out, err);
+  int state = 0;
+  while (waitpid(child, &state, 0) < 0) {
+  }
+  Outcome outcome;
+  outcome.status =
+      WIFEXITED(state) ? WEXITSTATUS(state) : 128 + WTERMSIG(state);
+  if (outcome.status == 127) throw std::runtime_error("cannot run zenfo");
+  if (start.output_file.empty()) outcome.out = read_file(out);
+  outcome.err = read_file(err);
+  return outcome;
+}
+
+}  // namespace zenfo::test

@@ -1,0 +1,218 @@
+// The command from end to end: what only Linux can show.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+#include "cli/process.h"
+#include "support/temp_folder.h"
+
+namespace zenfo::test {
+namespace {
+
+// A folder that everybody may enter, so that the command can run without
+// root's rights.
+class PosixCommand : public ::testing::Test {
+ protected:
+  PosixCommand() { chmod(folder_.path().c_str(), 0755); }
+
+  Outcome run(std::vector<std::string> arguments) const {
+    return run_zenfo(std::move(arguments), folder_.path());
+  }
+  Outcome run_as_nobody(std::vector<std::string> arguments) const {
+    Start start;
+    start.arguments = std::move(arguments);
+    start.folder = folder_.path();
+    start.as_nobody = true;
+    return run_zenfo(start);
+  }
+
+  TempFolder folder_;
+};
+
+TEST_F(PosixCommand, FindNamesFilesThatItMayNotRead) {
+  folder_.file("a.txt", "plum\n");
+  chmod(folder_.file("secret.txt", "plum\n").c_str(), 0);
+  EXPECT_EQ(run_as_nobody({"find", "plum"}),
+            (Outcome{"a.txt\n", "zenfo: secret.txt: permission denied\n", 2}));
+  EXPECT_EQ(run_as_nobody({"find", "plum", "secret.txt"}),
+            (Outcome{"", "zenfo: secret.txt: permission denied\n", 2}));
+}
+
+TEST_F(PosixCommand, NamesFoldersThatItMayNotList) {
+  const std::string closed = folder_.folder("closed");
+  chmod(closed.c_str(), 0);
+  EXPECT_EQ(run_as_nobody({"files", "closed"}),
+            (Outcome{"", "zenfo: closed: permission denied\n", 2}));
+  chmod(closed.c_str(), 0700);
+}
+
+TEST_F(PosixCommand, TakesAFileWithAnyBytesInItsName) {
+  const std::string name = "a*b?;c|d\\e\xff.txt";
+  folder_.file(name, "plum\n");
+  folder_.file("axb.txt", "plum\n");
+  EXPECT_EQ(run({"find", "plum", name}), (Outcome{name + "\n", "", 0}));
+}
+
+TEST_F(PosixCommand, KeepsAMessageOnOneLine) {
+  EXPECT_EQ(run({"find", "plum", "no\nfile"}),
+            (Outcome{"", "zenfo: no?file: no such file or folder\n", 2}));
+}
+
+TEST_F(PosixCommand, TellsOfFoldersThatASearchCannotName) {
+  folder_.file("a;b/c.txt", "");
+  EXPECT_EQ(run({"files", "a;b"}),
+            (Outcome{"",
+                     "zenfo: a;b: a folder with ';' or '|' in its path cannot "
+                     "be searched\n",
+                     2}));
+  EXPECT_EQ(run({"files", "a;b/*.txt"}),
+            (Outcome{"",
+                     "zenfo: a;b/*.txt: a pattern with ';' or '|' cannot be "
+                     "searched for\n",
+                     2}));
+  EXPECT_EQ(run({"files", "a;b/c.txt"}), (Outcome{"a;b/c.txt\n", "", 0}));
+}
+
+TEST_F(PosixCommand, ReplacesBytesThatJsonCannotHold) {
+  folder_.file("a\xff", "");
+  EXPECT_EQ(run({"files", "--json"}),
+            (Outcome{"{\"path\":\"a\xEF\xBF\xBD\"}\n", "", 0}));
+}
+
+TEST_F(PosixCommand, PassesOverPipesAndDevices) {
+  mkfifo(folder_.path("pipe").c_str(), 0600);
+  EXPECT_EQ(run({"find", "x", "pipe", "/dev/null"}),
+            (Outcome{"",
+                     "zenfo: pipe: is no ordinary file\n"
+                     "zenfo: /dev/null: is no ordinary file\n",
+                     2}));
+  EXPECT_EQ(run({"find", "x"}), (Outcome{"", "", 1}));
+}
+
+TEST_F(PosixCommand, TellsWhenItsOutputIsLost) {
+  folder_.file("a.txt", "plum\n");
+  Start start;
+  start.arguments = {"find", "plum"};
+  start.folder = folder_.path();
+  start.output_file = "/dev/full";
+  EXPECT_EQ(
+      run_zenfo(start),
+      (Outcome{"", "zenfo: standard output: No space left on device\n", 2}));
+  start.output_file = "";
+  start.output_closed = true;
+  EXPECT_EQ(run_zenfo(start),
+            (Outcome{"", "zenfo: standard output: Bad file descriptor\n", 2}));
+}
+
+// A command whose output goes into a pipe and whose messages into a file.
+class PipedCommand {
+ public:
+  PipedCommand(const std::vector<std::string>& arguments,
+               const std::string& error_file) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) return;
+    child_ = fork();
+    if (child_ == 0) {
+      std::vector<char*> texts = {const_cast<char*>("zenfo")};
+      for (const std::string& argument : arguments) {
+        texts.push_back(const_cast<char*>(argument.c_str()));
+      }
+      texts.push_back(nullptr);
+      dup2(ends[1], STDOUT_FILENO);
+      dup2(open(error_file.c_str(), O_WRONLY | O_CREAT, 0600), STDERR_FILENO);
+      execv(ZENFO_PROGRAM, texts.data());
+      _exit(127);
+    }
+    close(ends[1]);
+    output_ = ends[0];
+  }
+  ~PipedCommand() { close_output(); }
+
+  bool read_byte() const {
+    char byte;
+    return read(output_, &byte, 1) == 1;
+  }
+  void read_all() const {
+    char bytes[4096];
+    while (read(output_, bytes, sizeof bytes) > 0) {
+    }
+  }
+  void close_output() {
+    if (output_ >= 0) close(output_);
+    output_ = -1;
+  }
+  void interrupt() const { kill(child_, SIGINT); }
+  int wait() const {
+    int state = 0;
+    waitpid(child_, &state, 0);
+    return WIFEXITED(state) ? WEXITSTATUS(state) : 128 + WTERMSIG(state);
+  }
+
+ private:
+  pid_t child_ = -1;
+  int output_ = -1;
+};
+
+// So many names that the pipe is full long before the last one.
+std::vector<std::string> many_names(const std::string& path) {
+  std::vector<std::string> arguments(1 + (1 << 20) / path.size(), path);
+  arguments[0] = "files";
+  return arguments;
+}
+
+TEST_F(PosixCommand, StopsOnInterrupt) {
+  const std::string path = folder_.file(std::string(200, 'a'), "");
+  const std::string errors = folder_.file("errors", "");
+  PipedCommand command(many_names(path), errors);
+  ASSERT_TRUE(command.read_byte());
+  command.interrupt();
+  command.read_all();
+  EXPECT_EQ(command.wait(), 130);
+  EXPECT_EQ(read_file(errors), "zenfo: stopped\n");
+}
+
+TEST_F(PosixCommand, TellsWhenItsReaderIsGone) {
+  const std::string path = folder_.file(std::string(200, 'a'), "");
+  const std::string errors = folder_.file("errors", "");
+  PipedCommand command(many_names(path), errors);
+  ASSERT_TRUE(command.read_byte());
+  command.close_output();
+  EXPECT_EQ(command.wait(), 2);
+  EXPECT_EQ(read_file(errors), "zenfo: standard output: Broken pipe\n");
+}
+
+TEST_F(PosixCommand, LeavesNoTemporaryFolderBehind) {
+  Start start;
+  start.folder = folder_.path();
+  start.temporary_folder = folder_.folder("tmp");
+  folder_.file("a.txt", "plum\n");
+  start.arguments = {"find", "plum", "a.txt", "nowhere"};
+  run_zenfo(start);
+  start.arguments = {"find", "-q", "plum", "a.txt"};
+  run_zenfo(start);
+  EXPECT_TRUE(std::filesystem::is_empty(start.temporary_folder));
+}
+
+TEST_F(PosixCommand, SearchesFoldersWithoutATemporaryFolder) {
+  folder_.file("a.txt", "plum\n");
+  Start start;
+  start.folder = folder_.path();
+  start.temporary_folder = folder_.path("nowhere");
+  start.arguments = {"find", "plum"};
+  EXPECT_EQ(run_zenfo(start), (Outcome{"a.txt\n", "", 0}));
+  start.arguments = {"find", "plum", "a.txt"};
+  EXPECT_EQ(run_zenfo(start),
+            (Outcome{"",
+                     "zenfo: temporary files: no temporary file can be made "
+                     "there\n",
+                     2}));
+}
+
+}  // namespace
+}  // namespace zenfo::test

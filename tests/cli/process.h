@@ -1,0 +1,44 @@
+// Runs the built command as a process of its own, as a shell would.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace zenfo::test {
+
+struct Start {
+  std::vector<std::string> arguments;
+  std::string folder;            // to run in; empty: where the test runs
+  std::string output_file;       // for standard output; empty: into the outcome
+  bool output_closed = false;    // Linux only
+  bool as_nobody = false;        // Linux only: gives up root's rights
+  std::string temporary_folder;  // Linux only: TMPDIR for the command
+};
+
+struct Outcome {
+  std::string out;
+  std::string err;
+  int status = -1;  // 128 + number for a process ended by a signal
+
+  bool operator==(const Outcome&) const = default;
+};
+
+// For messages of tests.
+inline void PrintTo(const Outcome& outcome, std::ostream* stream) {
+  *stream << "status " << outcome.status << "\nout: " << outcome.out
+          << "err: " << outcome.err;
+}
+
+// Throws std::runtime_error when the program cannot be started.
+Outcome run_zenfo(const Start& start);
+
+inline Outcome run_zenfo(std::vector<std::string> arguments,
+                         std::string folder = "") {
+  Start start;
+  start.arguments = std::move(arguments);
+  start.folder = std::move(folder);
+  return run_zenfo(start);
+}
+
+}  // namespace zenfo::test
