@@ -175,6 +175,8 @@ class OutputFile {
 // natively nothing but ordinary files onto such; these leave both alone.
 bool copy_file(const char* from, const char* to);
 bool delete_file(const char* path);
+// Cuts an existing file to its first `size` bytes.
+bool cut_file(const char* path, uint64_t size);
 // False when it cannot be created, or exists.
 bool create_folder(const char* path);
 // Deletes every file in `folder` that is wanted (subfolders and links to
@@ -190,6 +192,10 @@ std::string absolute_path(const char* path);
 // byte, on Windows without regard to case and to the kind of separator. Doubled
 // separators, one at the end and "." parts do not count. No file is looked at.
 bool same_path(std::string_view a, std::string_view b);
+// The same text for paths that are the same path, for sets of paths.
+std::string path_key(std::string_view path);
+// Whether two paths lead to one existing file, however they are written.
+bool names_same_file(const char* a, const char* b);
 
 // Broken-down local time.
 struct LocalTime {

@@ -16,6 +16,7 @@ bool OutFile::open(const char* path, platform::OutputMode mode,
                    LineEnds line_ends) {
   close();
   line_ends_ = line_ends;
+  cut_at_end_ = mode == platform::OutputMode::kOverwrite;
   failed_ = false;
   return file_.open(path, mode);
 }
@@ -66,6 +67,7 @@ bool OutFile::close() {
   if (!is_open()) return true;
   flush();
   buffer_.clear();
+  if (cut_at_end_ && !file_.set_end()) failed_ = true;
   return file_.close() && !failed_;
 }
 

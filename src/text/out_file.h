@@ -40,7 +40,8 @@ class OutFile {
 
   // Hands the gathered bytes to the system; false as for write().
   bool flush();
-  // Flushes and closes; false when any write or the close failed. Closing a
+  // Flushes and closes; an overwritten file ends behind what was written, just
+  // as if it had been emptied first. False when any write or the close failed. Closing a
   // closed file answers true.
   bool close();
 
@@ -53,6 +54,7 @@ class OutFile {
 
   platform::OutputFile file_;
   LineEnds line_ends_ = LineEnds::kRaw;
+  bool cut_at_end_ = false;
   bool failed_ = false;
   std::string buffer_;  // never more than kBufferSize bytes
 };

@@ -87,6 +87,10 @@ bool exists(const char* path) {
 
 bool delete_file(const char* path) { return unlink(path) == 0; }
 
+bool cut_file(const char* path, uint64_t size) {
+  return truncate(path, static_cast<off_t>(size)) == 0;
+}
+
 bool create_folder(const char* path) { return mkdir(path, 0777) == 0; }
 
 }  // namespace zenfo::platform

@@ -36,4 +36,15 @@ bool same_path(std::string_view a, std::string_view b) {
          plain_path(a, PathStyle::kPosix) == plain_path(b, PathStyle::kPosix);
 }
 
+std::string path_key(std::string_view path) {
+  return plain_path(path, PathStyle::kPosix);
+}
+
+bool names_same_file(const char* a, const char* b) {
+  struct stat first;
+  struct stat second;
+  return stat(a, &first) == 0 && stat(b, &second) == 0 &&
+         first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+}
+
 }  // namespace zenfo::platform

@@ -75,6 +75,19 @@ bool copy_file(const char* from, const char* to) {
 
 bool delete_file(const char* path) { return DeleteFileA(path) != 0; }
 
+bool cut_file(const char* path, uint64_t size) {
+  const HANDLE file =
+      CreateFileA(path, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                  nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  LARGE_INTEGER end;
+  end.QuadPart = static_cast<LONGLONG>(size);
+  const bool cut = SetFilePointerEx(file, end, nullptr, FILE_BEGIN) != 0 &&
+                   SetEndOfFile(file) != 0;
+  CloseHandle(file);
+  return cut;
+}
+
 bool create_folder(const char* path) {
   return CreateDirectoryA(path, nullptr) != 0;
 }

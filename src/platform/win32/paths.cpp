@@ -68,4 +68,15 @@ bool same_path(std::string_view a, std::string_view b) {
   return same_to_system(x, y);
 }
 
+std::string path_key(std::string_view path) {
+  std::wstring wide = widened(plain_path(path, PathStyle::kWindows));
+  CharUpperBuffW(wide.data(), static_cast<DWORD>(wide.size()));
+  return {reinterpret_cast<const char*>(wide.data()),
+          wide.size() * sizeof(wchar_t)};
+}
+
+bool names_same_file(const char* a, const char* b) {
+  return exists(a) && same_path(absolute_path(a), absolute_path(b));
+}
+
 }  // namespace zenfo::platform
