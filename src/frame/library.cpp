@@ -41,9 +41,10 @@ int32_t Library::initialize() {
   create_hooked(find_context);
   create_hooked(exclusion_context);
   create_hooked(replace_context);
-  create_hooked(undo_list);
+  create_hooked(safe_store);
   create(error_log);
   install_error_log(error_log.get());
+  create_hooked(display);
   allocate_shared_wide_buffer();
   return 1;
 }
@@ -59,11 +60,20 @@ int32_t Library::terminate() {
   find_context.reset();
   exclusion_context.reset();
   replace_context.reset();
-  undo_list.reset();
+  safe_store.reset();
   install_error_log(nullptr);
   error_log.reset();
+  display.reset();
   free_shared_wide_buffer();
   return 1;
+}
+
+bool Library::complete() const {
+  return first_files != nullptr && second_files != nullptr &&
+         results != nullptr && no_matches != nullptr && errors != nullptr &&
+         pairs != nullptr && values != nullptr && find_context != nullptr &&
+         exclusion_context != nullptr && replace_context != nullptr &&
+         safe_store != nullptr && display != nullptr;
 }
 
 ItemList* Library::get_list(int32_t number) {
@@ -75,7 +85,7 @@ ItemList* Library::get_list(int32_t number) {
     case ZENFO_LIST_PAIRS:
       return pairs.get();
     case ZENFO_LIST_UNDO:
-      return undo_list.get();
+      return safe_store != nullptr ? &safe_store->undo_list : nullptr;
     case ZENFO_LIST_RESULT:
       return results.get();
     case ZENFO_LIST_MATCHES:

@@ -8,8 +8,10 @@
 #include <memory>
 
 #include "containers/item_list.h"
+#include "display/model.h"
 #include "frame/error_log.h"
 #include "pattern/context.h"
+#include "undo/safe_store.h"
 
 namespace zenfo {
 
@@ -31,6 +33,8 @@ class Library {
   PatternContext* get_context(int32_t number);
 
   bool initialized() const { return find_context != nullptr; }
+  // All objects exist: none was left out for lack of memory.
+  bool complete() const;
 
   std::unique_ptr<ItemList> first_files;
   std::unique_ptr<ItemList> second_files;
@@ -42,8 +46,9 @@ class Library {
   std::unique_ptr<PatternContext> find_context;
   std::unique_ptr<PatternContext> exclusion_context;
   std::unique_ptr<PatternContext> replace_context;
-  std::unique_ptr<ItemList> undo_list;
+  std::unique_ptr<SafeStore> safe_store;
   std::unique_ptr<ErrorLog> error_log;
+  std::unique_ptr<DisplayState> display;
 };
 
 // The one library of the process; empty until Initialize.

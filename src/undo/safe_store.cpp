@@ -1,0 +1,308 @@
+#include "undo/safe_store.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+#include "files/file_content.h"
+#include "platform/files.h"
+#include "text/out_file.h"
+#include "text/records.h"
+
+namespace zenfo {
+namespace {
+
+using platform::kPathSeparator;
+
+// "(null)" stands for a missing text.
+std::string_view shown(const SharedText& text) {
+  return text.missing() ? "(null)" : text.view();
+}
+
+void write_line(OutFile& file, const UndoRecord& record,
+                std::string_view line_end) {
+  file.write(shown(record.original));
+  file.write('\t');
+  file.write(shown(record.safe_copy));
+  file.write('\t');
+  file.write(shown(record.time));
+  file.write(line_end);
+}
+
+std::string time_text() {
+  const platform::LocalTime t = platform::local_time_now();
+  char text[64];
+  std::snprintf(text, sizeof text, "%02d/%02d/%02d-%02d:%02d:%02d", t.year,
+                t.month, t.day, t.hour, t.minute, t.second);
+  return text;
+}
+
+std::string with_own_separators(std::string path) {
+  if constexpr (kPathSeparator == '\\') {
+    std::replace(path.begin(), path.end(), '/', '\\');
+  }
+  return path;
+}
+
+// Where the names of folders to create begin: behind "X:" or
+// "\\server\share", which are there or cannot be made.
+size_t creatable_from(std::string_view path) {
+  if constexpr (kPathSeparator == '\\') {
+    if (path.substr(0, 2) == "\\\\") {
+      const size_t share = path.find('\\', 2);
+      return share == std::string_view::npos ? share
+                                             : path.find('\\', share + 1);
+    }
+    if (path.size() > 1 && path[1] == ':') return 2;
+  }
+  return 0;
+}
+
+// Outermost first; those that exist are passed over.
+void create_folders_above(const std::string& path) {
+  size_t end = creatable_from(path);
+  while (end != std::string::npos) {
+    end = path.find(kPathSeparator, end + 1);
+    if (end == std::string::npos) return;
+    const std::string folder = path.substr(0, end);
+    if (!platform::is_folder(folder.c_str())) {
+      platform::create_folder(folder.c_str());
+    }
+  }
+}
+
+bool create_file(const std::string& path) {
+  platform::OutputFile file;
+  return file.open(path.c_str(), platform::OutputMode::kAppend) && file.close();
+}
+
+// The next field of a line; false when there is none.
+bool take_field(const char** cursor, const char* line_end, SharedText& field) {
+  const char* start;
+  size_t length;
+  if (get_next_record(cursor, line_end, "\t", 1, &start, &length) != 1) {
+    return false;
+  }
+  field = SharedText(std::string_view(start, length));
+  return true;
+}
+
+// A record out of a line of three fields, or null.
+std::unique_ptr<UndoRecord> parse_line(const char* line, size_t length) {
+  const char* cursor = line;
+  const char* end = line + length;
+  SharedText original, copy, time;
+  if (!take_field(&cursor, end, original) || !take_field(&cursor, end, copy) ||
+      !take_field(&cursor, end, time)) {
+    return nullptr;
+  }
+  return std::make_unique<UndoRecord>(original, copy, time);
+}
+
+// Appends the records that the lines of an undo list file hold, until the host
+// stops it or a line is no record.
+void append_records(std::string_view text, ItemList& records) {
+  const char* cursor = text.data();
+  const char* line;
+  size_t length;
+  while (get_next_record(&cursor, text.data() + text.size(), "\r\n", 2, &line,
+                         &length) == 1) {
+    std::unique_ptr<UndoRecord> record = parse_line(line, length);
+    if (record == nullptr) return;
+    records.Append(std::move(record));
+    if (records.PollInterrupt() != 0) return;
+    records.ReportReset();
+  }
+}
+
+}  // namespace
+
+int32_t SafeStore::set_undo_file(const char* given) {
+  undo_file_.clear();
+  if (given == nullptr || *given == '\0') return -1;
+  std::string path = with_own_separators(given);
+  const size_t last = path.rfind(kPathSeparator);
+  if (last == path.size() - 1 || platform::is_folder(path.c_str())) return -1;
+  // Made absolute now: the working folder may change before a run empties the
+  // folder.
+  if (last != std::string::npos && path[0] != kPathSeparator) {
+    path = platform::absolute_path(path.c_str());
+  }
+  if (!platform::is_file(path.c_str())) {
+    create_folders_above(path);
+    if (!create_file(path)) return -1;
+  }
+  undo_file_ = std::move(path);
+  return 1;
+}
+
+// Empty for an undo file without a folder part, which cannot hold a store.
+std::string SafeStore::folder() const {
+  const size_t last = undo_file_.rfind(kPathSeparator);
+  return last == std::string::npos ? std::string() : undo_file_.substr(0, last);
+}
+
+bool SafeStore::is_own_file(std::string_view path) const {
+  return platform::same_path(path, undo_file_) ||
+         platform::same_path(path, error_file());
+}
+
+int32_t SafeStore::start_safe_store_run(
+    const std::vector<std::string>& open_files) {
+  undo_list.Clear();
+  copies_ = 0;
+  const std::string store = folder();
+  if (store.empty()) return 1;
+  if (platform::is_root_folder(store)) {
+    delete_own_files();
+    return 1;
+  }
+  platform::delete_files_in(store.c_str(), [&](std::string_view name) {
+    std::string path = store + kPathSeparator;
+    path += name;
+    return std::none_of(
+        open_files.begin(), open_files.end(), [&](const std::string& open) {
+          return platform::names_same_file(open.c_str(), path.c_str());
+        });
+  });
+  return 1;
+}
+
+// The rest of a drive's root is not the store's to delete.
+void SafeStore::delete_own_files() {
+  ItemList records;
+  FileContent content;
+  if (content.load_file_content(undo_file_.c_str()) > 0) {
+    append_records(content.bytes(), records);
+  }
+  for (uint32_t i = 0; i < records.Count(); ++i) {
+    const auto* record = record_cast<UndoRecord>(records.Get(i));
+    if (record != nullptr) platform::delete_file(record->safe_copy.c_str());
+  }
+  platform::delete_file(error_file().c_str());
+  platform::delete_file(undo_file_.c_str());
+}
+
+// Never the name of the undo list file or of its error file.
+std::string SafeStore::next_copy_path(std::string_view name) {
+  for (;;) {
+    std::string path = folder() + kPathSeparator;
+    path += name;
+    path += '_' + std::to_string(copies_);
+    if (!is_own_file(path)) return path;
+    ++copies_;
+  }
+}
+
+int32_t SafeStore::store_safe_copy(const char* path) {
+  if (path == nullptr || *path == '\0' || folder().empty()) return -1;
+  if (!platform::is_file(path)) return -1;
+  const std::string_view original(path);
+  const size_t last = original.rfind(kPathSeparator);
+  const std::string copy = next_copy_path(
+      original.substr(last == std::string_view::npos ? 0 : last + 1));
+  if (!platform::copy_file(path, copy.c_str())) return -1;
+  ++copies_;
+  auto record = std::make_unique<UndoRecord>(
+      SharedText(original), SharedText(copy), SharedText(time_text()));
+  // The line is on disk before the file is touched.
+  if (!append_record(*record)) return -1;
+  undo_list.Append(std::move(record));
+  return 1;
+}
+
+// A line that cannot be written whole is taken back, or it would spoil the
+// next one.
+bool SafeStore::append_record(const UndoRecord& record) {
+  platform::FileFacts before;
+  platform::read_file_facts(undo_file_.c_str(), before);
+  OutFile file;
+  if (!file.open(undo_file_.c_str(), platform::OutputMode::kAppend,
+                 OutFile::LineEnds::kExpand)) {
+    return false;
+  }
+  write_line(file, record, "\n");
+  if (file.close()) return true;
+  platform::cut_file(undo_file_.c_str(), before.size);
+  return false;
+}
+
+int32_t SafeStore::load_undo_list() {
+  if (undo_file_.empty()) return -1;
+  FileContent content;
+  if (content.load_file_content(undo_file_.c_str()) <= 0) return 0;
+  undo_list.Clear();
+  append_records(content.bytes(), undo_list);
+  undo_list.BuildIndex();
+  return static_cast<int32_t>(undo_list.Count());
+}
+
+int32_t SafeStore::undo() {
+  if (undo_file_.empty()) return -1;
+  if (!platform::is_file(undo_file_.c_str()) || undo_list.Count() == 0) {
+    return 0;
+  }
+  if (platform::exists(error_file().c_str()) &&
+      !platform::delete_file(error_file().c_str())) {
+    return -1;
+  }
+  const uint32_t count = undo_list.Count();
+  uint32_t position = 0;
+  bool written = true;
+  Record* record = undo_list.First();
+  while (record != nullptr && undo_list.PollInterrupt() == 0) {
+    undo_list.ReportPositionOf(position++, count);
+    const auto* stored = record_cast<UndoRecord>(record);
+    const bool wanted = stored != nullptr && stored->state == 1;
+    if (wanted && restore(*stored)) {
+      undo_list.RemoveCurrent();
+      record = undo_list.Current();
+      continue;
+    }
+    if (wanted) written &= report_unrestored(*stored);
+    record = undo_list.Next();
+  }
+  undo_list.BuildIndex();
+  if (!write_records() || !written) return -1;
+  return static_cast<int32_t>(undo_list.Count());
+}
+
+bool SafeStore::restore(const UndoRecord& record) {
+  if (record.original.missing() || record.safe_copy.missing()) return false;
+  const char* original = record.original.c_str();
+  const char* copy = record.safe_copy.c_str();
+  if (platform::is_folder(original) || !platform::is_file(copy)) return false;
+  if (!platform::copy_file(copy, original)) return false;
+  // Restored all the same when the copy cannot be deleted.
+  platform::delete_file(copy);
+  return true;
+}
+
+bool SafeStore::report_unrestored(const UndoRecord& record) {
+  OutFile file;
+  if (!file.open(error_file().c_str(), platform::OutputMode::kAppend,
+                 OutFile::LineEnds::kRaw)) {
+    return false;
+  }
+  write_line(file, record, "\r\n");
+  return file.close();
+}
+
+// Intended: CR LF through a text-mode file, so that lines end in CR CR LF and
+// the CR stays with the time when they are read back.
+bool SafeStore::write_records() {
+  OutFile file;
+  if (!file.open(undo_file_.c_str(), platform::OutputMode::kTruncate,
+                 OutFile::LineEnds::kExpand)) {
+    return false;
+  }
+  for (Record* record = undo_list.First(); record != nullptr;
+       record = undo_list.Next()) {
+    if (const auto* stored = record_cast<UndoRecord>(record)) {
+      write_line(file, *stored, "\r\n");
+    }
+  }
+  return file.close();
+}
+
+}  // namespace zenfo

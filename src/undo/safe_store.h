@@ -1,0 +1,67 @@
+// The safe store: copies of files about to be changed, the list and the file
+// that record them, and their way back.
+//
+// The store lives in the folder of its undo list file, and every run empties
+// that folder: only the last run can be undone. A line of the undo list file
+// is "original TAB safe copy TAB time".
+//
+// Tested by tests/unit/undo/safe_store_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "containers/item_list.h"
+#include "undo/undo_record.h"
+
+namespace zenfo {
+
+class SafeStore {
+ public:
+  void SetInterruptHook(InterruptHook hook) {
+    undo_list.SetInterruptHook(hook);
+  }
+  void SetReportHook(ReportHook hook) { undo_list.SetReportHook(hook); }
+
+  // Names the undo list file and creates it, with its folders, when missing.
+  // 1; -1 leaves the store without one. The undo list is kept.
+  int32_t set_undo_file(const char* path);
+
+  // Begins a run: empties the undo list and deletes all files of the store's
+  // folder but those of `open_files`; of a drive's root only the store's own.
+  // Always 1.
+  int32_t start_safe_store_run(const std::vector<std::string>& open_files);
+  // Copies a file into the store and records it, on disk and in the list. 1
+  // only when the copy and its line are complete; else -1.
+  int32_t store_safe_copy(const char* path);
+
+  // Replaces the list by what the undo list file holds: the number of records,
+  // 0 without such a file, -1 when none is named.
+  int32_t load_undo_list();
+  // Copies the safe copies of all selected records back, deletes them and takes
+  // the records out; the undo list file keeps the others. Records that cannot
+  // be restored stay and are written to the undo error file. Answers the
+  // records left; 0 when there is nothing to restore; -1 on failure.
+  // Intended: whatever was done to a file since is overwritten.
+  int32_t undo();
+
+  ItemList undo_list;  // of UndoRecord
+
+ private:
+  std::string folder() const;
+  std::string error_file() const { return undo_file_ + ".error"; }
+  bool is_own_file(std::string_view path) const;
+  std::string next_copy_path(std::string_view name);
+  void delete_own_files();
+  bool append_record(const UndoRecord& record);
+  bool write_records();
+  bool restore(const UndoRecord& record);
+  bool report_unrestored(const UndoRecord& record);
+
+  std::string undo_file_;  // empty: none
+  uint32_t copies_ = 0;    // of this run; part of the copies' names
+};
+
+}  // namespace zenfo
