@@ -1,0 +1,70 @@
+#include "search/file_source.h"
+
+#include <algorithm>
+
+namespace zenfo {
+
+FileSource::Next ListSource::next(FileInHand& file) {
+  while (position_ < list_.Count()) {
+    const Record* record = list_.Get(position_++);
+    if (record == nullptr) return Next::kFailed;
+    if (record->state == 0) continue;
+    const auto* entry = record_cast<FileEntry>(record);
+    if (entry == nullptr) return Next::kFailed;
+    file = {};
+    file.path = entry->full_name();
+    file.copy = std::make_unique<FileEntry>(*entry);
+    return Next::kFile;
+  }
+  return Next::kEnd;
+}
+
+FileSource::Next LineSource::next(FileInHand& file) {
+  for (;;) {
+    std::string_view piece = take_piece();
+    if (piece.empty()) return Next::kEnd;
+    piece = piece.substr(0, piece.find('\0'));
+    piece = piece.substr(0, piece.find("\r\n"));
+    if (piece.empty()) continue;
+    file = {};
+    file.path = SharedText(piece);
+    return Next::kFile;
+  }
+}
+
+// The text up to and with the next LF, or as much as a piece may hold; empty
+// at the end of the file.
+std::string_view LineSource::take_piece() {
+  size_t length = piece_length();
+  while (length == 0 && !at_end_) {
+    fill();
+    length = piece_length();
+  }
+  if (length == 0) length = buffer_.size() - start_;  // the last line
+  const std::string_view piece(buffer_.data() + start_, length);
+  start_ += length;
+  return piece;
+}
+
+// Length of the next piece; 0 while its end is not in the buffer.
+size_t LineSource::piece_length() const {
+  const std::string_view rest =
+      std::string_view(buffer_).substr(start_, kLongestPiece);
+  const size_t line_feed = rest.find('\n');
+  if (line_feed != std::string_view::npos) return line_feed + 1;
+  return rest.size() == kLongestPiece ? kLongestPiece : 0;
+}
+
+// Reads on behind what is not yet taken.
+void LineSource::fill() {
+  constexpr size_t kRead = size_t{1} << 16;
+  buffer_.erase(0, start_);
+  start_ = 0;
+  const size_t kept = buffer_.size();
+  buffer_.resize(kept + kRead);
+  const int64_t got = file_.read(buffer_.data() + kept, kRead);
+  buffer_.resize(kept + static_cast<size_t>(std::max<int64_t>(got, 0)));
+  at_end_ = got <= 0;
+}
+
+}  // namespace zenfo

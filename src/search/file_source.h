@@ -1,0 +1,78 @@
+// Where a run takes its files from: the selected entries of a file list, or the
+// lines of a file-name list file.
+//
+// Tested by tests/unit/search/file_source_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "containers/item_list.h"
+#include "files/file_content.h"
+#include "files/file_entry.h"
+#include "platform/files.h"
+
+namespace zenfo {
+
+// One file of a run and what has become of it.
+struct FileInHand {
+  SharedText path;                  // as given
+  std::unique_ptr<FileEntry> copy;  // for the result lists; list runs only
+  uint32_t found = 0;               // selected matches, of all searches
+  uint32_t changed = 0;             // matches rewritten
+  bool handled = false;             // some search of it was taken, not skipped
+  bool recorded = false;            // stands in its result list or summary
+};
+
+class FileSource {
+ public:
+  enum class Next { kFile, kEnd, kFailed };
+
+  virtual ~FileSource() = default;
+  // Moves to the next file.
+  virtual Next next(FileInHand& file) = 0;
+  // Polls the host at the start of a file.
+  virtual bool interrupted() = 0;
+};
+
+// The selected entries of a list, in list order.
+class ListSource final : public FileSource {
+ public:
+  explicit ListSource(ItemList& list) : list_(list) {}
+  Next next(FileInHand& file) override;
+  bool interrupted() override { return list_.PollInterrupt() != 0; }
+
+ private:
+  ItemList& list_;
+  uint32_t position_ = 0;
+};
+
+// The lines of a list file: read in pieces of at most 4,095 bytes, each taken
+// up to its first NUL and cut at its first CR LF; empty ones are no file.
+// Intended: a bare LF stays part of the path.
+class LineSource final : public FileSource {
+ public:
+  explicit LineSource(FileContent& poller) : poller_(poller) {}
+
+  // False when the file cannot be opened.
+  bool open(const char* path) { return file_.open(path); }
+  Next next(FileInHand& file) override;
+  bool interrupted() override { return poller_.poll_interrupt(1) != 0; }
+
+ private:
+  static constexpr size_t kLongestPiece = 4095;
+
+  std::string_view take_piece();
+  size_t piece_length() const;
+  void fill();
+
+  FileContent& poller_;
+  platform::InputFile file_;
+  std::string buffer_;
+  size_t start_ = 0;  // of what is not yet taken from the buffer
+  bool at_end_ = false;
+};
+
+}  // namespace zenfo
