@@ -45,16 +45,16 @@ extern "C" {
 
 /* Lists, by number. */
 enum {
-  ZENFO_LIST_FILES_1 = 0,     /* first file list */
-  ZENFO_LIST_FILES = 1,       /* second file list: runs work through it */
-  ZENFO_LIST_PAIRS = 2,       /* find and replace strings */
-  ZENFO_LIST_UNDO = 3,        /* safe copies of the last run */
-  ZENFO_LIST_RESULT = 4,      /* files with matches */
-  ZENFO_LIST_MATCHES = 5,     /* matches of the find pattern */
-  ZENFO_LIST_NO_MATCH = 6,    /* files without matches */
-  ZENFO_LIST_ERROR = 7,       /* files that could not be searched */
-  ZENFO_LIST_VALUES = 8,      /* replace values */
-  ZENFO_LIST_EXCLUDED = 9,    /* matches of the exclusion pattern */
+  ZENFO_LIST_FILES_1 = 0,         /* first file list */
+  ZENFO_LIST_FILES = 1,           /* second file list: runs work through it */
+  ZENFO_LIST_PAIRS = 2,           /* find and replace strings */
+  ZENFO_LIST_UNDO = 3,            /* safe copies of the last run */
+  ZENFO_LIST_RESULT = 4,          /* files with matches */
+  ZENFO_LIST_MATCHES = 5,         /* matches of the find pattern */
+  ZENFO_LIST_NO_MATCH = 6,        /* files without matches */
+  ZENFO_LIST_ERROR = 7,           /* files that could not be searched */
+  ZENFO_LIST_VALUES = 8,          /* replace values */
+  ZENFO_LIST_EXCLUDED = 9,        /* matches of the exclusion pattern */
   ZENFO_LIST_REPLACE_MATCHES = 10 /* matches of the replace pattern */
 };
 
@@ -74,12 +74,12 @@ typedef int32_t(ZENFO_CALL* ZenfoOptionCallback)(const ZenfoWideChar* text,
 /* The host's callbacks; a null one is never called. Wide texts live in one
  * shared buffer of 1024 characters that the next callback overwrites. */
 typedef struct CallbackTable {
-  void* unused;                     /* stored, never called */
-  ZenfoReportCallback report;       /* progress; the answer is ignored */
-  ZenfoInterruptCallback interrupt; /* non-zero asks to stop */
-  ZenfoTextCallback status;         /* status text; the answer is ignored */
-  ZenfoTextCallback file_question;  /* AddFileToList: 0 skip, 1 add, 2 skip
-                                       this and all later, 3 add all */
+  void* unused;                        /* stored, never called */
+  ZenfoReportCallback report;          /* progress; the answer is ignored */
+  ZenfoInterruptCallback interrupt;    /* non-zero asks to stop */
+  ZenfoTextCallback status;            /* status text; the answer is ignored */
+  ZenfoTextCallback file_question;     /* AddFileToList: 0 skip, 1 add, 2 skip
+                                          this and all later, 3 add all */
   ZenfoOptionCallback option_question; /* runs: 0 skip, 1 take, 2 stop,
                                           3 take this and all later */
 } CallbackTable;
@@ -100,7 +100,6 @@ enum {
   ZENFO_OPTION_ATTRIBUTES = 5, /* bytes 5 to 9 alike: attributes, size, times */
   ZENFO_OPTION_COUNT = 10
 };
-
 
 /* ---- Start, end, callbacks, errors ------------------------------------- */
 
@@ -189,8 +188,8 @@ ZENFO_API int32_t ZENFO_CALL SetFullName(int32_t list, uint32_t index,
 ZENFO_API int32_t ZENFO_CALL GetDirectory(int32_t list, uint32_t index,
                                           char* buffer, uint32_t size);
 /* The shell's type name (option byte 4). */
-ZENFO_API int32_t ZENFO_CALL GetType(int32_t list, uint32_t index,
-                                     char* buffer, uint32_t size);
+ZENFO_API int32_t ZENFO_CALL GetType(int32_t list, uint32_t index, char* buffer,
+                                     uint32_t size);
 /* Creation time as local time, "dd/mm/yyyy hh:mm:ss". A time that cannot be
  * shown answers -1 and is logged. */
 ZENFO_API int32_t ZENFO_CALL GetCTime(int32_t list, uint32_t index,
@@ -202,8 +201,8 @@ ZENFO_API int32_t ZENFO_CALL GetATime(int32_t list, uint32_t index,
 ZENFO_API int32_t ZENFO_CALL GetMTime(int32_t list, uint32_t index,
                                       char* buffer, uint32_t size);
 /* Size: "1.5 KB" above 1024 bytes, else "1024 B". */
-ZENFO_API int32_t ZENFO_CALL GetSize(int32_t list, uint32_t index,
-                                     char* buffer, uint32_t size);
+ZENFO_API int32_t ZENFO_CALL GetSize(int32_t list, uint32_t index, char* buffer,
+                                     uint32_t size);
 /* Attribute letters out of "RHASC": read-only, hidden, archive, system,
  * compressed; empty when none is set. */
 ZENFO_API int32_t ZENFO_CALL GetAttributes(int32_t list, uint32_t index,
@@ -345,6 +344,233 @@ ZENFO_API int32_t ZENFO_CALL SetPatternTag(const char* first,
  */
 ZENFO_API int32_t ZENFO_CALL set_operators(const char* file);
 
+/* ---- Searching
+ * ---------------------------------------------------------------
+ *
+ * Runs load one file after the other, each from the selected entries of list 1
+ * or, with the ending _f, from the lines of a list file (one path a line, ended
+ * by CR LF). Arguments that all of them have:
+ *   case_flag     zero ignores case
+ *   whole_words   non-zero: no letter or digit may touch a match
+ *   binary_check  non-zero rejects files with a control byte other than TAB, LF
+ *                 and CR behind their first byte
+ *   report        path of a report of all selected matches; null or empty for
+ *                 none. One that cannot be created is done without.
+ *   ask_user      non-zero asks the option question for every file with matches
+ *                 (its number: 1 while a report is written, else 0). Inside the
+ *                 question lists 5 and 9 hold the file's matches, which can be
+ *                 deselected, and the display shows them.
+ *   display       non-zero: matches are sought inside the areas of the
+ * exclusion pattern instead of outside summary       _f: path of the result
+ * summary, "path, found 3" a line Files go to list 4 (with selected matches,
+ * their number as flag), 6 (without) or 7 (could not be loaded, or rejected:
+ * the error file tells why); the _f runs write a summary line instead. Answer
+ * the number of selected matches, after the user's stop too; 0 when the host
+ * interrupts at the start of a file; -1 for an empty list file or summary path,
+ * files that cannot be opened or written, no compiled pattern, an invalid
+ * answer (logged), or an interrupt elsewhere.
+ * Progress: "Now loading file", "Now binary checking", "Now parsing file",
+ * "Preparing for display", each with the file's path, and "Now reporting to
+ * file" with the report's.
+ */
+
+/* FindBlock(), FindBlock_f()
+ *
+ * Search for the pattern compiled by SetPattern() or SetPatternTag(), outside
+ * the areas of the exclusion pattern if there is one.
+ */
+ZENFO_API int32_t ZENFO_CALL FindBlock(int32_t case_flag, int32_t whole_words,
+                                       int32_t binary_check, const char* report,
+                                       int32_t ask_user, int32_t display);
+ZENFO_API int32_t ZENFO_CALL FindBlock_f(int32_t case_flag, int32_t whole_words,
+                                         int32_t binary_check,
+                                         const char* report, int32_t ask_user,
+                                         const char* list_file,
+                                         const char* summary, int32_t display);
+
+/* FindString(), FindString_f()
+ *
+ * Search each file for the find string of every selected pair of list 2 in
+ * turn; a file's number is the sum. Question 0 skips one string of one file.
+ *   is_pattern, convert  how each find string is compiled, see SetPattern()
+ *   display              FindString_f() takes 0 whatever is passed
+ * -1 also for a selected pair without a find string.
+ */
+ZENFO_API int32_t ZENFO_CALL FindString(int32_t case_flag, int32_t whole_words,
+                                        int32_t binary_check,
+                                        const char* report, int32_t is_pattern,
+                                        int32_t convert, int32_t ask_user,
+                                        int32_t display);
+ZENFO_API int32_t ZENFO_CALL FindString_f(
+    int32_t case_flag, int32_t whole_words, int32_t binary_check,
+    const char* report, int32_t is_pattern, int32_t convert, int32_t ask_user,
+    const char* list_file, const char* summary, int32_t display);
+
+/* FindExcludedArea()
+ *
+ * Searches for the exclusion pattern alone.
+ */
+ZENFO_API int32_t ZENFO_CALL FindExcludedArea(int32_t case_flag,
+                                              int32_t whole_words,
+                                              int32_t binary_check,
+                                              const char* report);
+
+/* ---- Replacing
+ * ---------------------------------------------------------------
+ *
+ * Runs like those above that rewrite every file with selected matches. The text
+ * of a file is written up to its first NUL byte: what stands behind is lost.
+ * Arguments besides those of a search:
+ *   safe_store    non-zero: a safe copy of each file is made before it is
+ *                 rewritten (see SetUndoFile()); a file whose copy fails is
+ *                 skipped, logged and put into list 7. Every run empties the
+ *                 safe store, whatever this says.
+ *   edit_mode     1 inserts before the match, 2 behind it, others replace it
+ *   expand        non-zero: caret names in the replacement become control
+ *                 characters
+ * The question's number is 2. Empty files count as files that cannot be loaded.
+ * The _f summaries read "path, found 3, replaced 3".
+ * Answer the number of matches rewritten; 0 when the host interrupts at the
+ * start of a file or while one is loaded; -1 as the searches do, and when a
+ * file cannot be rewritten: it is then left as far as it was written, and only
+ * its safe copy has it whole. Progress: "Now replacing in file", "Now inserting
+ * before in file", "Now inserting after in file", each with the file's path.
+ */
+
+/* ReplaceBlock(), ReplaceBlock_f()
+ *
+ * Replace the matches of the compiled pattern.
+ *   text         the replacement; null or empty deletes
+ *   use_list     non-zero: value i of list 8 replaces match i, matches without
+ * a value stay use_pattern  non-zero: match i of the replace pattern in the
+ * same file replaces match i; decides when both are set match_index  with
+ * use_pattern, k > 0: its k-th match replaces all
+ */
+ZENFO_API int32_t ZENFO_CALL
+ReplaceBlock(const char* text, int32_t case_flag, int32_t whole_words,
+             int32_t binary_check, int32_t ask_user, int32_t safe_store,
+             int32_t edit_mode, int32_t use_list, int32_t use_pattern,
+             int32_t match_index, int32_t display, int32_t expand);
+ZENFO_API int32_t ZENFO_CALL
+ReplaceBlock_f(const char* text, int32_t case_flag, int32_t whole_words,
+               int32_t binary_check, int32_t ask_user, int32_t safe_store,
+               const char* list_file, const char* summary, int32_t edit_mode,
+               int32_t use_list, int32_t use_pattern, int32_t match_index,
+               int32_t display, int32_t expand);
+
+/* ReplaceBlockNbr(), ReplaceBlockNbr_f()
+ *
+ * The same with a running number put in wherever the placeholder stands in the
+ * text. Ignored with use_list or use_pattern.
+ *   first, step  the numbers: first, first + step, ...; deselected matches use
+ *                up none
+ *   run_on       zero: every file begins with the first number again
+ * -1 also for an empty text or placeholder.
+ */
+ZENFO_API int32_t ZENFO_CALL ReplaceBlockNbr(
+    const char* text, int32_t case_flag, int32_t whole_words,
+    int32_t binary_check, int32_t ask_user, int32_t safe_store,
+    int32_t edit_mode, int32_t use_list, int32_t use_pattern,
+    int32_t match_index, int32_t display, int32_t expand,
+    const char* placeholder, int32_t first, int32_t step, int32_t run_on);
+ZENFO_API int32_t ZENFO_CALL
+ReplaceBlockNbr_f(const char* text, int32_t case_flag, int32_t whole_words,
+                  int32_t binary_check, int32_t ask_user, int32_t safe_store,
+                  const char* list_file, const char* summary, int32_t edit_mode,
+                  int32_t use_list, int32_t use_pattern, int32_t match_index,
+                  int32_t display, int32_t expand, const char* placeholder,
+                  int32_t first, int32_t step, int32_t run_on);
+
+/* ReplaceString(), ReplaceString_f()
+ *
+ * Replace the find string of every selected pair of list 2 by its replace
+ * string, one pair after the other, each over what the one before has left.
+ *   convert  also expands the replace strings
+ */
+ZENFO_API int32_t ZENFO_CALL ReplaceString(int32_t case_flag,
+                                           int32_t whole_words,
+                                           int32_t binary_check,
+                                           int32_t is_pattern, int32_t convert,
+                                           int32_t ask_user, int32_t safe_store,
+                                           int32_t display);
+ZENFO_API int32_t ZENFO_CALL ReplaceString_f(
+    int32_t case_flag, int32_t whole_words, int32_t binary_check,
+    int32_t is_pattern, int32_t convert, int32_t ask_user, int32_t safe_store,
+    const char* list_file, const char* summary, int32_t display);
+
+/* ReplaceStringNbr(), ReplaceStringNbr_f()
+ *
+ * The same with running numbers in the replace strings.
+ *   run_on  zero: every string of every file begins with the first number again
+ */
+ZENFO_API int32_t ZENFO_CALL
+ReplaceStringNbr(int32_t case_flag, int32_t whole_words, int32_t binary_check,
+                 int32_t is_pattern, int32_t convert, int32_t ask_user,
+                 int32_t safe_store, int32_t display, const char* placeholder,
+                 int32_t first, int32_t step, int32_t run_on);
+ZENFO_API int32_t ZENFO_CALL ReplaceStringNbr_f(
+    int32_t case_flag, int32_t whole_words, int32_t binary_check,
+    int32_t is_pattern, int32_t convert, int32_t ask_user, int32_t safe_store,
+    const char* list_file, const char* summary, int32_t display,
+    const char* placeholder, int32_t first, int32_t step, int32_t run_on);
+
+/* change_case_i(), change_case_f()
+ *
+ * Turn the letters a to z of every selected match to upper case (upper
+ * non-zero) or A to Z to lower case, in each match up to its first NUL byte;
+ * the rest of the file stays, NUL bytes included. change_case_i() answers the
+ * number of matches changed. change_case_f() ends after the first file that it
+ * changed and answers 0. Progress: "Now changing case in file" and the path.
+ */
+ZENFO_API int32_t ZENFO_CALL change_case_i(int32_t case_flag,
+                                           int32_t whole_words,
+                                           int32_t binary_check,
+                                           int32_t ask_user, int32_t safe_store,
+                                           int32_t upper, int32_t display);
+ZENFO_API int32_t ZENFO_CALL
+change_case_f(int32_t case_flag, int32_t whole_words, int32_t binary_check,
+              int32_t ask_user, int32_t safe_store, const char* list_file,
+              const char* summary, int32_t upper, int32_t display);
+
+/* ---- Undo
+ * -----------------------------------------------------------------------
+ *
+ * Safe copies stand in the folder of the undo list file. Every replace or case
+ * run deletes all files in that folder (but not in its subfolders): give it a
+ * folder of its own. Only the last run can be undone.
+ */
+
+/* SetUndoFile()
+ *
+ * Names the undo list file and creates it, and the folders above it, when
+ * missing. Without one no safe copies can be made.
+ * Answers 1; -1 for an empty path, a folder, or a file that cannot be created.
+ */
+ZENFO_API int32_t ZENFO_CALL SetUndoFile(const char* file);
+
+/* GetUndoList()
+ *
+ * Fills list 3 from the undo list file. Answers the number of records; 0 when
+ * the file is missing or empty; -1 when none is named.
+ * Progress: "Retrieving list of safe-stored files".
+ */
+ZENFO_API int32_t ZENFO_CALL GetUndoList(void);
+
+/* Undo()
+ *
+ * Copies the safe copy of every selected record of list 3 back over its
+ * original, whatever has been done to it since, and removes copy and record.
+ * Files that cannot be restored stay in the list and are written to the undo
+ * error file (the undo list file's path with ".error").
+ * Answers the number of records left; 0 when there is nothing to restore; -1
+ * when no undo list file is named or it cannot be rewritten.
+ * Progress: "Restoring original files".
+ */
+ZENFO_API int32_t ZENFO_CALL Undo(void);
+
+/* ClearUndoList(): empties list 3; files stay. */
+ZENFO_API int32_t ZENFO_CALL ClearUndoList(void);
+
 /* ---- Matches ---------------------------------------------------------------
  *
  * Lists 5, 9 and 10 hold matches of the file in hand, so they can be read from
@@ -398,7 +624,8 @@ ZENFO_API int32_t ZENFO_CALL FindInFiles(int32_t list, const char* text,
                                          int32_t whole_word,
                                          int32_t case_sensitive);
 
-/* ---- Counts ----------------------------------------------------------------- */
+/* ---- Counts -----------------------------------------------------------------
+ */
 
 /* get_word_count()
  *

@@ -12,8 +12,12 @@
 #include "frame/library.h"
 #include "frame/rows.h"
 #include "pattern/pattern_ops.h"
+#include "replace/case_ops.h"
+#include "replace/replace_ops.h"
 #include "search/match_ops.h"
+#include "search/search_ops.h"
 #include "stats/stats_ops.h"
+#include "undo/undo_ops.h"
 #include "zenfofr130.h"
 
 namespace {
@@ -159,6 +163,76 @@ ZENFO_ENTRY SetPatternTag(const char* first, const char* second,
   return run<row::SetPatternTag>(zenfo::set_pattern_tag, first, second,
                                  count_start, is_pattern, convert);
 }
+ZENFO_ENTRY FindBlock(int32_t case_flag, int32_t whole_words,
+                      int32_t binary_check, const char* report,
+                      int32_t ask_user, int32_t display) {
+  return run<row::FindBlock>(zenfo::find_block, case_flag, whole_words,
+                             binary_check, report, ask_user, display);
+}
+ZENFO_ENTRY FindString(int32_t case_flag, int32_t whole_words,
+                       int32_t binary_check, const char* report,
+                       int32_t is_pattern, int32_t convert, int32_t ask_user,
+                       int32_t display) {
+  return run<row::FindString>(zenfo::find_string, case_flag, whole_words,
+                              binary_check, report, is_pattern, convert,
+                              ask_user, display);
+}
+ZENFO_ENTRY ReplaceBlock(const char* text, int32_t case_flag,
+                         int32_t whole_words, int32_t binary_check,
+                         int32_t ask_user, int32_t safe_store,
+                         int32_t edit_mode, int32_t use_list,
+                         int32_t use_pattern, int32_t match_index,
+                         int32_t display, int32_t expand) {
+  return run<row::ReplaceBlock>(
+      zenfo::replace_block,
+      zenfo::ReplaceArguments{case_flag, whole_words, binary_check, ask_user,
+                              safe_store, display},
+      zenfo::BlockReplacement{text, edit_mode, use_list, use_pattern,
+                              match_index, expand});
+}
+ZENFO_ENTRY ReplaceString(int32_t case_flag, int32_t whole_words,
+                          int32_t binary_check, int32_t is_pattern,
+                          int32_t convert, int32_t ask_user, int32_t safe_store,
+                          int32_t display) {
+  return run<row::ReplaceString>(
+      zenfo::replace_string,
+      zenfo::ReplaceArguments{case_flag, whole_words, binary_check, ask_user,
+                              safe_store, display},
+      zenfo::StringCompilation{is_pattern, convert});
+}
+ZENFO_ENTRY ReplaceBlockNbr(const char* text, int32_t case_flag,
+                            int32_t whole_words, int32_t binary_check,
+                            int32_t ask_user, int32_t safe_store,
+                            int32_t edit_mode, int32_t use_list,
+                            int32_t use_pattern, int32_t match_index,
+                            int32_t display, int32_t expand,
+                            const char* placeholder, int32_t first,
+                            int32_t step, int32_t run_on) {
+  return run<row::ReplaceBlockNbr>(
+      zenfo::replace_block_nbr,
+      zenfo::ReplaceArguments{case_flag, whole_words, binary_check, ask_user,
+                              safe_store, display},
+      zenfo::BlockReplacement{text, edit_mode, use_list, use_pattern,
+                              match_index, expand},
+      zenfo::Numbering{placeholder, first, step, run_on});
+}
+ZENFO_ENTRY ReplaceStringNbr(int32_t case_flag, int32_t whole_words,
+                             int32_t binary_check, int32_t is_pattern,
+                             int32_t convert, int32_t ask_user,
+                             int32_t safe_store, int32_t display,
+                             const char* placeholder, int32_t first,
+                             int32_t step, int32_t run_on) {
+  return run<row::ReplaceStringNbr>(
+      zenfo::replace_string_nbr,
+      zenfo::ReplaceArguments{case_flag, whole_words, binary_check, ask_user,
+                              safe_store, display},
+      zenfo::StringCompilation{is_pattern, convert},
+      zenfo::Numbering{placeholder, first, step, run_on});
+}
+ZENFO_ENTRY Undo() { return run<row::Undo>(zenfo::undo); }
+ZENFO_ENTRY SetUndoFile(const char* file) {
+  return run<row::SetUndoFile>(zenfo::set_undo_file, file);
+}
 ZENFO_ENTRY SetErrorFile(const char* name) {
   return run<row::SetErrorFile>(zenfo::set_error_file, name);
 }
@@ -171,6 +245,12 @@ ZENFO_ENTRY GetSafeFile(uint32_t index, char* buffer, uint32_t size) {
 ZENFO_ENTRY GetSafeTime(uint32_t index, char* buffer, uint32_t size) {
   return run<row::GetSafeTime>(zenfo::get_safe_time, index, buffer, size);
 }
+ZENFO_ENTRY GetUndoList() {
+  return run<row::GetUndoList>(zenfo::get_undo_list);
+}
+ZENFO_ENTRY ClearUndoList() {
+  return run<row::ClearUndoList>(zenfo::clear_undo_list);
+}
 ZENFO_ENTRY SetExclusionPattern(const char* start, const char* main,
                                 const char* end, int32_t start_is_pattern,
                                 int32_t main_is_pattern, int32_t end_is_pattern,
@@ -181,6 +261,11 @@ ZENFO_ENTRY SetExclusionPattern(const char* start, const char* main,
       pattern_text(start, start_is_pattern, convert_start),
       pattern_text(main, main_is_pattern, convert_main),
       pattern_text(end, end_is_pattern, convert_end));
+}
+ZENFO_ENTRY FindExcludedArea(int32_t case_flag, int32_t whole_words,
+                             int32_t binary_check, const char* report) {
+  return run<row::FindExcludedArea>(zenfo::find_excluded_area, case_flag,
+                                    whole_words, binary_check, report);
 }
 ZENFO_ENTRY SetPattern(const char* start, const char* main, const char* end,
                        int32_t start_is_pattern, int32_t main_is_pattern,
@@ -206,8 +291,100 @@ ZENFO_ENTRY GetMatchText(int32_t list, uint32_t index, char* buffer,
   return run<row::GetMatchText>(zenfo::get_match_text, list, index, buffer,
                                 size);
 }
+ZENFO_ENTRY ReplaceBlock_f(const char* text, int32_t case_flag,
+                           int32_t whole_words, int32_t binary_check,
+                           int32_t ask_user, int32_t safe_store,
+                           const char* list_file, const char* summary,
+                           int32_t edit_mode, int32_t use_list,
+                           int32_t use_pattern, int32_t match_index,
+                           int32_t display, int32_t expand) {
+  return run<row::ReplaceBlock_f>(
+      zenfo::replace_block_f,
+      zenfo::ReplaceArguments{case_flag, whole_words, binary_check, ask_user,
+                              safe_store, display},
+      zenfo::BlockReplacement{text, edit_mode, use_list, use_pattern,
+                              match_index, expand},
+      zenfo::LineFiles{list_file, summary});
+}
+ZENFO_ENTRY ReplaceBlockNbr_f(const char* text, int32_t case_flag,
+                              int32_t whole_words, int32_t binary_check,
+                              int32_t ask_user, int32_t safe_store,
+                              const char* list_file, const char* summary,
+                              int32_t edit_mode, int32_t use_list,
+                              int32_t use_pattern, int32_t match_index,
+                              int32_t display, int32_t expand,
+                              const char* placeholder, int32_t first,
+                              int32_t step, int32_t run_on) {
+  return run<row::ReplaceBlockNbr_f>(
+      zenfo::replace_block_nbr_f,
+      zenfo::ReplaceArguments{case_flag, whole_words, binary_check, ask_user,
+                              safe_store, display},
+      zenfo::BlockReplacement{text, edit_mode, use_list, use_pattern,
+                              match_index, expand},
+      zenfo::Numbering{placeholder, first, step, run_on},
+      zenfo::LineFiles{list_file, summary});
+}
+ZENFO_ENTRY ReplaceString_f(int32_t case_flag, int32_t whole_words,
+                            int32_t binary_check, int32_t is_pattern,
+                            int32_t convert, int32_t ask_user,
+                            int32_t safe_store, const char* list_file,
+                            const char* summary, int32_t display) {
+  return run<row::ReplaceString_f>(
+      zenfo::replace_string_f,
+      zenfo::ReplaceArguments{case_flag, whole_words, binary_check, ask_user,
+                              safe_store, display},
+      zenfo::StringCompilation{is_pattern, convert},
+      zenfo::LineFiles{list_file, summary});
+}
+ZENFO_ENTRY ReplaceStringNbr_f(int32_t case_flag, int32_t whole_words,
+                               int32_t binary_check, int32_t is_pattern,
+                               int32_t convert, int32_t ask_user,
+                               int32_t safe_store, const char* list_file,
+                               const char* summary, int32_t display,
+                               const char* placeholder, int32_t first,
+                               int32_t step, int32_t run_on) {
+  return run<row::ReplaceStringNbr_f>(
+      zenfo::replace_string_nbr_f,
+      zenfo::ReplaceArguments{case_flag, whole_words, binary_check, ask_user,
+                              safe_store, display},
+      zenfo::StringCompilation{is_pattern, convert},
+      zenfo::Numbering{placeholder, first, step, run_on},
+      zenfo::LineFiles{list_file, summary});
+}
+ZENFO_ENTRY FindBlock_f(int32_t case_flag, int32_t whole_words,
+                        int32_t binary_check, const char* report,
+                        int32_t ask_user, const char* list_file,
+                        const char* summary, int32_t display) {
+  return run<row::FindBlock_f>(zenfo::find_block_f, case_flag, whole_words,
+                               binary_check, report, ask_user, list_file,
+                               summary, display);
+}
+ZENFO_ENTRY FindString_f(int32_t case_flag, int32_t whole_words,
+                         int32_t binary_check, const char* report,
+                         int32_t is_pattern, int32_t convert, int32_t ask_user,
+                         const char* list_file, const char* summary,
+                         int32_t display) {
+  return run<row::FindString_f>(zenfo::find_string_f, case_flag, whole_words,
+                                binary_check, report, is_pattern, convert,
+                                ask_user, list_file, summary, display);
+}
 ZENFO_ENTRY set_operators(const char* file) {
   return run<row::set_operators>(zenfo::set_operators, file);
+}
+ZENFO_ENTRY change_case_i(int32_t case_flag, int32_t whole_words,
+                          int32_t binary_check, int32_t ask_user,
+                          int32_t safe_store, int32_t upper, int32_t display) {
+  return run<row::change_case_i>(zenfo::change_case_i, case_flag, whole_words,
+                                 binary_check, ask_user, safe_store, upper,
+                                 display);
+}
+ZENFO_ENTRY change_case_f(int32_t case_flag, int32_t whole_words,
+                          int32_t binary_check, int32_t ask_user,
+                          int32_t safe_store, const char* list_file,
+                          const char* summary, int32_t upper, int32_t display) {
+  return run<row::change_case_f>(zenfo::change_case_f, case_flag, whole_words,
+                                 binary_check, ask_user, safe_store, list_file,
+                                 summary, upper, display);
 }
 ZENFO_ENTRY get_replace_value(uint32_t index, char* buffer, uint32_t size) {
   return run<row::get_replace_value>(zenfo::get_replace_value, index, buffer,

@@ -1,0 +1,93 @@
+#include "display/page_setup.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace zenfo {
+namespace {
+
+// The longest text that goes to the system in one call.
+constexpr size_t kLongestCall = 8192;
+
+uint32_t how_many(int64_t room, int32_t size) {
+  return room <= 0 ? 0 : static_cast<uint32_t>(room / size);
+}
+
+}  // namespace
+
+int32_t pixel(int64_t position) {
+  constexpr int64_t kFarthest = INT32_MAX;
+  return static_cast<int32_t>(std::clamp(position, -kFarthest, kFarthest));
+}
+
+Page::Page(DisplayState& state, std::shared_ptr<platform::Canvas> canvas,
+           const PaintOptions& options)
+    : state_(state),
+      canvas_(std::move(canvas)),
+      line_numbers_(options.line_numbers) {
+  client = canvas_->client_rectangle();
+  begun_ = canvas_->begin_paint();
+  if (!begun_) return;
+  const platform::FontMetrics metrics = canvas_->select_font(
+      options.fixed_font ? platform::Font::kFixed : platform::Font::kVariable);
+  column_width = std::max(metrics.widest_character, 1);
+  line_height = std::max(metrics.height, 1);
+  const uint32_t lines = state_.line_count();
+  if (line_numbers_) {
+    gutter = pixel(int64_t{canvas_->text_width(std::to_string(lines))} +
+                   column_width);
+  }
+  state_.page_lines =
+      how_many(int64_t{client.bottom} - client.top, line_height);
+  state_.page_columns =
+      how_many(int64_t{client.right} - client.left - gutter, column_width);
+  state_.top_line = state_.page_lines < lines ? options.top_line : 0;
+  state_.left_column =
+      state_.page_columns < state_.width ? options.left_column : 0;
+  state_.clear_painted();
+  canvas_->move_to(client.left, client.top);
+}
+
+Page::~Page() {
+  if (begun_) canvas_->end_paint();
+}
+
+uint32_t Page::end_line() const {
+  const uint64_t end = uint64_t{state_.top_line} + state_.page_lines;
+  return static_cast<uint32_t>(std::min<uint64_t>(end, state_.line_count()));
+}
+
+int32_t Page::line_top(uint32_t line) const {
+  return pixel(client.top + int64_t{line - state_.top_line} * line_height);
+}
+
+void Page::begin_line(uint32_t line, int64_t x) {
+  if (line_numbers_) {
+    const ColourTable& colours = state_.colours();
+    const Colours& number =
+        state_.line_marked(line) ? colours.marked_gutter : colours.gutter;
+    canvas_->move_to(client.left, line_top(line));
+    canvas_->draw_text(std::to_string(uint64_t{line} + 1), number.text,
+                       number.background, client);
+  }
+  canvas_->move_to(pixel(client.left + x), line_top(line));
+}
+
+int32_t Page::draw(std::string_view text, const Colours& colours, int32_t x) {
+  int32_t end = x;
+  while (!text.empty() && !beyond(end)) {
+    const std::string_view part = text.substr(0, kLongestCall);
+    canvas_->draw_text(part, colours.text, colours.background, client);
+    end = pixel(int64_t{end} + canvas_->text_width(part));
+    text.remove_prefix(part.size());
+  }
+  return end - x;
+}
+
+void Page::draw_rule(int64_t x) {
+  canvas_->draw_vertical_rule(pixel(client.left + x), client.top,
+                              client.bottom, state_.colours().gutter.text);
+}
+
+}  // namespace zenfo

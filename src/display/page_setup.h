@@ -1,0 +1,74 @@
+// What both painters begin with: the font, how many lines and columns fit
+// beside the gutter, and from where on the text is shown.
+//
+// A column is as wide as the font's widest character, so a page in a variable
+// font shows more bytes than it has columns.
+//
+// Tested by tests/unit/display/page_setup_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "display/model.h"
+#include "platform/canvas.h"
+
+namespace zenfo {
+
+struct PaintOptions {
+  uint32_t top_line = 0;     // wanted; the page may begin at 0 instead
+  uint32_t left_column = 0;  // likewise
+  bool line_numbers = false;
+  bool fixed_font = false;
+};
+
+// One paint of the visible lines. Ends painting when it goes.
+class Page {
+ public:
+  // Begins painting, selects the font and stores page lines, page columns, top
+  // line and left column in the state. When the window cannot be painted,
+  // begun() is false and the state is as before.
+  Page(DisplayState& state, std::shared_ptr<platform::Canvas> canvas,
+       const PaintOptions& options);
+  ~Page();
+  Page(const Page&) = delete;
+  Page& operator=(const Page&) = delete;
+
+  bool begun() const { return begun_; }
+
+  // Pixels.
+  platform::Rectangle client;
+  int32_t column_width = 1;
+  int32_t line_height = 1;
+  int32_t gutter = 0;  // 0 without line numbers
+
+  // One past the last line to draw.
+  uint32_t end_line() const;
+  // The top of a visible line.
+  int32_t line_top(uint32_t line) const;
+
+  // Writes a visible line's number, when numbers are on, and moves to `x`, in
+  // pixels right of the client's left edge.
+  void begin_line(uint32_t line, int64_t x);
+  // Draws in calls of at most 8192 bytes; answers the pixels drawn. Stops
+  // where nothing more can be seen.
+  int32_t draw(std::string_view text, const Colours& colours, int32_t x);
+  // Whether text at `x` is right of all that can be seen.
+  bool beyond(int32_t x) const { return x >= client.right; }
+  // A rule from top to bottom, in pixels right of the client's left edge.
+  void draw_rule(int64_t x);
+
+  bool line_numbers() const { return line_numbers_; }
+
+ private:
+  DisplayState& state_;
+  std::shared_ptr<platform::Canvas> canvas_;
+  bool line_numbers_;
+  bool begun_;
+};
+
+// Pixel positions stay within what the system can take.
+int32_t pixel(int64_t position);
+
+}  // namespace zenfo

@@ -1,0 +1,146 @@
+#include "replace/replace_engine.h"
+
+#include <algorithm>
+
+#include "listops/string_pair.h"
+#include "pattern/match_record.h"
+#include "replace/rewriter.h"
+#include "text/records.h"
+
+namespace zenfo {
+namespace {
+
+std::string_view up_to_nul(std::string_view text) {
+  return text.substr(0, text.find('\0'));
+}
+
+std::string_view written_text(const PatternContext& context) {
+  if (context.text() == nullptr) return {};
+  return up_to_nul({context.text(), context.text_length()});
+}
+
+bool is_missing(const char* path) { return path == nullptr || *path == '\0'; }
+
+std::string expanded(const PatternContext& context, std::string_view text,
+                     bool expand) {
+  return expand ? context.ExpandControlNames(text) : std::string(text);
+}
+
+// Writes the file with what `replacement(match)` answers for each match.
+template <class Replacement>
+int32_t rewrite(PatternContext& context, const char* path, EditMode mode,
+                Replacement replacement) {
+  const std::string_view text = written_text(context);
+  if (is_missing(path) || text.empty()) return -1;
+  return Rewriter(context, text)
+      .write(path, [&](OutFile& file, const MatchRecord& match,
+                       std::string_view matched) {
+        const std::string_view inserted = replacement(match);
+        if (mode == EditMode::kInsertAfter) file.write(matched);
+        file.write(inserted);
+        if (mode == EditMode::kInsertBefore) file.write(matched);
+      });
+}
+
+// Deselects the matches from a position on: they get no replacement.
+bool leave_without(ItemList& matches, uint32_t first) {
+  for (uint32_t i = first; i < matches.Count(); ++i) {
+    auto* match = record_cast<MatchRecord>(matches.Get(i));
+    if (match == nullptr) return false;
+    match->state = 0;
+    match->flag = 0;
+  }
+  return true;
+}
+
+}  // namespace
+
+EditMode edit_mode(int32_t number) {
+  if (number == 1) return EditMode::kInsertBefore;
+  return number == 2 ? EditMode::kInsertAfter : EditMode::kReplace;
+}
+
+int32_t replace_with_text(PatternContext& context, const char* path,
+                          std::string_view replacement, EditMode mode,
+                          bool expand) {
+  const std::string text = expanded(context, replacement, expand);
+  return rewrite(context, path, mode,
+                 [&](const MatchRecord&) { return std::string_view(text); });
+}
+
+int32_t replace_with_numbers(PatternContext& context, const char* path,
+                             std::string_view replacement,
+                             std::string_view placeholder,
+                             RunningNumber& number, EditMode mode,
+                             bool expand) {
+  if (replacement.empty() || placeholder.empty()) return -1;
+  const std::string text = expanded(context, replacement, expand);
+  std::string numbered;
+  return rewrite(context, path, mode, [&](const MatchRecord&) {
+    insert_number(text, placeholder, std::to_string(number.take()), numbered);
+    return std::string_view(numbered);
+  });
+}
+
+int32_t replace_with_records(PatternContext& context, const char* path,
+                             EditMode mode) {
+  return rewrite(context, path, mode, [&](const MatchRecord& match) {
+    return std::string_view(
+        match.replacement() != nullptr ? match.replacement() : "",
+        match.replacement_length());
+  });
+}
+
+int32_t set_replacements_from_list(PatternContext& context, ItemList& values,
+                                   bool expand) {
+  const uint32_t paired = std::min(context.matches.Count(), values.Count());
+  for (uint32_t i = 0; i < paired; ++i) {
+    auto* match = record_cast<MatchRecord>(context.matches.Get(i));
+    if (match == nullptr) return -1;
+    const auto* value = record_cast<ReplaceValue>(values.Get(i));
+    const std::string_view text =
+        value != nullptr ? value->value.view() : std::string_view();
+    match->set_replacement(expanded(context, text, expand).c_str());
+  }
+  return leave_without(context.matches, paired) ? 1 : -1;
+}
+
+int32_t set_replacements_from_matches(PatternContext& context,
+                                      PatternContext& other, uint32_t index,
+                                      bool expand) {
+  if (context.text_length() == 0) return -1;
+  ItemList& matches = context.matches;
+  const uint32_t sources = other.matches.Count();
+  uint32_t served = matches.Count();
+  if (index == 0) served = std::min(served, sources);
+  if (index > sources) served = 0;
+  for (uint32_t i = 0; i < served; ++i) {
+    context.ReportProgress(i, matches.Count());
+    if (context.PollCancel() != 0) return -1;
+    auto* match = record_cast<MatchRecord>(matches.Get(i));
+    const auto* source =
+        record_cast<MatchRecord>(other.matches.Get(index == 0 ? i : index - 1));
+    if (match == nullptr || source == nullptr) return -1;
+    match->set_replacement_bytes(expanded(context, source->matched(), expand));
+  }
+  return leave_without(matches, served) ? 1 : -1;
+}
+
+bool insert_number(std::string_view text, std::string_view placeholder,
+                   std::string_view number, std::string& out) {
+  if (text.empty() || placeholder.empty()) return false;
+  out.clear();
+  const char* cursor = text.data();
+  const char* piece;
+  size_t length;
+  while (get_next_record(&cursor, text.data() + text.size(), placeholder.data(),
+                         placeholder.size(), &piece, &length) == 1) {
+    out.append(piece, length);
+    // The cursor is lost only behind the last piece, which no placeholder
+    // ended.
+    if (cursor != nullptr) out.append(number);
+  }
+  return true;
+}
+
+}  // namespace zenfo

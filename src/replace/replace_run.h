@@ -1,0 +1,74 @@
+// The per-file procedure of runs that change files: what the search run does,
+// then a safe copy and the rewriting.
+//
+// Every run empties the safe store, asked for copies or not, so that only the
+// last run can be undone. A file gets one safe copy a run, before it is first
+// rewritten: a second one would hold the changed text.
+//
+// Tested by tests/contract/replace_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "search/file_run.h"
+
+namespace zenfo {
+
+// The result summary of a run that changes files:
+//   path, found 3, replaced 3
+//   path, found 0
+//   path, found 3 ERROR, refer to error log file for details
+//   , ERROR : refer to error log file for details
+// Intended: the last two as they stand, the third without a line end.
+class ReplaceSummary final : public SummaryFile {
+ public:
+  void rejected(FileInHand& file) override;
+  void counted(FileInHand& file) override;
+  void unsaved(FileInHand& file) override;
+  void taken(FileInHand& file) override;
+  void empty(FileInHand& file) override { rejected(file); }
+
+ private:
+  void begin_line(const FileInHand& file);
+
+  bool begun_ = false;  // the line of the file in hand
+};
+
+class ReplaceRun : public FileRun {
+ public:
+  ReplaceRun(Library& library, const RunOptions& options, bool safe_store)
+      : FileRun(library, options), safe_store_(safe_store) {}
+
+  int32_t run_over_list(Searches& searches);
+  int32_t run_over_lines(Searches& searches, const char* list_path,
+                         const char* summary_path);
+
+ protected:
+  // Rewrites the file in hand: the number of matches written, or -1.
+  virtual int32_t rewrite(const char* path) = 0;
+  virtual Phase phase() const = 0;
+  // After a file was rewritten.
+  virtual Step rewritten(FileInHand&) { return Step::kGoOn; }
+
+  void begin() override;
+  Step begin_search(FileInHand& file) override;
+  Step take(FileInHand& file) override;
+  // Intended: an empty file counts as one that could not be loaded.
+  bool can_search(int32_t loaded) const override { return loaded > 0; }
+  int32_t question_number() const override { return 2; }
+
+ private:
+  bool store(const FileInHand& file);
+  Step leave_unsaved(FileInHand& file);
+
+  bool safe_store_;
+  std::vector<std::string> open_files_;     // of the run itself
+  std::unordered_set<std::string> stored_;  // keys of the paths
+  bool content_stale_ = false;  // the file was rewritten since it was loaded
+  bool skip_rest_ = false;      // of the searches of the file in hand
+};
+
+}  // namespace zenfo

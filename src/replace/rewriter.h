@@ -1,0 +1,72 @@
+// Writes a file anew from the text in memory: gaps unchanged, matches as an
+// engine says.
+//
+// The file is written over from its start and cut at the end, which leaves the
+// same bytes as emptying it first and touches the disk less. Runs of text go
+// out in large pieces.
+//
+// Tested by tests/unit/replace/rewriter_test.cpp
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <string_view>
+
+#include "pattern/context.h"
+#include "pattern/match_record.h"
+#include "text/out_file.h"
+
+namespace zenfo {
+
+class Rewriter {
+ public:
+  // `text` is what is written of the context's text, from its start.
+  Rewriter(PatternContext& context, std::string_view text)
+      : context_(context), text_(text) {}
+
+  // Walks the matches in list order. `put(file, match, matched)` writes what
+  // takes the place of a selected match, of which `matched` are the bytes
+  // inside the text. Answers the matches written; -1 when the file cannot be
+  // opened or written, the host interrupts, or a record is no match. A file
+  // that was opened is then left as far as it was written.
+  template <class Put>
+  int32_t write(const char* path, Put put);
+
+ private:
+  bool open(const char* path) {
+    return file_.open(path, platform::OutputMode::kOverwrite,
+                      OutFile::LineEnds::kRaw);
+  }
+  // The next selected match; null at the end or on failure.
+  const MatchRecord* next_match();
+  void write_gap(size_t offset);
+
+  PatternContext& context_;
+  std::string_view text_;
+  OutFile file_;
+  size_t cursor_ = 0;  // text before it is written
+  uint32_t position_ = 0;
+  bool failed_ = false;
+};
+
+template <class Put>
+int32_t Rewriter::write(const char* path, Put put) {
+  if (!open(path)) return -1;
+  int32_t count = 0;
+  context_.ReportProgress(0, context_.matches.Count());
+  while (const MatchRecord* match = next_match()) {
+    write_gap(match->offset);
+    // Intended: a match that overlaps the one before is written all the same.
+    const std::string_view matched = text_.substr(match->offset, match->length);
+    put(file_, *match, matched);
+    cursor_ = std::max(cursor_, match->offset + matched.size());
+    ++count;
+  }
+  if (failed_) return -1;
+  write_gap(text_.size());
+  const uint32_t matches = context_.matches.Count();
+  context_.ReportProgress(matches, matches);
+  return file_.close() ? count : -1;
+}
+
+}  // namespace zenfo
