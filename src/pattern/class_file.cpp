@@ -16,33 +16,6 @@ namespace {
 // them.
 using CurrentClasses = std::vector<CharClass*>;
 
-// Cuts a text at a separator, record by record.
-class Tokens {
- public:
-  Tokens(std::string_view text, std::string_view separator)
-      : cursor_(text.data()),
-        end_(text.data() + text.size()),
-        separator_(separator) {}
-
-  std::optional<std::string_view> next() {
-    const char* record;
-    size_t length;
-    if (get_next_record(&cursor_, end_, separator_.data(), separator_.size(),
-                        &record, &length) != 1) {
-      return std::nullopt;
-    }
-    return std::string_view(record, length);
-  }
-
-  // The next record, empty when there is none.
-  std::string_view next_or_empty() { return next().value_or(""); }
-
- private:
-  const char* cursor_;
-  const char* end_;
-  std::string_view separator_;
-};
-
 bool is_white(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 // Decimal, after white space and a sign, up to the first other character; 0
@@ -62,7 +35,7 @@ int32_t decimal(std::string_view text) {
 
 std::string chars_of(std::string_view value) {
   std::string chars;
-  Tokens items(value, ",");
+  RecordReader items(value, ",");
   while (auto item = items.next()) {
     if (item->empty()) continue;
     chars += static_cast<char>(static_cast<uint8_t>(decimal(*item)));
@@ -72,9 +45,9 @@ std::string chars_of(std::string_view value) {
 
 std::vector<CharRange> ranges_of(std::string_view value) {
   std::vector<CharRange> ranges;
-  Tokens items(value, ",");
+  RecordReader items(value, ",");
   while (auto item = items.next()) {
-    Tokens bounds(*item, "-");
+    RecordReader bounds(*item, "-");
     std::string_view low = bounds.next_or_empty();
     std::string_view high = bounds.next_or_empty();
     if (low.empty() || high.empty()) continue;
@@ -130,7 +103,7 @@ CurrentClasses begin_class(std::string_view name,
 
 void apply_line(std::string_view line, CurrentClasses& current,
                 std::span<PatternContext* const> contexts) {
-  Tokens parts(line, "=");
+  RecordReader parts(line, "=");
   std::string_view key = parts.next_or_empty();
   std::string_view value = parts.next_or_empty();
   if (key.empty() || value.empty() || key.starts_with("//")) return;
@@ -151,7 +124,7 @@ int32_t apply_class_definitions(std::string_view bytes,
   if (bytes.empty()) return -1;
   for (PatternContext* context : contexts) context->ClearUserClasses();
   CurrentClasses current;
-  Tokens lines(bytes, "\r\n");
+  RecordReader lines(bytes, "\r\n");
   while (auto line = lines.next()) apply_line(*line, current, contexts);
   return 1;
 }

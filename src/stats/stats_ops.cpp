@@ -10,6 +10,7 @@
 #include "pattern/match_record.h"
 #include "pattern/matcher.h"
 #include "text/byte_tables.h"
+#include "text/c_text.h"
 #include "text/out_file.h"
 
 namespace zenfo {
@@ -29,10 +30,6 @@ int32_t count_matches(PatternContext& context, const FileContent& content) {
   options.case_flag = false;
   options.store = false;
   return find_all(context, content.data(), content.length(), options);
-}
-
-std::string_view up_to_nul(std::string_view text) {
-  return text.substr(0, text.find('\0'));
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string_view>
 
 namespace zenfo {
 
@@ -16,5 +18,31 @@ namespace zenfo {
 int32_t get_next_record(const char** cursor, const char* text_end,
                         const char* separator, size_t separator_length,
                         const char** record, size_t* record_length);
+
+// A walk over the records of a text; refers to both texts.
+class RecordReader {
+ public:
+  RecordReader(std::string_view text, std::string_view separator)
+      : cursor_(text.data()),
+        end_(text.data() + text.size()),
+        separator_(separator) {}
+
+  // The next record, or none at the text's end.
+  std::optional<std::string_view> next() {
+    const char* record;
+    size_t length;
+    if (get_next_record(&cursor_, end_, separator_.data(), separator_.size(),
+                        &record, &length) != 1) {
+      return std::nullopt;
+    }
+    return std::string_view(record, length);
+  }
+  std::string_view next_or_empty() { return next().value_or(""); }
+
+ private:
+  const char* cursor_;
+  const char* end_;
+  std::string_view separator_;
+};
 
 }  // namespace zenfo

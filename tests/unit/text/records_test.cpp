@@ -117,5 +117,15 @@ TEST(GetNextRecord, ReadsNoByteOutsideTheText) {
               ElementsAre("--------"));
 }
 
+TEST(RecordReader, GivesEveryRecordThenNone) {
+  RecordReader reader("a;;b;", ";");
+  EXPECT_EQ(reader.next(), "a");
+  EXPECT_EQ(reader.next(), "");
+  EXPECT_EQ(reader.next_or_empty(), "b");
+  EXPECT_EQ(reader.next(), std::nullopt);
+  EXPECT_EQ(reader.next_or_empty(), "");
+  EXPECT_EQ(RecordReader({}, ";").next(), std::nullopt);
+}
+
 }  // namespace
 }  // namespace zenfo
