@@ -294,6 +294,64 @@ ZENFO_API int32_t ZENFO_CALL GetSafeFile(uint32_t index, char* buffer,
 ZENFO_API int32_t ZENFO_CALL GetSafeTime(uint32_t index, char* buffer,
                                          uint32_t size);
 
+/* ---- String pairs and replace values ---------------------------------------
+ *
+ * List 2 holds find and replace strings, list 8 the values that replacements by
+ * list take. An empty text is stored as a missing one, whose accessor answers
+ * -1 and which files show as "(null)". Files hold one record a line, ended by
+ * CR LF, without escapes. Refusals are not logged.
+ */
+
+/* AddStringPair()
+ *
+ * Appends a pair, not selected. Answers the number of pairs.
+ */
+ZENFO_API int32_t ZENFO_CALL AddStringPair(const char* find,
+                                           const char* replace);
+
+/* UpdateStringPair()
+ *
+ * Sets both strings of a pair; its state stays. Answers 1; -1 without a pair at
+ * the index.
+ */
+ZENFO_API int32_t ZENFO_CALL UpdateStringPair(uint32_t index, const char* find,
+                                              const char* replace);
+
+/* LoadStringPair()
+ *
+ * Replaces the pairs by those of a file: on each line the find string, a tab,
+ * the replace string; what follows a second tab is ignored. An empty line ends
+ * the load with -1.
+ * Answers the number of pairs; 0 when the host stopped it; -1 also for a file
+ * that is missing or empty. The pairs read so far stay.
+ */
+ZENFO_API int32_t ZENFO_CALL LoadStringPair(const char* file);
+
+/* SaveStringPair()
+ *
+ * Writes all pairs, or with selected_only not 0 the selected ones.
+ * Answers the number written; 0 when the host stopped it, with the file so far;
+ * -1 when the file cannot be written. Progress: "Now saving string pairs".
+ */
+ZENFO_API int32_t ZENFO_CALL SaveStringPair(const char* file,
+                                            int32_t selected_only);
+
+/* load_replace_list()
+ *
+ * Replaces the values by the lines of a file; empty lines are skipped. The list
+ * is cleared even when the file is missing.
+ * Answers as LoadStringPair().
+ */
+ZENFO_API int32_t ZENFO_CALL load_replace_list(const char* file);
+
+/* save_replace_list()
+ *
+ * Writes all values. Lines end in CR CR LF, so that loading the file again
+ * adds a CR to every value.
+ * Answers as SaveStringPair().
+ */
+ZENFO_API int32_t ZENFO_CALL save_replace_list(const char* file);
+
 /* ---- Patterns --------------------------------------------------------------
  *
  * A pattern is up to three texts: a start marker, the main text, an end marker.

@@ -11,6 +11,7 @@
 #include "frame/guard.h"
 #include "frame/library.h"
 #include "frame/rows.h"
+#include "listops/pair_ops.h"
 #include "pattern/pattern_ops.h"
 #include "replace/case_ops.h"
 #include "replace/replace_ops.h"
@@ -149,6 +150,20 @@ ZENFO_ENTRY FindInFiles(int32_t list, const char* text, int32_t clear_selection,
 ZENFO_ENTRY GetIcon(int32_t list, uint32_t index, int32_t* image_list,
                     int32_t* icon) {
   return run<row::GetIcon>(zenfo::get_icon, list, index, image_list, icon);
+}
+ZENFO_ENTRY AddStringPair(const char* find, const char* replace) {
+  return run<row::AddStringPair>(zenfo::add_string_pair, find, replace);
+}
+ZENFO_ENTRY UpdateStringPair(uint32_t index, const char* find,
+                             const char* replace) {
+  return run<row::UpdateStringPair>(zenfo::update_string_pair, index, find,
+                                    replace);
+}
+ZENFO_ENTRY LoadStringPair(const char* file) {
+  return run<row::LoadStringPair>(zenfo::load_string_pair, file);
+}
+ZENFO_ENTRY SaveStringPair(const char* file, int32_t selected_only) {
+  return run<row::SaveStringPair>(zenfo::save_string_pair, file, selected_only);
 }
 ZENFO_ENTRY GetFindString(uint32_t index, char* buffer, uint32_t size) {
   return run<row::GetFindString>(zenfo::get_find_string, index, buffer, size);
@@ -386,6 +401,9 @@ ZENFO_ENTRY change_case_f(int32_t case_flag, int32_t whole_words,
                                  binary_check, ask_user, safe_store, list_file,
                                  summary, upper, display);
 }
+ZENFO_ENTRY save_replace_list(const char* file) {
+  return run<row::save_replace_list>(zenfo::save_replace_list, file);
+}
 ZENFO_ENTRY get_replace_value(uint32_t index, char* buffer, uint32_t size) {
   return run<row::get_replace_value>(zenfo::get_replace_value, index, buffer,
                                      size);
@@ -414,6 +432,9 @@ ZENFO_ENTRY get_word_count(const char* file, TextCounts* counts) {
 }
 ZENFO_ENTRY save_occurrences(const char* file, const char* separator) {
   return run<row::save_occurrences>(zenfo::save_occurrences, file, separator);
+}
+ZENFO_ENTRY load_replace_list(const char* file) {
+  return run<row::load_replace_list>(zenfo::load_replace_list, file);
 }
 
 }  // extern "C"
