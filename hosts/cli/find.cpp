@@ -1,6 +1,7 @@
 // zenfo find: names the files that hold a text.
 //
-// Tested by tests/cli/command_test.cpp, tests/cli/compare_with_grep
+// Tested by tests/cli/command_test.cpp; compared with grep by
+// tests/cli/compare_with_grep
 #include <string>
 #include <vector>
 

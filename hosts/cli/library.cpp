@@ -1,5 +1,6 @@
 #include "library.h"
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 
@@ -28,14 +29,12 @@ bool is_sayable(std::string_view path) {
 
 Session* Session::current_ = nullptr;
 
-Session::Session() : folder_(system::make_private_folder()) {
+Session::Session() : error_file_(system::error_file_name()) {
   current_ = this;
   expect_paths_of(0);
   set_callbacks(false);
   if (Initialize() != 1) throw Failure{"", "the library cannot be started"};
-  if (!folder_.empty()) {
-    SetErrorFile((folder_ + system::kSeparator + system::kErrorFile).c_str());
-  }
+  SetErrorFile(error_file_.c_str());
 }
 
 Session::~Session() {
@@ -43,7 +42,7 @@ Session::~Session() {
   const CallbackTable none{};
   SetCallBacks(&none);
   current_ = nullptr;
-  system::remove_private_folder();
+  system::remove_error_file();
 }
 
 void Session::set_callbacks(bool report_always) {
@@ -73,7 +72,7 @@ int32_t Session::on_interrupt() {
 
 void Session::leave(int status) {
   progress_.erase();
-  system::remove_private_folder();
+  system::remove_error_file();
   system::leave(status);
 }
 
@@ -130,23 +129,28 @@ void Session::copy_seeds(int32_t target, size_t count) {
   finish(copied == static_cast<int32_t>(count) ? copied : -1, "list of files");
 }
 
+// One of the paths will do where the system cannot show a file that is known.
+void Session::make_seed(const std::vector<std::string>& paths) {
+  auto try_file = [&](const std::string& path) {
+    const bool named = path.find(system::kSeparator) != std::string::npos;
+    const std::string full =
+        named ? path : std::string(".") + system::kSeparator + path;
+    if (is_sayable(full)) seeds_ = find(kSeeds, '0' + full, FactOptions{});
+    return seeds_ > 0;
+  };
+  if (try_file(system::known_file())) return;
+  if (std::any_of(paths.begin(), paths.end(), try_file)) return;
+  throw Failure{paths.front(), "cannot be entered into the list of files"};
+}
+
 // Doubles the entries, so that many paths cost few calls.
 void Session::grow_seeds(size_t count) {
-  if (seeds_ == 0) {
-    const std::string seed = folder_ + system::kSeparator + system::kSeedFile;
-    if (folder_.empty() || !is_sayable(folder_) ||
-        !system::make_empty_file(seed) ||
-        find(kSeeds, '0' + seed, FactOptions{}) != 1) {
-      throw Failure{folder_.empty() ? "temporary files" : folder_,
-                    "no temporary file can be made there"};
-    }
-    seeds_ = 1;
-  }
   for (; seeds_ < count; seeds_ *= 2) copy_seeds(kSeeds, seeds_);
 }
 
 void Session::append_paths(const std::vector<std::string>& paths) {
   if (paths.empty()) return;
+  if (seeds_ == 0) make_seed(paths);
   grow_seeds(paths.size());
   uint32_t index = count();
   copy_seeds(kFiles, paths.size());
@@ -206,9 +210,7 @@ uint32_t Session::find_in_files(const TextSearch& search) {
 }
 
 void Session::complain_about_errors() {
-  if (folder_.empty()) return;
-  std::ifstream file(folder_ + system::kSeparator + system::kErrorFile,
-                     std::ios::binary);
+  std::ifstream file(error_file_, std::ios::binary);
   file.seekg(static_cast<std::streamoff>(error_bytes_read_));
   const std::string bytes{std::istreambuf_iterator<char>(file), {}};
   error_bytes_read_ += bytes.size();

@@ -2,10 +2,10 @@
 // lists as questions with answers, its failures as exceptions.
 //
 // Files are listed in list 1. Paths that no search specification can say are
-// entered through list 0: an entry is made there from an empty file, copied as
-// often as needed, and the copies are renamed.
+// entered through list 0: an entry is made there from any file there is, copied
+// as often as needed, and the copies are renamed.
 //
-// Tested by tests/cli/command_test.cpp
+// Tested by tests/cli/command_test.cpp, tests/cli/posix_library_test.cpp
 #pragma once
 
 #include <array>
@@ -96,6 +96,7 @@ class Session {
   [[noreturn]] void leave(int status);
   uint32_t find(int32_t list, const std::string& specification,
                 const FactOptions& facts);
+  void make_seed(const std::vector<std::string>& paths);
   void grow_seeds(size_t count);
   void copy_seeds(int32_t target, size_t count);
   // Ends an operation: erases the bar, throws when there is a reason to.
@@ -105,7 +106,7 @@ class Session {
   static Session* current_;  // for the callbacks
 
   Progress progress_;
-  std::string folder_;  // for temporary files; may be missing
+  std::string error_file_;
   size_t error_bytes_read_ = 0;
   std::vector<char> buffer_;
   size_t seeds_ = 0;

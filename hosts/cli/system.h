@@ -49,14 +49,13 @@ bool is_terminal(Stream stream);
 // Width in characters; 80 where it is not known.
 size_t terminal_columns();
 
-// A folder of this process alone for the two files below; one at a time.
-// Answers its path, empty when none can be made. It goes with
-// remove_private_folder() or when the process is told to stop twice.
-std::string make_private_folder();
-void remove_private_folder();
-inline constexpr char kErrorFile[] = "errors";
-inline constexpr char kSeedFile[] = "entry";
-bool make_empty_file(const std::string& path);
+// A name in the folder for temporary files that nobody can guess; the file is
+// not made. It goes with remove_error_file() or when the process is told to
+// stop twice.
+std::string error_file_name();
+void remove_error_file();
+// A file that exists as long as this process runs; empty when there is none.
+std::string known_file();
 
 // From now on Ctrl-C and its like are noted rather than obeyed. The second one
 // ends the process at once.

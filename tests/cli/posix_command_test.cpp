@@ -187,31 +187,15 @@ TEST_F(PosixCommand, TellsWhenItsReaderIsGone) {
   EXPECT_EQ(read_file(errors), "zenfo: standard output: Broken pipe\n");
 }
 
-TEST_F(PosixCommand, LeavesNoTemporaryFolderBehind) {
-  Start start;
-  start.folder = folder_.path();
-  start.temporary_folder = folder_.folder("tmp");
-  folder_.file("a.txt", "plum\n");
-  start.arguments = {"find", "plum", "a.txt", "nowhere"};
-  run_zenfo(start);
-  start.arguments = {"find", "-q", "plum", "a.txt"};
-  run_zenfo(start);
-  EXPECT_TRUE(std::filesystem::is_empty(start.temporary_folder));
-}
-
-TEST_F(PosixCommand, SearchesFoldersWithoutATemporaryFolder) {
+TEST_F(PosixCommand, WorksWithoutAFolderForTemporaryFiles) {
   folder_.file("a.txt", "plum\n");
   Start start;
   start.folder = folder_.path();
   start.temporary_folder = folder_.path("nowhere");
-  start.arguments = {"find", "plum"};
-  EXPECT_EQ(run_zenfo(start), (Outcome{"a.txt\n", "", 0}));
-  start.arguments = {"find", "plum", "a.txt"};
-  EXPECT_EQ(run_zenfo(start),
-            (Outcome{"",
-                     "zenfo: temporary files: no temporary file can be made "
-                     "there\n",
-                     2}));
+  for (const std::string path : {".", "a.txt"}) {
+    start.arguments = {"find", "-rq", "plum", path};
+    EXPECT_EQ(run_zenfo(start), (Outcome{"", "", 0}));
+  }
 }
 
 }  // namespace

@@ -3,12 +3,14 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/ioctl.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -18,8 +20,8 @@ namespace {
 // The library loads no larger file.
 constexpr int64_t kLargestFile = INT32_MAX - 1;
 
-// Read by the signal handler, so plain memory. Empty: there is no folder.
-char private_folder[4096] = "";
+// Read by the signal handler, so plain memory.
+char error_file[4096] = "";
 volatile std::sig_atomic_t stop_signal = 0;
 
 std::string reason_of(int error) {
@@ -39,19 +41,9 @@ int descriptor(Stream stream) {
   return stream == Stream::kOutput ? STDOUT_FILENO : STDERR_FILENO;
 }
 
-// Safe in a signal handler.
-void unlink_private(const char* name) {
-  char path[sizeof private_folder + 16];
-  const size_t length = std::strlen(private_folder);
-  std::memcpy(path, private_folder, length);
-  path[length] = kSeparator;
-  std::strcpy(path + length + 1, name);
-  unlink(path);
-}
-
 extern "C" void on_stop_signal(int number) {
   if (stop_signal != 0) {
-    remove_private_folder();
+    remove_error_file();
     _exit(128 + number);
   }
   stop_signal = number;
@@ -121,29 +113,23 @@ size_t terminal_columns() {
   return size.ws_col;
 }
 
-std::string make_private_folder() {
-  const char* parent = std::getenv("TMPDIR");
-  std::string path = parent != nullptr && *parent != '\0' ? parent : "/tmp";
-  path += "/zenfo-XXXXXX";
-  if (path.size() >= sizeof private_folder || mkdtemp(path.data()) == nullptr) {
-    return "";
-  }
-  std::strcpy(private_folder, path.c_str());
-  return path;
+std::string error_file_name() {
+  const char* folder = std::getenv("TMPDIR");
+  if (folder == nullptr || *folder == '\0') folder = "/tmp";
+  uint64_t number = 0;
+  if (getrandom(&number, sizeof number, 0) != sizeof number) return "";
+  const int length =
+      std::snprintf(error_file, sizeof error_file, "%s/zenfo-%016llx.errors",
+                    folder, static_cast<unsigned long long>(number));
+  if (length >= static_cast<int>(sizeof error_file)) error_file[0] = '\0';
+  return error_file;
 }
 
-void remove_private_folder() {
-  if (private_folder[0] == '\0') return;
-  unlink_private(kErrorFile);
-  unlink_private(kSeedFile);
-  rmdir(private_folder);
-  private_folder[0] = '\0';
+void remove_error_file() {
+  if (error_file[0] != '\0') unlink(error_file);
 }
 
-bool make_empty_file(const std::string& path) {
-  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-  return file >= 0 && close(file) == 0;
-}
+std::string known_file() { return "/proc/self/exe"; }
 
 void watch_for_stop() {
   struct sigaction action {};

@@ -14,7 +14,7 @@ constexpr int64_t kLargestFile = INT32_MAX - 1;
 constexpr int kStopStatus = 130;
 
 // Read by the thread that answers Ctrl-C, so plain memory.
-char private_folder[MAX_PATH] = "";
+char error_file[MAX_PATH] = "";
 std::atomic<bool> stop_asked{false};
 
 class Handle {
@@ -59,13 +59,9 @@ HANDLE handle_of(Stream stream) {
                                                 : STD_ERROR_HANDLE);
 }
 
-std::string in_private_folder(const char* name) {
-  return std::string(private_folder) + kSeparator + name;
-}
-
 BOOL WINAPI on_stop(DWORD) {
   if (stop_asked.exchange(true)) {
-    remove_private_folder();
+    remove_error_file();
     leave(kStopStatus);
   }
   return TRUE;
@@ -143,35 +139,28 @@ size_t terminal_columns() {
   return static_cast<size_t>(info.dwSize.X);
 }
 
-std::string make_private_folder() {
-  char parent[MAX_PATH + 1];
-  const DWORD length = GetTempPathA(sizeof parent, parent);
-  if (length == 0 || length >= sizeof parent) return "";
-  const std::string name =
-      parent + ("zenfo-" + std::to_string(GetCurrentProcessId()));
-  for (int attempt = 0; attempt < 100; ++attempt) {
-    const std::string path = name + '-' + std::to_string(attempt);
-    if (path.size() >= sizeof private_folder) return "";
-    if (CreateDirectoryA(path.c_str(), nullptr)) {
-      *std::copy(path.begin(), path.end(), private_folder) = '\0';
-      return path;
-    }
-  }
-  return "";
+std::string error_file_name() {
+  char folder[MAX_PATH + 1] = "";
+  const DWORD length = GetTempPathA(sizeof folder, folder);
+  LARGE_INTEGER ticks;
+  QueryPerformanceCounter(&ticks);
+  const std::string path = folder +
+                           ("zenfo-" + std::to_string(GetCurrentProcessId()) +
+                            '-' + std::to_string(ticks.QuadPart)) +
+                           ".errors";
+  if (length == 0 || path.size() >= sizeof error_file) return "";
+  *std::copy(path.begin(), path.end(), error_file) = '\0';
+  return path;
 }
 
-void remove_private_folder() {
-  if (private_folder[0] == '\0') return;
-  DeleteFileA(in_private_folder(kErrorFile).c_str());
-  DeleteFileA(in_private_folder(kSeedFile).c_str());
-  RemoveDirectoryA(private_folder);
-  private_folder[0] = '\0';
+void remove_error_file() {
+  if (error_file[0] != '\0') DeleteFileA(error_file);
 }
 
-bool make_empty_file(const std::string& path) {
-  return Handle(CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr,
-                            CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr))
-      .valid();
+std::string known_file() {
+  char path[MAX_PATH + 1];
+  const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
+  return length < sizeof path ? std::string(path, length) : "";
 }
 
 void watch_for_stop() { SetConsoleCtrlHandler(on_stop, TRUE); }
