@@ -188,22 +188,22 @@ def prove(bench, row):
 # --- Rows that are not to be had yet -------------------------------------------
 
 @functools.cache
-def help_of(zenfo, command):
-    """The words that `zenfo COMMAND --help` shows; None without it."""
+def options_of(zenfo, command):
+    """The options that `zenfo COMMAND --help` lists; None without it."""
     done = subprocess.run([zenfo, command, "--help"], capture_output=True,
                           text=True, check=False)
-    return set(re.findall(r"[\w-]+", done.stdout)) \
-        if done.returncode == 0 else None
+    listed = re.findall(r"^ +(-[\w,-]+)", done.stdout, re.MULTILINE)
+    return set(",".join(listed).split(",")) if done.returncode == 0 else None
 
 
 def missing_option(bench, row):
     if row.check == "by_program":
         return missing_program(bench, row)
     command, *options = row.needs or (row.ours.split()[1],)
-    words = help_of(bench.zenfo, command)
-    if words is None:
+    known = options_of(bench.zenfo, command)
+    if known is None:
         return f"`zenfo {command}` is not there yet"
-    absent = [option for option in options if option not in words]
+    absent = [option for option in options if option not in known]
     return f"`zenfo {command}` has no {', '.join(absent)} yet" \
         if absent else None
 
