@@ -76,7 +76,7 @@ class Bench:
         self.zenfo = str(options.zenfo)
         self.programs = options.programs
         self.corpus = options.corpus
-        self.copy = options.corpus / "copy"
+        self.copy = options.copies / "copy"
         self.places = {part: options.corpus / part
                        for part in ("tree", "big", "log")}
         self.places |= {"paths": options.corpus / "paths.txt",
@@ -131,11 +131,19 @@ def closing_number(output, unit, place):
     return int(named[1] if named else closing.split()[place])
 
 
+def shown_size(number, unit):
+    """As zenfo shows it; a peer's bare bytes are turned into that."""
+    if unit in (b"B", b"KB"):
+        return number + b" " + unit
+    size = int(number)
+    return (b"%.1f KB" % (size / 1024)) if size > 1024 else b"%d B" % size
+
+
 def paths_and_sizes(output, bench):
-    """Every line's path and the number behind it; other lines are headings."""
+    """Every line's path and the size behind it; other lines are headings."""
     root = os.fsencode(bench.places["tree"]) + b"/"
     fields = (line.split() for line in output.splitlines())
-    return sorted((row[0], int(row[1])) for row in fields
+    return sorted((row[0], shown_size(*row[1:3])) for row in fields
                   if row and row[0].startswith(root))
 
 
@@ -351,6 +359,8 @@ def parse(arguments):
                         help="where the benchmark programs are")
     parser.add_argument("--corpus", type=Path,
                         default=ROOT / "build/bench/corpus")
+    parser.add_argument("--copies", type=Path, default=ROOT / "build/bench",
+                        help="where the copies for replace rows are put")
     parser.add_argument("--cpu", dest="clock", action="store_const",
                         const="cpu_ms", default="ms",
                         help="judge by processor time, for a machine that has "
