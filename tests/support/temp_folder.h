@@ -68,8 +68,7 @@ class TempFolder {
   // Creates the file and the folders above it; answers its path.
   std::string file(std::string_view name, std::string_view bytes) const {
     const std::string full = path(name);
-    std::filesystem::create_directories(
-        std::filesystem::path(full).parent_path());
+    std::filesystem::create_directories(full.substr(0, full.rfind(kSeparator)));
     write_file(full, bytes);
     return full;
   }

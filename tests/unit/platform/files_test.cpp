@@ -6,12 +6,12 @@
 #include <chrono>
 #include <string>
 
-#include "support/scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace zenfo::platform {
 namespace {
 
-using test::ScratchFolder;
+using test::TempFolder;
 
 constexpr uint64_t kMinute = 600000000;  // in steps of 100 ns
 
@@ -24,8 +24,8 @@ uint64_t file_time_now() {
 }
 
 TEST(ReadFileFacts, TellsSizeAndTimesOfAFile) {
-  const ScratchFolder folder;
-  const std::string path = folder.write("a.txt", std::string(70000, 'x'));
+  const TempFolder folder;
+  const std::string path = folder.file("a.txt", std::string(70000, 'x'));
   FileFacts facts;
   ASSERT_TRUE(read_file_facts(path.c_str(), facts));
   EXPECT_EQ(70000u, facts.size);
@@ -41,7 +41,7 @@ TEST(ReadFileFacts, TellsSizeAndTimesOfAFile) {
 }
 
 TEST(ReadFileFacts, TellsFoldersByTheirBitAndWithoutSize) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   FileFacts facts;
   facts.size = 1;
   ASSERT_TRUE(read_file_facts(folder.path().c_str(), facts));
@@ -50,8 +50,8 @@ TEST(ReadFileFacts, TellsFoldersByTheirBitAndWithoutSize) {
 }
 
 TEST(ReadFileFacts, LeavesFactsAloneWhenItFails) {
-  const ScratchFolder folder;
-  const std::string file = folder.write("file", "x");
+  const TempFolder folder;
+  const std::string file = folder.file("file", "x");
   const std::string inside_file = file + kPathSeparator + "x";
   for (const std::string& path :
        {std::string(), folder.path("missing"), inside_file,
@@ -67,16 +67,14 @@ TEST(ReadFileFacts, LeavesFactsAloneWhenItFails) {
 }
 
 TEST(ReadFileFacts, AnswersAlikeWithANearbyFolder) {
-  const ScratchFolder folder;
-  folder.make_folder("one");
-  folder.make_folder("two");
+  const TempFolder folder;
+  folder.folder("one");
+  folder.folder("two");
   const std::string s(1, kPathSeparator);
-  const std::string paths[] = {folder.write("one" + s + "a", "1"),
-                               folder.write("one" + s + "b", "22"),
-                               folder.write("one" + s + "c", "333"),
-                               folder.write("two" + s + "a", "4444"),
-                               folder.write("two" + s + "b", ""),
-                               folder.write("x", "55555")};
+  const std::string paths[] = {
+      folder.file("one" + s + "a", "1"),   folder.file("one" + s + "b", "22"),
+      folder.file("one" + s + "c", "333"), folder.file("two" + s + "a", "4444"),
+      folder.file("two" + s + "b", ""),    folder.file("x", "55555")};
   const uint64_t sizes[] = {1, 2, 3, 4, 0, 5};
   NearbyFolder nearby;
   for (const size_t i : {0, 1, 2, 3, 4, 5, 2, 1, 0, 4, 4, 0, 3}) {
@@ -95,8 +93,8 @@ TEST(ReadFileFacts, AnswersAlikeWithANearbyFolder) {
 }
 
 TEST(IsFile, IsTrueForFilesOnly) {
-  const ScratchFolder folder;
-  const std::string file = folder.write("a", "");
+  const TempFolder folder;
+  const std::string file = folder.file("a", "");
   EXPECT_TRUE(is_file(file.c_str()));
   EXPECT_FALSE(is_file(folder.path().c_str()));
   EXPECT_FALSE(is_file(folder.path("b").c_str()));
@@ -104,8 +102,8 @@ TEST(IsFile, IsTrueForFilesOnly) {
 }
 
 TEST(IsFolder, IsTrueForFoldersOnly) {
-  const ScratchFolder folder;
-  const std::string file = folder.write("a", "");
+  const TempFolder folder;
+  const std::string file = folder.file("a", "");
   EXPECT_TRUE(is_folder(folder.path().c_str()));
   EXPECT_TRUE(is_folder(folder.path("").c_str()));
   EXPECT_FALSE(is_folder(file.c_str()));
@@ -114,8 +112,8 @@ TEST(IsFolder, IsTrueForFoldersOnly) {
 }
 
 TEST(Exists, NeverFindsAPattern) {
-  const ScratchFolder folder;
-  folder.write("abc", "");
+  const TempFolder folder;
+  folder.file("abc", "");
   EXPECT_TRUE(exists(folder.path("abc").c_str()));
   EXPECT_TRUE(exists(folder.path().c_str()));
   EXPECT_FALSE(exists(folder.path("abd").c_str()));
@@ -125,18 +123,18 @@ TEST(Exists, NeverFindsAPattern) {
 }
 
 TEST(DeleteFile, DeletesFilesAndNoFolders) {
-  const ScratchFolder folder;
-  const std::string file = folder.write("a", "x");
+  const TempFolder folder;
+  const std::string file = folder.file("a", "x");
   EXPECT_TRUE(delete_file(file.c_str()));
   EXPECT_FALSE(exists(file.c_str()));
   EXPECT_FALSE(delete_file(file.c_str()));
-  const std::string inner = folder.make_folder("b");
+  const std::string inner = folder.folder("b");
   EXPECT_FALSE(delete_file(inner.c_str()));
   EXPECT_TRUE(is_folder(inner.c_str()));
 }
 
 TEST(CreateFolder, FailsForWhatExistsOrHasNoParent) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   EXPECT_TRUE(create_folder(folder.path("a").c_str()));
   EXPECT_TRUE(is_folder(folder.path("a").c_str()));
   EXPECT_FALSE(create_folder(folder.path("a").c_str()));

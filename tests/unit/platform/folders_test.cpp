@@ -7,12 +7,12 @@
 #include <vector>
 
 #include "platform/files.h"
-#include "support/scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace zenfo::platform {
 namespace {
 
-using test::ScratchFolder;
+using test::TempFolder;
 using Names = std::vector<std::string>;
 
 Names sorted(Names names) {
@@ -39,11 +39,11 @@ Names files_of(FolderListing& listing, const char* pattern) {
 }
 
 TEST(FolderListing, TellsFilesFromFolders) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   for (const char* name : {"b.txt", "a.log", "c", ".hidden"}) {
-    folder.write(name, "");
+    folder.file(name, "");
   }
-  for (const char* name : {"y", "x.txt", ".git"}) folder.make_folder(name);
+  for (const char* name : {"y", "x.txt", ".git"}) folder.folder(name);
   FolderListing listing(folder.path());
   EXPECT_EQ(folder.path(), listing.path());
   EXPECT_EQ((Names{"x.txt", "y"}), folders_of(listing));
@@ -52,9 +52,9 @@ TEST(FolderListing, TellsFilesFromFolders) {
 }
 
 TEST(FolderListing, TakesOnePatternAfterTheOther) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   for (const char* name : {"a.txt", "B.TXT", "c.log", "d", "e.txt.bak"}) {
-    folder.write(name, "");
+    folder.file(name, "");
   }
   FolderListing listing(folder.path());
   EXPECT_EQ((Names{"B.TXT", "a.txt"}), files_of(listing, "*.txt"));
@@ -66,10 +66,10 @@ TEST(FolderListing, TakesOnePatternAfterTheOther) {
 }
 
 TEST(FolderListing, StopsWhenTheVisitorSaysSo) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   for (const char* name : {"a", "b", "c"}) {
-    folder.write(name, "");
-    folder.make_folder(std::string("f") + name);
+    folder.file(name, "");
+    folder.folder(std::string("f") + name);
   }
   FolderListing listing(folder.path());
   int calls = 0;
@@ -82,8 +82,8 @@ TEST(FolderListing, StopsWhenTheVisitorSaysSo) {
 }
 
 TEST(FolderListing, LetsWhatTheVisitorThrowsPass) {
-  const ScratchFolder folder;
-  folder.write("a", "");
+  const TempFolder folder;
+  folder.file("a", "");
   FolderListing listing(folder.path());
   EXPECT_THROW(listing.visit_files("*",
                                    [](std::string_view) -> bool {
@@ -94,9 +94,9 @@ TEST(FolderListing, LetsWhatTheVisitorThrowsPass) {
 }
 
 TEST(FolderListing, MayBeMovedByItsVisitor) {
-  const ScratchFolder folder;
-  folder.make_folder("a");
-  folder.make_folder("b");
+  const TempFolder folder;
+  folder.folder("a");
+  folder.folder("b");
   std::vector<FolderListing> listings;
   listings.emplace_back(folder.path());
   Names names;
@@ -112,8 +112,8 @@ TEST(FolderListing, MayBeMovedByItsVisitor) {
 }
 
 TEST(FolderListing, HasNoNamesWhenTheFolderCannotBeRead) {
-  const ScratchFolder folder;
-  const std::string file = folder.write("file", "");
+  const TempFolder folder;
+  const std::string file = folder.file("file", "");
   for (const std::string& path :
        {file, folder.path("missing"), std::string(100000, 'x')}) {
     FolderListing listing(path);
@@ -123,7 +123,7 @@ TEST(FolderListing, HasNoNamesWhenTheFolderCannotBeRead) {
 }
 
 TEST(FolderListing, HasNoNamesInAnEmptyFolder) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   FolderListing listing(folder.path());
   EXPECT_EQ(Names{}, folders_of(listing));
   EXPECT_EQ(Names{}, files_of(listing, "*.*"));
@@ -135,12 +135,12 @@ TEST(FolderListing, ListsTheRootForAnEmptyPath) {
 }
 
 TEST(DeleteFilesIn, DeletesWantedFilesAndKeepsFolders) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   for (const char* name : {"a.txt", "b.txt", ".hidden", "keep"}) {
-    folder.write(name, "x");
+    folder.file(name, "x");
   }
-  folder.make_folder("inner");
-  folder.write(std::string("inner") + kPathSeparator + "c.txt", "x");
+  folder.folder("inner");
+  folder.file(std::string("inner") + kPathSeparator + "c.txt", "x");
   Names asked;
   delete_files_in(folder.path().c_str(), [&](std::string_view name) {
     asked.emplace_back(name);
@@ -155,8 +155,8 @@ TEST(DeleteFilesIn, DeletesWantedFilesAndKeepsFolders) {
 }
 
 TEST(DeleteFilesIn, AsksNothingInAFolderThatCannotBeRead) {
-  const ScratchFolder folder;
-  const std::string file = folder.write("file", "");
+  const TempFolder folder;
+  const std::string file = folder.file("file", "");
   for (const std::string& path : {file, folder.path("missing")}) {
     int asked = 0;
     delete_files_in(path.c_str(), [&](std::string_view) {

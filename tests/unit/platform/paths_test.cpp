@@ -8,12 +8,12 @@
 #ifdef _WIN32
 #include "platform/win32/system.h"
 #endif
-#include "support/scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace zenfo::platform {
 namespace {
 
-using test::ScratchFolder;
+using test::TempFolder;
 
 class WorkingFolder {
  public:
@@ -28,7 +28,7 @@ class WorkingFolder {
 };
 
 TEST(IsRootFolder, IsTrueForRootsOnly) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string root =
       std::filesystem::path(folder.path()).root_path().string();
   EXPECT_TRUE(is_root_folder(root)) << root;
@@ -58,7 +58,7 @@ TEST(IsRootFolder, TakesDrivesAndShares) {
 #endif
 
 TEST(AbsolutePath, JoinsTheWorkingFolder) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const WorkingFolder working(folder.path());
   const std::string here = std::filesystem::current_path().string();
   EXPECT_EQ(here + kPathSeparator + "a", absolute_path("a"));
@@ -69,7 +69,7 @@ TEST(AbsolutePath, JoinsTheWorkingFolder) {
 }
 
 TEST(AbsolutePath, TakesPathsOfAnyLength) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   for (const size_t length : {200, 259, 260, 261, 1000}) {
     const std::string path = folder.path(std::string(length, 'a'));
     EXPECT_EQ(path, absolute_path(path.c_str()));

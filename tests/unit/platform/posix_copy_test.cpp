@@ -9,13 +9,13 @@
 #include <string>
 
 #include "platform/files.h"
-#include "support/scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace zenfo::platform {
 namespace {
 
-using test::read_bytes;
-using test::ScratchFolder;
+using test::read_file;
+using test::TempFolder;
 
 struct stat stat_of(const std::string& path) {
   struct stat found = {};
@@ -38,15 +38,15 @@ bool copy_with_limit(rlim_t size, const std::string& from,
 }
 
 TEST(PosixCopyFile, KeepsModeAndTimesToTheNanosecond) {
-  const ScratchFolder folder;
-  const std::string from = folder.write("from", "content");
+  const TempFolder folder;
+  const std::string from = folder.file("from", "content");
   const struct timespec times[] = {{1234567890, 123456789},
                                    {987654321, 987654321}};
   for (const mode_t mode : {0600, 0644, 0755, 0444, 0666}) {
     for (const bool target_exists : {false, true}) {
       const std::string to = folder.path("to");
       unlink(to.c_str());
-      if (target_exists) folder.write("to", "old and longer content");
+      if (target_exists) folder.file("to", "old and longer content");
       ASSERT_EQ(0, chmod(from.c_str(), mode));
       ASSERT_EQ(0, utimensat(AT_FDCWD, from.c_str(), times, 0));
       ASSERT_TRUE(copy_file(from.c_str(), to.c_str()));
@@ -56,15 +56,15 @@ TEST(PosixCopyFile, KeepsModeAndTimesToTheNanosecond) {
       EXPECT_EQ(times[0].tv_nsec, copy.st_atim.tv_nsec);
       EXPECT_EQ(times[1].tv_sec, copy.st_mtim.tv_sec);
       EXPECT_EQ(times[1].tv_nsec, copy.st_mtim.tv_nsec);
-      EXPECT_EQ("content", read_bytes(to));
+      EXPECT_EQ("content", read_file(to));
     }
   }
 }
 
 TEST(PosixCopyFile, TakesLinksForWhatTheyLeadTo) {
-  const ScratchFolder folder;
-  const std::string file = folder.write("file", "content");
-  const std::string other = folder.write("other", "other");
+  const TempFolder folder;
+  const std::string file = folder.file("file", "content");
+  const std::string other = folder.file("other", "other");
   const std::string link = folder.path("link");
   const std::string twin = folder.path("twin");
   ASSERT_EQ(0, symlink("file", link.c_str()));
@@ -73,16 +73,16 @@ TEST(PosixCopyFile, TakesLinksForWhatTheyLeadTo) {
     EXPECT_FALSE(copy_file(file.c_str(), same.c_str()));
     EXPECT_FALSE(copy_file(same.c_str(), file.c_str()));
   }
-  EXPECT_EQ("content", read_bytes(file));
+  EXPECT_EQ("content", read_file(file));
   EXPECT_TRUE(copy_file(other.c_str(), link.c_str()));
-  EXPECT_EQ("other", read_bytes(file));
+  EXPECT_EQ("other", read_file(file));
 }
 
 TEST(PosixCopyFile, RefusesWhatIsNoOrdinaryFile) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string pipe = folder.path("pipe");
   const std::string to = folder.path("to");
-  const std::string file = folder.write("file", "content");
+  const std::string file = folder.file("file", "content");
   ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
   EXPECT_FALSE(copy_file(pipe.c_str(), to.c_str()));
   EXPECT_FALSE(copy_file("/dev/null", to.c_str()));
@@ -97,39 +97,39 @@ TEST(PosixCopyFile, RefusesWhatIsNoOrdinaryFile) {
 
 // Its size is 0 and the system's own copy finds nothing in it.
 TEST(PosixCopyFile, CopiesFilesThatHideTheirSize) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string to = folder.path("to");
   ASSERT_TRUE(copy_file("/proc/self/cmdline", to.c_str()));
-  EXPECT_EQ(read_bytes("/proc/self/cmdline"), read_bytes(to));
-  EXPECT_NE("", read_bytes(to));
+  EXPECT_EQ(read_file("/proc/self/cmdline"), read_file(to));
+  EXPECT_NE("", read_file(to));
 }
 
 TEST(PosixCopyFile, RemovesACopyCutShort) {
-  const ScratchFolder folder;
-  const std::string from = folder.write("from", std::string(100000, 'x'));
+  const TempFolder folder;
+  const std::string from = folder.file("from", std::string(100000, 'x'));
   const std::string to = folder.path("to");
   EXPECT_FALSE(copy_with_limit(5000, from, to));
   EXPECT_FALSE(exists(to.c_str()));
-  folder.write("to", "old");
+  folder.file("to", "old");
   EXPECT_FALSE(copy_with_limit(5000, from, to));
   EXPECT_FALSE(exists(to.c_str()));
   EXPECT_TRUE(copy_with_limit(100000, from, to));
-  EXPECT_EQ(read_bytes(from), read_bytes(to));
+  EXPECT_EQ(read_file(from), read_file(to));
 }
 
 TEST(PosixCopyFile, EmptiesTheFileBehindALinkWhenCutShort) {
-  const ScratchFolder folder;
-  const std::string from = folder.write("from", std::string(100000, 'x'));
-  const std::string file = folder.write("file", "old");
+  const TempFolder folder;
+  const std::string from = folder.file("from", std::string(100000, 'x'));
+  const std::string file = folder.file("file", "old");
   const std::string link = folder.path("link");
   ASSERT_EQ(0, symlink("file", link.c_str()));
   EXPECT_FALSE(copy_with_limit(5000, from, link));
   EXPECT_TRUE(exists(link.c_str()));
-  EXPECT_EQ("", read_bytes(file));
+  EXPECT_EQ("", read_file(file));
 }
 
 TEST(PosixCopyFile, RemovesTheTargetWhenTheSourceCannotBeRead) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string to = folder.path("to");
   EXPECT_FALSE(copy_file("/proc/self/mem", to.c_str()));
   EXPECT_FALSE(exists(to.c_str()));

@@ -7,12 +7,12 @@
 #include <string>
 
 #include "platform/files.h"
-#include "support/scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace zenfo::platform {
 namespace {
 
-using test::ScratchFolder;
+using test::TempFolder;
 
 uint32_t attributes_of(const std::string& path) {
   FileFacts facts;
@@ -21,8 +21,8 @@ uint32_t attributes_of(const std::string& path) {
 }
 
 TEST(PosixFileFacts, CountTimesFrom1601InHundredsOfNanoseconds) {
-  const ScratchFolder folder;
-  const std::string path = folder.write("a", "");
+  const TempFolder folder;
+  const std::string path = folder.file("a", "");
   const struct timespec times[] = {{1, 999999999}, {1700000000, 123456789}};
   ASSERT_EQ(0, utimensat(AT_FDCWD, path.c_str(), times, 0));
   FileFacts facts;
@@ -32,8 +32,8 @@ TEST(PosixFileFacts, CountTimesFrom1601InHundredsOfNanoseconds) {
 }
 
 TEST(PosixFileFacts, TakeTimesBefore1970) {
-  const ScratchFolder folder;
-  const std::string path = folder.write("a", "");
+  const TempFolder folder;
+  const std::string path = folder.file("a", "");
   const struct timespec times[] = {{-1, 0}, {-100000, 0}};
   ASSERT_EQ(0, utimensat(AT_FDCWD, path.c_str(), times, 0));
   FileFacts facts;
@@ -43,8 +43,8 @@ TEST(PosixFileFacts, TakeTimesBefore1970) {
 }
 
 TEST(PosixFileFacts, CallReadOnlyWhatNobodyMayWrite) {
-  const ScratchFolder folder;
-  const std::string path = folder.write("a", "");
+  const TempFolder folder;
+  const std::string path = folder.file("a", "");
   const struct {
     mode_t mode;
     uint32_t attributes;
@@ -60,20 +60,20 @@ TEST(PosixFileFacts, CallReadOnlyWhatNobodyMayWrite) {
 }
 
 TEST(PosixFileFacts, CallHiddenWhatBeginsWithAPoint) {
-  const ScratchFolder folder;
-  EXPECT_EQ(kAttributeHidden, attributes_of(folder.write(".a", "")));
-  EXPECT_EQ(kAttributeNormal, attributes_of(folder.write("a.b", "")));
-  const std::string inner = folder.make_folder(".inner");
+  const TempFolder folder;
+  EXPECT_EQ(kAttributeHidden, attributes_of(folder.file(".a", "")));
+  EXPECT_EQ(kAttributeNormal, attributes_of(folder.file("a.b", "")));
+  const std::string inner = folder.folder(".inner");
   EXPECT_EQ(kAttributeHidden | kAttributeDirectory, attributes_of(inner));
   EXPECT_EQ(kAttributeHidden | kAttributeDirectory, attributes_of(inner + "/"));
-  EXPECT_EQ(kAttributeNormal, attributes_of(folder.write(".inner/a", "")));
+  EXPECT_EQ(kAttributeNormal, attributes_of(folder.file(".inner/a", "")));
   EXPECT_EQ(kAttributeDirectory, attributes_of(inner + "/."));
   EXPECT_EQ(kAttributeDirectory, attributes_of(inner + "/.."));
 }
 
 TEST(PosixFileFacts, FollowLinksAndFailOnBrokenOnes) {
-  const ScratchFolder folder;
-  const std::string file = folder.write("file", "12345");
+  const TempFolder folder;
+  const std::string file = folder.file("file", "12345");
   const std::string good = folder.path("good");
   const std::string broken = folder.path("broken");
   const std::string loop = folder.path("loop");
@@ -93,7 +93,7 @@ TEST(PosixFileFacts, FollowLinksAndFailOnBrokenOnes) {
 }
 
 TEST(PosixFileFacts, GiveNoSizeToPipes) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string pipe = folder.path("pipe");
   ASSERT_EQ(0, mkfifo(pipe.c_str(), 0600));
   FileFacts facts;
@@ -102,11 +102,11 @@ TEST(PosixFileFacts, GiveNoSizeToPipes) {
 }
 
 TEST(PosixFileFacts, TakeNamesOfAnyBytes) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   for (const std::string& name :
        {std::string(255, 'n'), std::string("\xE4\xF6\xFC"),
         std::string("\xC3\xA4 b\n\t\\c"), std::string("\x01\x7F\x80\xFF")}) {
-    const std::string path = folder.write(name, name);
+    const std::string path = folder.file(name, name);
     NearbyFolder nearby;
     for (int i = 0; i < 3; ++i) {
       FileFacts facts;
@@ -119,9 +119,9 @@ TEST(PosixFileFacts, TakeNamesOfAnyBytes) {
 
 // The second path in a row goes through the open folder, the first does not.
 TEST(PosixNearbyFolder, RefusesPathsTooLongForTheSystem) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string name = "a";
-  folder.write(name, "x");
+  folder.file(name, "x");
   std::string path = folder.path();
   while (path.size() < 4096) path += "/.";
   path += "/" + name;
@@ -140,9 +140,9 @@ TEST(PosixNearbyFolder, RefusesPathsTooLongForTheSystem) {
 }
 
 TEST(PosixNearbyFolder, KeepsReadingAFolderThatWasRenamed) {
-  const ScratchFolder folder;
-  const std::string before = folder.make_folder("before");
-  const std::string file = folder.write("before/a", "123");
+  const TempFolder folder;
+  const std::string before = folder.folder("before");
+  const std::string file = folder.file("before/a", "123");
   NearbyFolder nearby;
   FileFacts facts;
   ASSERT_TRUE(read_file_facts(file.c_str(), facts, &nearby));

@@ -12,12 +12,12 @@
 #include <vector>
 
 #include "platform/files.h"
-#include "support/scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace zenfo::platform {
 namespace {
 
-using test::ScratchFolder;
+using test::TempFolder;
 using Names = std::vector<std::string>;
 
 // In the order given.
@@ -50,9 +50,9 @@ void make_socket(const std::string& path) {
   close(handle);
 }
 
-void make_one_of_each(const ScratchFolder& folder) {
-  folder.write("file", "x");
-  folder.make_folder("folder");
+void make_one_of_each(const TempFolder& folder) {
+  folder.file("file", "x");
+  folder.folder("folder");
   const auto link = [&](const char* target, const char* name) {
     ASSERT_EQ(0, symlink(target, folder.path(name).c_str()));
   };
@@ -67,7 +67,7 @@ void make_one_of_each(const ScratchFolder& folder) {
 }
 
 TEST(PosixFolderListing, FollowsLinksToFilesOnly) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   make_one_of_each(folder);
   FolderListing listing(folder.path());
   EXPECT_EQ((Names{"folder"}), folders_of(listing));
@@ -75,31 +75,31 @@ TEST(PosixFolderListing, FollowsLinksToFilesOnly) {
 }
 
 TEST(PosixFolderListing, ListsALinkToAFolderThatItIsGiven) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   make_one_of_each(folder);
-  folder.write("folder/inside", "");
+  folder.file("folder/inside", "");
   FolderListing listing(folder.path("link-to-folder"));
   EXPECT_EQ((Names{"inside"}), files_of(listing));
 }
 
 TEST(PosixFolderListing, SortsByByte) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const Names names = {"A",    "B",        "a",    "a b",
                        "a-",   "a.b",      "ab",   "\x7F",
                        "\x80", "\xC3\xA4", "\xFF", std::string(255, '\xFF')};
   for (auto name = names.rbegin(); name != names.rend(); ++name) {
-    folder.write(*name, "");
+    folder.file(*name, "");
   }
   FolderListing listing(folder.path());
   EXPECT_EQ(names, files_of(listing));
 }
 
 TEST(PosixFolderListing, ReadsMoreThanOnePieceOfNames) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   Names names;
   for (int i = 0; i < 1000; ++i) {
     std::string name = std::to_string(10000 + i) + std::string(200, 'n');
-    folder.write(name, "");
+    folder.file(name, "");
     names.push_back(std::move(name));
   }
   FolderListing listing(folder.path());
@@ -107,33 +107,33 @@ TEST(PosixFolderListing, ReadsMoreThanOnePieceOfNames) {
 }
 
 TEST(PosixFolderListing, ReadsTheFolderOnceWhenFirstAsked) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   FolderListing listing(folder.path());
-  folder.write("a", "");
+  folder.file("a", "");
   EXPECT_EQ(Names{}, folders_of(listing));
-  folder.write("b", "");
-  folder.make_folder("c");
+  folder.file("b", "");
+  folder.folder("c");
   EXPECT_EQ((Names{"a"}), files_of(listing));
   EXPECT_EQ(Names{}, folders_of(listing));
 }
 
 TEST(PosixFolderListing, TakesAPatternThatEndsInAPointForNamesWithoutOne) {
-  const ScratchFolder folder;
-  for (const char* name : {"a.txt", "b", "c.", "dd"}) folder.write(name, "");
+  const TempFolder folder;
+  for (const char* name : {"a.txt", "b", "c.", "dd"}) folder.file(name, "");
   FolderListing listing(folder.path());
   EXPECT_EQ((Names{"b", "dd"}), files_of(listing, "*."));
   EXPECT_EQ((Names{"b"}), files_of(listing, "?."));
 }
 
 TEST(PosixFolderListing, HasNoFilesForAnEmptyPattern) {
-  const ScratchFolder folder;
-  folder.write("a", "");
+  const TempFolder folder;
+  folder.file("a", "");
   FolderListing listing(folder.path());
   EXPECT_EQ(Names{}, files_of(listing, ""));
 }
 
 TEST(PosixFolderListing, GoesAsDeepAsPathsReach) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   std::string path = folder.path();
   const std::string name(200, 'd');
   while (path.size() + name.size() + 20 < 4096) {
@@ -157,8 +157,8 @@ TEST(PosixFolderListing, ListsAFolderOfTheKernel) {
 }
 
 TEST(PosixDeleteFilesIn, DeletesAllButFoldersAndLinksToFolders) {
-  const ScratchFolder folder;
-  const ScratchFolder other;
+  const TempFolder folder;
+  const TempFolder other;
   make_one_of_each(folder);
   const std::string target = other.write("target", "x");
   ASSERT_EQ(0, symlink(target.c_str(), folder.path("far").c_str()));

@@ -5,15 +5,15 @@
 #include <string>
 
 #include "platform/files.h"
-#include "support/scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace zenfo::platform {
 namespace {
 
-using test::ScratchFolder;
+using test::TempFolder;
 
 TEST(PosixIsRootFolder, SeesThroughLinks) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string link = folder.path("root");
   ASSERT_EQ(0, symlink("/", link.c_str()));
   EXPECT_TRUE(is_root_folder(link));
@@ -23,8 +23,8 @@ TEST(PosixIsRootFolder, SeesThroughLinks) {
 
 TEST(PosixAbsolutePath, IsUnchangedWhenTheWorkingFolderIsGone) {
   const auto old = std::filesystem::current_path();
-  const ScratchFolder folder;
-  const std::string gone = folder.make_folder("gone");
+  const TempFolder folder;
+  const std::string gone = folder.folder("gone");
   std::filesystem::current_path(gone);
   std::filesystem::remove(gone);
   EXPECT_EQ("a", absolute_path("a"));

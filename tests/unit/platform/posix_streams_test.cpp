@@ -10,13 +10,13 @@
 #include <string>
 
 #include "platform/files.h"
-#include "support/scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace zenfo::platform {
 namespace {
 
-using test::read_bytes;
-using test::ScratchFolder;
+using test::read_file;
+using test::TempFolder;
 
 // Writing behind `size` fails while it lives.
 class FileSizeLimit {
@@ -38,7 +38,7 @@ class FileSizeLimit {
 };
 
 TEST(PosixInputFile, NeverWaitsForAPipe) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string path = folder.path("pipe");
   ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
   InputFile file;
@@ -71,7 +71,7 @@ TEST(PosixInputFile, ReportsAReadThatFails) {
 }
 
 TEST(PosixInputFile, RefusesLinksThatLeadNowhere) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   ASSERT_EQ(0, symlink("loop", folder.path("loop").c_str()));
   ASSERT_EQ(0, symlink("nowhere", folder.path("broken").c_str()));
   ASSERT_EQ(0, symlink(".", folder.path("folder").c_str()));
@@ -82,8 +82,8 @@ TEST(PosixInputFile, RefusesLinksThatLeadNowhere) {
 }
 
 TEST(PosixInputFile, DoesNotReachTheProgramsItsHostStarts) {
-  const ScratchFolder folder;
-  const std::string path = folder.write("a", "x");
+  const TempFolder folder;
+  const std::string path = folder.file("a", "x");
   const int next = open("/dev/null", O_RDONLY);
   close(next);
   InputFile file;
@@ -102,7 +102,7 @@ TEST(PosixOutputFile, ReportsAFullDevice) {
 }
 
 TEST(PosixOutputFile, ReportsAWriteCutShort) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string path = folder.path("a");
   const std::string text(100, 'x');
   OutputFile file;
@@ -112,11 +112,11 @@ TEST(PosixOutputFile, ReportsAWriteCutShort) {
     EXPECT_FALSE(file.write(text.data(), text.size()));
   }
   EXPECT_TRUE(file.close());
-  EXPECT_EQ(std::string(10, 'x'), read_bytes(path));
+  EXPECT_EQ(std::string(10, 'x'), read_file(path));
 }
 
 TEST(PosixOutputFile, DoesNotWaitForTheReaderOfAPipe) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string path = folder.path("pipe");
   ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
   OutputFile file;
@@ -125,7 +125,7 @@ TEST(PosixOutputFile, DoesNotWaitForTheReaderOfAPipe) {
 
 // Once open, a slow reader is waited for: a full pipe is no error.
 TEST(PosixOutputFile, WritesMoreThanAPipeHoldsAtOnce) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string path = folder.path("pipe");
   ASSERT_EQ(0, mkfifo(path.c_str(), 0600));
   const int reader = open(path.c_str(), O_RDONLY | O_NONBLOCK);

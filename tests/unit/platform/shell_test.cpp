@@ -9,7 +9,7 @@
 #ifdef _WIN32
 #include "platform/win32/system.h"
 #endif
-#include "support/scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace zenfo::platform {
 namespace {
@@ -99,14 +99,14 @@ TEST(IsPerceivedText, ReadsTheRegistry) {
 }
 
 TEST(ReadTypeName, FailsForAMissingFileAndLeavesTheText) {
-  const test::ScratchFolder folder;
+  const test::TempFolder folder;
   std::string type = "old";
   int32_t index = 7;
   EXPECT_FALSE(read_type_name(folder.path("missing").c_str(), type));
   EXPECT_EQ("old", type);
   EXPECT_FALSE(read_icon_index(folder.path("missing").c_str(), index));
   EXPECT_EQ(7, index);
-  EXPECT_TRUE(read_type_name(folder.write("a.txt", "").c_str(), type));
+  EXPECT_TRUE(read_type_name(folder.file("a.txt", "").c_str(), type));
   EXPECT_NE("old", type);
 }
 #endif

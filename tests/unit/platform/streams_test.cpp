@@ -4,13 +4,13 @@
 #include <string>
 
 #include "platform/files.h"
-#include "support/scratch_folder.h"
+#include "support/temp_folder.h"
 
 namespace zenfo::platform {
 namespace {
 
-using test::read_bytes;
-using test::ScratchFolder;
+using test::read_file;
+using test::TempFolder;
 
 std::string read_all(InputFile& file, size_t size) {
   std::string bytes(size, '?');
@@ -25,12 +25,12 @@ bool write_text(OutputFile& file, std::string_view text) {
 }
 
 TEST(InputFile, ReadsBlocksAndStopsAtTheEnd) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string bytes(
       "a\r\n\0\x1A\xFF"
       "bcdef",
       11);
-  const std::string path = folder.write("a", bytes);
+  const std::string path = folder.file("a", bytes);
   InputFile file;
   ASSERT_TRUE(file.open(path.c_str()));
   EXPECT_TRUE(file.is_open());
@@ -43,28 +43,28 @@ TEST(InputFile, ReadsBlocksAndStopsAtTheEnd) {
 }
 
 TEST(InputFile, ReadsEmptyFiles) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   InputFile file;
-  ASSERT_TRUE(file.open(folder.write("a", "").c_str()));
+  ASSERT_TRUE(file.open(folder.file("a", "").c_str()));
   EXPECT_EQ(0, file.size());
   EXPECT_EQ("", read_all(file, 1));
 }
 
 TEST(InputFile, OpensTheNextFileInPlaceOfTheLast) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   InputFile file;
-  ASSERT_TRUE(file.open(folder.write("a", "first").c_str()));
-  ASSERT_TRUE(file.open(folder.write("b", "second").c_str()));
+  ASSERT_TRUE(file.open(folder.file("a", "first").c_str()));
+  ASSERT_TRUE(file.open(folder.file("b", "second").c_str()));
   EXPECT_EQ("second", read_all(file, 100));
   EXPECT_FALSE(file.open(folder.path("missing").c_str()));
   EXPECT_FALSE(file.is_open());
 }
 
 TEST(InputFile, RefusesFoldersAndMissingFiles) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   NearbyFolder nearby;
   InputFile file;
-  const std::string inner = folder.make_folder("inner");
+  const std::string inner = folder.folder("inner");
   for (int i = 0; i < 3; ++i) {
     for (const std::string& path :
          {folder.path(), inner, folder.path(""), folder.path("missing"),
@@ -77,12 +77,12 @@ TEST(InputFile, RefusesFoldersAndMissingFiles) {
 }
 
 TEST(InputFile, FindsFilesThroughANearbyFolder) {
-  const ScratchFolder folder;
-  folder.make_folder("inner");
+  const TempFolder folder;
+  folder.folder("inner");
   const std::string s(1, kPathSeparator);
-  const std::string a = folder.write("a", "1");
-  const std::string b = folder.write("b", "2");
-  const std::string c = folder.write("inner" + s + "a", "3");
+  const std::string a = folder.file("a", "1");
+  const std::string b = folder.file("b", "2");
+  const std::string c = folder.file("inner" + s + "a", "3");
   NearbyFolder nearby;
   InputFile file;
   const struct {
@@ -113,21 +113,21 @@ TEST(InputFile, RefusesDevices) {
 #endif
 
 TEST(OutputFile, TruncatesWhatWasThere) {
-  const ScratchFolder folder;
-  const std::string path = folder.write("a", "long old text");
+  const TempFolder folder;
+  const std::string path = folder.file("a", "long old text");
   OutputFile file;
   ASSERT_TRUE(file.open(path.c_str(), OutputMode::kTruncate));
-  EXPECT_EQ("", read_bytes(path));
+  EXPECT_EQ("", read_file(path));
   EXPECT_TRUE(write_text(file, "new"));
   EXPECT_TRUE(write_text(file, ""));
   EXPECT_TRUE(write_text(file, std::string_view("\n\0\r", 3)));
   EXPECT_TRUE(file.set_end());
   EXPECT_TRUE(file.close());
-  EXPECT_EQ(std::string("new\n\0\r", 6), read_bytes(path));
+  EXPECT_EQ(std::string("new\n\0\r", 6), read_file(path));
 }
 
 TEST(OutputFile, AppendsBehindWhatIsThere) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string path = folder.path("a");
   for (const char* text : {"one", "two"}) {
     OutputFile file;
@@ -137,34 +137,34 @@ TEST(OutputFile, AppendsBehindWhatIsThere) {
     EXPECT_TRUE(file.set_end());
     EXPECT_TRUE(file.close());
   }
-  EXPECT_EQ("onetwo", read_bytes(path));
+  EXPECT_EQ("onetwo", read_file(path));
 }
 
 TEST(OutputFile, OverwritesAndKeepsTheRestUntilItIsCut) {
-  const ScratchFolder folder;
-  const std::string path = folder.write("a", "0123456789");
+  const TempFolder folder;
+  const std::string path = folder.file("a", "0123456789");
   OutputFile file;
   ASSERT_TRUE(file.open(path.c_str(), OutputMode::kOverwrite));
   EXPECT_TRUE(write_text(file, "ab"));
   EXPECT_TRUE(write_text(file, "c"));
-  EXPECT_EQ("abc3456789", read_bytes(path));
+  EXPECT_EQ("abc3456789", read_file(path));
   EXPECT_TRUE(file.set_end());
   EXPECT_TRUE(file.close());
-  EXPECT_EQ("abc", read_bytes(path));
+  EXPECT_EQ("abc", read_file(path));
 }
 
 TEST(OutputFile, CutsToNothingWhenNothingWasWritten) {
-  const ScratchFolder folder;
-  const std::string path = folder.write("a", "0123456789");
+  const TempFolder folder;
+  const std::string path = folder.file("a", "0123456789");
   OutputFile file;
   ASSERT_TRUE(file.open(path.c_str(), OutputMode::kOverwrite));
   EXPECT_TRUE(file.set_end());
   EXPECT_TRUE(file.close());
-  EXPECT_EQ("", read_bytes(path));
+  EXPECT_EQ("", read_file(path));
 }
 
 TEST(OutputFile, CreatesMissingFilesInEveryMode) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   int number = 0;
   for (const OutputMode mode :
        {OutputMode::kTruncate, OutputMode::kAppend, OutputMode::kOverwrite}) {
@@ -173,12 +173,12 @@ TEST(OutputFile, CreatesMissingFilesInEveryMode) {
     ASSERT_TRUE(file.open(path.c_str(), mode));
     EXPECT_TRUE(write_text(file, "x"));
     EXPECT_TRUE(file.close());
-    EXPECT_EQ("x", read_bytes(path));
+    EXPECT_EQ("x", read_file(path));
   }
 }
 
 TEST(OutputFile, FailsOnFoldersAndMissingFolders) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   OutputFile file;
   const std::string deep = folder.path("no") + kPathSeparator + "a";
   for (const std::string& path : {folder.path(), deep, std::string()}) {
@@ -189,7 +189,7 @@ TEST(OutputFile, FailsOnFoldersAndMissingFolders) {
 }
 
 TEST(OutputFile, ClosesTwiceWithoutHarm) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   OutputFile file;
   EXPECT_TRUE(file.close());
   ASSERT_TRUE(file.open(folder.path("a").c_str(), OutputMode::kTruncate));
@@ -199,7 +199,7 @@ TEST(OutputFile, ClosesTwiceWithoutHarm) {
 }
 
 TEST(OutputFile, CanBeReadWhileItIsOpen) {
-  const ScratchFolder folder;
+  const TempFolder folder;
   const std::string path = folder.path("a");
   OutputFile output;
   InputFile input;
