@@ -5,8 +5,7 @@
 // writes down what it is told. Natively there are no windows: open_window
 // answers null.
 //
-// Tested by tests/unit/display/text_painter_test.cpp and
-// tests/unit/platform/canvas_test.cpp
+// Tested by tests/unit/platform/canvas_test.cpp
 #pragma once
 
 #include <cstdint>

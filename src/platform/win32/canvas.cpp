@@ -1,6 +1,6 @@
 // Painting and scroll bars as the system's windows have them.
 //
-// Tested by tests/contract/display_test.cpp
+// Tested by tests/unit/platform/canvas_test.cpp
 #include "platform/canvas.h"
 
 #include "platform/win32/system.h"
