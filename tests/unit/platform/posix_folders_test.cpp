@@ -160,7 +160,7 @@ TEST(PosixDeleteFilesIn, DeletesAllButFoldersAndLinksToFolders) {
   const TempFolder folder;
   const TempFolder other;
   make_one_of_each(folder);
-  const std::string target = other.write("target", "x");
+  const std::string target = other.file("target", "x");
   ASSERT_EQ(0, symlink(target.c_str(), folder.path("far").c_str()));
   delete_files_in(folder.path().c_str(), [](std::string_view) { return true; });
   for (const char* name :
