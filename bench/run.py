@@ -396,8 +396,9 @@ def main():
     options.json.parent.mkdir(parents=True, exist_ok=True)
     options.json.write_text(json.dumps(
         told | {"rows": results, "later": later}, indent=1) + "\n")
-    if options.record:
+    if options.record and results:
         record = ROOT / "bench" / "record" / f"{told['date']}.md"
+        record.parent.mkdir(exist_ok=True)
         record.write_text(record_text(told, results, later))
 
 
