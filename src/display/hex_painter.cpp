@@ -48,40 +48,38 @@ CharacterPart character_part(const DisplayState& state, const Page& page) {
   return {start, start + (bytes + 2) * page.column_width};
 }
 
-// Draws one part of a line from a text column of that part on; `to_text` makes
-// `columns_per_byte` characters of each byte.
-template <class ToText>
+// Draws the spans of a line that a part shows from `left` characters on; the
+// part has `per_byte` characters a byte, which `to_text` makes.
 void paint_part(DisplayState& state, Page& page, uint32_t line, int32_t x,
-                uint32_t left, uint32_t columns_per_byte, ToText to_text) {
+                uint32_t left, uint32_t per_byte,
+                std::string (*to_text)(std::string_view)) {
   const int32_t top = page.line_top(line);
   const int32_t bottom = pixel(int64_t{top} + page.line_height);
-  uint32_t hidden = left % columns_per_byte;  // characters of the first byte
-  const uint32_t first = left / columns_per_byte;
+  const uint32_t first = left / per_byte;
+  uint32_t hidden = left % per_byte;  // characters of the first byte
   LineSpans spans(state, line, first);
   Span span;
   while (!page.beyond(x) && spans.next(&span)) {
-    std::string_view bytes = span.bytes;
-    bytes.remove_prefix(std::min<size_t>(
-        bytes.size(), first > span.column ? first - span.column : 0));
-    const int32_t span_left = x;
+    const size_t skipped = first > span.column ? first - span.column : 0;
+    if (skipped >= span.bytes.size()) continue;
+    std::string_view bytes = span.bytes.substr(skipped);
+    const int32_t start = x;
     while (!bytes.empty() && !page.beyond(x)) {
       const std::string text = to_text(bytes.substr(0, kBytesAtATime));
-      x += page.draw(std::string_view(text).substr(hidden), span.colours, x);
+      x = page.draw(std::string_view(text).substr(hidden), span.colours, x);
       hidden = 0;
       bytes.remove_prefix(std::min(bytes.size(), kBytesAtATime));
     }
-    state.note_painted(span, {span_left, top, x, bottom});
+    state.note_painted(span, {start, top, x, bottom});
   }
 }
 
 void paint_line(DisplayState& state, Page& page, uint32_t line,
-                const CharacterPart& part, platform::Canvas& canvas) {
-  const int32_t left = page.client.left;
-  page.begin_line(line, page.gutter);
-  paint_part(state, page, line, pixel(int64_t{left} + page.gutter),
-             state.left_column, kColumnsPerByte, digits);
-  const int32_t x = pixel(left + part.start);
-  canvas.move_to(x, page.line_top(line));
+                const CharacterPart& part) {
+  page.draw_number(line);
+  int32_t x = page.move_to(line, page.gutter);
+  paint_part(state, page, line, x, state.left_column, kColumnsPerByte, digits);
+  x = page.move_to(line, part.start);
   paint_part(state, page, line, x, 0, 1, characters);
 }
 
@@ -95,7 +93,7 @@ int32_t paint_hex(DisplayState& state,
   const CharacterPart part = character_part(state, page);
   const uint32_t end = page.end_line();
   for (uint32_t line = state.top_line; line < end; ++line) {
-    paint_line(state, page, line, part, *canvas);
+    paint_line(state, page, line, part);
   }
   if (page.line_numbers()) page.draw_rule(page.gutter);
   if (part.start != 0) page.draw_rule(part.start);

@@ -46,7 +46,6 @@ Page::Page(DisplayState& state, std::shared_ptr<platform::Canvas> canvas,
   state_.left_column =
       state_.page_columns < state_.width ? options.left_column : 0;
   state_.clear_painted();
-  canvas_->move_to(client.left, client.top);
 }
 
 Page::~Page() {
@@ -62,31 +61,34 @@ int32_t Page::line_top(uint32_t line) const {
   return pixel(client.top + int64_t{line - state_.top_line} * line_height);
 }
 
-void Page::begin_line(uint32_t line, int64_t x) {
-  if (line_numbers_) {
-    const ColourTable& colours = state_.colours();
-    const Colours& number =
-        state_.line_marked(line) ? colours.marked_gutter : colours.gutter;
-    canvas_->move_to(client.left, line_top(line));
-    canvas_->draw_text(std::to_string(uint64_t{line} + 1), number.text,
-                       number.background, client);
-  }
-  canvas_->move_to(pixel(client.left + x), line_top(line));
+void Page::draw_number(uint32_t line) {
+  if (!line_numbers_) return;
+  const ColourTable& table = state_.colours();
+  const Colours& colours =
+      state_.line_marked(line) ? table.marked_gutter : table.gutter;
+  move_to(line, 0);
+  canvas_->draw_text(std::to_string(uint64_t{line} + 1), colours.text,
+                     colours.background, client);
+}
+
+int32_t Page::move_to(uint32_t line, int64_t right) {
+  const int32_t x = pixel(client.left + right);
+  canvas_->move_to(x, line_top(line));
+  return x;
 }
 
 int32_t Page::draw(std::string_view text, const Colours& colours, int32_t x) {
-  int32_t end = x;
-  while (!text.empty() && !beyond(end)) {
+  while (!text.empty() && !beyond(x)) {
     const std::string_view part = text.substr(0, kLongestCall);
     canvas_->draw_text(part, colours.text, colours.background, client);
-    end = pixel(int64_t{end} + canvas_->text_width(part));
+    x = pixel(int64_t{x} + canvas_->text_width(part));
     text.remove_prefix(part.size());
   }
-  return end - x;
+  return x;
 }
 
-void Page::draw_rule(int64_t x) {
-  canvas_->draw_vertical_rule(pixel(client.left + x), client.top,
+void Page::draw_rule(int64_t right) {
+  canvas_->draw_vertical_rule(pixel(client.left + right), client.top,
                               client.bottom, state_.colours().gutter.text);
 }
 

@@ -48,16 +48,18 @@ class Page {
   // The top of a visible line.
   int32_t line_top(uint32_t line) const;
 
-  // Writes a visible line's number, when numbers are on, and moves to `x`, in
-  // pixels right of the client's left edge.
-  void begin_line(uint32_t line, int64_t x);
-  // Draws in calls of at most 8192 bytes; answers the pixels drawn. Stops
-  // where nothing more can be seen.
+  // Writes a visible line's number at the left, when numbers are on.
+  void draw_number(uint32_t line);
+  // Goes to a visible line, `right` pixels right of the client's left edge;
+  // answers where that is.
+  int32_t move_to(uint32_t line, int64_t right);
+  // Draws at `x`, where the current position is, in calls of at most 8192
+  // bytes as far as anything can be seen; answers where it ends.
   int32_t draw(std::string_view text, const Colours& colours, int32_t x);
   // Whether text at `x` is right of all that can be seen.
   bool beyond(int32_t x) const { return x >= client.right; }
-  // A rule from top to bottom, in pixels right of the client's left edge.
-  void draw_rule(int64_t x);
+  // A rule from top to bottom.
+  void draw_rule(int64_t right);
 
   bool line_numbers() const { return line_numbers_; }
 

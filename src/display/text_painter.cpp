@@ -9,22 +9,21 @@ constexpr size_t kLongestNoted = 8192;  // bytes of a span
 constexpr int32_t kRuleBeforeGutterEnd = 5;
 
 void paint_line(DisplayState& state, Page& page, uint32_t line) {
-  page.begin_line(line, page.gutter);
+  page.draw_number(line);
+  int32_t x = page.move_to(line, page.gutter);
   const uint32_t left = state.left_column;
-  int32_t x = pixel(int64_t{page.client.left} + page.gutter);
+  const int32_t top = page.line_top(line);
+  const int32_t bottom = pixel(int64_t{top} + page.line_height);
   LineSpans spans(state, line, left);
   Span span;
   while (!page.beyond(x) && spans.next(&span)) {
     const uint32_t hidden = left > span.column ? left - span.column : 0;
     if (hidden >= span.bytes.size()) continue;
-    const int32_t width =
-        page.draw(span.bytes.substr(hidden), span.colours, x);
-    const int32_t top = page.line_top(line);
+    const int32_t start = x;
+    x = page.draw(span.bytes.substr(hidden), span.colours, x);
     if (span.bytes.size() <= kLongestNoted) {
-      state.note_painted(
-          span, {x, top, x + width, pixel(int64_t{top} + page.line_height)});
+      state.note_painted(span, {start, top, x, bottom});
     }
-    x += width;
   }
 }
 
