@@ -31,21 +31,19 @@ int32_t ErrorLog::Write(const char* message, const char* context,
   for (const char* text : {message, context, module, routine}) {
     if (text == nullptr) return -1;
   }
+  // Whole before the file is opened: no half of a record for lack of memory.
+  std::string record = time_stamp(platform::local_time_now());
+  record.append("\n\n  message  : ").append(message);
+  record.append("\n  context  : ").append(context);
+  record.append("\n  module   : ").append(module);
+  record.append("\n  routine  : ").append(routine);
+  record.append("\n\n");
   OutFile file;
   if (!file.open(file_name_.c_str(), platform::OutputMode::kAppend,
                  OutFile::LineEnds::kExpand)) {
     return -1;
   }
-  file.write(time_stamp(platform::local_time_now()));
-  file.write("\n\n  message  : ");
-  file.write(message);
-  file.write("\n  context  : ");
-  file.write(context);
-  file.write("\n  module   : ");
-  file.write(module);
-  file.write("\n  routine  : ");
-  file.write(routine);
-  file.write("\n\n");
+  file.write(record);
   return file.close() ? 1 : -1;
 }
 

@@ -7,6 +7,7 @@
 // Tested by tests/unit/text/out_file_test.cpp
 #include "text/out_file.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
 
@@ -35,6 +36,8 @@ bool OutFile::write_raw(std::string_view piece) {
 }
 
 bool OutFile::write_expanded(std::string_view piece) {
+  // All the room it can take, first: no half of a piece for lack of memory.
+  buffer_.reserve(std::min(kBufferSize, buffer_.size() + 2 * piece.size()));
   while (!piece.empty()) {
     const size_t line = piece.find('\n');
     if (line == std::string_view::npos) return write_raw(piece);

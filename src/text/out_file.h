@@ -33,6 +33,7 @@ class OutFile {
   bool is_open() const { return file_.is_open(); }
 
   // Appends a piece; false once any write has failed, or when nothing is open.
+  // Throws for lack of memory, with nothing of the piece taken.
   bool write(std::string_view piece);
   bool write(char byte) { return write(std::string_view(&byte, 1)); }
   // Decimal digits of a number.
