@@ -207,6 +207,7 @@ struct PrintableCase {
 };
 
 TEST_F(FileContentTest, FindsTheFirstControlByteBehindTheFirstByte) {
+  const std::string xs(40, 'x');
   const PrintableCase cases[] = {
       {"plain\ttext\r\n", 0},
       {std::string("\x01", 1) + "only the first", 0},
@@ -214,8 +215,8 @@ TEST_F(FileContentTest, FindsTheFirstControlByteBehindTheFirstByte) {
       {"12345\x0b", 5},
       {"a\x7f\x80\xff z", 0},
       {std::string("ab\0", 3), 2},
-      {std::string(40, 'x') + '\x1f', 40},
-      {std::string(40, 'x') + '\x1f' + std::string(40, 'x') + '\x01', 40},
+      {xs + '\x1f', 40},
+      {xs + '\x1f' + xs + '\x01', 40},
   };
   for (const PrintableCase& c : cases) {
     content.load_file_content(folder.file("f", c.bytes).c_str());

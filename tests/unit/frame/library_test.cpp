@@ -1,0 +1,124 @@
+#include "frame/library.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "containers/record.h"
+#include "files/file_entry.h"
+#include "frame/callbacks.h"
+#include "support/temp_folder.h"
+#include "zenfofr130.h"
+
+namespace zenfo {
+namespace {
+
+constexpr int32_t kLists = 11;
+
+TEST(Library, HasNoListsBeforeInitializeAndAfterTerminate) {
+  Library library;
+  for (int32_t n = 0; n < kLists; ++n) {
+    EXPECT_EQ(library.get_list(n), nullptr);
+  }
+  EXPECT_FALSE(library.initialized());
+  EXPECT_EQ(library.initialize(), 1);
+  EXPECT_TRUE(library.initialized());
+  EXPECT_EQ(library.terminate(), 1);
+  for (int32_t n = 0; n < kLists; ++n) {
+    EXPECT_EQ(library.get_list(n), nullptr);
+  }
+  EXPECT_FALSE(library.initialized());
+  EXPECT_EQ(library.terminate(), 1);
+}
+
+TEST(Library, NumbersNameItsLists) {
+  Library library;
+  library.initialize();
+  const ItemList* expected[kLists] = {library.first_files.get(),
+                                      library.second_files.get(),
+                                      library.pairs.get(),
+                                      library.undo_list.get(),
+                                      library.results.get(),
+                                      &library.find_context->matches,
+                                      library.no_matches.get(),
+                                      library.errors.get(),
+                                      library.values.get(),
+                                      &library.exclusion_context->matches,
+                                      &library.replace_context->matches};
+  for (int32_t n = 0; n < kLists; ++n) {
+    EXPECT_EQ(library.get_list(n), expected[n]) << n;
+    EXPECT_NE(library.get_list(n), nullptr) << n;
+  }
+  library.terminate();
+}
+
+TEST(Library, NumbersNameItsContexts) {
+  Library library;
+  EXPECT_EQ(library.get_context(ZENFO_LIST_MATCHES), nullptr);
+  library.initialize();
+  EXPECT_EQ(library.get_context(5), library.find_context.get());
+  EXPECT_EQ(library.get_context(9), library.exclusion_context.get());
+  EXPECT_EQ(library.get_context(10), library.replace_context.get());
+  for (int32_t n : {-1, 0, 1, 2, 3, 4, 6, 7, 8, 11}) {
+    EXPECT_EQ(library.get_context(n), nullptr) << n;
+  }
+  library.terminate();
+}
+
+TEST(Library, AnUnknownNumberIsLoggedAndAMissingListIsNot) {
+  test::TempFolder folder;
+  const std::string path = folder.path("errors");
+  Library library;
+  library.initialize();
+  library.error_log->SetFile(path.c_str());
+  library.pairs.reset();
+  library.find_context.reset();
+  EXPECT_EQ(library.get_list(ZENFO_LIST_PAIRS), nullptr);
+  EXPECT_EQ(library.get_list(ZENFO_LIST_MATCHES), nullptr);
+  EXPECT_FALSE(test::file_exists(path));
+  EXPECT_EQ(library.get_list(11), nullptr);
+  const std::string bytes = test::read_file(path);
+  EXPECT_NE(bytes.find("message  : \r\n"), std::string::npos);
+  EXPECT_NE(bytes.find("context  : Error retrieving list handler\r\n"),
+            std::string::npos);
+  EXPECT_NE(bytes.find("routine  : get_list\r\n"), std::string::npos);
+  library.terminate();
+}
+
+TEST(Library, EveryListHasTheHostsHooks) {
+  Library library;
+  library.initialize();
+  for (int32_t n = 0; n < kLists; ++n) {
+    EXPECT_EQ(library.get_list(n)->interrupt_hook(), &interr) << n;
+    EXPECT_EQ(library.get_list(n)->report_hook(), &report) << n;
+  }
+  library.terminate();
+}
+
+TEST(Library, TerminateDestroysTheRecords) {
+  struct Counted final : Record {
+    explicit Counted(int& living) : living_(living) { ++living_; }
+    ~Counted() override { --living_; }
+    RecordKind kind() const override { return RecordKind::kFileEntry; }
+    int& living_;
+  };
+  int living = 0;
+  Library library;
+  library.initialize();
+  for (int32_t n = 0; n < kLists; ++n) {
+    library.get_list(n)->Append(std::make_unique<Counted>(living));
+  }
+  EXPECT_EQ(living, kLists);
+  library.initialize();
+  EXPECT_EQ(living, 0);
+  for (int32_t n = 0; n < kLists; ++n) {
+    EXPECT_EQ(library.get_list(n)->Count(), 0u) << n;
+  }
+  library.terminate();
+}
+
+TEST(Library, IsOnePerProcess) { EXPECT_EQ(&library(), &library()); }
+
+}  // namespace
+}  // namespace zenfo
