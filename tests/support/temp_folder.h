@@ -14,8 +14,11 @@ namespace zenfo::test {
 
 #ifdef _WIN32
 inline constexpr char kSeparator = '\\';
+// As long as a name can be where whole paths are limited to 259 bytes.
+inline constexpr size_t kLongestName = 120;
 #else
 inline constexpr char kSeparator = '/';
+inline constexpr size_t kLongestName = 255;
 #endif
 
 // Joins with the system's separator; a slash in `name` stands for it too.

@@ -1,0 +1,231 @@
+// FindInFiles and the accessors of matches, as a host meets them.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "support/host_recorder.h"
+#include "support/session.h"
+#include "support/temp_folder.h"
+#include "zenfofr130.h"
+
+namespace zenfo::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// --- Accessors without a match -----------------------------------------------
+
+constexpr TextAccessor kMatchTexts[] = {GetMatchOffset, GetMatchLength,
+                                        GetMatchText, GetMatchReplace};
+
+TEST(MatchAccessors, AnswerMinusOneUnloggedAndAnEmptyTextWithoutAMatch) {
+  Session session;
+  session.fill(0, 1);
+  for (TextAccessor accessor : kMatchTexts) {
+    for (int32_t list : {5, 9, 10}) {
+      EXPECT_EQ(read_text(accessor, list, 0), kNoText) << list;
+      EXPECT_EQ(read_text(accessor, list, UINT32_MAX), kNoText) << list;
+      EXPECT_EQ(accessor(list, 0, nullptr, 100), -1) << list;
+    }
+    // A record of another kind.
+    EXPECT_EQ(read_text(accessor, 0, 0), kNoText);
+  }
+  for (int32_t list : {0, 1, 5, 9, 10}) EXPECT_EQ(get_match_flag(list, 0), -1);
+  EXPECT_THAT(session.take_log(), IsEmpty());
+}
+
+// --- FindInFiles -------------------------------------------------------------
+
+class FindInFilesTest : public testing::Test {
+ protected:
+  // Fills list 0 with files of these contents, named 0, 1, 2 and so on.
+  void files(const std::vector<std::string>& contents) {
+    Clear(0);
+    for (size_t i = 0; i < contents.size(); ++i) {
+      const std::string name = std::to_string(i);
+      session.folder.file(name, contents[i]);
+      ASSERT_EQ(session.find(0, "0~/" + name, kNoFacts), 1);
+    }
+  }
+  // Positions of the selected entries.
+  std::vector<int> selected() {
+    std::vector<int> positions;
+    const int32_t count = GetCount(0, -1);
+    for (int32_t i = 0; i < count; ++i) {
+      if (GetState(0, static_cast<uint32_t>(i)) == 1) positions.push_back(i);
+    }
+    return positions;
+  }
+  Session session;
+};
+
+TEST_F(FindInFilesTest, SelectsTheFilesThatHoldTheTextAndCountsThem) {
+  files({"xabcx", "nothing", "abc", "ABC", ""});
+  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 2);
+  EXPECT_THAT(selected(), ElementsAre(0, 2));
+  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 0), 3);
+  EXPECT_THAT(selected(), ElementsAre(0, 2, 3));
+  EXPECT_THAT(session.take_log(), IsEmpty());
+}
+
+TEST_F(FindInFilesTest, KeepsTheSelectionUnlessAskedToClearIt) {
+  files({"abc", "x"});
+  SetState(0, 1, 1);
+  EXPECT_EQ(FindInFiles(0, "abc", 0, 0, 1), 1);
+  EXPECT_THAT(selected(), ElementsAre(0, 1));
+  EXPECT_EQ(FindInFiles(0, "none", 7, 0, 1), 0);
+  EXPECT_THAT(selected(), IsEmpty());
+}
+
+TEST_F(FindInFilesTest, SearchesUpToTheFirstNul) {
+  const std::string nul(1, '\0');
+  files({"ab" + nul + "c abc", nul + "abc", "abc" + nul, "ab" + nul + "c"});
+  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 1);
+  EXPECT_THAT(selected(), ElementsAre(2));
+}
+
+TEST_F(FindInFilesTest, AWholeWordIsSoughtBehindEachOccurrence) {
+  struct Case {
+    const char* content;
+    bool found;
+  };
+  const Case cases[] = {
+      {"cat", true},     {" cat.", true},           {"concat", false},
+      {"cats", false},   {"concat cats cat", true}, {"cat1", false},
+      {"1cat", false},   {"_cat_", true},           {"concat(cat)", true},
+      {"catcat", false}, {"cat\n", true},
+  };
+  std::vector<std::string> contents;
+  std::vector<int> expected;
+  for (const Case& c : cases) {
+    if (c.found) expected.push_back(static_cast<int>(contents.size()));
+    contents.push_back(c.content);
+  }
+  files(contents);
+  EXPECT_EQ(FindInFiles(0, "cat", 1, 1, 1),
+            static_cast<int32_t>(expected.size()));
+  EXPECT_EQ(selected(), expected);
+  EXPECT_EQ(FindInFiles(0, "cat", 1, 0, 1), 11);
+}
+
+// An occurrence that begins inside the one before it counts.
+TEST_F(FindInFilesTest, TheSearchForAWholeWordGoesOnOneByteLater) {
+  files({"xa a a", "a a ax"});
+  EXPECT_EQ(FindInFiles(0, "a a", 1, 1, 1), 2);
+}
+
+TEST_F(FindInFilesTest, ATextAcrossTheEndOfAReadBlockIsFound) {
+  for (size_t at : {49998u, 49999u, 50000u, 99999u, 149997u}) {
+    std::string content(150000, '.');
+    content.replace(at, 3, "abc");
+    files({content});
+    EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 1) << at;
+  }
+}
+
+TEST_F(FindInFilesTest, AnyBytesAreFound) {
+  files({"\x80\xff", "caf\xc3\xa9", "a\r\nb", "a b"});
+  EXPECT_EQ(FindInFiles(0, "\xff", 1, 0, 1), 1);
+  EXPECT_EQ(FindInFiles(0, "\xc3\xa9", 1, 0, 0), 1);
+  EXPECT_EQ(FindInFiles(0, "\r\n", 1, 0, 1), 1);
+  // Blanks are not skipped.
+  EXPECT_EQ(FindInFiles(0, "ab", 1, 0, 1), 0);
+}
+
+TEST_F(FindInFilesTest, RefusesAMissingListAndAnEmptyText) {
+  files({"abc"});
+  SetState(0, 0, 1);
+  EXPECT_EQ(FindInFiles(0, nullptr, 1, 0, 0), -1);
+  EXPECT_EQ(FindInFiles(0, "", 1, 0, 0), -1);
+  EXPECT_THAT(selected(), ElementsAre(0));
+  EXPECT_THAT(session.take_log(), IsEmpty());
+  EXPECT_EQ(FindInFiles(11, "abc", 1, 0, 0), -1);
+  EXPECT_THAT(session.take_log(), ElementsAre(unknown_list()));
+}
+
+TEST_F(FindInFilesTest, PassesOverFilesThatCannotBeLoaded) {
+  files({"abc", "abc", "abc", "abc"});
+  ASSERT_TRUE(std::filesystem::remove(session.folder.path("0")));
+  SetFullName(0, 1, session.folder.path().c_str());
+  SetFullName(0, 2, session.spelled("~/missing/x").c_str());
+  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 1);
+  EXPECT_THAT(selected(), ElementsAre(3));
+  EXPECT_THAT(session.take_log(), IsEmpty());
+}
+
+#ifndef _WIN32
+TEST_F(FindInFilesTest, PassesOverFilesThatMayNotBeRead) {
+  if (geteuid() == 0) GTEST_SKIP() << "nothing is closed to this user";
+  files({"abc", "abc"});
+  std::filesystem::permissions(session.folder.path("0"),
+                               std::filesystem::perms::none);
+  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 1);
+}
+#endif
+
+TEST_F(FindInFilesTest, WorksOnAnyListThatHoldsFiles) {
+  session.folder.file("a", "abc");
+  for (int32_t list : {1, 2, 4, 6, 7}) {
+    ASSERT_EQ(session.find(list, "0~/a"), 1);
+    EXPECT_EQ(FindInFiles(list, "abc", 0, 0, 0), 1) << list;
+  }
+  for (int32_t list : {3, 5, 8, 9, 10}) {
+    EXPECT_EQ(FindInFiles(list, "abc", 0, 0, 0), 0) << list;
+  }
+}
+
+TEST_F(FindInFilesTest, TellsItsStatusAndItsPosition) {
+  session.fill(0, 250);
+  HostRecorder host;
+  EXPECT_EQ(FindInFiles(0, "x", 0, 0, 0), 250);
+  EXPECT_THAT(host.statuses, ElementsAre("Now searching string in files"));
+  // No last report of 250: the walk tells its steps only.
+  std::vector<uint32_t> expected;
+  for (uint32_t i = 0; i < 250; i += 2) expected.push_back(i);
+  EXPECT_EQ(host.report_positions(), expected);
+}
+
+// Intended: the poll's answer does not stop the walk.
+TEST_F(FindInFilesTest, PollsAtEverySecondFileAndNeverStops) {
+  session.fill(0, 100);
+  HostRecorder host;
+  host.interrupt = [] { return 1; };
+  EXPECT_EQ(FindInFiles(0, "x", 0, 0, 0), 100);
+  EXPECT_GE(host.interrupt_polls, 50);
+  EXPECT_LE(host.interrupt_polls, 51);
+}
+
+// Intended: an interrupt while loading leaves the blocks not yet read out.
+TEST_F(FindInFilesTest, AnInterruptWhileLoadingSearchesWhatWasRead) {
+  std::string content(500000, '.');
+  content.replace(10, 3, "abc");
+  content.replace(400000, 3, "xyz");
+  files({content});
+  HostRecorder host;
+  host.interrupt = [] { return 1; };
+  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 1);
+  EXPECT_EQ(FindInFiles(0, "xyz", 1, 0, 1), 0);
+  host.interrupt = [] { return 0; };
+  EXPECT_EQ(FindInFiles(0, "xyz", 1, 0, 1), 1);
+}
+
+TEST_F(FindInFilesTest, TheHostMayRenameEntriesMeanwhile) {
+  files({"abc", "abc", "abc"});
+  HostRecorder host;
+  host.on_progress = [](const ProgressRecord&) {
+    SetFullName(0, 0, "another name, and quite a long one at that");
+    SetFullName(0, 1, "another name, and quite a long one at that");
+  };
+  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 2);
+}
+
+}  // namespace
+}  // namespace zenfo::test
