@@ -144,11 +144,19 @@ std::string SafeStore::folder() const {
 
 bool SafeStore::is_own_file(std::string_view path) const {
   return platform::same_path(path, undo_file_) ||
-         platform::same_path(path, error_file());
+         platform::same_path(path, error_file_of(undo_file_));
 }
 
-int32_t SafeStore::start_safe_store_run(
-    const std::vector<std::string>& open_files) {
+// A path may lead to an open file under another name.
+bool SafeStore::is_open(const std::string& path) const {
+  return std::any_of(
+      open_files_.begin(), open_files_.end(), [&](const std::string& open) {
+        return platform::names_same_file(open.c_str(), path.c_str());
+      });
+}
+
+int32_t SafeStore::start_safe_store_run(std::vector<std::string> open_files) {
+  open_files_ = std::move(open_files);
   undo_list.Clear();
   copies_ = 0;
   const std::string store = folder();
@@ -160,10 +168,7 @@ int32_t SafeStore::start_safe_store_run(
   platform::delete_files_in(store.c_str(), [&](std::string_view name) {
     std::string path = store + kPathSeparator;
     path += name;
-    return std::none_of(
-        open_files.begin(), open_files.end(), [&](const std::string& open) {
-          return platform::names_same_file(open.c_str(), path.c_str());
-        });
+    return !is_open(path);
   });
   return 1;
 }
@@ -177,19 +182,23 @@ void SafeStore::delete_own_files() {
   }
   for (uint32_t i = 0; i < records.Count(); ++i) {
     const auto* record = record_cast<UndoRecord>(records.Get(i));
-    if (record != nullptr) platform::delete_file(record->safe_copy.c_str());
+    if (record != nullptr) delete_unless_open(record->safe_copy.c_str());
   }
-  platform::delete_file(error_file().c_str());
-  platform::delete_file(undo_file_.c_str());
+  delete_unless_open(error_file_of(undo_file_));
+  delete_unless_open(undo_file_);
 }
 
-// Never the name of the undo list file or of its error file.
+void SafeStore::delete_unless_open(const std::string& path) const {
+  if (!is_open(path)) platform::delete_file(path.c_str());
+}
+
+// Never the name of the undo list file, of its error file or of an open file.
 std::string SafeStore::next_copy_path(std::string_view name) {
   for (;;) {
     std::string path = folder() + kPathSeparator;
     path += name;
     path += '_' + std::to_string(copies_);
-    if (!is_own_file(path)) return path;
+    if (!is_own_file(path) && !is_open(path)) return path;
     ++copies_;
   }
 }
@@ -239,19 +248,35 @@ int32_t SafeStore::load_undo_list() {
 
 int32_t SafeStore::undo() {
   if (undo_file_.empty()) return -1;
-  if (!platform::is_file(undo_file_.c_str()) || undo_list.Count() == 0) {
+  // A copy: a host may name another file from a callback.
+  const std::string undo_file = undo_file_;
+  const std::string error_file = error_file_of(undo_file);
+  if (!platform::is_file(undo_file.c_str()) || undo_list.Count() == 0) {
     return 0;
   }
-  if (platform::exists(error_file().c_str()) &&
-      !platform::delete_file(error_file().c_str())) {
+  if (platform::exists(error_file.c_str()) &&
+      !platform::delete_file(error_file.c_str())) {
     return -1;
   }
+  const bool reported = restore_records(error_file);
+  undo_list.BuildIndex();
+  if (!write_records(undo_file) || !reported) return -1;
+  return static_cast<int32_t>(undo_list.Count());
+}
+
+// In the order in which the copies were made, however the list is sorted.
+// False when a record could not be written to the error file.
+bool SafeStore::restore_records(const std::string& error_file) {
+  undo_list.DropIndex();
   const uint32_t count = undo_list.Count();
-  uint32_t position = 0;
-  bool written = true;
+  uint32_t step = 0;
+  uint32_t kept = 0;  // records passed that stay in the list
+  bool reported = true;
   Record* record = undo_list.First();
   while (record != nullptr && undo_list.PollInterrupt() == 0) {
-    undo_list.ReportPositionOf(position++, count);
+    undo_list.ReportPositionOf(step++, count);
+    // A host that looked at the list meanwhile has moved its cursor.
+    if (undo_list.Current() != record) undo_list.Get(kept);
     const auto* stored = record_cast<UndoRecord>(record);
     const bool wanted = stored != nullptr && stored->state == 1;
     if (wanted && restore(*stored)) {
@@ -259,12 +284,11 @@ int32_t SafeStore::undo() {
       record = undo_list.Current();
       continue;
     }
-    if (wanted) written &= report_unrestored(*stored);
+    if (wanted) reported &= report_unrestored(error_file, *stored);
+    ++kept;
     record = undo_list.Next();
   }
-  undo_list.BuildIndex();
-  if (!write_records() || !written) return -1;
-  return static_cast<int32_t>(undo_list.Count());
+  return reported;
 }
 
 bool SafeStore::restore(const UndoRecord& record) {
@@ -278,9 +302,10 @@ bool SafeStore::restore(const UndoRecord& record) {
   return true;
 }
 
-bool SafeStore::report_unrestored(const UndoRecord& record) {
+bool SafeStore::report_unrestored(const std::string& error_file,
+                                  const UndoRecord& record) {
   OutFile file;
-  if (!file.open(error_file().c_str(), platform::OutputMode::kAppend,
+  if (!file.open(error_file.c_str(), platform::OutputMode::kAppend,
                  OutFile::LineEnds::kRaw)) {
     return false;
   }
@@ -290,9 +315,9 @@ bool SafeStore::report_unrestored(const UndoRecord& record) {
 
 // Intended: CR LF through a text-mode file, so that lines end in CR CR LF and
 // the CR stays with the time when they are read back.
-bool SafeStore::write_records() {
+bool SafeStore::write_records(const std::string& undo_file) {
   OutFile file;
-  if (!file.open(undo_file_.c_str(), platform::OutputMode::kTruncate,
+  if (!file.open(undo_file.c_str(), platform::OutputMode::kTruncate,
                  OutFile::LineEnds::kExpand)) {
     return false;
   }

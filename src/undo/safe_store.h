@@ -32,7 +32,8 @@ class SafeStore {
   // Begins a run: empties the undo list and deletes all files of the store's
   // folder but those of `open_files`; of a drive's root only the store's own.
   // Always 1.
-  int32_t start_safe_store_run(const std::vector<std::string>& open_files);
+  // The open files stay out of the store until the next run.
+  int32_t start_safe_store_run(std::vector<std::string> open_files);
   // Copies a file into the store and records it, on disk and in the list. 1
   // only when the copy and its line are complete; else -1.
   int32_t store_safe_copy(const char* path);
@@ -51,17 +52,24 @@ class SafeStore {
 
  private:
   std::string folder() const;
-  std::string error_file() const { return undo_file_ + ".error"; }
+  static std::string error_file_of(const std::string& undo_file) {
+    return undo_file + ".error";
+  }
   bool is_own_file(std::string_view path) const;
+  bool is_open(const std::string& path) const;
   std::string next_copy_path(std::string_view name);
   void delete_own_files();
+  void delete_unless_open(const std::string& path) const;
   bool append_record(const UndoRecord& record);
-  bool write_records();
+  bool write_records(const std::string& undo_file);
+  bool restore_records(const std::string& error_file);
   bool restore(const UndoRecord& record);
-  bool report_unrestored(const UndoRecord& record);
+  bool report_unrestored(const std::string& error_file,
+                         const UndoRecord& record);
 
   std::string undo_file_;  // empty: none
   uint32_t copies_ = 0;    // of this run; part of the copies' names
+  std::vector<std::string> open_files_;  // by the run: list and summary
 };
 
 }  // namespace zenfo
