@@ -98,9 +98,9 @@ int32_t set_replacements_from_list(PatternContext& context, ItemList& values,
     auto* match = record_cast<MatchRecord>(context.matches.Get(i));
     if (match == nullptr) return -1;
     const auto* value = record_cast<ReplaceValue>(values.Get(i));
-    const std::string_view text =
-        value != nullptr ? value->value.view() : std::string_view();
-    match->set_replacement(expanded(context, text, expand).c_str());
+    if (value == nullptr) return -1;
+    match->set_replacement(
+        expanded(context, value->value.view(), expand).c_str());
   }
   return leave_without(context.matches, paired) ? 1 : -1;
 }

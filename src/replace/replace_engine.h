@@ -55,7 +55,8 @@ int32_t replace_with_records(PatternContext& context, const char* path,
                              EditMode mode);
 
 // Value i of a list of replace values goes to match i; matches without a value
-// are deselected, their flag 0. 1, or -1 for a record that is no match.
+// are deselected, their flag 0. 1, or -1 for a record that is no match or no
+// value.
 int32_t set_replacements_from_list(PatternContext& context, ItemList& values,
                                    bool expand);
 // Index 0: the text of match i of `other` goes to match i, as from a list.
