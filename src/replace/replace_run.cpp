@@ -82,7 +82,8 @@ Step ReplaceRun::take(FileInHand& file) {
 }
 
 bool ReplaceRun::store(const FileInHand& file) {
-  const std::string key = platform::path_key(file.path.view());
+  const std::string key =
+      platform::path_key(platform::absolute_path(file.path.c_str()));
   if (stored_.contains(key)) return true;
   if (library_.safe_store->store_safe_copy(file.path.c_str()) != 1) {
     return false;
