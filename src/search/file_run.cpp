@@ -88,7 +88,10 @@ int32_t FileRun::run_over_lines(Searches& searches, const char* list_path,
                                 SummaryFile& summary) {
   if (missing(list_path) || missing(summary_path) || !can_run()) return -1;
   // The summary would empty the list before it is read.
-  if (platform::same_path(list_path, summary_path)) return -1;
+  if (platform::same_path(list_path, summary_path) ||
+      platform::names_same_file(list_path, summary_path)) {
+    return -1;
+  }
   empty_lists();
   LineSource source(content_);
   if (!source.open(list_path) || !summary.open(summary_path)) return -1;
@@ -112,11 +115,11 @@ int32_t FileRun::run(FileSource& source, Searches& searches,
   while (step == Step::kGoOn) {
     const FileSource::Next next = source.next(file);
     if (next == FileSource::Next::kEnd) break;
-    if (next == FileSource::Next::kFailed) {
+    if (source.interrupted()) {
+      step = Step::kInterrupted;
+    } else if (next == FileSource::Next::kFailed) {
       empty_lists();
       step = Step::kFailed;
-    } else if (source.interrupted()) {
-      step = Step::kInterrupted;
     } else {
       step = handle(file);
     }
@@ -139,8 +142,9 @@ Step FileRun::handle(FileInHand& file) {
     return Step::kGoOn;
   }
   step = search(file);
-  if (step != Step::kGoOn && step != Step::kStop) return step;
-  if (!file.handled) return step;
+  // What an earlier search of the file did is recorded when a later one ends
+  // the run.
+  if (step == Step::kFailed || !file.handled) return step;
   if (!file.recorded) record(file);
   const Step ended = end_file(file);
   return ended == Step::kGoOn ? step : ended;
