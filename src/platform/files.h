@@ -119,9 +119,10 @@ class InputFile {
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
 
-  // False when the file cannot be opened or is a folder; never waits for a
-  // writer of a pipe. Pipes and devices may open natively, where asking would
-  // cost every file a call: size() tells them. `nearby` may be null.
+  // False when the file cannot be opened; never waits for a writer of a pipe.
+  // Folders, pipes and devices may open natively, where asking would cost every
+  // file a call: reading a folder fails, and size() tells them all. `nearby`
+  // may be null.
   bool open(const char* path, NearbyFolder* nearby = nullptr);
   // Reads up to `size` bytes, fewer only at an ordinary file's end; -1 on
   // error, with anything in the buffer.

@@ -56,8 +56,10 @@ class LineSource final : public FileSource {
  public:
   explicit LineSource(FileContent& poller) : poller_(poller) {}
 
-  // False when the file cannot be opened.
-  bool open(const char* path) { return file_.open(path); }
+  // False when it is no file that can be opened.
+  bool open(const char* path) {
+    return file_.open(path) && file_.size() >= 0;
+  }
   Next next(FileInHand& file) override;
   bool interrupted() override { return poller_.poll_interrupt(1) != 0; }
 

@@ -59,9 +59,6 @@ bool InputFile::open(const char* path, NearbyFolder* nearby) {
   Descriptor file(uninterrupted(
       [&] { return openat(place.folder, place.name, O_RDONLY | kOpenFlags); }));
   if (!file.is_open()) return false;
-  // A folder opens like a file but refuses even this; half the cost of fstat.
-  char none;
-  if (::read(file.get(), &none, 0) < 0) return false;
   handle_ = file.release();
   return true;
 }

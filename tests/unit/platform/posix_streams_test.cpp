@@ -74,9 +74,8 @@ TEST(PosixInputFile, RefusesLinksThatLeadNowhere) {
   const TempFolder folder;
   ASSERT_EQ(0, symlink("loop", folder.path("loop").c_str()));
   ASSERT_EQ(0, symlink("nowhere", folder.path("broken").c_str()));
-  ASSERT_EQ(0, symlink(".", folder.path("folder").c_str()));
   InputFile file;
-  for (const char* name : {"loop", "broken", "folder"}) {
+  for (const char* name : {"loop", "broken"}) {
     EXPECT_FALSE(file.open(folder.path(name).c_str())) << name;
   }
 }

@@ -60,20 +60,35 @@ TEST(InputFile, OpensTheNextFileInPlaceOfTheLast) {
   EXPECT_FALSE(file.is_open());
 }
 
+// The first read of a folder is refused where its opening is not.
+bool readable(const std::string& path, NearbyFolder* nearby) {
+  InputFile file;
+  char byte;
+  return file.open(path.c_str(), nearby) && file.read(&byte, 1) >= 0;
+}
+
 TEST(InputFile, RefusesFoldersAndMissingFiles) {
   const TempFolder folder;
   NearbyFolder nearby;
-  InputFile file;
   const std::string inner = folder.folder("inner");
   for (int i = 0; i < 3; ++i) {
     for (const std::string& path :
          {folder.path(), inner, folder.path(""), folder.path("missing"),
           std::string(), std::string(100000, 'x')}) {
-      EXPECT_FALSE(file.open(path.c_str()));
-      EXPECT_FALSE(file.open(path.c_str(), &nearby));
-      EXPECT_FALSE(file.is_open());
+      EXPECT_FALSE(readable(path, nullptr));
+      EXPECT_FALSE(readable(path, &nearby));
     }
   }
+}
+
+TEST(InputFile, TellsTheSizeOfFilesOnly) {
+  const TempFolder folder;
+  InputFile file;
+  if (file.open(folder.path().c_str())) {
+    EXPECT_EQ(-1, file.size());
+  }
+  ASSERT_TRUE(file.open(folder.file("three", "abc").c_str()));
+  EXPECT_EQ(3, file.size());
 }
 
 TEST(InputFile, FindsFilesThroughANearbyFolder) {
