@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -40,6 +41,126 @@ TEST(MatchAccessors, AnswerMinusOneUnloggedAndAnEmptyTextWithoutAMatch) {
   }
   for (int32_t list : {0, 1, 5, 9, 10}) EXPECT_EQ(get_match_flag(list, 0), -1);
   EXPECT_THAT(session.take_log(), IsEmpty());
+}
+
+// --- Accessors inside the option question ------------------------------------
+
+// Runs a search for "a" to "j" in one file and hands the question to `look`.
+class MatchTest : public testing::Test {
+ protected:
+  void look_at_matches(const std::string& content,
+                       const std::function<void()>& look) {
+    session.folder.file("text", content);
+    Clear(1);
+    ASSERT_EQ(session.find(1, "0~/text"), 1);
+    SetState(1, 0, 1);
+    ASSERT_EQ(SetPattern("", "abcdefghij", "", 0, 0, 0, 0, 0, 0), 1);
+    HostRecorder host;
+    bool asked = false;
+    host.answer_option = [&](const HostRecorder::Question&) {
+      asked = true;
+      look();
+      return 1;
+    };
+    FindBlock(1, 0, 0, "", 1, 0);
+    EXPECT_TRUE(asked);
+  }
+  // What GetMatchText leaves in a buffer of noise; `bytes` of it.
+  static std::string match_text(uint32_t index, uint32_t size, size_t bytes) {
+    std::vector<char> buffer(4096, '#');
+    EXPECT_EQ(GetMatchText(5, index, buffer.data(), size), 1);
+    return {buffer.data(), bytes};
+  }
+  Session session;
+};
+
+TEST_F(MatchTest, OffsetAndLengthAreDecimalTextsWhateverTheSize) {
+  look_at_matches("xxabcdefghij abcdefghij", [] {
+    EXPECT_EQ(GetCount(5, -1), 2);
+    EXPECT_EQ(read_text(GetMatchOffset, 5, 0), (Text{1, "2"}));
+    EXPECT_EQ(read_text(GetMatchOffset, 5, 1), (Text{1, "13"}));
+    EXPECT_EQ(read_text(GetMatchLength, 5, 1), (Text{1, "10"}));
+    EXPECT_EQ(read_text(GetMatchOffset, 5, 2), kNoText);
+    EXPECT_EQ(get_match_flag(5, 0), 1);
+    EXPECT_EQ(get_match_flag(5, 2), -1);
+    EXPECT_EQ(GetState(5, 0), 1);
+  });
+  EXPECT_EQ(GetCount(5, -1), 0);
+  EXPECT_EQ(read_text(GetMatchText, 5, 0), kNoText);
+}
+
+TEST_F(MatchTest, TextsAreCutAtTheSizeAndMarked) {
+  const std::string nul(1, '\0');
+  look_at_matches("abcdefghijKLMNOPQRST", [&] {
+    EXPECT_EQ(match_text(0, 15, 12), "abcdefghij" + nul + "#");
+    EXPECT_EQ(match_text(0, 100, 12), "abcdefghij" + nul + "#");
+    EXPECT_EQ(match_text(0, UINT32_MAX, 12), "abcdefghij" + nul + "#");
+    // Intended: from the length to the length + 4 bytes behind it come along.
+    EXPECT_EQ(match_text(0, 14, 16), "abcdefghijKLMN" + nul + "#");
+    EXPECT_EQ(match_text(0, 10, 12), "abcdefghij" + nul + "#");
+    // Intended: the mark runs over the size by five bytes.
+    EXPECT_EQ(match_text(0, 9, 15), "abcdefghi ..." + nul + "#");
+    EXPECT_EQ(match_text(0, 8, 14), "abcdefgh ..." + nul + "#");
+    EXPECT_EQ(match_text(0, 1, 7), "a ..." + nul + "#");
+    EXPECT_EQ(match_text(0, 0, 2), nul + "#");
+    EXPECT_EQ(GetMatchText(5, 0, nullptr, 10), -1);
+  });
+}
+
+TEST_F(MatchTest, NothingBehindTheContentIsCopied) {
+  const std::string nul(1, '\0');
+  look_at_matches("..abcdefghijK", [&] {
+    for (uint32_t size : {11u, 12u, 13u, 14u}) {
+      EXPECT_EQ(match_text(0, size, 13), "abcdefghijK" + nul + "#") << size;
+    }
+    EXPECT_EQ(match_text(0, 15, 12), "abcdefghij" + nul + "#");
+  });
+}
+
+TEST_F(MatchTest, WithoutAReplacementTheTextIsEmpty) {
+  look_at_matches("abcdefghij", [] {
+    EXPECT_EQ(read_text(GetMatchReplace, 5, 0), (Text{1, ""}));
+  });
+}
+
+// Intended: the mark depends on the match's length, not the replacement's.
+TEST_F(MatchTest, AReplacementIsMarkedWhenItIsShorterThanItsMatch) {
+  const std::string nul(1, '\0');
+  session.folder.file("text", "abcdefghij abcdefghij abcdefghij");
+  session.folder.file("values", "xyz\r\na replacement longer than it\r\n");
+  ASSERT_EQ(session.find(1, "0~/text"), 1);
+  SetState(1, 0, 1);
+  ASSERT_EQ(SetPattern("", "abcdefghij", "", 0, 0, 0, 0, 0, 0), 1);
+  ASSERT_EQ(load_replace_list(session.spelled("~/values").c_str()), 2);
+  HostRecorder host;
+  bool asked = false;
+  auto replacement = [](uint32_t index, uint32_t size, size_t bytes) {
+    std::vector<char> buffer(4096, '#');
+    EXPECT_EQ(GetMatchReplace(5, index, buffer.data(), size), 1);
+    return std::string(buffer.data(), bytes);
+  };
+  host.answer_option = [&](const HostRecorder::Question&) {
+    asked = true;
+    EXPECT_EQ(replacement(0, 100, 9), "xyz ..." + nul + "#");
+    EXPECT_EQ(replacement(0, 8, 9), "xyz ..." + nul + "#");
+    // Zero bytes stand behind it: the mark follows the first of them.
+    EXPECT_EQ(replacement(0, 7, 8), "xyz ..." + nul);
+    EXPECT_EQ(replacement(0, 2, 8), "xy ..." + nul + "#");
+    EXPECT_EQ(replacement(0, 0, 2), nul + "#");
+    EXPECT_EQ(replacement(1, 100, 29), "a replacement longer than it" + nul);
+    // Cut, but not below the match's length: no mark.
+    EXPECT_EQ(replacement(1, 13, 15), "a replacement" + nul + "#");
+    EXPECT_EQ(replacement(1, 10, 12), "a replacem" + nul + "#");
+    EXPECT_EQ(replacement(1, 9, 15), "a replace ..." + nul + "#");
+    EXPECT_EQ(get_match_flag(5, 1), 1);
+    // The third match has no value.
+    EXPECT_EQ(replacement(2, 100, 2), nul + "#");
+    EXPECT_EQ(get_match_flag(5, 2), 0);
+    EXPECT_EQ(GetMatchReplace(5, 0, nullptr, 10), -1);
+    return 0;
+  };
+  ReplaceBlock("", 1, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0);
+  EXPECT_TRUE(asked);
 }
 
 // --- FindInFiles -------------------------------------------------------------

@@ -123,7 +123,10 @@ class MemoryFaults : public testing::Test {
   // The lists as every run finds them.
   void set_up() {
     for (int32_t list : {0, 1, 2, 4, 6, 7}) Clear(list);
-    FindFiles(0, session.spelled("0~/one;two").c_str(), kAllFacts.data(), "");
+    const std::string two_files = session.spelled("0~/one;two");
+    FindFiles(0, two_files.c_str(), kAllFacts.data(), "");
+    FindFiles(1, two_files.c_str(), kAllFacts.data(), "");
+    SetState(1, -1, 1);
   }
 
   void run_with_each_allocation_failing(const Fault& fault) {
@@ -282,6 +285,18 @@ TEST_F(MemoryFaults, SetPatternFails) {
                                     },
                                     1,
                                     {-1}});
+}
+
+TEST_F(MemoryFaults, FindBlockFails) {
+  ASSERT_EQ(SetPattern("", "text", "", 0, 0, 0, 0, 0, 0), 1);
+  const std::string report = session.folder.path("report");
+  run_with_each_allocation_failing(
+      {"FindBlock",
+       [&] { return FindBlock(0, 0, 1, report.c_str(), 1, 0); },
+       2,
+       {-1, 2},
+       true,
+       false});
 }
 
 TEST_F(MemoryFaults, GetWordCountFails) {

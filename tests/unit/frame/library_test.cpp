@@ -38,7 +38,7 @@ TEST(Library, NumbersNameItsLists) {
   const ItemList* expected[kLists] = {library.first_files.get(),
                                       library.second_files.get(),
                                       library.pairs.get(),
-                                      library.undo_list.get(),
+                                      &library.safe_store->undo_list,
                                       library.results.get(),
                                       &library.find_context->matches,
                                       library.no_matches.get(),
