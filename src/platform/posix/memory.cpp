@@ -20,6 +20,7 @@ size_t round_up(size_t size, size_t unit) {
 
 bool KeptBuffer::reserve(size_t size, size_t keep) {
   if (size <= capacity_) return true;
+  if (size > SIZE_MAX / 2) return false;  // what is added would wrap
   size_t wanted = std::max(size, capacity_ + capacity_ / 2) + 2 * kSlack;
   const bool huge = wanted >= kHugePage;
   wanted = round_up(wanted, huge ? kHugePage : kSmallPage);
