@@ -22,10 +22,10 @@ using model::RandomCase;
 using model::RandomCases;
 using test::EngineBesideModel;
 
-// Sanitizers make a case some fifteen times slower; a tenth of the cases still
-// meets every kind of element thousands of times.
+// Sanitizers make a case some fifteen times slower; a quarter of the cases
+// still meets every kind of element thousands of times.
 #if defined(__SANITIZE_ADDRESS__)
-constexpr int kShare = 10;
+constexpr int kShare = 4;
 #else
 constexpr int kShare = 1;
 #endif

@@ -64,7 +64,8 @@ TEST(HostilePatterns, LongClassRunsBeforeALiteralThatRarelyComes) {
   EXPECT_EQ(count("alpha>", run), 0);
   EXPECT_EQ(count("alpha[2-]<", run), 1);
   EXPECT_EQ(count("alpha[3]<", run), 0);
-  EXPECT_EQ(count("alpha[2-5]<", run), 1);
+  // Steps of five bytes: what is left decides.
+  EXPECT_EQ(count("alpha[2-5]<", run), kLength % 5 >= 2 ? 1 : 0);
   EXPECT_EQ(count("alpha[99999999-]<", run), 0);
   EXPECT_EQ(count("alpha[0-]<", run), 1);
   EXPECT_EQ(count("!digits<", run), 1);
