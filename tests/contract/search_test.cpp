@@ -1,0 +1,868 @@
+// Searches through the exports: phases, rejects, questions, results, reports,
+// summaries, stops.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/run_test.h"
+
+namespace {
+
+using namespace std::string_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+using zenfo::test::ErrorRecord;
+using zenfo::test::exclusion;
+using zenfo::test::file_exists;
+using zenfo::test::find_block;
+using zenfo::test::find_excluded;
+using zenfo::test::find_string;
+using zenfo::test::HostRecorder;
+using zenfo::test::line_list;
+using zenfo::test::LinePaths;
+using zenfo::test::pattern;
+using zenfo::test::read_file;
+using zenfo::test::RunArguments;
+using zenfo::test::Texts;
+
+class SearchTest : public zenfo::test::RunTest {
+ protected:
+  std::string report() const { return work().path("report"); }
+};
+
+// What was written into a buffer by an accessor of a match.
+template <class Getter>
+std::string of_match(Getter getter, int32_t list, uint32_t index) {
+  char buffer[200] = "?";
+  return getter(list, index, buffer, 100) == 1 ? buffer : "-1";
+}
+
+// ---- Results ---------------------------------------------------------------
+
+TEST_F(SearchTest, FilesGoToTheListsByTheirMatches) {
+  ASSERT_TRUE(pattern("ab"));
+  const auto two = add("1", "ab ab");
+  const auto none = add("2", "a b");
+  const auto missing = add_missing("3");
+  const auto one = add("4", "xab");
+  EXPECT_EQ(find_block({}), 3);
+  EXPECT_THAT(found(), ElementsAre(two, one));
+  EXPECT_THAT(flags(ZENFO_LIST_RESULT), ElementsAre(2, 1));
+  EXPECT_THAT(states(ZENFO_LIST_RESULT), ElementsAre(1, 1));
+  EXPECT_THAT(not_found(), ElementsAre(none));
+  EXPECT_THAT(flags(ZENFO_LIST_NO_MATCH), ElementsAre(0));
+  EXPECT_THAT(rejected(), ElementsAre(missing));
+  EXPECT_THAT(files(ZENFO_LIST_FILES), ElementsAre(two, none, missing, one))
+      << "entries are copied, not moved";
+  expect_no_matches();
+  EXPECT_THAT(errors(),
+              ElementsAre(ErrorRecord{missing + " could not be opened",
+                                      "loading file", "FindBlock"}));
+}
+
+TEST_F(SearchTest, UnselectedEntriesArePassedOver) {
+  ASSERT_TRUE(pattern("a"));
+  add("1", "a");
+  add("2", "a");
+  ASSERT_EQ(SetState(ZENFO_LIST_FILES, -1, 0), 2);
+  EXPECT_EQ(find_block({}), 0);
+  expect_no_results();
+  ASSERT_EQ(SetState(ZENFO_LIST_FILES, 1, 1), 1);
+  EXPECT_EQ(find_block({}), 1);
+  EXPECT_EQ(found().size(), 1u);
+}
+
+TEST_F(SearchTest, ARunEmptiesTheResultsOfTheOneBefore) {
+  ASSERT_TRUE(pattern("a"));
+  add("1", "a");
+  add("2", "b");
+  add_missing("3");
+  EXPECT_EQ(find_block({}), 1);
+  ASSERT_EQ(Clear(ZENFO_LIST_FILES), 1);
+  EXPECT_EQ(find_block({}), 0);
+  expect_no_results();
+}
+
+TEST_F(SearchTest, CaseAndWholeWordsGoToTheMatcher) {
+  ASSERT_TRUE(pattern("cat"));
+  add("1", "cat Cat concat CAT");
+  EXPECT_EQ(find_block({}), 2);
+  EXPECT_EQ(find_block({.case_flag = 0}), 4);
+  EXPECT_EQ(find_block({.whole_words = 1}), 1);
+  EXPECT_EQ(find_block({.case_flag = 0, .whole_words = 1}), 3);
+}
+
+TEST_F(SearchTest, EmptyFilesAreFilesWithoutMatches) {
+  ASSERT_TRUE(pattern("a"));
+  const auto empty = add("1", "");
+  HostRecorder host;
+  EXPECT_EQ(find_block({.binary = 1, .ask = 1, .report = report()}), 0);
+  const auto statuses = host.statuses;
+  EXPECT_THAT(statuses, ElementsAre("Now loading file " + empty,
+                                    "Now binary checking " + empty));
+  EXPECT_THAT(host.reports, IsEmpty()) << "no progress for an empty file";
+  EXPECT_THAT(not_found(), ElementsAre(empty));
+  EXPECT_EQ(read_file(report()), "");
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(SearchTest, WithoutAPatternTheFirstFileEndsTheRun) {
+  EXPECT_EQ(find_block({}), 0) << "no file, no search";
+  add("1", "a");
+  add("2", "a");
+  HostRecorder host;
+  EXPECT_EQ(find_block({}), -1);
+  EXPECT_EQ(host.statuses.size(), 2u);
+  expect_no_results();
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(SearchTest, AnEntryThatIsNoFileEndsTheRunWithNoResults) {
+  ASSERT_TRUE(pattern("a"));
+  EXPECT_EQ(AddStringPair("a", "b"), 1);
+  add("1", "a");
+  EXPECT_EQ(find_block({}), 1);
+  // List 2 takes file entries, too: selected, they are pairs without a text.
+  const unsigned char options[ZENFO_OPTION_COUNT] = {};
+  ASSERT_EQ(FindFiles(ZENFO_LIST_PAIRS, ("0" + folder.path("1")).c_str(),
+                      options, ""),
+            1);
+  ASSERT_EQ(SetState(ZENFO_LIST_PAIRS, 1, 1), 1);
+  EXPECT_EQ(find_string({}), -1);
+}
+
+TEST(Search, IsRefusedBeforeInitialize) {
+  Terminate();
+  EXPECT_EQ(find_block({}), -1);
+  EXPECT_EQ(find_string({}), -1);
+  EXPECT_EQ(find_excluded({}), -1);
+  const LinePaths paths{"list", "summary"};
+  EXPECT_EQ(find_block({}, &paths), -1);
+  EXPECT_EQ(find_string({}, &paths), -1);
+  EXPECT_FALSE(file_exists("summary"));
+}
+
+// ---- Binary check ----------------------------------------------------------
+
+TEST_F(SearchTest, ANonPrintableByteRejectsTheFileWhenAsked) {
+  ASSERT_TRUE(pattern("a"));
+  const auto first = add("1",
+                         "\x01"
+                         "a");
+  const auto fifth = add("2",
+                         "aaaaa\x0b"
+                         "a");
+  const auto high = add("3", "a\x7f\x80\xff\t\r\n");
+  const auto nul = add("4", "a\0a"s);
+  EXPECT_EQ(find_block({}), 1 + 6 + 1 + 2);
+  EXPECT_EQ(find_block({.binary = 1}), 2);
+  EXPECT_THAT(found(), ElementsAre(first, high))
+      << "the first byte is not looked at";
+  EXPECT_THAT(rejected(), ElementsAre(fifth, nul));
+  EXPECT_THAT(
+      errors(),
+      ElementsAre(
+          ErrorRecord{
+              fifth +
+                  " contains a non printable character at position 5 (0xb) ",
+              "loading file", "FindBlock"},
+          ErrorRecord{
+              nul + " contains a non printable character at position 1 (0x0) ",
+              "loading file", "FindBlock"}));
+}
+
+// ---- Phases ----------------------------------------------------------------
+
+TEST_F(SearchTest, TellsThePhasesOfEachFileInOrder) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = add("1", "a");
+  const auto two = add("2", "b");
+  HostRecorder host;
+  EXPECT_EQ(find_block({.binary = 1, .ask = 1, .report = report()}), 1);
+  EXPECT_THAT(
+      host.statuses,
+      ElementsAre("Now loading file " + one, "Now binary checking " + one,
+                  "Now parsing file " + one, "Preparing for display " + one,
+                  "Now reporting to file " + report(),
+                  "Now loading file " + two, "Now binary checking " + two,
+                  "Now parsing file " + two));
+}
+
+TEST_F(SearchTest, ParsingIsToldForEachString) {
+  pair("a", "");
+  pair("b", "");
+  const auto one = add("1", "ab");
+  HostRecorder host;
+  EXPECT_EQ(find_string({}), 2);
+  EXPECT_THAT(host.statuses,
+              ElementsAre("Now loading file " + one, "Now parsing file " + one,
+                          "Now parsing file " + one));
+}
+
+// ---- Questions -------------------------------------------------------------
+
+TEST_F(SearchTest, AsksForEveryFileWithMatchesAndTellsOfTheReport) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = add("1", "a");
+  add("2", "b");
+  const auto three = add("3", "a");
+  HostRecorder host;
+  EXPECT_EQ(find_block({.ask = 1}), 2);
+  EXPECT_THAT(host.option_questions,
+              ElementsAre(HostRecorder::Question{one, 0},
+                          HostRecorder::Question{three, 0}));
+  host.option_questions.clear();
+  EXPECT_EQ(find_block({.ask = 1, .report = report()}), 2);
+  EXPECT_EQ(host.option_questions[0].number, 1);
+  host.option_questions.clear();
+  EXPECT_EQ(find_block({.ask = 1, .report = work().path("no/report")}), 2)
+      << "a report that cannot be created is done without";
+  EXPECT_EQ(host.option_questions[0].number, 0);
+  host.option_questions.clear();
+  EXPECT_EQ(find_block({}), 2);
+  EXPECT_THAT(host.option_questions, IsEmpty());
+}
+
+// Three files with 1, 2 and 4 matches, one without between them.
+struct AnswerCase {
+  std::vector<int32_t> answers;  // to the questions in turn
+  int32_t result;
+  std::vector<int> found;  // flags in the result list
+  size_t questions;
+  size_t not_found;
+};
+
+const AnswerCase kAnswerCases[] = {
+    {{1, 1, 1}, 7, {1, 2, 4}, 3, 1},
+    {{0, 1, 1}, 6, {2, 4}, 3, 1},
+    {{1, 0, 1}, 5, {1, 4}, 3, 1},
+    {{1, 1, 0}, 3, {1, 2}, 3, 1},
+    {{0, 0, 0}, 0, {}, 3, 1},
+    {{2}, 0, {}, 1, 0},
+    {{1, 2}, 1, {1}, 2, 1},
+    {{1, 1, 2}, 3, {1, 2}, 3, 1},
+    {{0, 2}, 0, {}, 2, 1},
+    {{3}, 7, {1, 2, 4}, 1, 1},
+    {{1, 3}, 7, {1, 2, 4}, 2, 1},
+    {{0, 3}, 6, {2, 4}, 2, 1},
+    {{1, 1, 3}, 7, {1, 2, 4}, 3, 1},
+    {{4}, -1, {}, 1, 0},
+    {{-1}, -1, {}, 1, 0},
+    {{1, 4}, -1, {1}, 2, 1},
+    {{1, 0, 99}, -1, {1}, 3, 1},
+    {{INT32_MIN}, -1, {}, 1, 0},
+};
+
+TEST_F(SearchTest, AnswersDecideWhatIsTakenAndWhenTheRunEnds) {
+  ASSERT_TRUE(pattern("a"));
+  add("1", "a");
+  add("2", "b");
+  add("3", "aa");
+  add("4", "aaaa");
+  for (const AnswerCase& one : kAnswerCases) {
+    SCOPED_TRACE(testing::PrintToString(one.answers));
+    size_t asked = 0;
+    int32_t result;
+    {
+      HostRecorder host;
+      host.answer_option = [&](const HostRecorder::Question&) {
+        return asked < one.answers.size() ? one.answers[asked++] : 99;
+      };
+      result = find_block({.ask = 1});
+    }
+    EXPECT_EQ(result, one.result);
+    EXPECT_EQ(asked, one.questions);
+    EXPECT_EQ(flags(ZENFO_LIST_RESULT), one.found);
+    EXPECT_EQ(not_found().size(), one.not_found);
+    expect_no_matches();
+    if (one.result == -1) {
+      EXPECT_THAT(errors(),
+                  ElementsAre(ErrorRecord{
+                      "Invalid option", "Prompting user option", "FindBlock"}));
+    } else {
+      EXPECT_THAT(errors(), IsEmpty());
+    }
+  }
+}
+
+TEST_F(SearchTest, AskingWithoutACallbackIsAnInvalidOption) {
+  ASSERT_TRUE(pattern("a"));
+  add("1", "b");
+  EXPECT_EQ(find_block({.ask = 1}), 0) << "nothing to ask about";
+  add("2", "a");
+  EXPECT_EQ(find_block({.ask = 1}), -1);
+  EXPECT_THAT(errors(),
+              ElementsAre(ErrorRecord{"Invalid option", "Prompting user option",
+                                      "FindBlock"}));
+}
+
+TEST_F(SearchTest, InsideTheQuestionTheMatchesCanBeReadAndDeselected) {
+  ASSERT_TRUE(pattern("ab"));
+  ASSERT_TRUE(exclusion("(ab)"));
+  const auto one = add("1", "ab (ab) xab");
+  HostRecorder host;
+  const std::string occurrences = work().path("occurrences");
+  host.answer_option = [&](const HostRecorder::Question&) {
+    EXPECT_EQ(GetCount(ZENFO_LIST_MATCHES, -1), 2);
+    EXPECT_EQ(GetCount(ZENFO_LIST_EXCLUDED, -1), 1);
+    EXPECT_EQ(of_match(GetMatchOffset, ZENFO_LIST_MATCHES, 1), "9");
+    EXPECT_EQ(of_match(GetMatchLength, ZENFO_LIST_MATCHES, 1), "2");
+    EXPECT_EQ(of_match(GetMatchText, ZENFO_LIST_MATCHES, 1), "ab");
+    EXPECT_EQ(of_match(GetMatchOffset, ZENFO_LIST_EXCLUDED, 0), "3");
+    EXPECT_EQ(of_match(GetMatchReplace, ZENFO_LIST_MATCHES, 0), "");
+    EXPECT_EQ(get_match_flag(ZENFO_LIST_MATCHES, 0), 1);
+    EXPECT_EQ(save_occurrences(occurrences.c_str(), ";"), 2);
+    EXPECT_EQ(read_file(occurrences), "ab;ab;");
+    EXPECT_EQ(SetState(ZENFO_LIST_MATCHES, 0, 0), 1);
+    EXPECT_EQ(save_occurrences(occurrences.c_str(), "--"), 1);
+    EXPECT_EQ(read_file(occurrences), "ab--");
+    return 1;
+  };
+  EXPECT_EQ(find_block({.ask = 1, .report = report()}), 1);
+  EXPECT_THAT(flags(ZENFO_LIST_RESULT), ElementsAre(1));
+  EXPECT_EQ(read_file(report()),
+            one +
+                "\r\n\r\nNumber\tOffset\tLength\r\n"
+                "------\t------\t------\r\n"
+                "2\t9\t2\r\n-------------MATCH-------------\r\nab\r\n"
+                "-----------END MATCH-----------\r\n\r\n");
+}
+
+TEST_F(SearchTest, DeselectingAllPutsTheFileIntoTheNoMatchList) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = add("1", "aa");
+  HostRecorder host;
+  host.answer_option = [&](const HostRecorder::Question&) {
+    return SetState(ZENFO_LIST_MATCHES, -1, 0) == 2 ? 1 : -5;
+  };
+  EXPECT_EQ(find_block({.ask = 1, .report = report()}), 0);
+  EXPECT_THAT(not_found(), ElementsAre(one));
+  EXPECT_EQ(read_file(report()), one + "\r\n");
+}
+
+TEST_F(SearchTest, WhatWouldPullTheListsAwayIsRefusedInsideTheQuestion) {
+  ASSERT_TRUE(pattern("a"));
+  pair("a", "");
+  add("1", "a");
+  use_store();
+  HostRecorder host;
+  host.answer_option = [&](const HostRecorder::Question&) {
+    const unsigned char options[ZENFO_OPTION_COUNT] = {};
+    TextCounts counts;
+    EXPECT_EQ(Initialize(), 0);
+    EXPECT_EQ(Terminate(), -1);
+    EXPECT_EQ(Clear(ZENFO_LIST_FILES), 0);
+    EXPECT_EQ(Clear(ZENFO_LIST_MATCHES), 0);
+    EXPECT_EQ(FindFiles(ZENFO_LIST_FILES, "0x", options, ""), -1);
+    EXPECT_FALSE(pattern("b"));
+    EXPECT_FALSE(exclusion("b"));
+    EXPECT_EQ(find_block({}), -1);
+    EXPECT_EQ(find_string({}), -1);
+    EXPECT_EQ(find_excluded({}), -1);
+    EXPECT_EQ(zenfo::test::replace_block({}), -1);
+    EXPECT_EQ(zenfo::test::replace_string({}), -1);
+    EXPECT_EQ(zenfo::test::change_case({}), -1);
+    EXPECT_EQ(AddStringPair("x", "y"), -1);
+    EXPECT_EQ(Undo(), -1);
+    EXPECT_EQ(GetUndoList(), -1);
+    EXPECT_EQ(ClearUndoList(), -1);
+    EXPECT_EQ(get_word_count(folder.path("1").c_str(), &counts), -1);
+    return 1;
+  };
+  EXPECT_EQ(find_block({.ask = 1}), 1);
+  EXPECT_EQ(host.option_questions.size(), 1u);
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+// ---- Exclusion -------------------------------------------------------------
+
+TEST_F(SearchTest, MatchesAreSoughtOutsideOrInsideTheAreas) {
+  ASSERT_TRUE(pattern("a"));
+  ASSERT_TRUE(exclusion("(aa)"));
+  add("1", "a(aa)a(a)");
+  EXPECT_EQ(find_block({}), 3);
+  EXPECT_EQ(find_block({.display = 1}), 2);
+  EXPECT_EQ(find_block({.display = -7}), 2);
+}
+
+TEST_F(SearchTest, AnEmptyExclusionPatternLeavesTheWholeText) {
+  ASSERT_TRUE(pattern("a"));
+  add("1", "aa");
+  EXPECT_EQ(find_block({.display = 1}), 2);
+  ASSERT_TRUE(exclusion("(x)"));
+  EXPECT_EQ(find_block({}), 2);
+  EXPECT_EQ(find_block({.display = 1}), 0) << "there is no area to be inside";
+}
+
+TEST_F(SearchTest, ExcludedAreasAreSearchedForAlone) {
+  ASSERT_TRUE(exclusion("ab"));
+  const auto one = add("1", "ab.ab");
+  const auto two = add("2", "AB");
+  const auto missing = add_missing("3");
+  const auto binary = add("4", "ab\x02");
+  HostRecorder host;
+  EXPECT_EQ(find_excluded({.binary = 1, .report = report()}), 2);
+  EXPECT_THAT(host.option_questions, IsEmpty());
+  EXPECT_EQ(read_file(report()),
+            one +
+                "\r\n\r\nNumber\tOffset\tLength\r\n"
+                "------\t------\t------\r\n"
+                "1\t0\t2\r\n-------------MATCH-------------\r\nab\r\n"
+                "-----------END MATCH-----------\r\n"
+                "2\t3\t2\r\n-------------MATCH-------------\r\nab\r\n"
+                "-----------END MATCH-----------\r\n\r\n" +
+                two + "\r\n");
+  EXPECT_THAT(found(), ElementsAre(one));
+  EXPECT_THAT(flags(ZENFO_LIST_RESULT), ElementsAre(2));
+  EXPECT_THAT(not_found(), ElementsAre(two));
+  EXPECT_THAT(rejected(), ElementsAre(missing, binary));
+  EXPECT_EQ(errors().size(), 2u);
+  EXPECT_EQ(find_excluded({.case_flag = 0}), 4);
+  expect_no_matches();
+}
+
+TEST_F(SearchTest, WithoutAnExclusionPatternThereAreNoAreasToFind) {
+  EXPECT_EQ(find_excluded({}), 0);
+  add("1", "a");
+  EXPECT_EQ(find_excluded({}), -1);
+}
+
+// ---- Strings ---------------------------------------------------------------
+
+TEST_F(SearchTest, AFilesNumberIsTheSumOfItsStrings) {
+  pair("a", "");
+  pair("x", "", 0);
+  pair("bc", "");
+  const auto one = add("1", "abcx abc");
+  const auto two = add("2", "xx");
+  EXPECT_EQ(find_string({}), 4);
+  EXPECT_THAT(found(), ElementsAre(one));
+  EXPECT_THAT(flags(ZENFO_LIST_RESULT), ElementsAre(4));
+  EXPECT_THAT(not_found(), ElementsAre(two));
+}
+
+TEST_F(SearchTest, WithoutASelectedPairFilesAreInNoList) {
+  pair("a", "", 0);
+  const auto one = add("1", "a");
+  EXPECT_EQ(find_string({.report = report()}), 0);
+  expect_no_results();
+  EXPECT_EQ(read_file(report()), "");
+  EXPECT_EQ(over_lines(find_string, {}, one + "\r\n"), 0);
+  EXPECT_EQ(summary(), "");
+}
+
+TEST_F(SearchTest, AStringThatCannotBeCompiledEndsTheRun) {
+  pair("a", "");
+  add("1", "a");
+  EXPECT_EQ(find_string({}), 1);
+  pair("", "b");
+  EXPECT_EQ(find_string({}), -1) << "a pair without a find string";
+  ASSERT_EQ(UpdateStringPair(1, "\\", ""), 1);
+  EXPECT_EQ(find_string({}), 1) << "a literal";
+  EXPECT_EQ(find_string({.is_pattern = 1}), -1) << "nothing is left of it";
+}
+
+TEST_F(SearchTest, FindStringsAreCompiledAsAsked) {
+  pair("a^Mb", "");
+  pair("?[2]", "");
+  const auto one = add("1", "a\rb a^Mb ?[2]");
+  EXPECT_EQ(find_string({}), 2);
+  EXPECT_EQ(find_string({.convert = 1}), 2);
+  ASSERT_EQ(SetState(ZENFO_LIST_PAIRS, 0, 0), 1);
+  ASSERT_EQ(UpdateStringPair(1, "'x|y'b", ""), 1);
+  zenfo::test::write_file(one, "axyb");
+  EXPECT_EQ(find_string({}), 0);
+  EXPECT_EQ(find_string({.is_pattern = 1}), 1);
+}
+
+TEST_F(SearchTest, ASkippedStringLeavesTheOthersOfTheFile) {
+  pair("a", "");
+  pair("b", "");
+  const auto one = add("1", "aab");
+  const auto two = add("2", "a");
+  HostRecorder host;
+  std::vector<int32_t> answers = {0, 1, 0};
+  host.answer_option = [&](const HostRecorder::Question&) {
+    const int32_t answer = answers.front();
+    answers.erase(answers.begin());
+    return answer;
+  };
+  EXPECT_EQ(find_string({.ask = 1, .report = report()}), 1);
+  EXPECT_THAT(found(), ElementsAre(one));
+  EXPECT_THAT(flags(ZENFO_LIST_RESULT), ElementsAre(1));
+  EXPECT_THAT(not_found(), ElementsAre(two))
+      << "its second string was handled: it has no match";
+}
+
+TEST_F(SearchTest, AFileWhoseStringsAreAllSkippedIsInNoList) {
+  pair("a", "");
+  pair("b", "");
+  const auto one = add("1", "ab");
+  HostRecorder host;
+  host.answer_option = [](const HostRecorder::Question&) { return 0; };
+  EXPECT_EQ(find_string({.ask = 1, .report = report()}), 0);
+  expect_no_results();
+  EXPECT_EQ(read_file(report()), "");
+  EXPECT_EQ(over_lines(find_string, {.ask = 1}, one + "\r\n"), 0);
+  EXPECT_EQ(summary(), "");
+}
+
+TEST_F(SearchTest, StoppingInsideAFileKeepsItsStringsTakenSoFar) {
+  pair("a", "");
+  pair("b", "");
+  const auto one = add("1", "aab");
+  add("2", "a");
+  const auto stop_at_second = [](HostRecorder& host) {
+    host.answer_option = [&host](const HostRecorder::Question&) {
+      return host.option_questions.size() % 2 == 1 ? 1 : 2;
+    };
+  };
+  {
+    HostRecorder host;
+    stop_at_second(host);
+    EXPECT_EQ(find_string({.ask = 1}), 2);
+  }
+  EXPECT_THAT(flags(ZENFO_LIST_RESULT), ElementsAre(2));
+  HostRecorder host;
+  stop_at_second(host);
+  EXPECT_EQ(over_lines(find_string, {.ask = 1}, one + "\r\n"), 2);
+  EXPECT_EQ(summary(), one + ", found 2\r\r\n");
+}
+
+TEST_F(SearchTest, TakingAllHoldsForLaterStringsAndFiles) {
+  pair("a", "");
+  pair("b", "");
+  add("1", "ab");
+  add("2", "ab");
+  HostRecorder host;
+  host.answer_option = [](const HostRecorder::Question&) { return 3; };
+  EXPECT_EQ(find_string({.ask = 1}), 4);
+  EXPECT_EQ(host.option_questions.size(), 1u);
+}
+
+// Intended: the last argument of FindString_f is not handed on.
+TEST_F(SearchTest, StringsOverLinesAreAlwaysSoughtOutsideTheAreas) {
+  ASSERT_TRUE(exclusion("(aa)"));
+  pair("a", "");
+  const auto one = add("1", "a(aa)");
+  EXPECT_EQ(find_string({.display = 1}), 2);
+  EXPECT_EQ(over_lines(find_string, {.display = 1}, one + "\r\n"), 1);
+}
+
+// ---- Report ----------------------------------------------------------------
+
+constexpr char kHeader[] =
+    "\r\nNumber\tOffset\tLength\r\n------\t------\t------\r\n";
+
+std::string block(int number, int offset, const std::string& text) {
+  return std::to_string(number) + "\t" + std::to_string(offset) + "\t" +
+         std::to_string(text.size()) +
+         "\r\n-------------MATCH-------------\r\n" + text +
+         "\r\n-----------END MATCH-----------\r\n";
+}
+
+TEST_F(SearchTest, ReportNumbersRunOnAndLeaveGapsForDeselectedMatches) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = add("1", "a-A-a-a");
+  const auto none = add("2", "b");
+  const auto three = add("3", "xa\xff\r\n");
+  HostRecorder host;
+  host.answer_option = [&](const HostRecorder::Question& question) {
+    if (question.text == one) SetState(ZENFO_LIST_MATCHES, 1, 0);
+    return 1;
+  };
+  ASSERT_EQ(find_block({.case_flag = 0, .ask = 1, .report = report()}), 4);
+  EXPECT_EQ(read_file(report()), one + "\r\n" + kHeader + block(1, 0, "a") +
+                                     block(3, 4, "a") + block(4, 6, "a") +
+                                     "\r\n" + none + "\r\n" + three + "\r\n" +
+                                     kHeader + block(4, 1, "a") + "\r\n")
+      << "the next file's numbers follow the number of those reported";
+}
+
+TEST_F(SearchTest, ReportOfStringsHasOneHeaderAFile) {
+  pair("x", "");
+  pair("a", "");
+  pair("b", "");
+  const auto one = add("1", "a b a");
+  const auto two = add("2", "b");
+  EXPECT_EQ(find_string({.report = report()}), 4);
+  EXPECT_EQ(read_file(report()), one + "\r\n" + kHeader + block(1, 0, "a") +
+                                     block(2, 4, "a") + block(3, 2, "b") +
+                                     "\r\n" + two + "\r\n" + kHeader +
+                                     block(4, 0, "b") + "\r\n");
+}
+
+TEST_F(SearchTest, ReportHoldsMatchesRawWithNulBytes) {
+  ASSERT_TRUE(SetPatternTag("<", ">", 0, 0, 0) == 1);
+  const auto one = add("1", "<\0\n>"s);
+  EXPECT_EQ(find_block({.report = report()}), 1);
+  EXPECT_EQ(read_file(report()),
+            one + "\r\n" + kHeader + block(1, 0, "<\0\n>"s) + "\r\n");
+}
+
+TEST_F(SearchTest, TheReportIsClosedHoweverTheRunEnds) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = add("1", "a");
+  add("2", "a");
+  const std::string first = one + "\r\n" + kHeader + block(1, 0, "a") + "\r\n";
+  for (int32_t last : {2, 9}) {
+    HostRecorder host;
+    host.answer_option = [&](const HostRecorder::Question&) {
+      return host.option_questions.size() == 1 ? 1 : last;
+    };
+    EXPECT_EQ(find_block({.ask = 1, .report = report()}), last == 2 ? 1 : -1);
+    EXPECT_EQ(read_file(report()), first);
+  }
+}
+
+TEST_F(SearchTest, AReportReplacesTheOneBefore) {
+  ASSERT_TRUE(pattern("a"));
+  work().file("report", "old");
+  EXPECT_EQ(find_block({.report = report()}), 0);
+  EXPECT_EQ(read_file(report()), "");
+}
+
+// ---- List file and summary -------------------------------------------------
+
+TEST_F(SearchTest, SummaryHasALineForEveryFileThatWasSearched) {
+  ASSERT_TRUE(pattern("a"));
+  const auto two = folder.file("1", "aba");
+  const auto none = folder.file("2", "b");
+  const auto empty = folder.file("3", "");
+  const auto binary = folder.file("4", "a\x03");
+  const auto gone = folder.path("5");
+  EXPECT_EQ(over_lines(find_block, {.binary = 1},
+                       line_list({two, none, empty, binary, gone, two})),
+            4);
+  EXPECT_EQ(summary(), two + ", found 2\r\r\n" + none + ", found 0\r\r\n" +
+                           two + ", found 2\r\r\n");
+  expect_no_results();
+  EXPECT_THAT(
+      errors(),
+      ElementsAre(
+          ErrorRecord{
+              binary +
+                  " contains a non printable character at position 1 (0x3) ",
+              "loading file", "FindBlock_f"},
+          ErrorRecord{gone + " could not be opened", "loading file",
+                      "FindBlock_f"}));
+}
+
+TEST_F(SearchTest, StringsOverLinesWriteTheSumOfAFile) {
+  pair("a", "");
+  pair("b", "");
+  const auto one = folder.file("1", "aab");
+  EXPECT_EQ(over_lines(find_string, {.report = report()}, one), 3);
+  EXPECT_EQ(summary(), one + ", found 3\r\r\n");
+  EXPECT_EQ(read_file(report()), one + "\r\n" + kHeader + block(1, 0, "a") +
+                                     block(2, 1, "a") + block(3, 2, "b") +
+                                     "\r\n");
+}
+
+struct ListFileCase {
+  const char* name;
+  std::string before;
+  std::string after;
+  int32_t found;
+};
+
+TEST_F(SearchTest, ListFilesAreReadLineByLine) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = folder.file("1", "a");
+  const ListFileCase cases[] = {
+      {"a line", "", "\r\n", 1},
+      {"a last line without an end", "", "", 1},
+      {"empty lines", "\r\n\r\n", "\r\n\r\n", 1},
+      {"a bare LF belongs to the path", "", "\n", 0},
+      {"a bare CR belongs to the path", "", "\r", 0},
+      {"text behind CR LF is the next line", "", "\r\nx", 1},
+      {"a line ends at a NUL", "", "\0junk\r\n"s, 1},
+      {"a NUL first makes an empty line", "\0x\r\n"s, "\r\n", 1},
+      {"no line", "", "", 1},
+  };
+  for (const ListFileCase& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(over_lines(find_block, {}, c.before + one + c.after), c.found);
+  }
+  EXPECT_EQ(over_lines(find_block, {}, ""), 0);
+  EXPECT_EQ(summary(), "");
+}
+
+TEST_F(SearchTest, ABareLineFeedIsLoggedAsPartOfThePath) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = folder.file("1", "a");
+  EXPECT_EQ(over_lines(find_block, {}, one + "\n"), 0);
+  EXPECT_EQ(summary(), "");
+  EXPECT_EQ(read_file(error_file()).substr(19),
+            "\r\n\r\n  message  : " + one +
+                "\r\n could not be opened\r\n  context  : loading file\r\n"
+                "  module   : Main\r\n  routine  : FindBlock_f\r\n\r\n");
+}
+
+TEST_F(SearchTest, LinesAreReadInPiecesOf4095Bytes) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = folder.file("1", "a");
+  const std::string longest(4095, '\1');
+  // The path behind the piece is a line of its own, of the same length or not.
+  EXPECT_EQ(over_lines(find_block, {}, longest + one + "\r\n"), 1);
+  EXPECT_EQ(errors().size(), 1u);
+  EXPECT_EQ(over_lines(find_block, {}, longest + longest + one), 1);
+  EXPECT_EQ(errors().size(), 2u);
+  EXPECT_EQ(over_lines(find_block, {}, std::string(4094, '\1') + one), 0);
+  EXPECT_EQ(errors().size(), 2u);
+  EXPECT_EQ(over_lines(find_block, {}, std::string(4093, '\1') + "\r\n" + one),
+            1);
+  EXPECT_EQ(errors().size(), 1u);
+}
+
+TEST_F(SearchTest, PathsOfTheRunMustBeGivenAndDiffer) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = add("1", "a");
+  const auto list = work().file("list", one);
+  EXPECT_EQ(find_block({}), 1);
+  const auto answer = [&](const char* list_path, const char* summary_path) {
+    const LinePaths paths{list_path, summary_path};
+    EXPECT_EQ(find_string({}, &paths), -1);
+    return find_block({}, &paths);
+  };
+  EXPECT_EQ(answer(nullptr, summary_path().c_str()), -1);
+  EXPECT_EQ(answer("", summary_path().c_str()), -1);
+  EXPECT_EQ(answer(list.c_str(), nullptr), -1);
+  EXPECT_EQ(answer(list.c_str(), ""), -1);
+  EXPECT_EQ(answer(list.c_str(), list.c_str()), -1);
+  EXPECT_EQ(read_file(list), one) << "not emptied by its own summary";
+  EXPECT_EQ(found().size(), 1u) << "a refused run leaves the results alone";
+  EXPECT_EQ(answer(work().path("none").c_str(), summary_path().c_str()), -1);
+  EXPECT_FALSE(file_exists(summary_path()));
+  EXPECT_EQ(answer(list.c_str(), work().path("no/summary").c_str()), -1);
+  expect_no_results();
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+#ifndef _WIN32
+TEST_F(SearchTest, AListFileIsNotEmptiedThroughAnotherNameOfIt) {
+  ASSERT_TRUE(pattern("a"));
+  const auto list = work().file("list", "x");
+  const auto link = work().path("link");
+  std::filesystem::create_symlink(list, link);
+  const LinePaths paths{list.c_str(), link.c_str()};
+  EXPECT_EQ(find_block({}, &paths), -1);
+  EXPECT_EQ(read_file(list), "x");
+}
+
+TEST_F(SearchTest, AReportOrSummaryThatCannotBeWrittenFailsTheRun) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = add("1", "a");
+  EXPECT_EQ(find_block({.report = "/dev/full"}), -1);
+  const auto list = work().file("list", one);
+  const LinePaths paths{list.c_str(), "/dev/full"};
+  EXPECT_EQ(find_block({}, &paths), -1);
+}
+#endif
+
+// ---- Interrupts ------------------------------------------------------------
+
+TEST_F(SearchTest, AnInterruptAtTheStartOfAFileAnswersZero) {
+  ASSERT_TRUE(pattern("a"));
+  Texts paths;
+  for (int i = 0; i < 8; ++i) {
+    paths.push_back(folder.file(std::to_string(i), "a"));
+  }
+  HostRecorder host;
+  host.interrupt = [] { return 1; };
+  EXPECT_EQ(over_lines(find_block, {}, line_list(paths)), 0);
+  EXPECT_EQ(host.interrupt_polls, 1) << "asked on every second poll only";
+  const std::string line = paths[0] + ", found 1\r\r\n";
+  EXPECT_TRUE(summary().empty() || summary() == line) << summary();
+}
+
+// Stops at each poll in turn: whatever the moment, the answer is one of the
+// stated ones, no match list outlives the run, and the results are those of
+// the first files.
+void expect_prefix(const Texts& found, const Texts& all) {
+  ASSERT_LE(found.size(), all.size());
+  EXPECT_TRUE(std::equal(found.begin(), found.end(), all.begin()));
+}
+
+TEST_F(SearchTest, InterruptedAtAnyPollARunOverAListEndsClean) {
+  ASSERT_TRUE(pattern("a"));
+  ASSERT_TRUE(exclusion("(a"));
+  Texts paths;
+  for (int i = 0; i < 120; ++i) {
+    paths.push_back(add(std::to_string(1000 + i), "(a a a ba"));
+  }
+  paths.push_back(add("2000", std::string(60000, 'x') + "aaa"));
+  int completed = 0;
+  int refused = 0;
+  const int stops = at_every_poll([&](HostRecorder& host) {
+    const int32_t answer = find_block({.report = report()});
+    host.interrupt = [] { return 0; };
+    completed += answer > 0;
+    refused += answer == -1;
+    EXPECT_GE(answer, -1);
+    expect_prefix(found(), paths);
+    expect_no_matches();
+    EXPECT_THAT(not_found(), testing::SizeIs(testing::Le(1u)));
+    EXPECT_THAT(rejected(), IsEmpty());
+  });
+  EXPECT_GT(stops, 10);
+  EXPECT_GT(completed, 0);
+  EXPECT_GT(refused, 0) << "stopped inside a search";
+}
+
+TEST_F(SearchTest, InterruptedAtAnyPollARunOverLinesEndsClean) {
+  ASSERT_TRUE(pattern("a"));
+  Texts paths;
+  std::string whole;
+  for (int i = 0; i < 12; ++i) {
+    paths.push_back(folder.file(std::to_string(10 + i), "a a a"));
+    whole += paths.back() + ", found 3\r\r\n";
+  }
+  bool zero = false;
+  const int stops = at_every_poll([&](HostRecorder&) {
+    const int32_t answer = over_lines(find_block, {}, line_list(paths));
+    EXPECT_TRUE(answer == 0 || answer == 36 || answer == -1) << answer;
+    zero |= answer == 0;
+    EXPECT_TRUE(whole.starts_with(summary()));
+    expect_no_matches();
+  });
+  EXPECT_GT(stops, 4);
+  EXPECT_TRUE(zero);
+}
+
+TEST_F(SearchTest, AnInterruptedLoadIsSearchedAsFarAsItWent) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = add("1", std::string(150001, 'a'));
+  HostRecorder host;
+  bool loading = false;
+  host.on_status_text = [&](const std::string& status) {
+    loading = status.starts_with("Now loading");
+  };
+  host.interrupt = [&] { return loading ? 1 : 0; };
+  // The poll falls due behind the first block or behind the second. Where the
+  // rest is missing there is a byte of zeros.
+  const int32_t answer = find_block({});
+  EXPECT_TRUE(answer == 50000 || answer == 100000) << answer;
+  EXPECT_THAT(found(), ElementsAre(one));
+}
+
+// ---- Progress --------------------------------------------------------------
+
+TEST_F(SearchTest, ReportsProgressOfLoadingAndSearching) {
+  ASSERT_TRUE(pattern("b"));
+  add("1", std::string(125000, 'a'));
+  HostRecorder host;
+  EXPECT_EQ(find_block({}), 0);
+  std::vector<std::vector<int64_t>> loading;
+  for (const ProgressRecord& r : host.reports) {
+    if (r.total == 3) loading.push_back({r.position, r.percent});
+  }
+  // Two blocks and one step; the first block is step 0 again.
+  EXPECT_THAT(loading, ElementsAre(ElementsAre(0, 0), ElementsAre(0, 0),
+                                   ElementsAre(1, 33), ElementsAre(3, 100)));
+  EXPECT_GT(host.reports.size(), loading.size()) << "of the search, too";
+}
+
+}  // namespace
