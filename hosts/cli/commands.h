@@ -9,6 +9,7 @@ namespace zenfo::cli {
 using Arguments = std::vector<std::string>;
 
 // Each answers the exit status and throws Failure or Stopped.
+int run_count(const Arguments& arguments);  // count.cpp
 int run_files(const Arguments& arguments);  // files.cpp
 int run_find(const Arguments& arguments);   // find.cpp
 

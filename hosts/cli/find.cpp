@@ -89,7 +89,7 @@ void complain_about_unsearched(Session& session, FileList& files) {
   for (uint32_t i = 0; i < files.count(); ++i) {
     if (session.selected(i) || files.is_repeat(i)) continue;
     const std::string path(session.full_name(i));
-    const std::string reason = system::why_not_searched(path);
+    const std::string reason = system::why_not_loaded(path);
     if (!reason.empty()) complain(files.path(i), reason);
   }
 }

@@ -209,6 +209,14 @@ uint32_t Session::find_in_files(const TextSearch& search) {
   return static_cast<uint32_t>(found);
 }
 
+std::optional<TextCounts> Session::count_words(const std::string& path) {
+  TextCounts counts{};
+  const int32_t answer = get_word_count(path.c_str(), &counts);
+  finish(0, "count");
+  if (answer != 1) return std::nullopt;
+  return counts;
+}
+
 void Session::complain_about_errors() {
   std::ifstream file(error_file_, std::ios::binary);
   file.seekg(static_cast<std::streamoff>(error_bytes_read_));

@@ -81,6 +81,9 @@ class Session {
   // cannot be stopped here, so a stop ends the process from inside.
   uint32_t find_in_files(const TextSearch& search);
 
+  // None when the file cannot be loaded.
+  std::optional<TextCounts> count_words(const std::string& path);
+
   // Complains about what the library noted in its error file since the last
   // time of asking.
   void complain_about_errors();

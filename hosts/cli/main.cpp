@@ -30,6 +30,7 @@ struct Command {
 int run_help(const Arguments& arguments);
 
 constexpr Command kCommands[] = {
+    {"count", "count bytes, words and lines of files", run_count},
     {"files", "list files and what is known about them", run_files},
     {"find", "name the files that hold a text", run_find},
     {"help", "explain a command: zenfo help COMMAND", run_help},

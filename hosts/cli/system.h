@@ -35,8 +35,8 @@ size_t drive_length(std::string_view path);
 PathFacts look_at(const std::string& path);
 // Why a folder cannot be listed; empty when it can.
 std::string why_not_listed(const std::string& folder);
-// Why the library passes over a file when it searches; empty when it does not.
-std::string why_not_searched(const std::string& file);
+// Why the library cannot load a file; empty when it can.
+std::string why_not_loaded(const std::string& file);
 
 enum class Stream { kOutput, kErrors };
 

@@ -123,7 +123,7 @@ TEST_F(Command, FindNamesTheFilesItCannotSearch) {
   std::filesystem::resize_file(large, uint64_t{1} << 31);
   EXPECT_EQ(run({"find", "apple"}),
             (Outcome{lines({"a.txt", "b.c"}),
-                     "zenfo: large.bin: too large to be searched\n", 2}));
+                     "zenfo: large.bin: too large to be loaded\n", 2}));
 }
 
 TEST_F(Command, FindQuietlyTellsByItsStatusAlone) {
@@ -375,13 +375,14 @@ TEST_F(Command, TellsItsVersion) {
 TEST_F(Command, ExplainsItself) {
   const Outcome overview = run({"--help"});
   EXPECT_THAT(overview.out,
-              AllOf(HasSubstr("\n  files "), HasSubstr("\n  find ")));
+              AllOf(HasSubstr("\n  count "), HasSubstr("\n  files "),
+                    HasSubstr("\n  find ")));
   EXPECT_EQ(overview.status, 0);
   EXPECT_EQ(run({"help"}), overview);
 }
 
 TEST_F(Command, ExplainsEachCommandInLinesThatFitAScreen) {
-  for (const std::string name : {"files", "find"}) {
+  for (const std::string name : {"count", "files", "find"}) {
     const Outcome help = run({"help", name});
     EXPECT_THAT(help.out, AllOf(StartsWith("Usage: zenfo " + name + " ["),
                                 HasSubstr("\nExamples:\n")));

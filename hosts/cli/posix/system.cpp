@@ -73,10 +73,10 @@ std::string why_not_listed(const std::string& folder) {
 }
 
 // Asks for the access only where not everybody may read.
-std::string why_not_searched(const std::string& file) {
+std::string why_not_loaded(const std::string& file) {
   struct stat facts;
   if (stat(file.c_str(), &facts) != 0) return reason_of(errno);
-  if (facts.st_size > kLargestFile) return "too large to be searched";
+  if (facts.st_size > kLargestFile) return "too large to be loaded";
   constexpr mode_t kAllMayRead = S_IRUSR | S_IRGRP | S_IROTH;
   if ((facts.st_mode & kAllMayRead) == kAllMayRead) return "";
   return access(file.c_str(), R_OK) == 0 ? "" : reason_of(errno);

@@ -102,7 +102,7 @@ std::string why_not_listed(const std::string& folder) {
   return error == ERROR_FILE_NOT_FOUND ? "" : reason_of(error);
 }
 
-std::string why_not_searched(const std::string& file) {
+std::string why_not_loaded(const std::string& file) {
   const Handle handle(
       CreateFileA(file.c_str(), GENERIC_READ,
                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
@@ -111,7 +111,7 @@ std::string why_not_searched(const std::string& file) {
   if (!handle.valid() || !GetFileSizeEx(handle.get(), &size)) {
     return reason_of(GetLastError());
   }
-  return size.QuadPart > kLargestFile ? "too large to be searched" : "";
+  return size.QuadPart > kLargestFile ? "too large to be loaded" : "";
 }
 
 void prepare_streams() {}

@@ -1,0 +1,174 @@
+// zenfo count: bytes, words and lines of files.
+//
+// A line of the answer is a row of texts, the heading and the total too, so
+// that all of them align. Nothing is written before the last file is counted.
+//
+// Tested by tests/cli/count_test.cpp
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "columns.h"
+#include "command_line.h"
+#include "commands.h"
+#include "file_arguments.h"
+#include "library.h"
+#include "messages.h"
+#include "output.h"
+#include "system.h"
+
+namespace zenfo::cli {
+namespace {
+
+const HelpTexts kHelpTexts = {
+    "zenfo count [OPTIONS] FILE...",
+    "Counts the bytes, words and lines of files, and of all together.\n"
+    "\n"
+    "A FILE may be a pattern for the files of one folder, as 'src/*.c'. A "
+    "word\n"
+    "is a run of bytes other than control characters, blanks and byte 127. A\n"
+    "line is what ends in CR LF; a line feed or CR alone ends none.",
+    "The exit status is 2 when a file could not be counted, else 0.\n"
+    "\n"
+    "Examples:\n"
+    "  zenfo count letter.txt\n"
+    "  zenfo count '*.txt' about.md         each, and the total\n"
+    "  zenfo count --json '*.txt'           an object a line, for programs\n"};
+
+struct CountOptions {
+  std::vector<std::string> files;
+  bool json = false;
+};
+
+// Sums of many files, which a count of the library's could not hold.
+struct Sums {
+  uint64_t bytes = 0;
+  uint64_t words = 0;
+  uint64_t lines = 0;
+
+  void add(const TextCounts& counts) {
+    bytes += counts.size;
+    words += counts.words;
+    lines += counts.lines;
+  }
+};
+
+struct CountedFile {
+  std::string path;
+  TextCounts counts;
+};
+
+// False when only help was asked for.
+bool parse(const Arguments& arguments, CountOptions& options, Output& output) {
+  CommandLine line("count", kHelpTexts);
+  line.arguments(options.files);
+  line.flag("--json", options.json, "Write a JSON object a line");
+  if (!line.parse(arguments, output)) return false;
+  if (options.files.empty())
+    throw line.wrong("count", "the FILE to count is missing");
+  return true;
+}
+
+std::string why_not_counted(const std::string& file) {
+  const std::string reason = system::why_not_loaded(file);
+  return reason.empty() ? "cannot be counted" : reason;
+}
+
+std::vector<CountedFile> count_all(Session& session, FileList& files) {
+  std::vector<CountedFile> counted;
+  for (uint32_t i = 0; i < files.count(); ++i) {
+    if (system::stop_status() != 0) throw Stopped{};
+    const std::string name(session.full_name(i));
+    const std::string path(files.path(i));
+    if (const auto counts = session.count_words(name)) {
+      counted.push_back({path, *counts});
+    } else {
+      complain(path, why_not_counted(name));
+    }
+  }
+  return counted;
+}
+
+std::string json_object(const char* key, const nlohmann::ordered_json& value,
+                        const Sums& sums) {
+  return nlohmann::ordered_json{{key, value},
+                                {"bytes", sums.bytes},
+                                {"words", sums.words},
+                                {"lines", sums.lines}}
+      .dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+constexpr size_t kNumbers = 3;
+
+// Numbers to the right, then what they belong to.
+struct Row {
+  std::array<std::string, kNumbers> numbers;
+  std::string name;
+};
+
+Row row_of(const Sums& sums, std::string name) {
+  return {{std::to_string(sums.bytes), std::to_string(sums.words),
+           std::to_string(sums.lines)},
+          std::move(name)};
+}
+
+void write_rows(const std::vector<Row>& rows, Output& output) {
+  std::array<size_t, kNumbers> widths{};
+  for (const Row& row : rows) {
+    for (size_t i = 0; i < kNumbers; ++i) {
+      widths[i] = std::max(widths[i], row.numbers[i].size());
+    }
+  }
+  for (const Row& row : rows) {
+    for (size_t i = 0; i < kNumbers; ++i) {
+      output.put(std::string(widths[i] - row.numbers[i].size(), ' '));
+      output.put(row.numbers[i]);
+      output.put("  ");
+    }
+    output.put(row.name);
+    output.put('\n');
+  }
+}
+
+void write_counts(const std::vector<CountedFile>& files, bool json,
+                  Output& output) {
+  std::vector<Row> rows = {{{"bytes", "words", "lines"}, "path"}};
+  Sums total;
+  for (const CountedFile& file : files) {
+    Sums sums;
+    sums.add(file.counts);
+    total.add(file.counts);
+    if (json) {
+      output.put(json_object("path", file.path, sums) + '\n');
+    } else {
+      rows.push_back(row_of(sums, file.path));
+    }
+  }
+  const size_t count = files.size();
+  if (json && count > 1) output.put(json_object("files", count, total) + '\n');
+  if (json || count == 0) return;
+  if (count > 1) rows.push_back(row_of(total, "total"));
+  write_rows(rows, output);
+}
+
+}  // namespace
+
+int run_count(const Arguments& arguments) {
+  CountOptions options;
+  Output output;
+  if (!parse(arguments, options, output)) return kDone;
+  Session session;
+  FileChoice no_folders;
+  no_folders.folders_need_subfolders = true;
+  FileList files(session, options.files, no_folders, FactOptions{});
+  write_counts(count_all(session, files), options.json, output);
+  session.complain_about_errors();
+  return kDone;
+}
+
+}  // namespace zenfo::cli
