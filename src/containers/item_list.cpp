@@ -63,6 +63,18 @@ Record* ItemList::Current() const {
   return cursor_ != nullptr ? cursor_->record.get() : nullptr;
 }
 
+ItemList::Place ItemList::CursorPlace() const {
+  Place place;
+  place.node = cursor_;
+  // A position in link order, which is what the cursor has without an index.
+  place.position = index_ == nullptr ? cursor_position_ : kUnknown;
+  return place;
+}
+
+void ItemList::SetCursor(Place place) {
+  set_cursor(place.node, index_ == nullptr ? place.position : kUnknown);
+}
+
 int32_t ItemList::Append(std::unique_ptr<Record> record) {
   auto* node = new Node;
   node->record = std::move(record);
@@ -158,19 +170,44 @@ int32_t ItemList::Sort(int32_t descending, Comparator comparator) {
   });
 }
 
+std::vector<const Record*> ItemList::Records() const {
+  std::vector<const Record*> records;
+  records.reserve(count_);
+  for (const Node* node = head_; node != nullptr; node = node->next) {
+    records.push_back(node->record.get());
+  }
+  return records;
+}
+
+int32_t ItemList::Arrange(const uint32_t* order) {
+  if (count_ < 2) return -1;
+  std::unique_ptr<Node*[]> arranged(new (std::nothrow) Node*[count_]);
+  if (arranged == nullptr || BuildIndex() != 1) return -1;
+  for (uint32_t i = 0; i < count_; ++i) arranged[i] = index_[order[i]];
+  index_ = std::move(arranged);
+  return 1;
+}
+
 int32_t ItemList::SelectDuplicates(Comparator comparator, RecordAction mark) {
   if (comparator == nullptr || mark == nullptr) return -1;
   if (Sort(0, comparator) != 1) return -1;
+  return MarkRepeats(
+      [&](uint32_t reference, uint32_t i) {
+        return comparator(Get(reference), Get(i)) == 0;
+      },
+      mark);
+}
+
+int32_t ItemList::MarkRepeats(const SamePosition& same, RecordAction mark) {
   return unlogged(-1, [&]() -> int32_t {
     int32_t marked = 0;
-    Record* reference = Get(0);
+    uint32_t reference = 0;
     for (uint32_t i = 1; i < count_; ++i) {
-      Record* record = Get(i);
-      if (comparator(reference, record) == 0) {
-        mark(*record);
+      if (same(reference, i)) {
+        mark(*Get(i));
         ++marked;
       } else {
-        reference = record;
+        reference = i;
       }
       PollInterrupt();
       ReportPosition(i);

@@ -14,7 +14,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <vector>
 
 #include "containers/progress.h"
 #include "containers/record.h"
@@ -43,6 +45,12 @@ class ItemList : public ProgressHooks {
   Record* Next();
   Record* Current() const;
 
+  // Where the cursor stands, to come back to after a callback that may move
+  // it; good until a record is appended or removed.
+  class Place;
+  Place CursorPlace() const;
+  void SetCursor(Place place);
+
   // Adds at the tail and moves the cursor there; answers 1. The list owns the
   // record.
   int32_t Append(std::unique_ptr<Record> record);
@@ -63,9 +71,19 @@ class ItemList : public ProgressHooks {
   // Sorts by the comparator: 1; -1 for fewer than two records, no comparator
   // or a failure. The order lives in the index only.
   int32_t Sort(int32_t descending, Comparator comparator);
+  // The records in link order.
+  std::vector<const Record*> Records() const;
+  // Sorts by an order found elsewhere: for each position, where the record
+  // stands among Records(), each once. 1; -1 as Sort does.
+  int32_t Arrange(const uint32_t* order);
+
   // Sorts ascending, then marks every record that equals the one before its
   // run; answers how many, or -1 as Sort does.
   int32_t SelectDuplicates(Comparator comparator, RecordAction mark);
+  // Its second half, for a sorted list: `same` tells whether the records at
+  // two positions are equal.
+  using SamePosition = std::function<bool(uint32_t reference, uint32_t i)>;
+  int32_t MarkRepeats(const SamePosition& same, RecordAction mark);
 
   // Number of records in a state; -1 gives the count, anything below -1. A
   // stop gives the count so far.
@@ -99,6 +117,12 @@ class ItemList : public ProgressHooks {
   Node* tail_ = nullptr;
   uint32_t cursor_position_ = kUnknown;  // of the cursor, when known
   std::unique_ptr<Node*[]> index_;
+};
+
+class ItemList::Place {
+  friend class ItemList;
+  Node* node = nullptr;
+  uint32_t position = kUnknown;
 };
 
 }  // namespace zenfo

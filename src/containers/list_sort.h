@@ -27,10 +27,27 @@ class ListSort {
       : items_(items), count_(count), compare_(compare) {}
 
   void run() {
+    run_quicksort();
+    run_insertion(count_);
+  }
+
+  // The two halves, for callers that know a shorter way through the second.
+  void run_quicksort() {
     if (count_ < 2) return;
     int levels = 2 * static_cast<int>(std::bit_width(count_)) + 16;
     quicksort(0, static_cast<ptrdiff_t>(count_) - 1, levels);
-    insertion_sort();
+  }
+  // Over the first `count` items.
+  void run_insertion(size_t count) {
+    for (size_t position = 1; position < count; ++position) {
+      T item = items_[position];
+      size_t gap = position;
+      while (gap > 0 && compare_(items_[gap - 1], item) > 0) {
+        items_[gap] = items_[gap - 1];
+        --gap;
+      }
+      items_[gap] = item;
+    }
   }
 
  private:
@@ -103,18 +120,6 @@ class ListSort {
       bool from_right =
           right < end && compare_(spare[taken], items_[right]) > 0;
       items_[to] = from_right ? items_[right++] : spare[taken++];
-    }
-  }
-
-  void insertion_sort() {
-    for (size_t position = 1; position < count_; ++position) {
-      T item = items_[position];
-      size_t gap = position;
-      while (gap > 0 && compare_(items_[gap - 1], item) > 0) {
-        items_[gap] = items_[gap - 1];
-        --gap;
-      }
-      items_[gap] = item;
     }
   }
 

@@ -53,7 +53,8 @@ void fill(ItemList& list, const std::vector<std::string>& names) {
 
 std::vector<std::string> names(ItemList& list) {
   std::vector<std::string> all;
-  for (uint32_t i = 0; i < list.Count(); ++i) all.push_back(name_of(list.Get(i)));
+  for (uint32_t i = 0; i < list.Count(); ++i)
+    all.push_back(name_of(list.Get(i)));
   return all;
 }
 
@@ -378,6 +379,65 @@ TEST(RecordCast, AnswersNullForAnotherKind) {
   EXPECT_EQ(record_cast<Note>(record), &note);
   EXPECT_EQ(record_cast<Note>(static_cast<Record*>(nullptr)), nullptr);
   EXPECT_FALSE(other.text(TextSlot::kFirst).has_value());
+}
+
+TEST(ItemList, ArrangesRecordsByAnOrderOverTheLinks) {
+  ItemList list;
+  fill(list, {"a", "b", "c"});
+  const uint32_t order[] = {2, 0, 1};
+  EXPECT_EQ(list.Arrange(order), 1);
+  EXPECT_EQ(names(list), (Names{"c", "a", "b"}));
+  EXPECT_EQ(list.Arrange(order), 1) << "the links decide, not the order before";
+  EXPECT_EQ(names(list), (Names{"c", "a", "b"}));
+  EXPECT_TRUE(list.Check());
+  ASSERT_EQ(list.Records().size(), 3u);
+  EXPECT_EQ(name_of(list.Records()[0]), "a");
+  EXPECT_EQ(list.Append(std::make_unique<Note>("d")), 1);
+  EXPECT_EQ(names(list), (Names{"a", "b", "c", "d"})) << "lost like a sort";
+}
+
+TEST(ItemList, ArrangingFewerThanTwoRecordsAnswersMinusOne) {
+  ItemList list;
+  const uint32_t order[] = {0};
+  EXPECT_EQ(list.Arrange(order), -1);
+  fill(list, {"a"});
+  EXPECT_EQ(list.Arrange(order), -1);
+}
+
+TEST(ItemList, CursorComesBackToAPlaceWhateverMovedIt) {
+  ItemList list;
+  fill(list, {"a", "b", "c", "d"});
+  for (const bool indexed : {false, true}) {
+    if (indexed) list.BuildIndex();
+    list.First();
+    list.Next();
+    const ItemList::Place place = list.CursorPlace();
+    list.Get(3);
+    list.Get(1);  // builds an index
+    list.Get(2);
+    list.SetCursor(place);
+    EXPECT_EQ(name_of(list.Current()), "b");
+    EXPECT_EQ(name_of(list.Next()), "c");
+    list.DropIndex();
+  }
+  list.SetCursor(ItemList().CursorPlace());
+  EXPECT_EQ(list.Current(), nullptr);
+}
+
+TEST(ItemList, MarksRepeatsOfAReference) {
+  ItemList list;
+  fill(list, {"a", "a", "b", "b", "b", "c"});
+  std::vector<std::pair<uint32_t, uint32_t>> asked;
+  const int32_t marked = list.MarkRepeats(
+      [&](uint32_t reference, uint32_t i) {
+        asked.emplace_back(reference, i);
+        return name_of(list.Get(reference)) == name_of(list.Get(i));
+      },
+      [](Record& record) { record.state = 7; });
+  EXPECT_EQ(marked, 3);
+  EXPECT_EQ(asked, (std::vector<std::pair<uint32_t, uint32_t>>{
+                       {0, 1}, {0, 2}, {2, 3}, {2, 4}, {2, 5}}));
+  EXPECT_EQ(list.CountState(7), 3);
 }
 
 }  // namespace
