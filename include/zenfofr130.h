@@ -273,6 +273,68 @@ ZENFO_API int32_t ZENFO_CALL Clear(int32_t list);
 ZENFO_API int32_t ZENFO_CALL Refresh(int32_t list, int32_t index,
                                      const unsigned char* options);
 
+/* DeleteItem()
+ *
+ * Removes one record; the list goes back to the order in which records were
+ * added. Answers 1, also behind the list's end; -1 for a missing list.
+ */
+ZENFO_API int32_t ZENFO_CALL DeleteItem(int32_t list, uint32_t index);
+
+/* RemoveSelection()
+ *
+ * Removes the records whose state is 1; the list goes back to the order in
+ * which records were added.
+ * Answers the records left (also when the host stopped it); -1 for a missing
+ * list (logged). Progress: "Now removing items".
+ */
+ZENFO_API int32_t ZENFO_CALL RemoveSelection(int32_t list);
+
+/* ---- Sorting ---------------------------------------------------------------
+ *
+ * A sort lasts until a record is added or removed. Case is ignored; records
+ * that lack what is compared come first. Equal records stand in no particular
+ * order. Any descending but 0 turns the order round.
+ * Sorts answer 1; -1 for fewer than two records, for a missing list, or for an
+ * option above the last (logged). Progress: "Now sorting entries".
+ */
+
+/* Sort()
+ *
+ * Sorts any list; a missing one is logged. Options: 0 state, 1 icon, 2 file
+ * name, 3 folder, 4 type, 5 creation, 6 last access, 7 last write, 8 size, 9
+ * attributes, 10 path (first text), 11 file name, then size, last write and
+ * attributes, 12 state, 13 first text, 14 second text (folder, replace
+ * string), 15 state, 16 first text. Times that lie 2^31 steps of 100 ns apart
+ * compare the wrong way round.
+ */
+ZENFO_API int32_t ZENFO_CALL Sort(int32_t list, uint32_t option,
+                                  int32_t descending);
+
+/* List 2: 0 state, 1 find string, 2 replace string. */
+ZENFO_API int32_t ZENFO_CALL SortString(uint32_t option, int32_t descending);
+/* List 3: 0 state, 1 original, 2 safe copy, 3 time as text. */
+ZENFO_API int32_t ZENFO_CALL SortUndo(uint32_t option, int32_t descending);
+/* Lists 4, 6 and 7: 0 flag, 1 file name, 2 folder, 3 flag. */
+ZENFO_API int32_t ZENFO_CALL SortResult(uint32_t option, int32_t descending);
+ZENFO_API int32_t ZENFO_CALL SortResultNoMatch(uint32_t option,
+                                               int32_t descending);
+ZENFO_API int32_t ZENFO_CALL SortResultError(uint32_t option,
+                                             int32_t descending);
+/* List 8: 0 state, 1 value. Option 2 has no key: it is logged as "Runtime
+ * error" and answers -1. */
+ZENFO_API int32_t ZENFO_CALL sort_replace_list(uint32_t option,
+                                               int32_t descending);
+
+/* SelectDuplicates()
+ *
+ * Deselects all records, sorts the list by an option (0 to 11 of Sort()) and
+ * selects, of those that are equal, all but one.
+ * Answers the records selected; -1 for fewer than two, for a missing list or
+ * an option above 11 (logged). Progress: "Now deselecting all entries", "Now
+ * selecting duplicates".
+ */
+ZENFO_API int32_t ZENFO_CALL SelectDuplicates(int32_t list, uint32_t option);
+
 /* ---- Records of other lists ----------------------------------------------
  *
  * Text accessors as above, for fixed lists.

@@ -12,6 +12,7 @@
 #include "frame/library.h"
 #include "frame/rows.h"
 #include "listops/pair_ops.h"
+#include "listops/sort_ops.h"
 #include "pattern/pattern_ops.h"
 #include "replace/case_ops.h"
 #include "replace/replace_ops.h"
@@ -69,6 +70,15 @@ ZENFO_ENTRY AddFileToList(int32_t source, int32_t target,
                           const unsigned char* options) {
   return run<row::AddFileToList>(zenfo::add_file_to_list, source, target,
                                  options);
+}
+ZENFO_ENTRY RemoveSelection(int32_t list) {
+  return run<row::RemoveSelection>(zenfo::remove_selection, list);
+}
+ZENFO_ENTRY Sort(int32_t list, uint32_t option, int32_t descending) {
+  return run<row::Sort>(zenfo::sort, list, option, descending);
+}
+ZENFO_ENTRY SortResult(uint32_t option, int32_t descending) {
+  return run<row::SortResult>(zenfo::sort_result, option, descending);
 }
 ZENFO_ENTRY GetFilename(int32_t list, uint32_t index, char* buffer,
                         uint32_t size) {
@@ -134,6 +144,9 @@ ZENFO_ENTRY Clear(int32_t list) { return run<row::Clear>(zenfo::clear, list); }
 ZENFO_ENTRY Refresh(int32_t list, int32_t index, const unsigned char* options) {
   return run<row::Refresh>(zenfo::refresh, list, index, options);
 }
+ZENFO_ENTRY SelectDuplicates(int32_t list, uint32_t option) {
+  return run<row::SelectDuplicates>(zenfo::select_duplicates, list, option);
+}
 ZENFO_ENTRY GetSizeSelection(int32_t list, char* short_text, char* long_text) {
   return run<row::GetSizeSelection>(zenfo::get_size_selection, list, short_text,
                                     long_text);
@@ -146,6 +159,9 @@ ZENFO_ENTRY FindInFiles(int32_t list, const char* text, int32_t clear_selection,
                         int32_t whole_word, int32_t case_sensitive) {
   return run<row::FindInFiles>(zenfo::find_in_files, list, text,
                                clear_selection, whole_word, case_sensitive);
+}
+ZENFO_ENTRY DeleteItem(int32_t list, uint32_t index) {
+  return run<row::DeleteItem>(zenfo::delete_item, list, index);
 }
 ZENFO_ENTRY GetIcon(int32_t list, uint32_t index, int32_t* image_list,
                     int32_t* icon) {
@@ -171,6 +187,9 @@ ZENFO_ENTRY GetFindString(uint32_t index, char* buffer, uint32_t size) {
 ZENFO_ENTRY GetReplaceString(uint32_t index, char* buffer, uint32_t size) {
   return run<row::GetReplaceString>(zenfo::get_replace_string, index, buffer,
                                     size);
+}
+ZENFO_ENTRY SortString(uint32_t option, int32_t descending) {
+  return run<row::SortString>(zenfo::sort_string, option, descending);
 }
 ZENFO_ENTRY SetPatternTag(const char* first, const char* second,
                           int32_t count_start, int32_t is_pattern,
@@ -247,6 +266,9 @@ ZENFO_ENTRY ReplaceStringNbr(int32_t case_flag, int32_t whole_words,
 ZENFO_ENTRY Undo() { return run<row::Undo>(zenfo::undo); }
 ZENFO_ENTRY SetUndoFile(const char* file) {
   return run<row::SetUndoFile>(zenfo::set_undo_file, file);
+}
+ZENFO_ENTRY SortUndo(uint32_t option, int32_t descending) {
+  return run<row::SortUndo>(zenfo::sort_undo, option, descending);
 }
 ZENFO_ENTRY SetErrorFile(const char* name) {
   return run<row::SetErrorFile>(zenfo::set_error_file, name);
@@ -383,6 +405,14 @@ ZENFO_ENTRY FindString_f(int32_t case_flag, int32_t whole_words,
                                 binary_check, report, is_pattern, convert,
                                 ask_user, list_file, summary, display);
 }
+ZENFO_ENTRY SortResultNoMatch(uint32_t option, int32_t descending) {
+  return run<row::SortResultNoMatch>(zenfo::sort_result_no_match, option,
+                                     descending);
+}
+ZENFO_ENTRY SortResultError(uint32_t option, int32_t descending) {
+  return run<row::SortResultError>(zenfo::sort_result_error, option,
+                                   descending);
+}
 ZENFO_ENTRY set_operators(const char* file) {
   return run<row::set_operators>(zenfo::set_operators, file);
 }
@@ -407,6 +437,10 @@ ZENFO_ENTRY save_replace_list(const char* file) {
 ZENFO_ENTRY get_replace_value(uint32_t index, char* buffer, uint32_t size) {
   return run<row::get_replace_value>(zenfo::get_replace_value, index, buffer,
                                      size);
+}
+ZENFO_ENTRY sort_replace_list(uint32_t option, int32_t descending) {
+  return run<row::sort_replace_list>(zenfo::sort_replace_list, option,
+                                     descending);
 }
 ZENFO_ENTRY set_replace_pattern(const char* start, const char* main,
                                 const char* end, int32_t start_is_pattern,

@@ -10,6 +10,7 @@
 
 #include "files/file_entry.h"
 #include "listops/string_pair.h"
+#include "model/compare_model.h"
 #include "model/sort_model.h"
 
 namespace zenfo {
@@ -190,9 +191,13 @@ TEST(SelectDuplicatesByKey, SelectsWhatTheComparatorFindsEqual) {
       const auto expected_states = states(list);
       const Order expected_order = order_of(list);
       deselect(list);
+      const auto marks = model::duplicates(expected_order, key.compare);
       EXPECT_EQ(select_duplicates_by_key(list, key, select), expected);
       EXPECT_EQ(states(list), expected_states) << "option " << option;
-      EXPECT_TRUE(order_of(list) == expected_order);
+      ASSERT_TRUE(order_of(list) == expected_order);
+      for (uint32_t i = 0; i < list.Count(); ++i) {
+        ASSERT_EQ(list.Get(i)->state == 1, marks[i]) << "option " << option;
+      }
     }
   }
 }
