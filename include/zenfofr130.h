@@ -335,6 +335,58 @@ ZENFO_API int32_t ZENFO_CALL sort_replace_list(uint32_t option,
  */
 ZENFO_API int32_t ZENFO_CALL SelectDuplicates(int32_t list, uint32_t option);
 
+/* ---- Whole lists of files --------------------------------------------------
+ */
+
+/* CompareLists()
+ *
+ * Compares list 1 with list 2, both sorted by an option of Sort() up to 18 (17
+ * second text, 18 third text; above: 0). Entries that both hold get the flag
+ * 1, all others 0. With keep the former are selected, with keep 0 the others.
+ * Answers 1; -1 before Initialize(). Progress: "Now de-selecting all entries",
+ * "Now sorting lists", "Now comparing lists".
+ */
+ZENFO_API int32_t ZENFO_CALL CompareLists(uint32_t option, int32_t keep);
+
+/* FindInList()
+ *
+ * Finds the files whose column holds a text.
+ *   field           2 file name, 3 folder, 4 type, 5 to 7 times of creation,
+ *                   access and write, 8 size, 9 attributes, as the accessors
+ *                   show them; any other finds nothing
+ *   whole_word      1: no letter or digit may touch the occurrence
+ *   case_sensitive  1: as given; any other value ignores case
+ *   start           position of the first file looked at
+ *   position        1: the first occurrence must begin the column, 2: the last
+ *                   one must end it; any other value: anywhere
+ *   first_only      not 0: answers the position of the first file found
+ *   select          not 0: deselects all records, then selects those found
+ * Answers the number found (so far, when the host stopped it), or with
+ * first_only a position; -1 when that finds none, for a missing list, an empty
+ * text or a start behind the list's end.
+ */
+ZENFO_API int32_t ZENFO_CALL FindInList(int32_t list, uint32_t field,
+                                        const char* text, uint32_t whole_word,
+                                        uint32_t case_sensitive, uint32_t start,
+                                        int32_t position, uint32_t first_only,
+                                        int32_t select);
+
+/* SaveSelection()
+ *
+ * Writes the columns of the selected files, a line ended by CR LF each.
+ *   separator  put between the columns as it is; nothing is quoted
+ *   columns    ten bytes; byte n not 0 asks for column n of FindInList()
+ * Answers the files written (so far, when the host stopped it), also when no
+ * column is asked for; -1 for a missing list, an empty name or separator, or a
+ * file that cannot be written. Progress: "Now saving selection to file".
+ */
+ZENFO_API int32_t ZENFO_CALL SaveSelection(int32_t list, const char* file,
+                                           const char* separator,
+                                           const unsigned char* columns);
+
+/* Does nothing; answers 0. */
+ZENFO_API int32_t ZENFO_CALL CopyToClipboard(void);
+
 /* ---- Records of other lists ----------------------------------------------
  *
  * Text accessors as above, for fixed lists.

@@ -11,6 +11,7 @@
 #include "frame/guard.h"
 #include "frame/library.h"
 #include "frame/rows.h"
+#include "listops/compare_ops.h"
 #include "listops/pair_ops.h"
 #include "listops/sort_ops.h"
 #include "pattern/pattern_ops.h"
@@ -147,6 +148,11 @@ ZENFO_ENTRY Refresh(int32_t list, int32_t index, const unsigned char* options) {
 ZENFO_ENTRY SelectDuplicates(int32_t list, uint32_t option) {
   return run<row::SelectDuplicates>(zenfo::select_duplicates, list, option);
 }
+ZENFO_ENTRY SaveSelection(int32_t list, const char* file, const char* separator,
+                          const unsigned char* columns) {
+  return run<row::SaveSelection>(zenfo::save_selection, list, file, separator,
+                                 columns);
+}
 ZENFO_ENTRY GetSizeSelection(int32_t list, char* short_text, char* long_text) {
   return run<row::GetSizeSelection>(zenfo::get_size_selection, list, short_text,
                                     long_text);
@@ -154,6 +160,17 @@ ZENFO_ENTRY GetSizeSelection(int32_t list, char* short_text, char* long_text) {
 ZENFO_ENTRY GetSizeTotal(int32_t list, char* short_text, char* long_text) {
   return run<row::GetSizeTotal>(zenfo::get_size_total, list, short_text,
                                 long_text);
+}
+ZENFO_ENTRY FindInList(int32_t list, uint32_t field, const char* text,
+                       uint32_t whole_word, uint32_t case_sensitive,
+                       uint32_t start, int32_t position, uint32_t first_only,
+                       int32_t select) {
+  return run<row::FindInList>(zenfo::find_in_list, list, field, text,
+                              whole_word, case_sensitive, start, position,
+                              first_only, select);
+}
+ZENFO_ENTRY CompareLists(uint32_t option, int32_t keep) {
+  return run<row::CompareLists>(zenfo::compare_lists, option, keep);
 }
 ZENFO_ENTRY FindInFiles(int32_t list, const char* text, int32_t clear_selection,
                         int32_t whole_word, int32_t case_sensitive) {
@@ -166,6 +183,9 @@ ZENFO_ENTRY DeleteItem(int32_t list, uint32_t index) {
 ZENFO_ENTRY GetIcon(int32_t list, uint32_t index, int32_t* image_list,
                     int32_t* icon) {
   return run<row::GetIcon>(zenfo::get_icon, list, index, image_list, icon);
+}
+ZENFO_ENTRY CopyToClipboard() {
+  return run<row::CopyToClipboard>(zenfo::copy_to_clipboard);
 }
 ZENFO_ENTRY AddStringPair(const char* find, const char* replace) {
   return run<row::AddStringPair>(zenfo::add_string_pair, find, replace);
