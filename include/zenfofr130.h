@@ -167,6 +167,39 @@ ZENFO_API int32_t ZENFO_CALL FindFiles(int32_t list, const char* specification,
 ZENFO_API int32_t ZENFO_CALL AddFileToList(int32_t source, int32_t target,
                                            const unsigned char* options);
 
+/* LoadFileList()
+ *
+ * Replaces list 1 by the paths of a text file, one on each line ended by CR LF
+ * (empty lines are none), then gathers facts. Entries whose file is gone, lies
+ * in a recycle bin or lacks a fact asked for stay, with the flag -1.
+ * Answers the number of entries; 0 when the host stopped it, with the entries
+ * so far; -1 for a file that cannot be read (the list is empty then), for an
+ * empty name, and for missing options (logged).
+ * Progress: "Now importing filenames", "Now processing filenames", "Now
+ * retrieving files attributes".
+ */
+ZENFO_API int32_t ZENFO_CALL LoadFileList(const char* file,
+                                          const unsigned char* options);
+
+/* SaveFileList()
+ *
+ * Writes the paths of the selected entries of list 1, one a line.
+ * Answers the lines written; 0 when the host stopped it, with the file so far;
+ * -1 for an empty name or a file that cannot be opened (logged), or written.
+ * Progress: "Now saving list of files".
+ */
+ZENFO_API int32_t ZENFO_CALL SaveFileList(const char* file);
+
+/* SaveResultFileList()
+ *
+ * Writes the paths of a list's entries by their flag, selected or not: with
+ * `flagged` those whose flag is not 0, else those whose flag is 0.
+ * Answers as SaveFileList(); an empty name is logged as "The list pointer is
+ * NULL".
+ */
+ZENFO_API int32_t ZENFO_CALL SaveResultFileList(int32_t list, const char* file,
+                                                int32_t flagged);
+
 /* ---- One entry ----------------------------------------------------------
  *
  * Text accessors empty the buffer, then copy the whole text with its NUL; the

@@ -7,6 +7,7 @@
 
 #include "files/entry_ops.h"
 #include "files/find_ops.h"
+#include "files/list_file_ops.h"
 #include "frame/frame_ops.h"
 #include "frame/guard.h"
 #include "frame/library.h"
@@ -71,6 +72,17 @@ ZENFO_ENTRY AddFileToList(int32_t source, int32_t target,
                           const unsigned char* options) {
   return run<row::AddFileToList>(zenfo::add_file_to_list, source, target,
                                  options);
+}
+ZENFO_ENTRY LoadFileList(const char* file, const unsigned char* options) {
+  return run<row::LoadFileList>(zenfo::load_file_list, file, options);
+}
+ZENFO_ENTRY SaveFileList(const char* file) {
+  return run<row::SaveFileList>(zenfo::save_file_list, file);
+}
+ZENFO_ENTRY SaveResultFileList(int32_t list, const char* file,
+                               int32_t flagged) {
+  return run<row::SaveResultFileList>(zenfo::save_result_file_list, list, file,
+                                      flagged);
 }
 ZENFO_ENTRY RemoveSelection(int32_t list) {
   return run<row::RemoveSelection>(zenfo::remove_selection, list);

@@ -1,0 +1,338 @@
+// File-list files: loading and saving.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "support/host_recorder.h"
+#include "support/list_test.h"
+#include "zenfofr130.h"
+
+namespace {
+
+using namespace std::string_literals;
+using testing::Each;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using zenfo::test::ErrorRecord;
+using zenfo::test::HostRecorder;
+using zenfo::test::join;
+using zenfo::test::ListTest;
+using zenfo::test::read_file;
+using zenfo::test::Texts;
+
+constexpr unsigned char kNoFacts[ZENFO_OPTION_COUNT] = {};
+
+class ListFileTest : public ListTest {
+ protected:
+  int32_t load(const std::string& bytes,
+               const unsigned char* options = kNoFacts) {
+    return LoadFileList(folder.file("list", bytes).c_str(), options);
+  }
+  static Texts paths(int32_t list = ZENFO_LIST_FILES) {
+    return texts(GetFullName, list);
+  }
+  std::string out() { return folder.path("out"); }
+};
+
+std::vector<unsigned char> options(const std::vector<int>& bytes) {
+  std::vector<unsigned char> all(ZENFO_OPTION_COUNT);
+  for (const int byte : bytes) all[byte] = 1;
+  return all;
+}
+
+struct ListFile {
+  const char* why;
+  std::string bytes;
+  Texts paths;
+};
+
+TEST_F(ListFileTest, EveryLineThatIsNotEmptyIsAnEntry) {
+  const std::string longest(4096, 'p');
+  const ListFile cases[] = {
+      {"two lines", "a\r\nb\r\n", {"a", "b"}},
+      {"no final line end", "a\r\nb", {"a", "b"}},
+      {"empty lines", "\r\n\r\na\r\n\r\nb\r\n\r\n", {"a", "b"}},
+      {"nothing", "", {}},
+      {"empty lines alone", "\r\n\r\n", {}},
+      {"bare line feeds", "a\nb\n", {"a\nb\n"}},
+      {"bare carriage returns", "a\rb\r", {"a\rb\r"}},
+      {"CR CR LF", "a\r\r\nb", {"a\r", "b"}},
+      {"blanks", " \r\na b\r\n", {" ", "a b"}},
+      {"text behind a NUL", "a\0x\r\n\0y\r\nb"s, {"a", "b"}},
+      {"high bytes", "\xe9\xff\r\n", {"\xe9\xff"}},
+      {"twice the same", "a\r\na\r\n", {"a", "a"}},
+      {"4096 bytes",
+       longest + "\r\n" + longest + "q\r\n",
+       {longest, longest + "q"}},
+  };
+  for (const ListFile& c : cases) {
+    EXPECT_EQ(load(c.bytes), static_cast<int32_t>(c.paths.size())) << c.why;
+    EXPECT_EQ(paths(), c.paths) << c.why;
+  }
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(ListFileTest, LoadingReplacesTheList) {
+  load("a\r\nb");
+  SetState(ZENFO_LIST_FILES, -1, 1);
+  EXPECT_EQ(load("c"), 1);
+  EXPECT_THAT(paths(), ElementsAre("c"));
+  EXPECT_THAT(states(ZENFO_LIST_FILES), ElementsAre(0));
+}
+
+TEST_F(ListFileTest, AMissingFileLeavesTheListEmpty) {
+  load("a\r\nb");
+  EXPECT_EQ(LoadFileList(folder.path("none").c_str(), kNoFacts), -1);
+  EXPECT_EQ(GetCount(ZENFO_LIST_FILES, -1), 0);
+  EXPECT_EQ(LoadFileList(folder.path().c_str(), kNoFacts), -1) << "a folder";
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(ListFileTest, MissingArgumentsLeaveTheListAlone) {
+  load("a");
+  const std::string list = folder.path("list");
+  EXPECT_EQ(LoadFileList(nullptr, kNoFacts), -1);
+  EXPECT_EQ(LoadFileList("", kNoFacts), -1);
+  EXPECT_THAT(errors(), IsEmpty());
+  EXPECT_EQ(LoadFileList(list.c_str(), nullptr), -1);
+  EXPECT_EQ(LoadFileList(nullptr, nullptr), -1);
+  const ErrorRecord refused{"The file parameter list pointer is NULL",
+                            "Getting file infos", "LoadFileList"};
+  EXPECT_THAT(errors(), ElementsAre(refused, refused));
+  EXPECT_THAT(paths(), ElementsAre("a"));
+}
+
+TEST_F(ListFileTest, DerivesAndGathersWhatTheOptionsAsk) {
+  const std::string path = folder.file("dir/a.txt", "12345");
+  const std::string bytes = path + "\r\n";
+  ASSERT_EQ(load(bytes), 1);
+  EXPECT_THAT(texts(GetFilename, ZENFO_LIST_FILES), ElementsAre("(-1)"));
+  EXPECT_THAT(texts(GetDirectory, ZENFO_LIST_FILES), ElementsAre("(-1)"));
+  EXPECT_THAT(texts(GetType, ZENFO_LIST_FILES), ElementsAre("(-1)"));
+  EXPECT_THAT(texts(GetSize, ZENFO_LIST_FILES), ElementsAre("0 B"));
+  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(0));
+  ASSERT_EQ(load(bytes, options({2}).data()), 1);
+  EXPECT_THAT(texts(GetFilename, ZENFO_LIST_FILES), ElementsAre("a.txt"));
+  ASSERT_EQ(load(bytes, options({3}).data()), 1);
+  EXPECT_THAT(texts(GetDirectory, ZENFO_LIST_FILES),
+              ElementsAre(folder.path("dir")));
+  ASSERT_EQ(load(bytes, options({4}).data()), 1);
+  EXPECT_NE(texts(GetType, ZENFO_LIST_FILES)[0], "(-1)");
+  for (int byte = 5; byte <= 9; ++byte) {
+    ASSERT_EQ(load(bytes, options({byte}).data()), 1);
+    EXPECT_THAT(texts(GetSize, ZENFO_LIST_FILES), ElementsAre("5 B")) << byte;
+  }
+  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(0));
+}
+
+TEST_F(ListFileTest, EntriesThatFailACheckStayWithTheFlagMinusOne) {
+  const std::string there = folder.file("a", "");
+  const std::string bin = folder.file("Recycled/b", "");
+  const std::string gone = folder.path("gone");
+  const std::string slash = folder.folder("sub") + join("", "");
+  const std::string bytes = lines({there, bin, gone, folder.path("*")});
+  EXPECT_EQ(load(bytes), 4);
+  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(0, -1, -1, -1));
+  EXPECT_EQ(load(bytes, options({5}).data()), 4);
+  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(0, -1, -1, -1));
+  EXPECT_EQ(load(lines({there, slash}), options({2}).data()), 2);
+  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(0, -1))
+      << "a path that ends in a separator has no file name";
+  std::filesystem::remove(there);
+  EXPECT_EQ(load(bytes), 4);
+  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(-1, -1, -1, -1));
+}
+
+TEST_F(ListFileTest, LoadingTellsItsThreePhasesAndTheirPositions) {
+  HostRecorder host;
+  EXPECT_EQ(load("a\r\nb\r\nc"), 3);
+  EXPECT_THAT(host.statuses,
+              ElementsAre("Now importing filenames", "Now processing filenames",
+                          "Now retrieving files attributes"));
+  EXPECT_THAT(host.report_positions(), ElementsAre(0, 1, 2, 3, 0, 1, 2, 3));
+}
+
+TEST_F(ListFileTest, AStopInAnyPhaseAnswersZeroAndKeepsTheEntries) {
+  const std::string bytes = lines(Texts(1000, "a"));
+  for (const char* phase :
+       {"Now importing filenames", "Now processing filenames",
+        "Now retrieving files attributes"}) {
+    HostRecorder host;
+    host.on_status_text = [&](const std::string& text) {
+      if (text == phase) host.interrupt = [] { return 1; };
+    };
+    EXPECT_EQ(load(bytes), 0) << phase;
+    EXPECT_EQ(host.statuses.back(), phase);
+    const int32_t count = GetCount(ZENFO_LIST_FILES, -1);
+    const bool importing = phase == "Now importing filenames"s;
+    EXPECT_TRUE(importing ? count >= 1 && count <= 101 : count == 1000)
+        << phase << " " << count;
+  }
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(ListFileTest, SavesTheSelectedPathsOfListOne) {
+  load("c\r\na\r\nb");
+  EXPECT_EQ(SaveFileList(out().c_str()), 0);
+  EXPECT_EQ(read_file(out()), "");
+  SetState(ZENFO_LIST_FILES, -1, 1);
+  SetState(ZENFO_LIST_FILES, 1, 0);
+  HostRecorder host;
+  EXPECT_EQ(SaveFileList(out().c_str()), 2);
+  EXPECT_EQ(read_file(out()), "c\r\nb\r\n");
+  EXPECT_THAT(host.statuses, ElementsAre("Now saving list of files"));
+  EXPECT_THAT(host.report_positions(), ElementsAre(0, 0, 1, 2, 3));
+}
+
+TEST_F(ListFileTest, WhatIsSavedLoadsAgainLineFeedsAside) {
+  const Texts all = {"a", "b c", std::string(5000, 'x'), "\xe9"};
+  load(lines(all));
+  SetState(ZENFO_LIST_FILES, -1, 1);
+  EXPECT_EQ(SaveFileList(out().c_str()), 4);
+  EXPECT_EQ(LoadFileList(out().c_str(), kNoFacts), 4);
+  EXPECT_EQ(paths(), all);
+  load("a\nb");
+  SetState(ZENFO_LIST_FILES, -1, 1);
+  EXPECT_EQ(SaveFileList(out().c_str()), 1);
+  EXPECT_EQ(read_file(out()), "a\r\nb\r\n");
+}
+
+TEST_F(ListFileTest, SavesInTheSortedOrder) {
+  load("c\r\na\r\nb");
+  SetState(ZENFO_LIST_FILES, -1, 1);
+  ASSERT_EQ(Sort(ZENFO_LIST_FILES, 10, 1), 1);
+  EXPECT_EQ(SaveFileList(out().c_str()), 3);
+  EXPECT_EQ(read_file(out()), "c\r\nb\r\na\r\n");
+}
+
+TEST_F(ListFileTest, SavingLogsMissingNamesAndFilesThatCannotBeOpened) {
+  load("a");
+  const ErrorRecord no_name{"The target filename is NULL",
+                            "Checking parameters", "SaveFileList"};
+  const ErrorRecord not_opened{"The target filename could not be opened",
+                               "Opening target file", "SaveFileList"};
+  HostRecorder host;
+  EXPECT_EQ(SaveFileList(nullptr), -1);
+  EXPECT_EQ(SaveFileList(""), -1);
+  EXPECT_EQ(SaveFileList(folder.path("no/out").c_str()), -1);
+  EXPECT_EQ(SaveFileList(folder.path().c_str()), -1);
+  EXPECT_THAT(errors(), ElementsAre(no_name, no_name, not_opened, not_opened));
+  EXPECT_THAT(host.statuses, IsEmpty());
+}
+
+TEST_F(ListFileTest, AStoppedSaveAnswersZeroWithTheLinesSoFar) {
+  load(lines(Texts(1000, "a")));
+  SetState(ZENFO_LIST_FILES, -1, 1);
+  HostRecorder host;
+  host.interrupt = [] { return 1; };
+  EXPECT_EQ(SaveFileList(out().c_str()), 0);
+  EXPECT_LE(read_file(out()).size(), 300u);
+  EXPECT_EQ(read_file(out()).size() % 3, 0u);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 1), 0);
+  EXPECT_LE(read_file(out()).size(), 300u);
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(ListFileTest, SavesResultsByTheirFlagWhateverTheirState) {
+  const std::string there = folder.file("there", "");
+  load(lines({there, "gone1", "gone2"}));
+  SetState(ZENFO_LIST_FILES, 1, 1);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 0), 1);
+  EXPECT_EQ(read_file(out()), there + "\r\n");
+  for (const int32_t flagged : {1, -1, 7}) {
+    EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), flagged), 2);
+    EXPECT_EQ(read_file(out()), "gone1\r\ngone2\r\n");
+  }
+  load("gone");
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 0), 0);
+  EXPECT_EQ(read_file(out()), "");
+}
+
+TEST_F(ListFileTest, SavingResultsTellsFirstAndLastPositionOnTheResultList) {
+  load("a\r\nb\r\nc");
+  HostRecorder host;
+  ASSERT_EQ(AddFileToList(ZENFO_LIST_FILES, ZENFO_LIST_RESULT, kNoFacts), 3);
+  ASSERT_EQ(AddFileToList(ZENFO_LIST_FILES, ZENFO_LIST_RESULT, kNoFacts), 3);
+  host.statuses.clear();
+  host.reports.clear();
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 1), 3);
+  EXPECT_THAT(host.statuses, ElementsAre("Now saving list of files"));
+  std::vector<std::pair<uint32_t, uint32_t>> told;
+  for (const ProgressRecord& r : host.reports) {
+    told.emplace_back(r.position, r.total);
+  }
+  EXPECT_THAT(
+      told, ElementsAre(std::pair(0u, 6u), std::pair(0u, 3u), std::pair(1u, 3u),
+                        std::pair(2u, 3u), std::pair(6u, 6u)));
+}
+
+TEST_F(ListFileTest, SavingResultsOfAnEmptyResultListTellsNoMore) {
+  load("a");
+  HostRecorder host;
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 1), 1);
+  EXPECT_THAT(host.report_positions(), ElementsAre(0));
+}
+
+TEST_F(ListFileTest, SavingResultsLogsItsFailures) {
+  const ErrorRecord no_name{"The list pointer is NULL", "Getting result list",
+                            "SaveResultFileList"};
+  const ErrorRecord not_opened{"The file could not be opened",
+                               "Opening target file", "SaveResultFileList"};
+  const ErrorRecord no_list{"", "Error retrieving list handler", "get_list"};
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RESULT, nullptr, 0), -1);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RESULT, "", 0), -1);
+  EXPECT_EQ(
+      SaveResultFileList(ZENFO_LIST_RESULT, folder.path("no/out").c_str(), 0),
+      -1);
+  EXPECT_EQ(SaveResultFileList(11, "", 0), -1);
+  EXPECT_THAT(errors(), ElementsAre(no_name, no_name, not_opened, no_list));
+}
+
+TEST_F(ListFileTest, RecordsThatAreNoFilesAreLeftOut) {
+  AddStringPair("a", "b");
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_PAIRS, out().c_str(), 0), 0);
+  EXPECT_EQ(read_file(out()), "");
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+#ifndef _WIN32
+TEST_F(ListFileTest, AFullDiskFailsTheSaves) {
+  load("a");
+  SetState(ZENFO_LIST_FILES, -1, 1);
+  EXPECT_EQ(SaveFileList("/dev/full"), -1);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, "/dev/full", 1), -1);
+}
+#endif
+
+TEST_F(ListFileTest, SavesWorkWhileAnotherOperationRunsLoadsDoNot) {
+  load("a\r\nb");
+  SetState(ZENFO_LIST_FILES, 0, 1);
+  const std::string list = folder.path("list");
+  const std::string nested = folder.path("nested");
+  HostRecorder host;
+  int calls = 0;
+  host.on_status_text = [&](const std::string&) {
+    if (calls++ > 0) return;
+    EXPECT_EQ(LoadFileList(list.c_str(), kNoFacts), -1);
+    EXPECT_EQ(CompareLists(0, 0), -1);
+    EXPECT_EQ(SaveFileList(nested.c_str()), 1);
+    EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, nested.c_str(), 1), 2);
+    EXPECT_EQ(FindInList(ZENFO_LIST_FILES, 2, "a", 0, 0, 0, 0, 0, 0), 0);
+  };
+  EXPECT_EQ(SaveFileList(out().c_str()), 1);
+  EXPECT_GT(calls, 0);
+  EXPECT_THAT(paths(), ElementsAre("a", "b"));
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST(ListFiles, AnswerMinusOneWithoutALibrary) {
+  Terminate();
+  EXPECT_EQ(LoadFileList("a", kNoFacts), -1);
+  EXPECT_EQ(SaveFileList("a"), -1);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RESULT, "a", 0), -1);
+}
+
+}  // namespace
