@@ -852,6 +852,143 @@ ZENFO_API int32_t ZENFO_CALL get_word_count(const char* file,
 ZENFO_API int32_t ZENFO_CALL save_occurrences(const char* file,
                                               const char* separator);
 
+/* ---- Display ----------------------------------------------------------- */
+
+/* The text of the file in hand, laid out as lines and painted into a window of
+ * the host. A run fills the display before each option question and empties it
+ * after the answer: outside the question there is nothing to see.
+ *
+ * Lines, columns and groups count from 0. A group is one match, or one area of
+ * the exclusion pattern, in text order; it can lie on several lines. All
+ * display operations answer -1 before Initialize(), and may be called from
+ * callbacks. */
+
+/* PrepareDisplay()
+ *
+ * Lays the display out again: as a hex dump when SetBytesPerLine() was given a
+ * number, else as lines between separators.
+ *   separator  what ends a line, kept from now on; null or "" keeps the one in
+ *              force. At first it is LF CR, in this order, which splits only
+ *              at empty lines: give "\r\n" for lines as editors show them.
+ *   mode       0 marks the areas of the exclusion pattern, other values what
+ *              lies outside them and only the matches inside; of no effect in
+ *              a run without areas
+ * Answers 1; -1 when no text is shown (the separator is stored all the same) or
+ * when the host asks to stop, which leaves the display empty.
+ * Example: "ab\r\ncd" with the separator "\r\n" has two lines and a width of 2.
+ */
+ZENFO_API int32_t ZENFO_CALL PrepareDisplay(const char* separator,
+                                            int32_t mode);
+
+/* ResetDisplay()
+ *
+ * Empties the display, forgets the scroll position and reads the system's
+ * colours again. Bytes per line, separator and window stay. Answers 1.
+ */
+ZENFO_API int32_t ZENFO_CALL ResetDisplay(void);
+
+/* Bytes in a line of the hex dump, 0 (the beginning) for text. A new number
+ * counts from the next layout on. Setting answers 1. */
+ZENFO_API int32_t ZENFO_CALL SetBytesPerLine(uint32_t bytes);
+ZENFO_API int32_t ZENFO_CALL GetBytesPerLine(void);
+
+/* GetLineSeparator()
+ *
+ * Copies the separator in force, "" before the first layout.
+ *   buffer  host memory of at least size + 1 bytes; ends in NUL
+ *   size    bytes for the separator, its NUL not counted
+ * Answers 1; -1, and an empty text, when the separator is longer.
+ */
+ZENFO_API int32_t ZENFO_CALL GetLineSeparator(char* buffer, uint32_t size);
+
+/* The layout: lines, columns of the widest one (bytes of a text line; four for
+ * each byte of a hex line and two), and the page last painted. */
+ZENFO_API int32_t ZENFO_CALL GetDisplayLineCount(void);
+ZENFO_API int32_t ZENFO_CALL GetDisplayWidth(void);
+ZENFO_API int32_t ZENFO_CALL GetDisplayTopLine(void);
+ZENFO_API int32_t ZENFO_CALL GetDisplayLeftColumn(void);
+ZENFO_API int32_t ZENFO_CALL GetDisplayPageLines(void);
+
+/* SetDisplayWindow()
+ *
+ * Chooses the window (HWND) to paint into, shows its scroll bars and sets their
+ * ranges, which every layout does from then on. Give null before the window is
+ * destroyed.
+ * Answers 1; -1 for null, which leaves no window, and always on Linux.
+ */
+ZENFO_API int32_t ZENFO_CALL SetDisplayWindow(void* window);
+
+/* GetDisplayScrollPos(), GetDisplayScrollTrackPos()
+ *
+ * Read the window's scroll bars: where they stand, and where they are while
+ * the user drags one. Null skips a value.
+ * Answer 1; -1 without a window or when it has no such bar.
+ */
+ZENFO_API int32_t ZENFO_CALL GetDisplayScrollPos(int32_t* vertical,
+                                                 int32_t* horizontal);
+ZENFO_API int32_t ZENFO_CALL GetDisplayScrollTrackPos(int32_t* vertical,
+                                                      int32_t* horizontal);
+
+/* PaintDisplay()
+ *
+ * Paints a page and sets the scroll bars to it. Call it on WM_PAINT: it begins
+ * and ends painting itself and draws only what is invalid.
+ *   top_line, left_column  where the page begins; taken as 0 when all lines,
+ *                          or all columns, fit in the window
+ *   line_numbers           non-zero: line numbers in a gutter at the left
+ *   fixed_font             non-zero: the system's fixed font, else its variable
+ *                          one; a column is as wide as its widest character
+ * Answers the position of the horizontal scroll bar; -1 without a window.
+ */
+ZENFO_API int32_t ZENFO_CALL PaintDisplay(uint32_t top_line,
+                                          uint32_t left_column,
+                                          int32_t line_numbers,
+                                          int32_t fixed_font);
+
+/* RepaintDisplay()
+ *
+ * Paints the same page again and leaves the scroll bars alone.
+ *   unused  not read
+ * Answers 1; -1 without a window or when it cannot be painted.
+ */
+ZENFO_API int32_t ZENFO_CALL RepaintDisplay(uint32_t unused,
+                                            int32_t line_numbers,
+                                            int32_t fixed_font);
+
+/* HitTestDisplay()
+ *
+ * The group of the match that was last painted at a point of the window, in
+ * client coordinates. Areas are not found, nor text matches of more than 8192
+ * bytes. Answers its number; -1 when there is none.
+ */
+ZENFO_API int32_t ZENFO_CALL HitTestDisplay(int32_t x, int32_t y);
+
+/* HighlightGroup()
+ *
+ * Shows one group in red, and no other; seen at the next paint.
+ *   position  receives top line and left column of a page that shows it: those
+ *             of the present page where it is in view already
+ * Answers 1; -1 for a null position, and for a group that does not exist or of
+ * which nothing is seen (no group is highlighted then).
+ */
+ZENFO_API int32_t ZENFO_CALL HighlightGroup(uint32_t group,
+                                            int32_t position[2]);
+
+/* Gives the highlighted group, if any, its colours back. Answers 1. */
+ZENFO_API int32_t ZENFO_CALL ClearHighlight(void);
+
+/* MarkGroups()
+ *
+ * Sets the colours of one group, or of all; seen at the next paint. A
+ * highlighted group shows them once the highlight is cleared.
+ *   group   its number, 0xFFFFFFFF for all
+ *   action  0 plain, 1 as a match, -1 the other background (the text colour
+ *           becomes that of a match, but never plain again); others change
+ *           nothing
+ * Answers 0; -1 for a group that does not exist.
+ */
+ZENFO_API int32_t ZENFO_CALL MarkGroups(uint32_t group, int32_t action);
+
 #ifdef __cplusplus
 }
 #endif
