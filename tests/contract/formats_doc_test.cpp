@@ -8,6 +8,7 @@
 #ifdef __linux__
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <filesystem>
 #include <set>
@@ -101,6 +102,16 @@ TEST_F(Formats, ClassesAreReadAsShown) {
   };
   EXPECT_EQ(found("#vowel"), "aeiou");
   EXPECT_EQ(found("#consonant"), "XYZbcd");
+}
+
+TEST_F(Formats, FileListIsReadAndWrittenAsShown) {
+  const std::array<unsigned char, ZENFO_OPTION_COUNT> no_facts{};
+  ASSERT_EQ(LoadFileList(in("file-list").c_str(), no_facts.data()), 3);
+  EXPECT_THAT(texts(GetFullName, ZENFO_LIST_FILES),
+              ElementsAre("notes.txt", "about.txt", "old notes.txt"));
+  SetState(ZENFO_LIST_FILES, -1, 1);
+  EXPECT_EQ(SaveFileList("out"), 3);
+  EXPECT_EQ(out(), example("file-list"));
 }
 
 TEST_F(Formats, SearchReportAndSummaryAreWrittenAsShown) {
