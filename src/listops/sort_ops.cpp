@@ -12,19 +12,24 @@ namespace {
 // keys.
 struct SortOperation {
   const ExportRow& row;
+  int32_t list;
   uint32_t first_key;
   uint32_t options;
 };
 
-constexpr SortOperation kSort{row::Sort, 0, 17};
-constexpr SortOperation kSortString{row::SortString, 12, 3};
-constexpr SortOperation kSortUndo{row::SortUndo, 15, 4};
-constexpr SortOperation kSortResult{row::SortResult, 19, 4};
-constexpr SortOperation kSortResultNoMatch{row::SortResultNoMatch, 19, 4};
-constexpr SortOperation kSortResultError{row::SortResultError, 19, 4};
+constexpr int32_t kAnyList = -1;  // the host names it
+constexpr SortOperation kSort{row::Sort, kAnyList, 0, 17};
+constexpr SortOperation kSortString{row::SortString, ZENFO_LIST_PAIRS, 12, 3};
+constexpr SortOperation kSortUndo{row::SortUndo, ZENFO_LIST_UNDO, 15, 4};
+constexpr SortOperation kSortResult{row::SortResult, ZENFO_LIST_RESULT, 19, 4};
+constexpr SortOperation kSortResultNoMatch{row::SortResultNoMatch,
+                                           ZENFO_LIST_NO_MATCH, 19, 4};
+constexpr SortOperation kSortResultError{row::SortResultError, ZENFO_LIST_ERROR,
+                                         19, 4};
 // Intended: the last option is a row behind the table's end; asking for it
 // throws.
-constexpr SortOperation kSortReplaceList{row::sort_replace_list, 23, 3};
+constexpr SortOperation kSortReplaceList{row::sort_replace_list,
+                                         ZENFO_LIST_VALUES, 23, 3};
 constexpr uint32_t kDuplicateOptions = 12;
 
 int32_t refuse(const char* message, const char* context, const ExportRow& row) {
@@ -53,6 +58,12 @@ int32_t sort_list(ItemList* list, const SortOperation& operation,
                      descending);
 }
 
+int32_t sort_fixed_list(Library& library, const SortOperation& operation,
+                        uint32_t option, int32_t descending) {
+  return sort_list(library.get_list(operation.list), operation, option,
+                   descending);
+}
+
 bool deselect_all(ItemList& list) {
   for (uint32_t i = 0; i < list.Count(); ++i) {
     Record* record = list.Get(i);
@@ -72,31 +83,30 @@ int32_t sort(Library& library, int32_t number, uint32_t option,
 }
 
 int32_t sort_string(Library& library, uint32_t option, int32_t descending) {
-  return sort_list(library.pairs.get(), kSortString, option, descending);
+  return sort_fixed_list(library, kSortString, option, descending);
 }
 
 int32_t sort_undo(Library& library, uint32_t option, int32_t descending) {
-  return sort_list(library.undo_list.get(), kSortUndo, option, descending);
+  return sort_fixed_list(library, kSortUndo, option, descending);
 }
 
 int32_t sort_result(Library& library, uint32_t option, int32_t descending) {
-  return sort_list(library.results.get(), kSortResult, option, descending);
+  return sort_fixed_list(library, kSortResult, option, descending);
 }
 
 int32_t sort_result_no_match(Library& library, uint32_t option,
                              int32_t descending) {
-  return sort_list(library.no_matches.get(), kSortResultNoMatch, option,
-                   descending);
+  return sort_fixed_list(library, kSortResultNoMatch, option, descending);
 }
 
 int32_t sort_result_error(Library& library, uint32_t option,
                           int32_t descending) {
-  return sort_list(library.errors.get(), kSortResultError, option, descending);
+  return sort_fixed_list(library, kSortResultError, option, descending);
 }
 
 int32_t sort_replace_list(Library& library, uint32_t option,
                           int32_t descending) {
-  return sort_list(library.values.get(), kSortReplaceList, option, descending);
+  return sort_fixed_list(library, kSortReplaceList, option, descending);
 }
 
 // Intended: the selection is cleared even where there can be no duplicates.

@@ -180,6 +180,26 @@ TEST_F(SortTest, OptionTwoOfTheValuesHasNoKey) {
   EXPECT_THAT(values(), ElementsAre("b", "a"));
 }
 
+TEST_F(SortTest, SortsSafeCopiesByStateOriginalCopyAndTime) {
+  const std::string file = folder.file("undo.txt",
+                                       "b\tz\t2026/01/03\r\n"
+                                       "A\ty\t2026/01/01\r\n"
+                                       "c\tX\t2026/01/02\r\n");
+  ASSERT_EQ(SetUndoFile(file.c_str()), 1);
+  ASSERT_EQ(GetUndoList(), 3);
+  const auto originals = [] { return texts(GetOrigFile, ZENFO_LIST_UNDO); };
+  EXPECT_EQ(SortUndo(1, 0), 1);
+  EXPECT_THAT(originals(), ElementsAre("A", "b", "c"));
+  EXPECT_EQ(SortUndo(2, 0), 1);
+  EXPECT_THAT(originals(), ElementsAre("c", "A", "b"));
+  EXPECT_EQ(SortUndo(3, 1), 1);
+  EXPECT_THAT(originals(), ElementsAre("b", "c", "A"));
+  SetState(ZENFO_LIST_UNDO, 1, 0);  // c
+  EXPECT_EQ(SortUndo(0, 0), 1);
+  EXPECT_EQ(originals()[0], "c");
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
 TEST_F(SortTest, AnEmptyUndoListAnswersMinusOneUnlogged) {
   for (uint32_t option = 0; option <= 3; ++option) {
     EXPECT_EQ(SortUndo(option, 0), -1);
