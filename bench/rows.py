@@ -129,14 +129,14 @@ ROWS = [
         "path, size and time of each"),
 
     # --- Lists --------------------------------------------------------------
-    Row("sort-paths", "item_list_bench:sort/list/1000000",
-        {"std::sort": "item_list_bench:sort/vector/1000000"}, "by_program",
+    Row("sort-paths", "list_ops_bench:sort/list/1000000",
+        {"std::sort": "list_ops_bench:sort/vector/1000000"}, "by_program",
         0.75, about="1,000,000 paths, case ignored"),
     Row("duplicate-paths", "list_ops_bench:duplicates/list/1000000",
         {"std::sort": "list_ops_bench:duplicates/vector/1000000"},
         "by_program", 0.65, about="duplicates among them"),
-    Row("load-list", "list_file_bench:load/list/1000000",
-        {"one string each": "list_file_bench:load/strings/1000000"},
+    Row("load-list", "list_ops_bench:load/list/1000000",
+        {"one string each": "list_ops_bench:load/strings/1000000"},
         "by_program", 0.30, about="a list file of 1,000,000 paths"),
 
     # --- Replacing ----------------------------------------------------------
