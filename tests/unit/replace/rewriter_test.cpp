@@ -1,0 +1,102 @@
+#include "replace/rewriter.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+#include "listops/string_pair.h"
+#include "unit/replace/engine_support.h"
+
+namespace zenfo {
+namespace {
+
+using replace_test::Span;
+
+class RewriterTest : public testing::Test, protected replace_test::Engine {
+ protected:
+  // Writes every match between brackets; of the text's first bytes only.
+  int32_t write(size_t length = std::string::npos, const char* to = nullptr) {
+    const std::string_view text(context.text(), context.text_length());
+    return Rewriter(context, text.substr(0, length))
+        .write(to != nullptr ? to : path.c_str(),
+               [](OutFile& file, const MatchRecord&, std::string_view matched) {
+                 file.write('[');
+                 file.write(matched);
+                 file.write(']');
+               });
+  }
+};
+
+TEST_F(RewriterTest, WritesGapsMatchesAndTheTail) {
+  set("abcdef", {{1, 2}, {4, 1}});
+  EXPECT_EQ(write(), 2);
+  EXPECT_EQ(written(), "a[bc]d[e]f");
+  set("abcdef", {{0, 6}});
+  EXPECT_EQ(write(), 1);
+  EXPECT_EQ(written(), "[abcdef]");
+  set("abc", {});
+  EXPECT_EQ(write(), 0);
+  EXPECT_EQ(written(), "abc") << "nothing is left of a longer file";
+}
+
+TEST_F(RewriterTest, PassesOverDeselectedMatches) {
+  set("abc", {{0, 1}, {1, 1}, {2, 1}});
+  match(1).state = 0;
+  match(2).state = 5;
+  EXPECT_EQ(write(), 2);
+  EXPECT_EQ(written(), "[a]b[c]");
+}
+
+TEST_F(RewriterTest, OverlappingMatchesAreWrittenAgain) {
+  set("abcdef", {{0, 3}, {1, 4}, {2, 1}});
+  EXPECT_EQ(write(), 3);
+  EXPECT_EQ(written(), "[abc][bcde][c]f") << "the cursor never goes back";
+}
+
+TEST_F(RewriterTest, ClipsMatchesToTheTextThatIsWritten) {
+  set("abcdef", {{1, 1}, {2, 3}, {4, 1}});
+  EXPECT_EQ(write(4), 2);
+  EXPECT_EQ(written(), "a[b][cd]");
+  EXPECT_EQ(write(1), 0);
+  EXPECT_EQ(written(), "a");
+}
+
+TEST_F(RewriterTest, FailsWithoutTouchingAFileItCannotOpen) {
+  set("abc", {{0, 1}});
+  EXPECT_EQ(write(std::string::npos, folder.path("no/out").c_str()), -1);
+  EXPECT_EQ(write(std::string::npos, folder.path().c_str()), -1);
+  EXPECT_EQ(write(std::string::npos, "/dev/full"), -1);
+}
+
+TEST_F(RewriterTest, ARecordThatIsNoMatchLeavesTheFileAsFarAsWritten) {
+  set("abc", {{0, 1}});
+  context.matches.Append(std::make_unique<StringPair>("a", "b"));
+  EXPECT_EQ(write(), -1);
+  EXPECT_EQ(written(), "[a]");
+}
+
+std::vector<uint32_t> reported;
+int polls;
+
+TEST_F(RewriterTest, ReportsEachMatchAndPollsAtTheContextsInterval) {
+  set("abc", {{0, 1}, {1, 1}, {2, 1}});
+  reported.clear();
+  context.SetReportHook([](ProgressRecord* record) {
+    EXPECT_EQ(record->total, 3u);
+    reported.push_back(record->position);
+    return 0;
+  });
+  EXPECT_EQ(write(), 3);
+  EXPECT_EQ(reported, (std::vector<uint32_t>{0, 0, 1, 2, 3}));
+  search_counters() = {};
+  context.SetPollInterval(1);
+  for (int stop = 1; stop <= 4; ++stop) {
+    polls = stop;
+    context.SetInterruptHook([](void*) { return --polls == 0 ? 1 : 0; });
+    EXPECT_EQ(write(), stop <= 3 ? -1 : 3);
+    EXPECT_EQ(written(), std::string("[a][b][c]").substr(0, (stop - 1) * 3));
+  }
+}
+
+}  // namespace
+}  // namespace zenfo
