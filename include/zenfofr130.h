@@ -549,8 +549,7 @@ ZENFO_API int32_t ZENFO_CALL SetPatternTag(const char* first,
  */
 ZENFO_API int32_t ZENFO_CALL set_operators(const char* file);
 
-/* ---- Searching
- * ---------------------------------------------------------------
+/* ---- Searching ------------------------------------------------------------
  *
  * Runs load one file after the other, each from the selected entries of list 1
  * or, with the ending _f, from the lines of a list file (one path a line, ended
@@ -566,13 +565,16 @@ ZENFO_API int32_t ZENFO_CALL set_operators(const char* file);
  *                 question lists 5 and 9 hold the file's matches, which can be
  *                 deselected, and the display shows them.
  *   display       non-zero: matches are sought inside the areas of the
- * exclusion pattern instead of outside summary       _f: path of the result
- * summary, "path, found 3" a line Files go to list 4 (with selected matches,
- * their number as flag), 6 (without) or 7 (could not be loaded, or rejected:
- * the error file tells why); the _f runs write a summary line instead. Answer
- * the number of selected matches, after the user's stop too; 0 when the host
- * interrupts at the start of a file; -1 for an empty list file or summary path,
- * files that cannot be opened or written, no compiled pattern, an invalid
+ *                 exclusion pattern instead of outside
+ *   summary       _f: path of the result summary, "path, found 3" a line
+ *
+ * Files go to list 4 (with selected matches, their number as flag), 6 (without)
+ * or 7 (could not be loaded, or rejected: the error file tells why); the _f
+ * runs write a summary line instead.
+ *
+ * Answer the number of selected matches, after the user's stop too; 0 when the
+ * host interrupts at the start of a file; -1 for an empty list file or summary
+ * path, files that cannot be opened or written, no compiled pattern, an invalid
  * answer (logged), or an interrupt elsewhere.
  * Progress: "Now loading file", "Now binary checking", "Now parsing file",
  * "Preparing for display", each with the file's path, and "Now reporting to
@@ -620,8 +622,7 @@ ZENFO_API int32_t ZENFO_CALL FindExcludedArea(int32_t case_flag,
                                               int32_t binary_check,
                                               const char* report);
 
-/* ---- Replacing
- * ---------------------------------------------------------------
+/* ---- Replacing ------------------------------------------------------------
  *
  * Runs like those above that rewrite every file with selected matches. The text
  * of a file is written up to its first NUL byte: what stands behind is lost.
@@ -633,23 +634,27 @@ ZENFO_API int32_t ZENFO_CALL FindExcludedArea(int32_t case_flag,
  *   edit_mode     1 inserts before the match, 2 behind it, others replace it
  *   expand        non-zero: caret names in the replacement become control
  *                 characters
+ *
  * The question's number is 2. Empty files count as files that cannot be loaded.
  * The _f summaries read "path, found 3, replaced 3".
+ *
  * Answer the number of matches rewritten; 0 when the host interrupts at the
  * start of a file or while one is loaded; -1 as the searches do, and when a
  * file cannot be rewritten: it is then left as far as it was written, and only
- * its safe copy has it whole. Progress: "Now replacing in file", "Now inserting
- * before in file", "Now inserting after in file", each with the file's path.
+ * its safe copy has it whole.
+ * Progress: "Now replacing in file", "Now inserting before in file", "Now
+ * inserting after in file", each with the file's path.
  */
 
 /* ReplaceBlock(), ReplaceBlock_f()
  *
  * Replace the matches of the compiled pattern.
  *   text         the replacement; null or empty deletes
- *   use_list     non-zero: value i of list 8 replaces match i, matches without
- * a value stay use_pattern  non-zero: match i of the replace pattern in the
- * same file replaces match i; decides when both are set match_index  with
- * use_pattern, k > 0: its k-th match replaces all
+ *   use_list     non-zero: value i of list 8 replaces match i; matches without
+ *                a value stay
+ *   use_pattern  non-zero: match i of the replace pattern in the same file
+ *                replaces match i; decides when both are set
+ *   match_index  with use_pattern, k > 0: its k-th match replaces all
  */
 ZENFO_API int32_t ZENFO_CALL
 ReplaceBlock(const char* text, int32_t case_flag, int32_t whole_words,
@@ -723,9 +728,10 @@ ZENFO_API int32_t ZENFO_CALL ReplaceStringNbr_f(
  *
  * Turn the letters a to z of every selected match to upper case (upper
  * non-zero) or A to Z to lower case, in each match up to its first NUL byte;
- * the rest of the file stays, NUL bytes included. change_case_i() answers the
- * number of matches changed. change_case_f() ends after the first file that it
- * changed and answers 0. Progress: "Now changing case in file" and the path.
+ * the rest of the file stays, NUL bytes included.
+ * change_case_i() answers the number of matches changed. change_case_f() ends
+ * after the first file that it changed and answers 0.
+ * Progress: "Now changing case in file" and the path.
  */
 ZENFO_API int32_t ZENFO_CALL change_case_i(int32_t case_flag,
                                            int32_t whole_words,
@@ -737,8 +743,7 @@ change_case_f(int32_t case_flag, int32_t whole_words, int32_t binary_check,
               int32_t ask_user, int32_t safe_store, const char* list_file,
               const char* summary, int32_t upper, int32_t display);
 
-/* ---- Undo
- * -----------------------------------------------------------------------
+/* ---- Undo -----------------------------------------------------------------
  *
  * Safe copies stand in the folder of the undo list file. Every replace or case
  * run deletes all files in that folder (but not in its subfolders): give it a

@@ -73,8 +73,8 @@ TEST_F(FileFinderTest, DescendsOnlyWithTheFlag) {
   folder.file("one/b.txt", "");
   folder.file("one/deep/c.txt", "");
   folder.file("two/d.txt", "");
-  EXPECT_THAT(find("1~/*.txt"), ElementsAre("a.txt", "one/b.txt",
-                                            "one/deep/c.txt", "two/d.txt"));
+  EXPECT_THAT(find("1~/*.txt"),
+              ElementsAre("a.txt", "one/b.txt", "one/deep/c.txt", "two/d.txt"));
   EXPECT_THAT(find("0~/*.txt"), ElementsAre("a.txt"));
   EXPECT_THAT(find("x~/*.txt"), ElementsAre("a.txt"));
 }
@@ -103,9 +103,8 @@ TEST_F(FileFinderTest, SumsOverGroupsAndEntersAFileTwiceThroughTwoPatterns) {
 
 TEST_F(FileFinderTest, GroupsWithNothingToSearchAreSkipped) {
   folder.file("a.txt", "");
-  for (const char* specification :
-       {"", "|", "1", "0", "1a.txt", "0~/", "0~/missing/*", "0~/;", ";;",
-        "0;~/*"}) {
+  for (const char* specification : {"", "|", "1", "0", "1a.txt", "0~/",
+                                    "0~/missing/*", "0~/;", ";;", "0;~/*"}) {
     EXPECT_THAT(find(specification), IsEmpty()) << specification;
     EXPECT_EQ(result, 0) << specification;
   }
@@ -144,12 +143,17 @@ TEST(ExtensionTest, FollowsItsFourRules) {
     bool passes;
   };
   const Case cases[] = {
-      {"page.html", "*.htm", false}, {"page.HTM", "*.htm", true},
-      {"page.html", "*.ht*", true},  {"page.html", "*.htm?", true},
-      {"page", "*.htm", true},       {"page.html", "*", true},
-      {"page.html", "page.", true},  {"page.", "*.htm", true},
+      {"page.html", "*.htm", false},
+      {"page.HTM", "*.htm", true},
+      {"page.html", "*.ht*", true},
+      {"page.html", "*.htm?", true},
+      {"page", "*.htm", true},
+      {"page.html", "*", true},
+      {"page.html", "page.", true},
+      {"page.", "*.htm", true},
       // Intended: a wildcard elsewhere in the extension is compared as text.
-      {"a.hxm", "*.h?m", false},     {"a", "*.h?m", true},
+      {"a.hxm", "*.h?m", false},
+      {"a", "*.h?m", true},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(passes_extension_test(c.name, c.pattern), c.passes)
