@@ -119,7 +119,9 @@ TEST(ListSort, EndsWithComparisonsThatAreNoOrder) {
       std::vector<int> list(count);
       std::iota(list.begin(), list.end(), 0);
       list_sort(list.data(), list.size(), [&](int, int) {
-        return kind == 0 ? -1 : kind == 1 ? 1 : static_cast<int>(random() % 3) - 1;
+        return kind == 0   ? -1
+               : kind == 1 ? 1
+                           : static_cast<int>(random() % 3) - 1;
       });
       std::vector<int> sorted = list;
       std::sort(sorted.begin(), sorted.end());
