@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <random>
 #include <string>
 
 #include "support/run_test.h"
@@ -895,6 +896,66 @@ TEST_F(ReplaceTest, OpenListAndSummaryFilesInTheStoreSurvive) {
   EXPECT_EQ(read_file(summary_file), one + ", found 1, replaced 1\r\r\n");
   EXPECT_THAT(copies(), ElementsAre(in_store("1_1")));
   EXPECT_EQ(read_file(in_store("1_1")), "a");
+}
+
+// The obvious replacement of one text by another.
+std::string replaced(const std::string& text, const std::string& find,
+                     const std::string& with, int32_t& count) {
+  std::string out;
+  for (size_t i = 0; i < text.size();) {
+    if (text.compare(i, find.size(), find) == 0) {
+      out += with;
+      i += find.size();
+      ++count;
+    } else {
+      out += text[i++];
+    }
+  }
+  return out;
+}
+
+TEST_F(ReplaceTest, RandomFilesAreReplacedAndBroughtBack) {
+  use_store();
+  std::mt19937 random(5);
+  const auto text = [&](size_t most) {
+    std::string out(1 + random() % most, ' ');
+    for (char& c : out) c = "abc"[random() % 3];
+    return out;
+  };
+  for (int round = 0; round < 25; ++round) {
+    ASSERT_EQ(Clear(ZENFO_LIST_FILES), 1);
+    ASSERT_EQ(Clear(ZENFO_LIST_PAIRS), 1);
+    Texts paths, before, after;
+    for (int i = 0; i < 6; ++i) {
+      before.push_back(text(60));
+      // Files of one name in several folders.
+      paths.push_back(add("d" + std::to_string(i) + "/f", before.back()));
+    }
+    after = before;
+    int32_t count = 0;
+    for (int pairs = 0; pairs < 3; ++pairs) {
+      const std::string find = text(3);
+      const std::string with = random() % 3 == 0 ? "" : text(4);
+      pair(find.c_str(), with.c_str());
+      for (std::string& bytes : after) {
+        bytes = replaced(bytes, find, with, count);
+      }
+    }
+    EXPECT_EQ(replace_string({.safe = 1}), count);
+    size_t changed = 0;
+    for (size_t i = 0; i < paths.size(); ++i) {
+      EXPECT_EQ(read_file(paths[i]), after[i]);
+      changed += after[i] != before[i];
+    }
+    EXPECT_GE(originals().size(), changed);
+    if (round % 2 == 0) {
+      EXPECT_EQ(GetUndoList(), static_cast<int32_t>(originals().size()));
+    }
+    EXPECT_EQ(Undo(), 0);
+    for (size_t i = 0; i < paths.size(); ++i) {
+      EXPECT_EQ(read_file(paths[i]), before[i]);
+    }
+  }
 }
 
 // ---- Faults of the disk ----------------------------------------------------

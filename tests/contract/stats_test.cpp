@@ -1,10 +1,12 @@
 // Word and line counts, and the saving of occurrences.
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <random>
 #include <string>
 
 #include "support/host_recorder.h"
+#include "support/run_test.h"
 #include "support/temp_folder.h"
 #include "zenfofr130.h"
 
@@ -126,5 +128,91 @@ TEST_F(CountTest, SavingOccurrencesRefusesMissingArguments) {
   EXPECT_EQ(save_occurrences(folder.path("no/such").c_str(), ";"), -1);
   EXPECT_EQ(zenfo::test::read_file(path), "old");
 }
+
+// Runs a search over one file and saves its matches from inside the question.
+class OccurrenceTest : public zenfo::test::RunTest {
+ protected:
+  void search(std::string_view bytes, const std::function<void()>& question) {
+    add("1", bytes);
+    HostRecorder host;
+    host.answer_option = [&](const HostRecorder::Question&) {
+      question();
+      return 1;
+    };
+    EXPECT_GE(zenfo::test::find_block({.ask = 1}), 0);
+    EXPECT_EQ(host.option_questions.size(), 1u);
+  }
+  int32_t save(const char* separator) {
+    return save_occurrences(out.c_str(), separator);
+  }
+  std::string saved() const { return zenfo::test::read_file(out); }
+
+  const std::string out = folder.path("out");
+};
+
+TEST_F(OccurrenceTest, SelectedMatchesAreSavedEachWithASeparator) {
+  ASSERT_TRUE(zenfo::test::pattern("'a|b'", 1));
+  search("a-bb-ab", [&] {
+    EXPECT_EQ(save("\r\n"), 3);
+    EXPECT_EQ(saved(), "a\r\nbb\r\nab\r\n");
+    SetState(ZENFO_LIST_MATCHES, 1, 0);
+    EXPECT_EQ(save("\n"), 2);
+    EXPECT_EQ(saved(), "a\nab\n") << "no line end is changed";
+    SetState(ZENFO_LIST_MATCHES, -1, 0);
+    EXPECT_EQ(save("x"), 0);
+    EXPECT_EQ(saved(), "");
+  });
+  EXPECT_EQ(save(";"), 0) << "no match outlives its run";
+}
+
+// Intended: a match is written up to its first NUL.
+TEST_F(OccurrenceTest, AMatchIsSavedUpToItsFirstNul) {
+  ASSERT_EQ(SetPatternTag("<", ">", 0, 0, 0), 1);
+  search(std::string("<a\0b><c>", 8), [&] {
+    EXPECT_EQ(save(";"), 2);
+    EXPECT_EQ(saved(), "<a;<c>;");
+  });
+}
+
+TEST_F(OccurrenceTest, AStopLeavesWhatWasSavedSoFar) {
+  ASSERT_TRUE(zenfo::test::pattern("a"));
+  const std::string all(250, 'a');
+  add("1", all);
+  HostRecorder host;
+  host.answer_option = [&](const HostRecorder::Question&) {
+    host.interrupt = [] { return 1; };
+    EXPECT_EQ(save("a"), -1);
+    host.interrupt = [] { return 0; };
+    EXPECT_LT(saved().size(), 200u);
+    EXPECT_EQ(save("a"), 250);
+    EXPECT_EQ(saved(), all + all);
+    return 1;
+  };
+  EXPECT_EQ(zenfo::test::find_block({.ask = 1}), 250);
+}
+
+TEST_F(OccurrenceTest, SavingTellsItsStatusAndProgress) {
+  ASSERT_TRUE(zenfo::test::pattern("a"));
+  add("1", "aa");
+  HostRecorder host;
+  host.answer_option = [&](const HostRecorder::Question&) {
+    host.statuses.clear();
+    host.reports.clear();
+    EXPECT_EQ(save(";"), 2);
+    EXPECT_EQ(
+        host.statuses,
+        (std::vector<std::string>{"Now saving selected occurrences to file"}));
+    EXPECT_EQ(host.report_positions(), (std::vector<uint32_t>{0, 1}));
+    return 1;
+  };
+  EXPECT_EQ(zenfo::test::find_block({.ask = 1}), 2);
+}
+
+#ifndef _WIN32
+TEST_F(OccurrenceTest, AFullDiskIsAFailure) {
+  ASSERT_TRUE(zenfo::test::pattern("a"));
+  search("a", [&] { EXPECT_EQ(save_occurrences("/dev/full", ";"), -1); });
+}
+#endif
 
 }  // namespace
