@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "support/run_test.h"
+#include "support/run_fixture.h"
 
 namespace {
 

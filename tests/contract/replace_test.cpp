@@ -7,7 +7,7 @@
 #include <random>
 #include <string>
 
-#include "support/run_test.h"
+#include "support/run_fixture.h"
 #ifndef _WIN32
 #include <sys/resource.h>
 #include <sys/stat.h>

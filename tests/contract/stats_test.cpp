@@ -6,7 +6,7 @@
 #include <string>
 
 #include "support/host_recorder.h"
-#include "support/run_test.h"
+#include "support/run_fixture.h"
 #include "support/temp_folder.h"
 #include "zenfofr130.h"
 

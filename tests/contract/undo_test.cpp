@@ -6,7 +6,7 @@
 #include <regex>
 #include <string>
 
-#include "support/run_test.h"
+#include "support/run_fixture.h"
 
 namespace {
 
