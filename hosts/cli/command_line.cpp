@@ -1,6 +1,7 @@
 #include "command_line.h"
 
 #include <algorithm>
+#include <charconv>
 #include <memory>
 #include <utility>
 
@@ -35,6 +36,22 @@ class HelpFormat : public CLI::Formatter {
     return "Usage: " + texts_.usage + "\n\n" + texts_.description + "\n";
   }
   std::string make_positionals(const CLI::App*) const override { return ""; }
+  // The value's name alone: no "..." for what may be repeated.
+  std::string make_option_opts(const CLI::Option* option) const override {
+    const std::string name = option->get_type_name();
+    return name.empty() ? "" : ' ' + name;
+  }
+  std::string make_help(const CLI::App* app, std::string name,
+                        CLI::AppFormatMode) const override {
+    std::string text = make_usage(app, name);
+    for (const std::string& group : app->get_groups()) {
+      const auto options = app->get_options([&](const CLI::Option* option) {
+        return option->get_group() == group && option->nonpositional();
+      });
+      if (!options.empty()) text += make_group(group, false, options);
+    }
+    return text + make_footer(app);
+  }
   std::string make_footer(const CLI::App*) const override {
     return "\n" + texts_.examples;
   }
@@ -45,9 +62,10 @@ class HelpFormat : public CLI::Formatter {
 
 }  // namespace
 
-CommandLine::CommandLine(const std::string& name, const HelpTexts& texts)
+CommandLine::CommandLine(const std::string& name, const HelpTexts& texts,
+                         const std::string& help_names)
     : name_(name), options_("", "zenfo " + name) {
-  options_.set_help_flag("-h,--help", "Show this help and exit");
+  options_.set_help_flag(help_names, "Show this help and exit");
   options_.allow_windows_style_options(false);
   // Unknown options are collected, for a message of our own.
   options_.allow_extras();
@@ -62,6 +80,7 @@ void CommandLine::value(const std::string& names, std::string& value,
           names, [&value](const std::string& text) { value = unmarked(text); },
           help)
       ->type_name(value_name)
+      ->group(heading_)
       ->take_last();
 }
 
@@ -77,6 +96,49 @@ void CommandLine::values(const std::string& names,
           },
           help)
       ->type_name(value_name)
+      ->group(heading_)
+      ->allow_extra_args(false);
+}
+
+void CommandLine::number(const std::string& names,
+                         std::optional<uint64_t>& value,
+                         const std::string& help) {
+  const std::string name = names.substr(0, names.find(','));
+  options_
+      .add_option_function<std::string>(
+          names,
+          [this, &value, name](const std::string& text) {
+            uint64_t number = 0;
+            const char* end = text.data() + text.size();
+            const auto [stop, error] =
+                std::from_chars(text.data(), end, number);
+            if (error != std::errc() || stop != end) {
+              throw wrong(name + ' ' + unmarked(text),
+                          "needs a number of 0 or more");
+            }
+            value = number;
+          },
+          help)
+      ->type_name("NUM")
+      ->group(heading_)
+      ->take_last();
+}
+
+void CommandLine::two_values(const std::string& names,
+                             std::optional<TwoTexts>& values,
+                             const std::string& value_names,
+                             const std::string& help) {
+  options_
+      .add_option_function<std::vector<std::string>>(
+          names,
+          [&values](const std::vector<std::string>& texts) {
+            values = TwoTexts(unmarked(texts[texts.size() - 2]),
+                              unmarked(texts.back()));
+          },
+          help)
+      ->type_name(value_names)
+      ->group(heading_)
+      ->expected(2)
       ->allow_extra_args(false);
 }
 

@@ -6,7 +6,10 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "file_arguments.h"
@@ -24,10 +27,16 @@ struct HelpTexts {
 
 class CommandLine {
  public:
-  CommandLine(const std::string& name, const HelpTexts& texts);
+  CommandLine(const std::string& name, const HelpTexts& texts,
+              const std::string& help_names = "-h,--help");
+
+  // The heading of the options that follow.
+  void heading(const std::string& text) { heading_ = text; }
 
   void flag(const std::string& names, bool& value, const std::string& help) {
-    options_.add_flag(names, value, help)->disable_flag_override();
+    options_.add_flag(names, value, help)
+        ->disable_flag_override()
+        ->group(heading_);
   }
   // `value_name` stands for the value in the help text. An option that is
   // given again replaces its value, or adds to its values.
@@ -35,6 +44,13 @@ class CommandLine {
              const std::string& value_name, const std::string& help);
   void values(const std::string& names, std::vector<std::string>& values,
               const std::string& value_name, const std::string& help);
+  // A whole number of 0 or more.
+  void number(const std::string& names, std::optional<uint64_t>& value,
+              const std::string& help);
+  // An option with two values.
+  using TwoTexts = std::pair<std::string, std::string>;
+  void two_values(const std::string& names, std::optional<TwoTexts>& values,
+                  const std::string& value_names, const std::string& help);
   // What is no option: one argument, then all others. Not in the help text,
   // whose usage line and description tell.
   void argument(std::string& value);
@@ -50,6 +66,7 @@ class CommandLine {
   void refuse_unknown_options() const;
 
   std::string name_;
+  std::string heading_ = "Options";
   CLI::App options_;
 };
 

@@ -72,7 +72,7 @@ FileList::FileList(Session& session, const std::vector<std::string>& arguments,
   for (const std::string& argument : arguments) {
     add(system::own_form(argument), choice);
   }
-  if (arguments.empty()) {
+  if (arguments.empty() && choice.here_by_default) {
     append_group(runs_, search_group(".", true, choice.patterns), 2);
   }
   load(facts);
@@ -139,7 +139,7 @@ void FileList::add_pattern(const std::string& argument) {
 void FileList::load(const FactOptions& facts) {
   const bool one_search = runs_.size() == 1 && runs_[0].paths.empty();
   for (const ArgumentRun& run : runs_) {
-    stretches_.push_back({count_, run.added_prefix});
+    stretches_.push_back({count_, run.added_prefix, !run.paths.empty()});
     if (run.paths.empty()) {
       count_ += session_.find_files(run.specification,
                                     one_search ? facts : FactOptions{});
@@ -158,12 +158,15 @@ void FileList::note_repeats() {
   }
 }
 
-std::string_view FileList::path(uint32_t index) {
-  const auto stretch = std::prev(std::upper_bound(
+const FileList::Stretch& FileList::stretch_of(uint32_t index) const {
+  return *std::prev(std::upper_bound(
       stretches_.begin(), stretches_.end(), index,
       [](uint32_t i, const Stretch& s) { return i < s.first; }));
+}
+
+std::string_view FileList::path(uint32_t index) {
   std::string_view path = session_.full_name(index);
-  path.remove_prefix(std::min(path.size(), stretch->added_prefix));
+  path.remove_prefix(std::min(path.size(), stretch_of(index).added_prefix));
   return path;
 }
 

@@ -23,6 +23,8 @@ struct FileChoice {
   bool subfolders = false;
   // A folder is an error unless subfolders are wanted.
   bool folders_need_subfolders = false;
+  // No argument at all means the current folder with its subfolders.
+  bool here_by_default = true;
   // Filename patterns for the files of folders; none means all files.
   std::vector<std::string> patterns;
 };
@@ -59,27 +61,30 @@ void append_path(std::vector<ArgumentRun>& runs, const std::string& path);
 class FileList {
  public:
   // Complains about each argument that names nothing and goes on without it.
-  // No argument at all means the current folder with its subfolders.
   FileList(Session& session, const std::vector<std::string>& arguments,
            const FileChoice& choice, const FactOptions& facts);
 
   uint32_t count() const { return count_; }
   // The path as a person expects it. Valid until the session's next call.
   std::string_view path(uint32_t index);
+  // Whether the user named the file itself, not its folder or a pattern.
+  bool is_named(uint32_t index) const { return stretch_of(index).named; }
   // Whether the file stands earlier in the list, entered by another pattern.
   bool is_repeat(uint32_t index) const { return repeats_.contains(index); }
 
  private:
+  struct Stretch {
+    uint32_t first;
+    size_t added_prefix;
+    bool named;
+  };
+
+  const Stretch& stretch_of(uint32_t index) const;
   void add(const std::string& argument, const FileChoice& choice);
   void add_folder(const std::string& folder, const FileChoice& choice);
   void add_pattern(const std::string& argument);
   void load(const FactOptions& facts);
   void note_repeats();
-
-  struct Stretch {
-    uint32_t first;
-    size_t added_prefix;
-  };
 
   Session& session_;
   std::vector<ArgumentRun> runs_;

@@ -1,97 +1,373 @@
-// zenfo find: names the files that hold a text.
+// zenfo find: shows the lines of files that hold a text.
 //
-// Tested by tests/cli/command_test.cpp; compared with grep by
-// tests/cli/compare_with_grep
+// What needs the matches themselves is written from inside the library's
+// question, file by file; names and counts are read from its lists after the
+// run.
+//
+// Tested by tests/cli/find_test.cpp, tests/cli/posix_find_test.cpp; compared
+// with grep by tests/cli/compare_with_grep
+#include <array>
+#include <charconv>
 #include <string>
 #include <vector>
 
-#include "columns.h"
-#include "command_line.h"
+#include "asking.h"
 #include "commands.h"
 #include "file_arguments.h"
+#include "find_options.h"
+#include "found_text.h"
+#include "json_printer.h"
 #include "library.h"
+#include "line_printer.h"
 #include "messages.h"
 #include "output.h"
+#include "search.h"
 #include "system.h"
+#include "text_file.h"
 
 namespace zenfo::cli {
 namespace {
 
-const HelpTexts kHelpTexts = {
-    "zenfo find [OPTIONS] TEXT [PATH...]",
-    "Names the files that hold TEXT.\n"
-    "\n"
-    "A PATH is a file, a folder (with -r), or a pattern for the files of one\n"
-    "folder, as 'src/*.c'. Without any, the current folder and all below it\n"
-    "are searched. Names that begin with a point are passed over unless given\n"
-    "in full. A file is searched up to its first zero byte.",
-    "The exit status is 0 when a file was found, 1 when none was, and 2 after\n"
-    "an error.\n"
-    "\n"
-    "Examples:\n"
-    "  zenfo find 'Copyright 2024'          in all files from here down\n"
-    "  zenfo find -rw count src             'count', but not 'counter'\n"
-    "  zenfo find -ri error logs --include '*.log'\n"
-    "  zenfo find -q needle notes.txt && echo found\n"
-    "  zenfo find -r0 -- -v . | xargs -0 ls -l\n"};
+using Answer = Session::Answer;
 
-struct FindOptions {
-  Session::TextSearch search;
-  std::vector<std::string> paths;
-  FileChoice choice;
-  ResultForm form;
+// One number of a match in list 5.
+template <class Accessor>
+uint32_t match_number(Accessor accessor, uint32_t index) {
+  std::array<char, 16> text{};
+  uint32_t number = 0;
+  accessor(ZENFO_LIST_MATCHES, index, text.data(),
+           static_cast<uint32_t>(text.size()));
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+uint32_t matches_in_hand() {
+  const int32_t count = GetCount(ZENFO_LIST_MATCHES, -1);
+  return count > 0 ? static_cast<uint32_t>(count) : 0;
+}
+
+Match match_in_hand(uint32_t index) {
+  return {match_number(GetMatchOffset, index),
+          match_number(GetMatchLength, index)};
+}
+
+// Writes the files that a run finds matches in, one after the other.
+class Shown {
+ public:
+  Shown(const FindOptions& options, Session& session, FileList& files,
+        bool several_texts, Output& output)
+      : options_(options),
+        session_(session),
+        files_(files),
+        several_texts_(several_texts),
+        output_(output),
+        lines_(options.form, output),
+        json_(options.form.before, options.form.after, output),
+        counts_(options.show == Show::kLineCounts ||
+                        options.show == Show::kMatchCounts
+                    ? files.count()
+                    : 0) {}
+
+  // Whether anything is to be done while the run lasts.
+  bool asks_back() const {
+    switch (options_.show) {
+      case Show::kPaths:
+      case Show::kOtherPaths:
+        return options_.ask;
+      case Show::kMatchCounts:
+        return options_.ask || several_texts_;
+      default:
+        return true;
+    }
+  }
+
+  Answer question() {
+    if (options_.show == Show::kNothing) {
+      // A report is written to its end.
+      if (options_.search.report.empty()) session_.leave(kFound);
+      return Answer::kTake;
+    }
+    if (asking_.stopped()) return Answer::kStop;
+    turn_to(Session::files_done());
+    const bool any = take_matches();
+    if (!several_texts_) finish_file();
+    if (asking_.stopped() && !any) return Answer::kStop;
+    return output_.failed() ? Answer::kStop : Answer::kTake;
+  }
+
+  // To be called when the run has ended.
+  void finish() {
+    finish_file();
+    switch (options_.show) {
+      case Show::kPaths:
+        write_paths(ZENFO_LIST_RESULT);
+        return;
+      case Show::kOtherPaths:
+        write_paths(ZENFO_LIST_NO_MATCH);
+        return;
+      case Show::kMatchCounts:
+        if (!asks_back()) read_counts();
+        write_counts();
+        return;
+      case Show::kLineCounts:
+        write_counts();
+        return;
+      case Show::kJson:
+        json_.print_summary(session_.count(ZENFO_LIST_RESULT) +
+                            session_.count(ZENFO_LIST_NO_MATCH));
+        return;
+      default:
+        return;
+    }
+  }
+
+ private:
+  // Makes the file that follows `done` others of the run the present one.
+  void turn_to(uint32_t done) {
+    if (in_file_ && done == done_) return;
+    finish_file();
+    for (; index_ < files_.count(); ++index_) {
+      if (!session_.selected(index_)) continue;
+      if (done_ == done) break;
+      ++done_;
+    }
+    in_file_ = true;
+    matches_.clear();
+    path_ = session_.full_name(index_);
+    loaded_ = false;
+  }
+
+  bool needs_text() const {
+    return options_.ask || options_.show == Show::kLines ||
+           options_.show == Show::kLineCounts || options_.show == Show::kJson;
+  }
+
+  std::string_view text() {
+    if (!loaded_ && !bytes_.load(path_)) {
+      complain(files_.path(index_), "cannot be read again");
+    }
+    loaded_ = true;
+    return bytes_.view();
+  }
+
+  // Whether any of the matches in hand is taken.
+  bool take_matches() {
+    const size_t before = matches_.size();
+    const uint32_t count = matches_in_hand();
+    for (uint32_t i = 0; i < count; ++i) {
+      const Match match = match_in_hand(i);
+      if (options_.ask && !asking_.take(files_.path(index_), text(), match)) {
+        SetState(ZENFO_LIST_MATCHES, static_cast<int32_t>(i), 0);
+      } else {
+        matches_.push_back(match);
+      }
+    }
+    return matches_.size() > before;
+  }
+
+  void finish_file() {
+    if (!in_file_) return;
+    in_file_ = false;
+    if (several_texts_) unite(matches_);
+    if (!needs_text()) {
+      if (!counts_.empty()) counts_[index_] = matches_.size();
+      return;
+    }
+    write_file(find_blocks(text(), matches_, options_.form.most_lines));
+  }
+
+  void write_file(const std::vector<Block>& blocks) {
+    switch (options_.show) {
+      case Show::kLines:
+        lines_.print_file(files_.path(index_), text(), blocks);
+        break;
+      case Show::kJson:
+        json_.print_file(files_.path(index_), text(), blocks);
+        break;
+      case Show::kLineCounts:
+        for (const Block& block : blocks) {
+          counts_[index_] +=
+              count_lines(text().substr(block.start, block.end - block.start));
+        }
+        break;
+      case Show::kMatchCounts:
+        counts_[index_] = matches_.size();
+        break;
+      default:
+        break;
+    }
+    if (system::is_terminal(system::Stream::kOutput)) output_.flush();
+  }
+
+  // Visits the entries of a list of results with their places in the list of
+  // files, which has the same order.
+  template <class Visit>
+  void for_each_result(int32_t list, Visit visit) {
+    const uint32_t results = session_.count(list);
+    uint32_t index = 0;
+    for (uint32_t i = 0; i < results; ++i, ++index) {
+      if (system::stop_status() != 0) throw Stopped{};
+      const std::string name(session_.full_name(list, i));
+      while (index < files_.count() &&
+             (!session_.selected(index) || session_.full_name(index) != name)) {
+        ++index;
+      }
+      if (index == files_.count()) return;
+      visit(index, i);
+    }
+  }
+
+  void write_paths(int32_t list) {
+    for_each_result(list, [&](uint32_t index, uint32_t) {
+      lines_.print_path(files_.path(index));
+    });
+  }
+
+  void read_counts() {
+    for_each_result(ZENFO_LIST_RESULT, [&](uint32_t index, uint32_t result) {
+      counts_[index] =
+          static_cast<uint32_t>(GetFlag(ZENFO_LIST_RESULT, result));
+    });
+  }
+
+  void write_counts() {
+    std::vector<bool> searched(files_.count());
+    for (const int32_t list : {ZENFO_LIST_RESULT, ZENFO_LIST_NO_MATCH}) {
+      for_each_result(
+          list, [&](uint32_t index, uint32_t) { searched[index] = true; });
+    }
+    for (uint32_t i = 0; i < files_.count(); ++i) {
+      if (searched[i]) lines_.print_count(files_.path(i), counts_[i]);
+    }
+  }
+
+  const FindOptions& options_;
+  Session& session_;
+  FileList& files_;
+  const bool several_texts_;
+  Output& output_;
+  LinePrinter lines_;
+  JsonPrinter json_;
+  Asking asking_;
+  std::vector<uint64_t> counts_;
+
+  // The present file.
+  bool in_file_ = false;
+  bool loaded_ = false;
+  uint32_t index_ = 0;
+  uint32_t done_ = 0;  // files of the run before it
+  std::string path_;
+  FileBytes bytes_;
+  std::vector<Match> matches_;
 };
 
-// False when only help was asked for.
-bool parse(const Arguments& arguments, FindOptions& options, Output& output) {
-  CommandLine line("find", kHelpTexts);
-  bool ignore_case = false;
-  bool names_only = false;
-  line.argument(options.search.text);
-  line.arguments(options.paths);
-  line.flag("-i,--ignore-case", ignore_case,
-            "Take capital and small letters as the same");
-  line.flag("-w,--word", options.search.whole_word,
-            "Find the text where no letter or digit touches it");
-  add_choice_options(line, options.choice);
-  line.flag("-l,--files-with-matches", names_only,
-            "Write names only (always so)");
-  line.flag("-q,--quiet", options.search.first_only,
-            "Write nothing; only the exit status tells");
-  add_form_options(line, options.form);
-  if (!line.parse(arguments, output)) return false;
-  if (options.search.text.empty())
-    throw line.wrong("find", "the TEXT to find is missing");
-  check_form(line, options.form);
-  check_choice(line, options.choice);
-  options.search.case_sensitive = !ignore_case;
-  options.choice.folders_need_subfolders = true;
-  return true;
-}
-
-void write_found(const ResultForm& form, Session& session, FileList& files,
-                 Output& output) {
-  const std::vector<const Column*> path = {find_column("path")};
+void select_files(Session& session, FileList& files, const NameFilter& filter) {
+  session.select_all(true);
   for (uint32_t i = 0; i < files.count(); ++i) {
-    if (system::stop_status() != 0) throw Stopped{};
-    if (!session.selected(i) || files.is_repeat(i)) continue;
-    if (form.json) {
-      output.put(json_line(path, {std::string(files.path(i))}));
-    } else {
-      output.put(files.path(i));
+    if (files.is_repeat(i) ||
+        (!filter.empty() && !filter.takes(files.path(i), files.is_named(i)))) {
+      session.select(i, false);
     }
-    output.put(form.null ? '\0' : '\n');
   }
 }
 
-// The library passes over files that it cannot load without a word.
-void complain_about_unsearched(Session& session, FileList& files) {
-  for (uint32_t i = 0; i < files.count(); ++i) {
-    if (session.selected(i) || files.is_repeat(i)) continue;
-    const std::string path(session.full_name(i));
+// A path as FileList shows it, in the case of paths that begin with "./".
+struct Skipped {
+  std::string path;
+  std::string reason;
+  bool by_wish = false;
+};
+
+// The reason in a message that begins with the path.
+Skipped skipped_file(const std::string& path, const std::string& message) {
+  constexpr std::string_view kNotOpened = " could not be opened";
+  if (message.ends_with(kNotOpened) || !message.starts_with(path)) {
     const std::string reason = system::why_not_loaded(path);
-    if (!reason.empty()) complain(files.path(i), reason);
+    return {path, reason.empty() ? "could not be opened" : reason, false};
   }
+  std::string reason = message.substr(path.size() + 1);
+  while (reason.ends_with(' ')) reason.pop_back();
+  return {path, reason, true};
+}
+
+void tell(const Skipped& skipped, std::string_view shown_path, bool quiet) {
+  if (!skipped.by_wish) {
+    complain(shown_path, skipped.reason);
+  } else if (!quiet) {
+    remark(shown_path, skipped.reason);
+  }
+}
+
+// Tells of the records that are about rejected files and complains about the
+// others. Answers the messages of the former.
+std::vector<std::string> rejections(Session& session) {
+  std::vector<std::string> messages;
+  for (const ErrorRecord& record : session.new_errors()) {
+    if (record.context == "loading file") {
+      messages.push_back(record.message);
+    } else {
+      complain(record.routine, record.message + " (" + record.context + ")");
+    }
+  }
+  return messages;
+}
+
+// List 7 and the error file have the rejected files in the same order.
+void tell_rejected(Session& session, FileList& files, bool quiet) {
+  const std::vector<std::string> messages = rejections(session);
+  const uint32_t rejected = session.count(ZENFO_LIST_ERROR);
+  uint32_t index = 0;
+  for (uint32_t i = 0; i < rejected; ++i, ++index) {
+    const std::string path(session.full_name(ZENFO_LIST_ERROR, i));
+    while (index + 1 < files.count() &&
+           (!session.selected(index) || session.full_name(index) != path)) {
+      ++index;
+    }
+    const std::string message = i < messages.size() ? messages[i] : "";
+    tell(skipped_file(path, message), files.path(index), quiet);
+  }
+}
+
+int status_of(uint32_t found) { return found > 0 ? kFound : kNothingFound; }
+
+int run_over_lines(const FindOptions& options, Session& session,
+                   Search& search) {
+  check_crlf_lines(options.files_from);
+  const uint32_t found =
+      search.run_over_lines(options.files_from, options.summary);
+  for (const std::string& message : rejections(session)) {
+    const bool not_opened = message.ends_with(" could not be opened");
+    if (not_opened) {
+      const std::string path =
+          message.substr(0, message.size() - sizeof " could not be opened" + 1);
+      tell(skipped_file(path, message), path, false);
+    } else {
+      const size_t end = message.rfind(" contains a non printable character");
+      const std::string path = message.substr(0, end);
+      tell(skipped_file(path, message), path, options.show == Show::kNothing);
+    }
+  }
+  return status_of(found);
+}
+
+int run_over_files(FindOptions& options, Session& session, Search& search,
+                   Output& output) {
+  if (!options.files_from.empty()) {
+    for (std::string& path : read_text_lines(options.files_from)) {
+      if (!path.empty()) options.paths.push_back(std::move(path));
+    }
+  }
+  FileList files(session, options.paths, options.choice, FactOptions{});
+  select_files(session, files, options.filter);
+  Shown shown(options, session, files, search.several_texts(), output);
+  Session::Question question;
+  if (shown.asks_back()) question = [&] { return shown.question(); };
+  const uint32_t found = search.run(question);
+  shown.finish();
+  const bool quiet = options.show == Show::kNothing;
+  tell_rejected(session, files, quiet);
+  if (quiet && found > 0) session.leave(kFound);
+  return status_of(found);
 }
 
 }  // namespace
@@ -99,14 +375,15 @@ void complain_about_unsearched(Session& session, FileList& files) {
 int run_find(const Arguments& arguments) {
   FindOptions options;
   Output output;
-  if (!parse(arguments, options, output)) return kDone;
+  if (!parse_find(arguments, options, output)) return kDone;
+  if (options.form.most_lines == 0 && options.show != Show::kOtherPaths) {
+    return kNothingFound;
+  }
   Session session;
-  FileList files(session, options.paths, options.choice, FactOptions{});
-  const bool found = session.find_in_files(options.search) > 0;
-  complain_about_unsearched(session, files);
-  write_found(options.form, session, files, output);
-  session.complain_about_errors();
-  return found ? kFound : kNothingFound;
+  Search search(session, options.search);
+  return options.summary.empty()
+             ? run_over_files(options, session, search, output)
+             : run_over_lines(options, session, search);
 }
 
 }  // namespace zenfo::cli

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
-#include "error_records.h"
 #include "messages.h"
 #include "system.h"
 
@@ -32,7 +32,7 @@ Session* Session::current_ = nullptr;
 Session::Session() : error_file_(system::error_file_name()) {
   current_ = this;
   expect_paths_of(0);
-  set_callbacks(false);
+  set_callbacks();
   if (Initialize() != 1) throw Failure{"", "the library cannot be started"};
   SetErrorFile(error_file_.c_str());
 }
@@ -45,42 +45,30 @@ Session::~Session() {
   system::remove_error_file();
 }
 
-void Session::set_callbacks(bool report_always) {
+// Only what is needed: a callback that is there costs time.
+void Session::set_callbacks() {
   CallbackTable table{};
   table.interrupt = on_interrupt;
   table.file_question = on_file_question;
-  if (progress_.wanted()) table.status = on_status;
-  if (progress_.wanted() || report_always) table.report = on_report;
+  if (question_) table.option_question = on_option_question;
+  if (progress_.wanted()) {
+    table.status = on_status;
+    table.report = on_report;
+  }
   SetCallBacks(&table);
 }
 
 int32_t Session::on_report(ProgressRecord* record) {
-  if (current_->leave_when_found_) current_->leave_when_found(record->position);
-  if (current_->progress_.wanted()) current_->progress_.show_step(*record);
+  current_->progress_.show_step(*record);
   return 0;
 }
 
-int32_t Session::on_interrupt() {
-  const int status = system::stop_status();
-  if (status != 0 && current_->leave_when_stopped_) {
-    current_->progress_.erase();
-    complain("", "stopped");
-    current_->leave(status);
-  }
-  return status;
-}
+int32_t Session::on_interrupt() { return system::stop_status(); }
 
 void Session::leave(int status) {
   progress_.erase();
   system::remove_error_file();
   system::leave(status);
-}
-
-// Called from inside the search, which is done with the entries up to here.
-void Session::leave_when_found(uint32_t position) {
-  for (; states_seen_ <= position; ++states_seen_) {
-    if (selected(states_seen_)) leave(kFound);
-  }
 }
 
 int32_t Session::on_status(const ZenfoWideChar* text) {
@@ -92,6 +80,40 @@ int32_t Session::on_file_question(const ZenfoWideChar*) {
   if (current_->copies_wanted_ == 0) return kSkipAll;
   --current_->copies_wanted_;
   return kAdd;
+}
+
+int32_t Session::on_option_question(const ZenfoWideChar*, int32_t) {
+  Session& session = *current_;
+  Answer answer = Answer::kStop;
+  // Nothing may be thrown through the library.
+  try {
+    session.progress_.erase();
+    if (system::stop_status() == 0) answer = session.question_();
+  } catch (...) {
+    session.thrown_ = std::current_exception();
+  }
+  return static_cast<int32_t>(answer);
+}
+
+uint32_t Session::run(const std::function<int32_t()>& operation,
+                      Question question) {
+  question_ = std::move(question);
+  set_callbacks();
+  const int32_t found = operation();
+  question_ = nullptr;
+  set_callbacks();
+  if (thrown_) std::rethrow_exception(std::exchange(thrown_, nullptr));
+  finish(found, "search in files");
+  return static_cast<uint32_t>(found);
+}
+
+uint32_t Session::files_done() {
+  uint32_t files = 0;
+  for (int32_t list :
+       {ZENFO_LIST_RESULT, ZENFO_LIST_NO_MATCH, ZENFO_LIST_ERROR}) {
+    files += static_cast<uint32_t>(std::max(GetCount(list, -1), 0));
+  }
+  return files;
 }
 
 void Session::finish(int32_t result, const char* what) {
@@ -159,10 +181,10 @@ void Session::append_paths(const std::vector<std::string>& paths) {
   }
 }
 
-uint32_t Session::count() {
-  const int32_t files = GetCount(kFiles, -1);
-  finish(files, "list of files");
-  return static_cast<uint32_t>(files);
+uint32_t Session::count(int32_t list) {
+  const int32_t records = GetCount(list, -1);
+  finish(records, "list of files");
+  return static_cast<uint32_t>(records);
 }
 
 bool Session::selected(uint32_t index) { return GetState(kFiles, index) == 1; }
@@ -184,8 +206,10 @@ std::optional<std::string_view> Session::text(TextAccessor accessor,
   return buffer_.data();
 }
 
-std::string_view Session::full_name(uint32_t index) {
-  return text(GetFullName, index).value_or("");
+std::string_view Session::full_name(int32_t list, uint32_t index) {
+  const auto size = static_cast<uint32_t>(buffer_.size());
+  if (GetFullName(list, index, buffer_.data(), size) != 1) return "";
+  return buffer_.data();
 }
 
 SizeTotal Session::size_of_selection() {
@@ -193,20 +217,6 @@ SizeTotal Session::size_of_selection() {
   char long_text[64];
   finish(GetSizeSelection(kFiles, short_text, long_text), "sizes");
   return {short_text, long_text};
-}
-
-uint32_t Session::find_in_files(const TextSearch& search) {
-  leave_when_stopped_ = true;
-  leave_when_found_ = search.first_only;
-  states_seen_ = 0;
-  set_callbacks(search.first_only);
-  const int32_t found = FindInFiles(kFiles, search.text.c_str(), 1,
-                                    search.whole_word, search.case_sensitive);
-  leave_when_stopped_ = leave_when_found_ = false;
-  set_callbacks(false);
-  finish(found, "search in files");
-  if (found > 0 && search.first_only) leave(kFound);
-  return static_cast<uint32_t>(found);
 }
 
 std::optional<TextCounts> Session::count_words(const std::string& path) {
@@ -217,12 +227,16 @@ std::optional<TextCounts> Session::count_words(const std::string& path) {
   return counts;
 }
 
-void Session::complain_about_errors() {
+std::vector<ErrorRecord> Session::new_errors() {
   std::ifstream file(error_file_, std::ios::binary);
   file.seekg(static_cast<std::streamoff>(error_bytes_read_));
   const std::string bytes{std::istreambuf_iterator<char>(file), {}};
   error_bytes_read_ += bytes.size();
-  for (const ErrorRecord& record : parse_error_records(bytes)) {
+  return parse_error_records(bytes);
+}
+
+void Session::complain_about_errors() {
+  for (const ErrorRecord& record : new_errors()) {
     complain(record.routine, record.message + " (" + record.context + ")");
   }
 }

@@ -10,11 +10,14 @@
 
 #include <array>
 #include <cstdint>
+#include <exception>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "error_records.h"
 #include "progress.h"
 #include "zenfofr130.h"
 
@@ -59,7 +62,7 @@ class Session {
   // Gathers facts for the whole list.
   void gather_facts(const FactOptions& facts) { find_files("", facts); }
 
-  uint32_t count();
+  uint32_t count() { return count(ZENFO_LIST_FILES); }
   bool selected(uint32_t index);
   void select(uint32_t index, bool on);
   void select_all(bool on);
@@ -67,36 +70,46 @@ class Session {
   bool complete(uint32_t index);
   // None when the entry has no such text. Valid until the next call.
   std::optional<std::string_view> text(TextAccessor accessor, uint32_t index);
-  std::string_view full_name(uint32_t index);
+  std::string_view full_name(uint32_t index) {
+    return full_name(ZENFO_LIST_FILES, index);
+  }
   SizeTotal size_of_selection();
 
-  struct TextSearch {
-    std::string text;
-    bool whole_word = false;
-    bool case_sensitive = true;
-    // Ends the process with kFound as soon as a file is known to hold it.
-    bool first_only = false;
-  };
-  // Selects the files that hold the text. Answers their number. The library
-  // cannot be stopped here, so a stop ends the process from inside.
-  uint32_t find_in_files(const TextSearch& search);
+  // What the host answers when a file's matches were found.
+  enum class Answer : int32_t { kTake = 1, kStop = 2 };
+  using Question = std::function<Answer()>;
+  // Runs a search operation over the selected files and answers its number of
+  // matches. Inside the question the matches of the file in hand are in list 5;
+  // what it throws ends the run and is thrown on.
+  uint32_t run(const std::function<int32_t()>& operation, Question question);
+  // Inside the question: the files that the run is done with.
+  static uint32_t files_done();
+
+  // Records of any list, and the path of a file in it, valid until the next
+  // call.
+  uint32_t count(int32_t list);
+  std::string_view full_name(int32_t list, uint32_t index);
 
   // None when the file cannot be loaded.
   std::optional<TextCounts> count_words(const std::string& path);
 
+  // What the library noted in its error file since the last time of asking.
+  std::vector<ErrorRecord> new_errors();
   // Complains about what the library noted in its error file since the last
   // time of asking.
   void complain_about_errors();
+  // Ends the process from inside an operation.
+  [[noreturn]] void leave(int status);
 
  private:
   static int32_t ZENFO_CALL on_report(ProgressRecord* record);
   static int32_t ZENFO_CALL on_interrupt();
   static int32_t ZENFO_CALL on_status(const ZenfoWideChar* text);
   static int32_t ZENFO_CALL on_file_question(const ZenfoWideChar* text);
+  static int32_t ZENFO_CALL on_option_question(const ZenfoWideChar* text,
+                                               int32_t number);
 
-  void set_callbacks(bool report_always);
-  void leave_when_found(uint32_t position);
-  [[noreturn]] void leave(int status);
+  void set_callbacks();
   uint32_t find(int32_t list, const std::string& specification,
                 const FactOptions& facts);
   void make_seed(const std::vector<std::string>& paths);
@@ -114,9 +127,8 @@ class Session {
   std::vector<char> buffer_;
   size_t seeds_ = 0;
   size_t copies_wanted_ = 0;  // answers "yes" left for the file question
-  bool leave_when_stopped_ = false;
-  bool leave_when_found_ = false;
-  uint32_t states_seen_ = 0;  // entries looked at for leave_when_found_
+  Question question_;
+  std::exception_ptr thrown_;  // by the question
 };
 
 }  // namespace zenfo::cli

@@ -32,7 +32,7 @@ int run_help(const Arguments& arguments);
 constexpr Command kCommands[] = {
     {"count", "count bytes, words and lines of files", run_count},
     {"files", "list files and what is known about them", run_files},
-    {"find", "name the files that hold a text", run_find},
+    {"find", "show the lines of files that hold a text", run_find},
     {"help", "explain a command: zenfo help COMMAND", run_help},
 };
 
@@ -47,7 +47,7 @@ constexpr std::string_view kHelp =
 constexpr std::string_view kHelpEnd =
     "\n"
     "Examples:\n"
-    "  zenfo find TODO                 files from here down that hold TODO\n"
+    "  zenfo find TODO                 lines that hold TODO, from here down\n"
     "  zenfo files -r src --total      all files below src, and their size\n"
     "\n"
     "The exit status is 0 for success, 1 when a search found nothing, 2 after\n"

@@ -13,6 +13,10 @@ bool any_complaint = false;
 
 void complain(std::string_view subject, std::string_view reason) {
   any_complaint = true;
+  remark(subject, reason);
+}
+
+void remark(std::string_view subject, std::string_view reason) {
   std::string line = "zenfo: ";
   if (!subject.empty()) {
     line += subject;

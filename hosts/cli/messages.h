@@ -27,6 +27,8 @@ struct Stopped {};
 // Line feeds inside the subject are shown as "?", so that a message stays one
 // line. An empty subject is left out.
 void complain(std::string_view subject, std::string_view reason);
+// The same for what is worth telling but no error.
+void remark(std::string_view subject, std::string_view reason);
 // Whether there was a complaint since the program began.
 bool complained();
 

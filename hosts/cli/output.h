@@ -22,6 +22,8 @@ class Output {
   }
   void put(char byte) { put(std::string_view(&byte, 1)); }
   void flush();
+  // Whether nobody gets the output any more.
+  bool failed() const { return failed_; }
 
  private:
   static constexpr size_t kSize = 64 * 1024;

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -38,7 +39,7 @@ std::string why_not_listed(const std::string& folder);
 // Why the library cannot load a file; empty when it can.
 std::string why_not_loaded(const std::string& file);
 
-enum class Stream { kOutput, kErrors };
+enum class Stream { kInput, kOutput, kErrors };
 
 // Call once, first: makes the standard streams usable as bytes, and writing to
 // a stream that is closed or has lost its reader an error rather than a death.
@@ -46,6 +47,12 @@ void prepare_streams();
 // Writes all bytes. Answers the reason for a failure, empty for success.
 std::string write(Stream stream, std::string_view bytes);
 bool is_terminal(Stream stream);
+// Whether escape sequences in what is written to the output become colours;
+// makes them do so where that takes a call.
+bool shows_colours();
+// The next line of standard input, a terminal's, without its end. None at its
+// end and when the user stops the command while it waits.
+std::optional<std::string> read_line();
 // Width in characters; 80 where it is not known.
 size_t terminal_columns();
 

@@ -62,120 +62,6 @@ class Command : public ::testing::Test {
   TempFolder folder_;
 };
 
-// ---- find ------------------------------------------------------------------
-
-TEST_F(Command, FindNamesTheFilesThatHoldTheText) {
-  EXPECT_EQ(run({"find", "apple"}), (Outcome{lines({"a.txt", "b.c"}), "", 0}));
-}
-
-TEST_F(Command, FindAnswers1WhenNothingIsFound) {
-  EXPECT_EQ(run({"find", "quince"}), (Outcome{"", "", 1}));
-}
-
-TEST_F(Command, FindIgnoresCaseOnDemand) {
-  EXPECT_EQ(run({"find", "-i", "pear"}),
-            (Outcome{lines({"a.txt", "b.c", "sub/c.txt"}), "", 0}));
-  EXPECT_EQ(run({"find", "pear"}), (Outcome{lines({"b.c"}), "", 0}));
-}
-
-TEST_F(Command, FindTakesWholeWordsOnDemand) {
-  EXPECT_EQ(run({"find", "-w", "Pear"}), (Outcome{lines({"a.txt"}), "", 0}));
-  EXPECT_EQ(run({"find", "-w", "pear"}), (Outcome{"", "", 1}));
-  EXPECT_EQ(run({"find", "-iw", "pear"}),
-            (Outcome{lines({"a.txt", "sub/c.txt"}), "", 0}));
-}
-
-TEST_F(Command, FindDoesNotTakeAnUnderscoreForALetter) {
-  folder_.file("u.txt", "my_plum_2\n");
-  EXPECT_EQ(run({"find", "-w", "plum"}), (Outcome{lines({"u.txt"}), "", 0}));
-}
-
-TEST_F(Command, FindSearchesUpToTheFirstZeroByte) {
-  folder_.file("z.bin", std::string("plum\0quince", 11));
-  EXPECT_EQ(run({"find", "plum"}), (Outcome{lines({"z.bin"}), "", 0}));
-  EXPECT_EQ(run({"find", "quince"}), (Outcome{"", "", 1}));
-}
-
-TEST_F(Command, FindNeedsAnOptionForFolders) {
-  EXPECT_EQ(run({"find", "PEAR", "sub"}),
-            (Outcome{"", "zenfo: sub: is a folder\n", 2}));
-  EXPECT_EQ(run({"find", "-r", "PEAR", "sub"}),
-            (Outcome{lines({"sub/c.txt"}), "", 0}));
-}
-
-TEST_F(Command, FindKeepsTheOrderOfItsPaths) {
-  EXPECT_EQ(run({"find", "-ri", "pear", "sub", "b.c", ".", "a.txt"}),
-            (Outcome{lines({"sub/c.txt", "b.c", "./a.txt", "./b.c",
-                            "./sub/c.txt", "a.txt"}),
-                     "", 0}));
-}
-
-TEST_F(Command, FindGoesOnAfterAMissingPath) {
-  EXPECT_EQ(run({"find", "apple", "nowhere", "a.txt", own("no/such/file")}),
-            (Outcome{lines({"a.txt"}),
-                     "zenfo: nowhere: no such file or folder\nzenfo: " +
-                         own("no/such/file") + ": no such file or folder\n",
-                     2}));
-}
-
-TEST_F(Command, FindNamesTheFilesItCannotSearch) {
-  const std::string large = folder_.file("large.bin", "apple");
-  std::filesystem::resize_file(large, uint64_t{1} << 31);
-  EXPECT_EQ(run({"find", "apple"}),
-            (Outcome{lines({"a.txt", "b.c"}),
-                     "zenfo: large.bin: too large to be loaded\n", 2}));
-}
-
-TEST_F(Command, FindQuietlyTellsByItsStatusAlone) {
-  EXPECT_EQ(run({"find", "-q", "apple"}), (Outcome{"", "", 0}));
-  EXPECT_EQ(run({"find", "-q", "quince"}), (Outcome{"", "", 1}));
-}
-
-TEST_F(Command, FindQuietlyForgivesErrorsOnceFound) {
-  EXPECT_EQ(run({"find", "-q", "apple", "nowhere", "a.txt"}),
-            (Outcome{"", "zenfo: nowhere: no such file or folder\n", 0}));
-  EXPECT_EQ(run({"find", "-q", "quince", "nowhere", "a.txt"}),
-            (Outcome{"", "zenfo: nowhere: no such file or folder\n", 2}));
-}
-
-TEST_F(Command, FindTakesNamesOnlyWithoutChange) {
-  EXPECT_EQ(run({"find", "-l", "apple", "a.txt"}),
-            (Outcome{lines({"a.txt"}), "", 0}));
-}
-
-TEST_F(Command, FindEndsNamesWithZeroBytesOnDemand) {
-  using namespace std::string_literals;
-  EXPECT_EQ(run({"find", "-0", "apple"}), (Outcome{"a.txt\0b.c\0"s, "", 0}));
-}
-
-TEST_F(Command, FindWritesJsonOnDemand) {
-  const Outcome outcome = run({"find", "--json", "-i", "pear"});
-  EXPECT_EQ(json_lines(outcome.out),
-            (std::vector<json>{{{"path", "a.txt"}},
-                               {{"path", "b.c"}},
-                               {{"path", own("sub/c.txt")}}}));
-  EXPECT_EQ(outcome.status, 0);
-}
-
-TEST_F(Command, FindTakesEverythingAfterTwoDashesAsText) {
-  folder_.file("-v", "say --json now\n");
-  EXPECT_EQ(run({"find", "--", "--json", "-v"}),
-            (Outcome{lines({"-v"}), "", 0}));
-}
-
-TEST_F(Command, FindTakesBracketsAsTheyAre) {
-  folder_.file("[x,y]", "a[1,2]b\n");
-  EXPECT_EQ(run({"find", "[1,2]", "[x,y]", "a.txt"}),
-            (Outcome{lines({"[x,y]"}), "", 0}));
-}
-
-TEST_F(Command, FindNeedsAText) {
-  const std::string message =
-      "zenfo: find: the TEXT to find is missing; see 'zenfo help find'\n";
-  EXPECT_EQ(run({"find"}), (Outcome{"", message, 2}));
-  EXPECT_EQ(run({"find", "", "a.txt"}), (Outcome{"", message, 2}));
-}
-
 // ---- files -----------------------------------------------------------------
 
 TEST_F(Command, FilesListsFromTheCurrentFolderDown) {
@@ -317,7 +203,7 @@ TEST_F(Command, TakesNamesWithBlanksAndOtherBytes) {
   std::filesystem::create_directory(
       std::u8string(folder.begin(), folder.end()));
   write_file(join(folder, "gr\xC3\xBCn.txt"), "plum\n");
-  EXPECT_EQ(run({"find", "plum"}),
+  EXPECT_EQ(run({"find", "-l", "plum"}),
             (Outcome{lines({"my notes.txt", "\xC3\x84pfel/gr\xC3\xBCn.txt"}),
                      "", 0}));
   EXPECT_EQ(run({"files", "\xC3\x84pfel", "my notes.txt"}),

@@ -38,7 +38,7 @@ class PosixCommand : public ::testing::Test {
 TEST_F(PosixCommand, FindNamesFilesThatItMayNotRead) {
   folder_.file("a.txt", "plum\n");
   chmod(folder_.file("secret.txt", "plum\n").c_str(), 0);
-  EXPECT_EQ(run_as_nobody({"find", "plum"}),
+  EXPECT_EQ(run_as_nobody({"find", "-l", "plum"}),
             (Outcome{"a.txt\n", "zenfo: secret.txt: permission denied\n", 2}));
   EXPECT_EQ(run_as_nobody({"find", "plum", "secret.txt"}),
             (Outcome{"", "zenfo: secret.txt: permission denied\n", 2}));
@@ -56,7 +56,7 @@ TEST_F(PosixCommand, TakesAFileWithAnyBytesInItsName) {
   const std::string name = "a*b?;c|d\\e\xff.txt";
   folder_.file(name, "plum\n");
   folder_.file("axb.txt", "plum\n");
-  EXPECT_EQ(run({"find", "plum", name}), (Outcome{name + "\n", "", 0}));
+  EXPECT_EQ(run({"find", "-l", "plum", name}), (Outcome{name + "\n", "", 0}));
 }
 
 TEST_F(PosixCommand, KeepsAMessageOnOneLine) {
@@ -98,7 +98,7 @@ TEST_F(PosixCommand, PassesOverPipesAndDevices) {
 TEST_F(PosixCommand, TellsWhenItsOutputIsLost) {
   folder_.file("a.txt", "plum\n");
   Start start;
-  start.arguments = {"find", "plum"};
+  start.arguments = {"find", "-l", "plum"};
   start.folder = folder_.path();
   start.output_file = "/dev/full";
   EXPECT_EQ(

@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/random.h>
 #include <sys/stat.h>
@@ -38,7 +39,14 @@ std::string reason_of(int error) {
 }
 
 int descriptor(Stream stream) {
-  return stream == Stream::kOutput ? STDOUT_FILENO : STDERR_FILENO;
+  switch (stream) {
+    case Stream::kInput:
+      return STDIN_FILENO;
+    case Stream::kOutput:
+      return STDOUT_FILENO;
+    default:
+      return STDERR_FILENO;
+  }
 }
 
 extern "C" void on_stop_signal(int number) {
@@ -104,6 +112,25 @@ std::string write(Stream stream, std::string_view bytes) {
 }
 
 bool is_terminal(Stream stream) { return isatty(descriptor(stream)) == 1; }
+
+bool shows_colours() {
+  const char* terminal = std::getenv("TERM");
+  return is_terminal(Stream::kOutput) && terminal != nullptr &&
+         std::strcmp(terminal, "dumb") != 0;
+}
+
+// Waits by poll(), which a signal ends, as it does not end read().
+std::optional<std::string> read_line() {
+  std::string line;
+  for (;;) {
+    pollfd waiting{STDIN_FILENO, POLLIN, 0};
+    if (stop_signal != 0 || poll(&waiting, 1, -1) < 0) return std::nullopt;
+    char byte;
+    if (read(STDIN_FILENO, &byte, 1) != 1) return std::nullopt;
+    if (byte == '\n') return line;
+    line += byte;
+  }
+}
 
 size_t terminal_columns() {
   winsize size{};

@@ -12,6 +12,8 @@ namespace {
 // The library loads no larger file.
 constexpr int64_t kLargestFile = INT32_MAX - 1;
 constexpr int kStopStatus = 130;
+// ENABLE_VIRTUAL_TERMINAL_PROCESSING, which older headers lack.
+constexpr DWORD kVirtualTerminal = 4;
 
 // Read by the thread that answers Ctrl-C, so plain memory.
 char error_file[MAX_PATH] = "";
@@ -55,8 +57,14 @@ std::string reason_of(DWORD error) {
 }
 
 HANDLE handle_of(Stream stream) {
-  return GetStdHandle(stream == Stream::kOutput ? STD_OUTPUT_HANDLE
-                                                : STD_ERROR_HANDLE);
+  switch (stream) {
+    case Stream::kInput:
+      return GetStdHandle(STD_INPUT_HANDLE);
+    case Stream::kOutput:
+      return GetStdHandle(STD_OUTPUT_HANDLE);
+    default:
+      return GetStdHandle(STD_ERROR_HANDLE);
+  }
 }
 
 BOOL WINAPI on_stop(DWORD) {
@@ -131,6 +139,27 @@ std::string write(Stream stream, std::string_view bytes) {
 bool is_terminal(Stream stream) {
   DWORD mode;
   return GetConsoleMode(handle_of(stream), &mode) != 0;
+}
+
+bool shows_colours() {
+  DWORD mode;
+  const HANDLE console = handle_of(Stream::kOutput);
+  return GetConsoleMode(console, &mode) != 0 &&
+         SetConsoleMode(console, mode | kVirtualTerminal) != 0;
+}
+
+std::optional<std::string> read_line() {
+  std::string line;
+  for (;;) {
+    char byte;
+    DWORD count = 0;
+    if (!ReadFile(handle_of(Stream::kInput), &byte, 1, &count, nullptr) ||
+        count == 0 || stop_asked.load()) {
+      return std::nullopt;
+    }
+    if (byte == '\n') return line;
+    if (byte != '\r') line += byte;
+  }
 }
 
 size_t terminal_columns() {

@@ -1,0 +1,156 @@
+#include "found_text.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <tuple>
+
+namespace zenfo::cli {
+namespace {
+
+struct FileCloser {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+// Cuts the last block to the lines that are left, and its matches.
+void cut(std::string_view text, Block& block, uint64_t lines) {
+  size_t end = block.start;
+  for (; lines > 0; --lines) end = end_of_line(text, end);
+  block.end = end;
+  const auto behind =
+      std::find_if(block.matches.begin(), block.matches.end(),
+                   [&](const Match& match) { return match.offset >= end; });
+  block.matches = {block.matches.begin(), behind};
+}
+
+void limit(std::string_view text, std::vector<Block>& blocks,
+           uint64_t most_lines) {
+  for (size_t i = 0; i < blocks.size(); ++i) {
+    Block& block = blocks[i];
+    const uint64_t lines =
+        count_lines(text.substr(block.start, block.end - block.start));
+    if (lines < most_lines) {
+      most_lines -= lines;
+      continue;
+    }
+    if (lines > most_lines) cut(text, block, most_lines);
+    blocks.resize(most_lines == 0 ? i : i + 1);
+    return;
+  }
+}
+
+}  // namespace
+
+void unite(std::vector<Match>& matches) {
+  std::sort(matches.begin(), matches.end(), [](const Match& a, const Match& b) {
+    return std::tie(a.offset, b.length) < std::tie(b.offset, a.length);
+  });
+  matches.erase(std::unique(matches.begin(), matches.end()), matches.end());
+}
+
+bool FileBytes::load(const std::string& path) {
+  size_ = 0;
+  const std::unique_ptr<std::FILE, FileCloser> file(
+      std::fopen(path.c_str(), "rb"));
+  if (file == nullptr) return false;
+  std::setvbuf(file.get(), nullptr, _IONBF, 0);
+  for (;;) {
+    if (size_ == capacity_) {
+      const size_t capacity = std::max<size_t>(2 * capacity_, 256 * 1024);
+      std::unique_ptr<char[]> bytes(new char[capacity]);
+      if (size_ > 0) std::memcpy(bytes.get(), bytes_.get(), size_);
+      bytes_ = std::move(bytes);
+      capacity_ = capacity;
+    }
+    const size_t read =
+        std::fread(bytes_.get() + size_, 1, capacity_ - size_, file.get());
+    size_ += read;
+    if (read == 0) break;
+  }
+  const bool good = std::ferror(file.get()) == 0;
+  if (!good) size_ = 0;
+  return good;
+}
+
+std::vector<Block> find_blocks(std::string_view text,
+                               std::span<const Match> matches,
+                               uint64_t most_lines) {
+  std::vector<Block> blocks;
+  for (size_t i = 0; i < matches.size(); ++i) {
+    const Match& match = matches[i];
+    if (match.offset >= text.size() || match.length == 0) continue;
+    const size_t last =
+        std::min<size_t>(text.size(), size_t{match.offset} + match.length) - 1;
+    if (!blocks.empty() && match.offset < blocks.back().end) {
+      Block& block = blocks.back();
+      if (last >= block.end) block.end = end_of_line(text, last);
+      block.matches = {block.matches.data(), &match + 1};
+    } else {
+      blocks.push_back({start_of_line(text, match.offset),
+                        end_of_line(text, last),
+                        {&match, 1}});
+    }
+  }
+  limit(text, blocks, most_lines);
+  return blocks;
+}
+
+uint64_t count_lines(std::string_view text) {
+  if (text.empty()) return 0;
+  return static_cast<uint64_t>(std::count(text.begin(), text.end(), '\n')) +
+         (text.back() != '\n');
+}
+
+size_t end_of_line(std::string_view text, size_t offset) {
+  const size_t end = text.find('\n', offset);
+  return end == std::string_view::npos ? text.size() : end + 1;
+}
+
+size_t start_of_line(std::string_view text, size_t offset) {
+  if (offset == 0) return 0;
+  const size_t end = text.rfind('\n', offset - 1);
+  return end == std::string_view::npos ? 0 : end + 1;
+}
+
+std::string_view without_end(std::string_view line) {
+  if (!line.ends_with('\n')) return line;
+  line.remove_suffix(line.ends_with("\r\n") ? 2 : 1);
+  return line;
+}
+
+uint64_t LineNumbers::at(size_t offset) {
+  const auto from = text_.begin() + static_cast<ptrdiff_t>(counted_);
+  const auto to = text_.begin() + static_cast<ptrdiff_t>(offset);
+  if (from < to) {
+    number_ += static_cast<uint64_t>(std::count(from, to, '\n'));
+    counted_ = offset;
+  }
+  return number_;
+}
+
+void visit_lines(std::string_view text, const std::vector<Block>& blocks,
+                 uint64_t before, uint64_t after, LineVisitor& visitor) {
+  size_t shown = 0;  // what lies before it was visited or left out
+  for (size_t i = 0; i < blocks.size(); ++i) {
+    size_t from = blocks[i].start;
+    for (uint64_t n = 0; n < before && from > shown; ++n) {
+      from = start_of_line(text, from - 1);
+    }
+    if (i == 0 || from > shown) visitor.gap();
+    auto context = [&](size_t start) {
+      shown = end_of_line(text, start);
+      visitor.context(start, shown);
+    };
+    while (from < blocks[i].start) {
+      context(from);
+      from = shown;
+    }
+    visitor.block(blocks[i]);
+    shown = blocks[i].end;
+    const size_t limit =
+        i + 1 < blocks.size() ? blocks[i + 1].start : text.size();
+    for (uint64_t n = 0; n < after && shown < limit; ++n) context(shown);
+  }
+}
+
+}  // namespace zenfo::cli

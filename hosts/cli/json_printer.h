@@ -1,0 +1,48 @@
+// Matches as JSON, an object a line; docs/json-output.md tells the form.
+//
+// Tested by tests/cli/find_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "found_text.h"
+#include "output.h"
+
+namespace zenfo::cli {
+
+// {"text": ...} or, for bytes that are no UTF-8, {"bytes": ...} in base64.
+nlohmann::ordered_json json_bytes(std::string_view bytes);
+bool is_utf8(std::string_view bytes);
+std::string base64(std::string_view bytes);
+
+class JsonPrinter {
+ public:
+  JsonPrinter(uint64_t before, uint64_t after, Output& output)
+      : before_(before), after_(after), output_(output) {}
+
+  void print_file(std::string_view path, std::string_view text,
+                  const std::vector<Block>& blocks);
+  void print_summary(uint64_t files_searched);
+
+ private:
+  class Walk;
+
+  struct Counts {
+    uint64_t lines = 0;
+    uint64_t matches = 0;
+  };
+
+  void put(const char* type, const nlohmann::ordered_json& data);
+
+  uint64_t before_;
+  uint64_t after_;
+  Output& output_;
+  uint64_t files_ = 0;
+  Counts total_;
+};
+
+}  // namespace zenfo::cli

@@ -1,0 +1,166 @@
+#include "line_printer.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+namespace zenfo::cli {
+namespace {
+
+constexpr char kMatchColour[] = "\x1b[01;31m";
+constexpr char kPathColour[] = "\x1b[35m";
+constexpr char kNumberColour[] = "\x1b[32m";
+constexpr char kSeparatorColour[] = "\x1b[36m";
+constexpr char kPlain[] = "\x1b[m";
+
+std::string_view part(std::string_view text, size_t start, size_t end) {
+  return text.substr(start, end - start);
+}
+
+size_t end_of(const Match& match) {
+  return size_t{match.offset} + match.length;
+}
+
+bool is_binary(std::string_view text) {
+  return !text.empty() &&
+         std::memchr(text.data(), '\0', text.size()) != nullptr;
+}
+
+}  // namespace
+
+void put_marked(Output& output, std::string_view text, size_t start, size_t end,
+                std::span<const Match> matches, bool colours) {
+  size_t shown = start;
+  for (const Match& match : matches) {
+    const size_t from = std::max<size_t>(match.offset, shown);
+    const size_t to = std::min(end_of(match), end);
+    if (!colours || from >= to) continue;
+    output.put(part(text, shown, from));
+    output.put(kMatchColour);
+    output.put(part(text, from, to));
+    output.put(kPlain);
+    shown = to;
+  }
+  if (shown < end) output.put(part(text, shown, end));
+}
+
+void LinePrinter::put(const char* colour, std::string_view text) {
+  if (form_.colours) output_.put(colour);
+  output_.put(text);
+  if (form_.colours) output_.put(kPlain);
+}
+
+void LinePrinter::put_separator(char separator) {
+  put(kSeparatorColour, std::string_view(&separator, 1));
+}
+
+void LinePrinter::put_path(std::string_view path, char separator) {
+  if (!form_.paths) return;
+  put(kPathColour, path);
+  if (form_.null) {
+    output_.put('\0');
+  } else {
+    put_separator(separator);
+  }
+}
+
+void LinePrinter::put_number(uint64_t number, char separator) {
+  put(kNumberColour, std::to_string(number));
+  put_separator(separator);
+}
+
+void LinePrinter::print_path(std::string_view path) {
+  put(kPathColour, path);
+  output_.put(form_.null ? '\0' : '\n');
+}
+
+void LinePrinter::print_count(std::string_view path, uint64_t count) {
+  put_path(path, ':');
+  output_.put(std::to_string(count));
+  output_.put('\n');
+}
+
+class LinePrinter::Walk : public LineVisitor {
+ public:
+  Walk(LinePrinter& printer, std::string_view path, std::string_view text)
+      : printer_(printer),
+        form_(printer.form_),
+        path_(path),
+        text_(text),
+        numbers_(text) {}
+
+  void gap() override {
+    const bool wanted = form_.before > 0 || form_.after > 0;
+    if (wanted && !form_.matches_only && printer_.any_) {
+      printer_.put(kSeparatorColour, "--");
+      printer_.output_.put('\n');
+    }
+    printer_.any_ = true;
+  }
+
+  void context(size_t start, size_t end) override { line(start, end, {}, '-'); }
+
+  void block(const Block& block) override {
+    if (form_.matches_only) {
+      for (const Match& match : block.matches) only(match);
+      return;
+    }
+    std::span<const Match> matches = block.matches;
+    for (size_t start = block.start; start < block.end;) {
+      const size_t end = end_of_line(text_, start);
+      while (!matches.empty() && end_of(matches.front()) <= start) {
+        matches = matches.subspan(1);
+      }
+      size_t count = 0;
+      while (count < matches.size() && matches[count].offset < end) ++count;
+      line(start, end, matches.first(count), ':');
+      start = end;
+    }
+  }
+
+ private:
+  void prefix(size_t line_start, size_t offset, char separator) {
+    printer_.put_path(path_, separator);
+    if (form_.numbers) printer_.put_number(numbers_.at(line_start), separator);
+    if (form_.offsets) printer_.put_number(offset, separator);
+  }
+
+  void line(size_t start, size_t end, std::span<const Match> matches,
+            char separator) {
+    prefix(start, start, separator);
+    const size_t length = without_end(part(text_, start, end)).size();
+    put_marked(printer_.output_, text_, start, start + length, matches,
+               form_.colours);
+    printer_.output_.put('\n');
+  }
+
+  void only(const Match& match) {
+    // The number of a place within a line is the line's.
+    prefix(match.offset, match.offset, ':');
+    printer_.put(kMatchColour, text_.substr(match.offset, match.length));
+    printer_.output_.put('\n');
+  }
+
+  LinePrinter& printer_;
+  const LineForm& form_;
+  std::string_view path_;
+  std::string_view text_;
+  LineNumbers numbers_;
+};
+
+void LinePrinter::print_file(std::string_view path, std::string_view text,
+                             const std::vector<Block>& blocks) {
+  if (blocks.empty()) return;
+  if (!form_.as_text && is_binary(text)) {
+    output_.put("Binary file ");
+    output_.put(path);
+    output_.put(" matches\n");
+    return;
+  }
+  Walk walk(*this, path, text);
+  const bool context = !form_.matches_only;
+  visit_lines(text, blocks, context ? form_.before : 0,
+              context ? form_.after : 0, walk);
+}
+
+}  // namespace zenfo::cli

@@ -1,0 +1,101 @@
+#include "search.h"
+
+#include <cstdio>
+
+#include "messages.h"
+#include "zenfofr130.h"
+
+namespace zenfo::cli {
+namespace {
+
+// The library does without a report that it cannot write.
+void check_report(const std::string& path) {
+  if (path.empty()) return;
+  std::FILE* file = std::fopen(path.c_str(), "ab");
+  if (file == nullptr) throw Failure{path, "the report cannot be written"};
+  std::fclose(file);
+}
+
+void check_compiled(int32_t result, const std::string& text) {
+  if (result != 1) throw Failure{text, "there is nothing in it to search for"};
+}
+
+}  // namespace
+
+Search::Search(Session& session, const SearchOptions& options)
+    : session_(session), options_(options) {
+  if (!options.classes.empty() && set_operators(options.classes.c_str()) != 1) {
+    throw Failure{options.classes, "no character classes can be read from it"};
+  }
+  compile_areas();
+  if (options.between) {
+    const auto& [first, second] = *options.between;
+    check_compiled(SetPatternTag(first.c_str(), second.c_str(), 0,
+                                 options.is_pattern, options.caret),
+                   first + ' ' + second);
+  }
+  for (const std::string& text : options.texts) compile(text);
+  if (several_texts()) enter_texts();
+  check_report(options.report);
+}
+
+void Search::compile(const std::string& text) {
+  const int32_t caret = options_.caret;
+  check_compiled(SetPattern(options_.start.text.c_str(), text.c_str(),
+                            options_.end.text.c_str(),
+                            options_.start.is_pattern, options_.is_pattern,
+                            options_.end.is_pattern, caret, caret, caret),
+                 text);
+}
+
+void Search::compile_areas() {
+  const Areas& areas = options_.areas;
+  const int32_t caret = options_.caret;
+  if (areas.pattern.empty()) return;
+  check_compiled(
+      SetExclusionPattern(areas.start.c_str(), areas.pattern.c_str(),
+                          areas.end.c_str(), 0, 1, 0, caret, caret, caret),
+      areas.pattern);
+}
+
+void Search::enter_texts() {
+  for (const std::string& text : options_.texts) {
+    if (AddStringPair(text.c_str(), "") < 1) {
+      throw Failure{text, "cannot be searched for"};
+    }
+  }
+  SetState(ZENFO_LIST_PAIRS, -1, 1);
+}
+
+uint32_t Search::run(const Session::Question& question) {
+  const SearchOptions& o = options_;
+  const int32_t ask = question != nullptr;
+  return session_.run(
+      [&] {
+        return several_texts()
+                   ? FindString(!o.ignore_case, o.whole_words, o.skip_binary,
+                                o.report.c_str(), o.is_pattern, o.caret, ask,
+                                o.areas.inside)
+                   : FindBlock(!o.ignore_case, o.whole_words, o.skip_binary,
+                               o.report.c_str(), ask, o.areas.inside);
+      },
+      question);
+}
+
+uint32_t Search::run_over_lines(const std::string& list,
+                                const std::string& summary) {
+  const SearchOptions& o = options_;
+  return session_.run(
+      [&] {
+        return several_texts()
+                   ? FindString_f(!o.ignore_case, o.whole_words, o.skip_binary,
+                                  o.report.c_str(), o.is_pattern, o.caret, 0,
+                                  list.c_str(), summary.c_str(), 0)
+                   : FindBlock_f(!o.ignore_case, o.whole_words, o.skip_binary,
+                                 o.report.c_str(), 0, list.c_str(),
+                                 summary.c_str(), o.areas.inside);
+      },
+      nullptr);
+}
+
+}  // namespace zenfo::cli

@@ -1,0 +1,71 @@
+// What a search looks for, compiled into the library, and its run.
+//
+// One text is compiled as the library's find pattern; several become string
+// pairs, searched for one after the other in each file.
+//
+// Tested by tests/cli/find_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "library.h"
+
+namespace zenfo::cli {
+
+// A text that must stand beside a match, or beside an area.
+struct Marker {
+  std::string text;
+  bool is_pattern = false;
+};
+
+struct Areas {
+  std::string pattern;  // empty: the whole file is searched
+  bool inside = false;  // else outside
+  std::string start;    // literal markers around the pattern
+  std::string end;
+};
+
+struct SearchOptions {
+  std::vector<std::string> texts;
+  // In place of the texts: from the first to the second.
+  std::optional<std::pair<std::string, std::string>> between;
+  bool is_pattern = false;
+  bool caret = false;  // caret names mean control characters
+  Marker start;
+  Marker end;
+  Areas areas;
+  std::string classes;  // a file of character classes
+  bool ignore_case = false;
+  bool whole_words = false;
+  bool skip_binary = false;
+  std::string report;
+};
+
+class Search {
+ public:
+  // Throws Failure for a text that compiles to nothing and for a file of
+  // classes or a report that cannot be used.
+  Search(Session& session, const SearchOptions& options);
+
+  // The question comes once for each text of each file.
+  bool several_texts() const { return options_.texts.size() > 1; }
+  // Runs over the selected files; the number of matches. Without a question
+  // lists 4, 6 and 7 tell the results all the same.
+  uint32_t run(const Session::Question& question);
+  // Runs over the lines of a file; the results are in the summary.
+  uint32_t run_over_lines(const std::string& list, const std::string& summary);
+
+ private:
+  void compile(const std::string& text);
+  void compile_areas();
+  void enter_texts();
+
+  Session& session_;
+  const SearchOptions& options_;
+};
+
+}  // namespace zenfo::cli
