@@ -90,6 +90,7 @@ class Shown {
     if (asking_.stopped()) return Answer::kStop;
     turn_to(Session::files_done());
     const bool any = take_matches();
+    if (system::stop_status() != 0) return Answer::kStop;
     if (!several_texts_) finish_file();
     if (asking_.stopped() && !any) return Answer::kStop;
     return output_.failed() ? Answer::kStop : Answer::kTake;

@@ -1,11 +1,10 @@
 #include "json_printer.h"
 
-#include <nlohmann/json.hpp>
+#include <algorithm>
+#include <cstdio>
 
 namespace zenfo::cli {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 unsigned byte_at(std::string_view bytes, size_t index) {
   return index < bytes.size() ? static_cast<unsigned char>(bytes[index]) : 0;
@@ -40,24 +39,51 @@ bool holds(const Sequence& sequence, std::string_view bytes) {
   return true;
 }
 
-// Bytes of the character in front; 0 when there is none.
+// Bytes of the character in front, which is none of ASCII; 0 for no character.
 size_t character_length(std::string_view bytes) {
-  if (byte_at(bytes, 0) < 0x80) return 1;
   for (const Sequence& sequence : kSequences) {
     if (holds(sequence, bytes)) return sequence.length;
   }
   return 0;
 }
 
+struct Escape {
+  char byte;
+  char letter;
+};
+constexpr Escape kEscapes[] = {{'"', '"'},  {'\\', '\\'}, {'\b', 'b'},
+                               {'\f', 'f'}, {'\n', 'n'},  {'\r', 'r'},
+                               {'\t', 't'}};
+
+void append_escaped(std::string& text, char byte) {
+  for (const Escape& escape : kEscapes) {
+    if (escape.byte != byte) continue;
+    text += '\\';
+    text += escape.letter;
+    return;
+  }
+  char code[8];
+  std::snprintf(code, sizeof code, "\\u%04x", static_cast<unsigned>(byte));
+  text += code;
+}
+
+bool is_escaped(char byte) {
+  return static_cast<unsigned char>(byte) < 0x20 || byte == '"' || byte == '\\';
+}
+
 }  // namespace
 
 bool is_utf8(std::string_view bytes) {
-  while (!bytes.empty()) {
+  for (;;) {
+    const auto other = std::find_if(bytes.begin(), bytes.end(), [](char c) {
+      return static_cast<unsigned char>(c) >= 0x80;
+    });
+    if (other == bytes.end()) return true;
+    bytes.remove_prefix(static_cast<size_t>(other - bytes.begin()));
     const size_t length = character_length(bytes);
     if (length == 0) return false;
     bytes.remove_prefix(length);
   }
-  return true;
 }
 
 std::string base64(std::string_view bytes) {
@@ -75,20 +101,24 @@ std::string base64(std::string_view bytes) {
   return text;
 }
 
-Json json_bytes(std::string_view bytes) {
-  if (is_utf8(bytes)) return {{"text", bytes}};
-  return {{"bytes", base64(bytes)}};
-}
-
-void JsonPrinter::put(const char* type, const Json& data) {
-  output_.put(Json{{"type", type}, {"data", data}}.dump());
-  output_.put('\n');
+std::string json_bytes(std::string_view bytes) {
+  if (!is_utf8(bytes)) return "{\"bytes\":\"" + base64(bytes) + "\"}";
+  std::string text = "{\"text\":\"";
+  while (!bytes.empty()) {
+    const auto end = std::find_if(bytes.begin(), bytes.end(), is_escaped);
+    text.append(bytes.begin(), end);
+    bytes.remove_prefix(static_cast<size_t>(end - bytes.begin()));
+    if (bytes.empty()) break;
+    append_escaped(text, bytes.front());
+    bytes.remove_prefix(1);
+  }
+  return text + "\"}";
 }
 
 class JsonPrinter::Walk : public LineVisitor {
  public:
   Walk(JsonPrinter& printer, std::string_view path, std::string_view text)
-      : printer_(printer),
+      : output_(printer.output_),
         path_(json_bytes(path)),
         text_(text),
         numbers_(text) {}
@@ -98,45 +128,56 @@ class JsonPrinter::Walk : public LineVisitor {
   }
   void block(const Block& block) override {
     counts_.matches += block.matches.size();
-    counts_.lines +=
-        count_lines(text_.substr(block.start, block.end - block.start));
+    counts_.lines += count_lines(part(block.start, block.end));
     put("match", block.start, block.end, block.matches);
   }
 
-  void begin() { printer_.put("begin", {{"path", path_}}); }
+  void begin() {
+    output_.put("{\"type\":\"begin\",\"data\":{\"path\":" + path_ + "}}\n");
+  }
   Counts end() {
     const size_t zero = text_.find('\0');
-    Json data = {{"path", path_}, {"binary_offset", nullptr}};
-    if (zero != std::string_view::npos) data["binary_offset"] = zero;
-    data["stats"] = {{"matched_lines", counts_.lines},
-                     {"matches", counts_.matches}};
-    printer_.put("end", data);
+    const bool binary = zero != std::string_view::npos;
+    output_.put(
+        "{\"type\":\"end\",\"data\":{\"path\":" + path_ +
+        ",\"binary_offset\":" + (binary ? std::to_string(zero) : "null") +
+        ",\"stats\":{\"matched_lines\":" + std::to_string(counts_.lines) +
+        ",\"matches\":" + std::to_string(counts_.matches) + "}}}\n");
     return counts_;
   }
 
  private:
-  void put(const char* type, size_t start, size_t end,
-           std::span<const Match> matches) {
-    Json found = Json::array();
-    for (const Match& match : matches) {
-      const size_t from = match.offset - start;
-      found.push_back(
-          {{"match", json_bytes(text_.substr(match.offset, match.length))},
-           {"start", from},
-           {"end", from + match.length}});
-    }
-    printer_.put(type, {{"path", path_},
-                        {"lines", json_bytes(text_.substr(start, end - start))},
-                        {"line_number", numbers_.at(start)},
-                        {"absolute_offset", start},
-                        {"submatches", std::move(found)}});
+  std::string_view part(size_t start, size_t end) const {
+    return text_.substr(start, end - start);
   }
 
-  JsonPrinter& printer_;
-  const Json path_;
+  void put(std::string_view type, size_t start, size_t end,
+           std::span<const Match> matches) {
+    line_ = "{\"type\":\"";
+    line_ += type;
+    line_ += "\",\"data\":{\"path\":" + path_;
+    line_ += ",\"lines\":" + json_bytes(part(start, end));
+    line_ += ",\"line_number\":" + std::to_string(numbers_.at(start));
+    line_ += ",\"absolute_offset\":" + std::to_string(start);
+    line_ += ",\"submatches\":[";
+    for (const Match& match : matches) {
+      const size_t from = match.offset - start;
+      if (&match != matches.data()) line_ += ',';
+      line_ +=
+          "{\"match\":" + json_bytes(text_.substr(match.offset, match.length));
+      line_ += ",\"start\":" + std::to_string(from);
+      line_ += ",\"end\":" + std::to_string(from + match.length) + '}';
+    }
+    line_ += "]}}\n";
+    output_.put(line_);
+  }
+
+  Output& output_;
+  const std::string path_;
   std::string_view text_;
   LineNumbers numbers_;
   Counts counts_;
+  std::string line_;
 };
 
 void JsonPrinter::print_file(std::string_view path, std::string_view text,
@@ -152,11 +193,11 @@ void JsonPrinter::print_file(std::string_view path, std::string_view text,
 }
 
 void JsonPrinter::print_summary(uint64_t files_searched) {
-  put("summary", {{"stats",
-                   {{"searches", files_searched},
-                    {"searches_with_match", files_},
-                    {"matched_lines", total_.lines},
-                    {"matches", total_.matches}}}});
+  output_.put("{\"type\":\"summary\",\"data\":{\"stats\":{\"searches\":" +
+              std::to_string(files_searched) +
+              ",\"searches_with_match\":" + std::to_string(files_) +
+              ",\"matched_lines\":" + std::to_string(total_.lines) +
+              ",\"matches\":" + std::to_string(total_.matches) + "}}}\n");
 }
 
 }  // namespace zenfo::cli

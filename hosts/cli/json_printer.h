@@ -1,10 +1,10 @@
-// Matches as JSON, an object a line; docs/json-output.md tells the form.
+// Matches as JSON, an object a line; docs/json-output.md tells the form. Put
+// together by hand, as there may be a million lines.
 //
 // Tested by tests/cli/find_test.cpp
 #pragma once
 
 #include <cstdint>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,8 +14,8 @@
 
 namespace zenfo::cli {
 
-// {"text": ...} or, for bytes that are no UTF-8, {"bytes": ...} in base64.
-nlohmann::ordered_json json_bytes(std::string_view bytes);
+// {"text":"..."} or, for bytes that are no UTF-8, {"bytes":"..."} in base64.
+std::string json_bytes(std::string_view bytes);
 bool is_utf8(std::string_view bytes);
 std::string base64(std::string_view bytes);
 
@@ -35,8 +35,6 @@ class JsonPrinter {
     uint64_t lines = 0;
     uint64_t matches = 0;
   };
-
-  void put(const char* type, const nlohmann::ordered_json& data);
 
   uint64_t before_;
   uint64_t after_;
