@@ -272,35 +272,35 @@ void select_files(Session& session, FileList& files, const NameFilter& filter) {
   }
 }
 
-// A path as FileList shows it, in the case of paths that begin with "./".
-struct Skipped {
-  std::string path;
-  std::string reason;
-  bool by_wish = false;
-};
+// What the library says of a file that it rejects, behind the file's path.
+constexpr std::string_view kNotOpened = " could not be opened";
+constexpr std::string_view kNotPrintable =
+    " contains a non printable character";
 
-// The reason in a message that begins with the path.
-Skipped skipped_file(const std::string& path, const std::string& message) {
-  constexpr std::string_view kNotOpened = " could not be opened";
-  if (message.ends_with(kNotOpened) || !message.starts_with(path)) {
+// The path in such a message.
+std::string path_in(const std::string& message) {
+  const size_t end = message.ends_with(kNotOpened)
+                         ? message.size() - kNotOpened.size()
+                         : message.rfind(kNotPrintable);
+  return message.substr(0, end);
+}
+
+// A file that was to be passed over is no error. Why a file could not be
+// opened the system knows better.
+void tell_rejected_file(const std::string& path, std::string_view shown_path,
+                        const std::string& message, bool quiet) {
+  const bool printable = message.rfind(kNotPrintable) == std::string::npos;
+  if (printable || message.ends_with(kNotOpened)) {
     const std::string reason = system::why_not_loaded(path);
-    return {path, reason.empty() ? "could not be opened" : reason, false};
-  }
-  std::string reason = message.substr(path.size() + 1);
-  while (reason.ends_with(' ')) reason.pop_back();
-  return {path, reason, true};
-}
-
-void tell(const Skipped& skipped, std::string_view shown_path, bool quiet) {
-  if (!skipped.by_wish) {
-    complain(shown_path, skipped.reason);
+    complain(shown_path, reason.empty() ? "could not be opened" : reason);
   } else if (!quiet) {
-    remark(shown_path, skipped.reason);
+    std::string reason = message.substr(message.rfind(kNotPrintable) + 1);
+    while (reason.ends_with(' ')) reason.pop_back();
+    remark(shown_path, reason);
   }
 }
 
-// Tells of the records that are about rejected files and complains about the
-// others. Answers the messages of the former.
+// The new messages about rejected files. Complains about all others.
 std::vector<std::string> rejections(Session& session) {
   std::vector<std::string> messages;
   for (const ErrorRecord& record : session.new_errors()) {
@@ -325,7 +325,7 @@ void tell_rejected(Session& session, FileList& files, bool quiet) {
       ++index;
     }
     const std::string message = i < messages.size() ? messages[i] : "";
-    tell(skipped_file(path, message), files.path(index), quiet);
+    tell_rejected_file(path, files.path(index), message, quiet);
   }
 }
 
@@ -337,16 +337,8 @@ int run_over_lines(const FindOptions& options, Session& session,
   const uint32_t found =
       search.run_over_lines(options.files_from, options.summary);
   for (const std::string& message : rejections(session)) {
-    const bool not_opened = message.ends_with(" could not be opened");
-    if (not_opened) {
-      const std::string path =
-          message.substr(0, message.size() - sizeof " could not be opened" + 1);
-      tell(skipped_file(path, message), path, false);
-    } else {
-      const size_t end = message.rfind(" contains a non printable character");
-      const std::string path = message.substr(0, end);
-      tell(skipped_file(path, message), path, options.show == Show::kNothing);
-    }
+    const std::string path = path_in(message);
+    tell_rejected_file(path, path, message, options.show == Show::kNothing);
   }
   return status_of(found);
 }

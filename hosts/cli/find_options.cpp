@@ -163,9 +163,9 @@ void declare_form(CommandLine& line, FindOptions& options, Given& given) {
               "Show NUM lines in front too");
   line.number("-C,--context", given.around,
               "Show NUM lines in front and behind too");
-  line.flag("-0,-Z,--null", options.form.null,
+  line.flag("-0,--null", options.form.null,
             "Write a zero byte behind names of files");
-  line.value("--color,--colour", given.colour, "WHEN",
+  line.value("--color", given.colour, "WHEN",
              "Mark matches by colours: auto, always or never;\n"
              "auto heeds NO_COLOR");
   line.heading("Options");

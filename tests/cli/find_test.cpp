@@ -175,7 +175,7 @@ TEST_F(Find, MarksMatchesByColours) {
       find({"--color=always", "-n", "apple", "a.txt", "-H", "-m1"}),
       found("\x1b[35ma.txt\x1b[m\x1b[36m:\x1b[m\x1b[32m1\x1b[m\x1b[36m:\x1b[m"
             "one \x1b[01;31mapple\x1b[m, a Pear\n"));
-  EXPECT_EQ(find({"--colour", "always", "-e", "crab-a", "-e", "apple", "b.c"}),
+  EXPECT_EQ(find({"--color", "always", "-e", "crab-a", "-e", "apple", "b.c"}),
             found("// \x1b[01;31mcrab-a\x1b[m\x1b[01;31mpple\x1b[m\n"));
   EXPECT_EQ(find({"--color", "auto", "pears", "b.c"}), found("int pears;\n"));
   EXPECT_EQ(find({"--color", "often", "x"}),
@@ -211,7 +211,7 @@ TEST_F(Find, EndsNamesWithZeroBytesOnDemand) {
   EXPECT_EQ(find({"-l0", "apple"}), found("a.txt\0b.c\0"s));
   EXPECT_EQ(find({"--null", "-r", "pears", "."}),
             found(own("./b.c") + "\0int pears;\n"s));
-  EXPECT_EQ(find({"-cZH", "apple", "b.c"}), found("b.c\0"
+  EXPECT_EQ(find({"-c0H", "apple", "b.c"}), found("b.c\0"
                                                   "1\n"s));
 }
 

@@ -187,6 +187,36 @@ TEST_F(PosixCommand, TellsWhenItsReaderIsGone) {
   EXPECT_EQ(read_file(errors), "zenfo: standard output: Broken pipe\n");
 }
 
+// A search that shows more lines than a pipe holds, in many files.
+std::vector<std::string> long_search(const TempFolder& folder) {
+  std::string text;
+  for (int i = 0; i < 20000; ++i) text += "one plum in a line\n";
+  std::vector<std::string> arguments = {"find", "plum"};
+  for (int i = 0; i < 20; ++i) {
+    arguments.push_back(folder.file("f" + std::to_string(i), text));
+  }
+  return arguments;
+}
+
+TEST_F(PosixCommand, FindStopsOnInterrupt) {
+  const std::string errors = folder_.file("errors", "");
+  PipedCommand command(long_search(folder_), errors);
+  ASSERT_TRUE(command.read_byte());
+  command.interrupt();
+  command.read_all();
+  EXPECT_EQ(command.wait(), 130);
+  EXPECT_EQ(read_file(errors), "zenfo: stopped\n");
+}
+
+TEST_F(PosixCommand, FindEndsWhenItsReaderIsGone) {
+  const std::string errors = folder_.file("errors", "");
+  PipedCommand command(long_search(folder_), errors);
+  ASSERT_TRUE(command.read_byte());
+  command.close_output();
+  EXPECT_EQ(command.wait(), 2);
+  EXPECT_EQ(read_file(errors), "zenfo: standard output: Broken pipe\n");
+}
+
 TEST_F(PosixCommand, WorksWithoutAFolderForTemporaryFiles) {
   folder_.file("a.txt", "plum\n");
   Start start;
