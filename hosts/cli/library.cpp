@@ -51,8 +51,8 @@ void Session::set_callbacks() {
   table.interrupt = on_interrupt;
   table.file_question = on_file_question;
   if (question_) table.option_question = on_option_question;
+  if (changing_ || progress_.wanted()) table.status = on_status;
   if (progress_.wanted()) {
-    table.status = on_status;
     table.report = on_report;
   }
   SetCallBacks(&table);
@@ -63,7 +63,9 @@ int32_t Session::on_report(ProgressRecord* record) {
   return 0;
 }
 
-int32_t Session::on_interrupt() { return system::stop_status(); }
+int32_t Session::on_interrupt() {
+  return current_->hold_stop_ ? 0 : system::stop_status();
+}
 
 void Session::leave(int status) {
   progress_.erase();
@@ -72,8 +74,25 @@ void Session::leave(int status) {
 }
 
 int32_t Session::on_status(const ZenfoWideChar* text) {
-  current_->progress_.show_status(text);
+  if (current_->changing_) current_->note_phase(narrow(text));
+  if (current_->progress_.wanted()) current_->progress_.show_status(text);
   return 0;
+}
+
+// A file that was rewritten is in hand until the next one has been loaded: its
+// other string pairs may follow.
+void Session::note_phase(const std::string& status) {
+  const auto is = [&](std::string_view phase) {
+    return status.starts_with(phase);
+  };
+  if (is("Now loading file")) {
+    hold_stop_ = true;
+    rewritten_ = false;
+  } else if (is("Now replacing") || is("Now inserting") || is("Now changing")) {
+    hold_stop_ = rewritten_ = true;
+  } else if (!rewritten_) {
+    hold_stop_ = false;
+  }
 }
 
 int32_t Session::on_file_question(const ZenfoWideChar*) {
@@ -95,14 +114,30 @@ int32_t Session::on_option_question(const ZenfoWideChar*, int32_t) {
   return static_cast<int32_t>(answer);
 }
 
-uint32_t Session::run(const std::function<int32_t()>& operation,
-                      Question question) {
+int32_t Session::ask_while(const std::function<int32_t()>& operation,
+                           Question question) {
   question_ = std::move(question);
   set_callbacks();
-  const int32_t found = operation();
+  const int32_t result = operation();
   question_ = nullptr;
   set_callbacks();
+  progress_.erase();
   if (thrown_) std::rethrow_exception(std::exchange(thrown_, nullptr));
+  return result;
+}
+
+int32_t Session::run_changes(const std::function<int32_t()>& operation,
+                             Question question) {
+  changing_ = true;
+  const int32_t changed = ask_while(operation, std::move(question));
+  changing_ = hold_stop_ = rewritten_ = false;
+  set_callbacks();
+  return changed;
+}
+
+uint32_t Session::run(const std::function<int32_t()>& operation,
+                      Question question) {
+  const int32_t found = ask_while(operation, std::move(question));
   finish(found, "search in files");
   return static_cast<uint32_t>(found);
 }

@@ -82,6 +82,11 @@ class Session {
   // matches. Inside the question the matches of the file in hand are in list 5;
   // what it throws ends the run and is thrown on.
   uint32_t run(const std::function<int32_t()>& operation, Question question);
+  // Runs an operation that changes the selected files and answers what it
+  // answers, -1 and after a stop too. A stop is held back from the moment at
+  // which a file is loaded until nothing of it is rewritten any more.
+  int32_t run_changes(const std::function<int32_t()>& operation,
+                      Question question);
   // Inside the question: the files that the run is done with.
   static uint32_t files_done();
 
@@ -110,6 +115,9 @@ class Session {
                                                int32_t number);
 
   void set_callbacks();
+  void note_phase(const std::string& status);
+  int32_t ask_while(const std::function<int32_t()>& operation,
+                    Question question);
   uint32_t find(int32_t list, const std::string& specification,
                 const FactOptions& facts);
   void make_seed(const std::vector<std::string>& paths);
@@ -127,6 +135,9 @@ class Session {
   std::vector<char> buffer_;
   size_t seeds_ = 0;
   size_t copies_wanted_ = 0;  // answers "yes" left for the file question
+  bool changing_ = false;     // run_changes() is running
+  bool hold_stop_ = false;
+  bool rewritten_ = false;  // something of the file in hand
   Question question_;
   std::exception_ptr thrown_;  // by the question
 };

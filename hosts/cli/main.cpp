@@ -30,14 +30,17 @@ struct Command {
 int run_help(const Arguments& arguments);
 
 constexpr Command kCommands[] = {
+    {"case", "turn a text in files to capital or small letters", run_case},
     {"count", "count bytes, words and lines of files", run_count},
     {"files", "list files and what is known about them", run_files},
     {"find", "show the lines of files that hold a text", run_find},
+    {"replace", "replace a text in files", run_replace},
+    {"undo", "bring back the files that a run changed", run_undo},
     {"help", "explain a command: zenfo help COMMAND", run_help},
 };
 
 constexpr std::string_view kHelp =
-    "zenfo finds text in many files at once.\n"
+    "zenfo finds and replaces text in many files at once.\n"
     "\n"
     "Usage: zenfo COMMAND [OPTIONS] [ARGUMENTS]\n"
     "       zenfo --help | --version\n"

@@ -1,0 +1,76 @@
+// zenfo case: turns a text in files to capital or small letters.
+//
+// Tested by tests/cli/posix_replace_test.cpp
+#include <cstdint>
+#include <string>
+
+#include "changes.h"
+#include "commands.h"
+#include "messages.h"
+
+namespace zenfo::cli {
+namespace {
+
+const HelpTexts kHelpTexts = {
+    "zenfo case --upper|--lower [OPTIONS] TEXT PATH...",
+    "Turns the letters A to Z of TEXT, wherever it stands in the files, to\n"
+    "capital or small ones; with -i or --pattern it may stand there in many\n"
+    "forms. All else is as in 'zenfo replace'.",
+    "The exit status is 0 when something was changed, 1 when nothing matched,\n"
+    "and 2 after an error.\n"
+    "\n"
+    "Examples:\n"
+    "  zenfo case --upper -iw select queries.sql\n"
+    "  zenfo case --lower --between '<' '>' -rn pages\n"};
+
+struct CaseOptions {
+  ChangeOptions change;
+  bool upper = false;
+  bool lower = false;
+};
+
+// False when only help was asked for.
+bool parse(const Arguments& arguments, CaseOptions& options, Output& output) {
+  CommandLine line("case", kHelpTexts);
+  ChangeOptions& change = options.change;
+  std::string outside;
+  std::string inside;
+  change.command = shell_command("case", arguments);
+  change.done = "changed";
+  line.arguments(change.paths);
+  line.flag("--upper", options.upper, "Turn to capital letters");
+  line.flag("--lower", options.lower, "Turn to small letters");
+  declare_text_options(line, change.search, outside, inside);
+  declare_change_options(line, change);
+  if (!line.parse(arguments, output)) return false;
+  if (options.upper == options.lower) {
+    throw line.wrong("", "--upper or --lower must be given");
+  }
+  if (!change.search.between) {
+    if (change.paths.empty() || change.paths.front().empty()) {
+      throw line.wrong("", "the TEXT is missing");
+    }
+    change.search.texts = {change.paths.front()};
+    change.paths.erase(change.paths.begin());
+  }
+  settle_change_options(line, change, outside, inside);
+  return true;
+}
+
+}  // namespace
+
+int run_case(const Arguments& arguments) {
+  CaseOptions options;
+  Output output;
+  if (!parse(arguments, options, output)) return kDone;
+  Session session;
+  Search search(session, options.change.search);
+  const SearchOptions& s = options.change.search;
+  const Change change = [&](bool ask, bool safe) {
+    return change_case_i(!s.ignore_case, s.whole_words, s.skip_binary, ask,
+                         safe, options.upper, s.areas.inside);
+  };
+  return run_change(session, search, options.change, change, output);
+}
+
+}  // namespace zenfo::cli

@@ -1,0 +1,604 @@
+#include "changes.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <memory>
+#include <optional>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "asking.h"
+#include "file_state.h"
+#include "found_text.h"
+#include "messages.h"
+#include "preview.h"
+#include "run_store.h"
+#include "system.h"
+#include "temporary_folder.h"
+
+namespace zenfo::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A file with matches that may be changed.
+struct Target {
+  std::string shown;  // as the user names it
+  std::string path;   // complete, as the run is undone from anywhere
+  uint32_t matches = 0;
+  int64_t modified = 0;
+};
+
+std::string counted(uint64_t number, const std::string& one,
+                    const std::string& many) {
+  return std::to_string(number) + ' ' + (number == 1 ? one : many);
+}
+
+std::string text_of(TextAccessor accessor, int32_t list, uint32_t index) {
+  std::array<char, 16> text{};
+  accessor(list, index, text.data(), static_cast<uint32_t>(text.size()));
+  return text.data();
+}
+
+uint32_t number_of(TextAccessor accessor, uint32_t index) {
+  const std::string text = text_of(accessor, ZENFO_LIST_MATCHES, index);
+  uint32_t number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+uint32_t records_in(int32_t list) {
+  return static_cast<uint32_t>(std::max(GetCount(list, -1), 0));
+}
+
+bool is_control(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return byte < 0x20 && c != '\t' && c != '\n' && c != '\r';
+}
+
+// The library does not look at the first byte.
+bool begins_with_control(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  const int first = file.get();
+  return first >= 0 && is_control(static_cast<char>(first));
+}
+
+bool has_zero_byte(const std::string& path) {
+  FileBytes bytes;
+  return bytes.load(path) && bytes.view().find('\0') != std::string_view::npos;
+}
+
+// Files passed over, by reason.
+class Skipped {
+ public:
+  void add(std::string_view path, const std::string& reason) {
+    remark(path, "skipped: " + reason);
+    ++reasons_[reason];
+    ++count_;
+  }
+  // What the user has to see to.
+  void complain_of(std::string_view path, const std::string& reason) {
+    complain(path, "skipped: " + reason);
+    ++reasons_[reason];
+    ++count_;
+  }
+  uint64_t count() const { return count_; }
+  std::string summary() const {
+    std::string text = counted(count_, "file", "files") + " skipped";
+    const char* separator = " (";
+    for (const auto& [reason, number] : reasons_) {
+      text += separator + std::to_string(number) + ": " + reason;
+      separator = "; ";
+    }
+    return count_ == 0 ? text : text + ')';
+  }
+
+ private:
+  std::map<std::string, uint64_t> reasons_;
+  uint64_t count_ = 0;
+};
+
+// The search that comes first, and what it leaves to change.
+class Targets {
+ public:
+  Targets(Session& session, Search& search, const ChangeOptions& options,
+          Skipped& skipped)
+      : session_(session), options_(options), skipped_(skipped) {
+    FileList files(session, options.paths, options.choice, FactOptions{});
+    choose(files);
+    if (search.run(nullptr) > 0) take_found(files);
+    name_rejected(files);
+  }
+
+  const std::vector<Target>& all() const { return targets_; }
+  uint64_t matches() const {
+    uint64_t sum = 0;
+    for (const Target& target : targets_) sum += target.matches;
+    return sum;
+  }
+
+ private:
+  void choose(FileList& files) {
+    session_.select_all(true);
+    for (uint32_t i = 0; i < files.count(); ++i) {
+      const std::string path(files.path(i));
+      shown_.emplace(session_.full_name(i), path);
+      if (files.is_repeat(i) ||
+          !options_.filter.takes(path, files.is_named(i))) {
+        session_.select(i, false);
+      }
+    }
+  }
+
+  std::string shown(int32_t list, uint32_t index) {
+    const std::string path(session_.full_name(list, index));
+    const auto known = shown_.find(path);
+    return known == shown_.end() ? path : known->second;
+  }
+
+  void take_found(FileList&) {
+    const uint32_t count = records_in(ZENFO_LIST_RESULT);
+    for (uint32_t i = 0; i < count; ++i) {
+      Target target;
+      target.shown = shown(ZENFO_LIST_RESULT, i);
+      target.path =
+          fs::absolute(std::string(session_.full_name(ZENFO_LIST_RESULT, i)))
+              .string();
+      target.matches = static_cast<uint32_t>(GetFlag(ZENFO_LIST_RESULT, i));
+      take(std::move(target));
+    }
+  }
+
+  void take(Target target) {
+    const std::optional<FileState> state = state_of(target.path);
+    if (!state) {
+      skipped_.complain_of(target.shown, "it is gone");
+      return;
+    }
+    // A file may have several names, or be named several times.
+    if (!identities_.insert(state->identity).second) return;
+    target.modified = state->modified;
+    if (is_read_only(target.path) && !options_.read_only) {
+      skipped_.complain_of(target.shown, "read-only");
+    } else if (!options_.binary && begins_with_control(target.path)) {
+      skipped_.add(target.shown, "binary");
+    } else if (!options_.no_backup &&
+               target.path.find_first_of("\t\r\n") != std::string::npos) {
+      skipped_.complain_of(target.shown,
+                           "with such a name it could not be undone");
+    } else {
+      tell_of_zero_byte(target);
+      targets_.push_back(std::move(target));
+    }
+  }
+
+  void tell_of_zero_byte(const Target& target) {
+    if (options_.binary && options_.cuts_at_zero_byte &&
+        has_zero_byte(target.path)) {
+      remark(target.shown, "what stands behind its first zero byte is cut off");
+    }
+  }
+
+  void name_rejected(FileList&) {
+    const uint32_t count = records_in(ZENFO_LIST_ERROR);
+    for (uint32_t i = 0; i < count; ++i) {
+      const std::string name = shown(ZENFO_LIST_ERROR, i);
+      const std::string reason = system::why_not_loaded(
+          std::string(session_.full_name(ZENFO_LIST_ERROR, i)));
+      if (reason.empty()) {
+        skipped_.add(name, "binary");
+      } else {
+        skipped_.complain_of(name, reason);
+      }
+    }
+    session_.new_errors();  // said in the user's words
+  }
+
+  Session& session_;
+  const ChangeOptions& options_;
+  Skipped& skipped_;
+  std::vector<Target> targets_;
+  std::unordered_map<std::string, std::string> shown_;
+  std::unordered_set<std::string> identities_;
+};
+
+void enter(Session& session, const std::vector<std::string>& paths) {
+  Clear(ZENFO_LIST_FILES);
+  for (const std::string& path : paths) session.expect_paths_of(path.size());
+  session.append_paths(paths);
+  session.select_all(true);
+}
+
+// A file's bytes, without its rights: the copy can be written.
+void copy_bytes(const std::string& from, const std::string& to) {
+  FileBytes bytes;
+  std::ofstream file(to, std::ios::binary);
+  if (!bytes.load(from)) throw Failure{from, "cannot be read"};
+  file.write(bytes.view().data(),
+             static_cast<std::streamsize>(bytes.view().size()));
+  file.close();
+  if (!file) throw Failure{to, "cannot be written"};
+}
+
+int preview(Session& session, const std::vector<Target>& targets,
+            const ChangeOptions& options, const Change& change,
+            Output& output) {
+  const TemporaryFolder folder;
+  std::vector<std::string> copies;
+  for (const Target& target : targets) {
+    copies.push_back(folder.file(std::to_string(copies.size())));
+    copy_bytes(target.path, copies.back());
+    if (system::stop_status() != 0) throw Stopped{};
+  }
+  enter(session, copies);
+  const int32_t result =
+      session.run_changes([&] { return change(false, false); }, nullptr);
+  if (system::stop_status() != 0) throw Stopped{};
+  if (result < 0) {
+    session.complain_about_errors();
+    throw Failure{"", "the changes cannot be made"};
+  }
+  FileBytes before, after;
+  uint64_t files = 0;
+  for (size_t i = 0; i < targets.size(); ++i) {
+    if (!before.load(targets[i].path) || !after.load(copies[i])) {
+      throw Failure{targets[i].shown, "cannot be read"};
+    }
+    files += before.view() != after.view();
+    put_changes(output, targets[i].shown, before.view(), after.view());
+  }
+  output.flush();
+  remark("", counted(files, "file", "files") + " would change, " +
+                 counted(static_cast<uint64_t>(result), "match", "matches") +
+                 " would be " + options.done + "; nothing was touched");
+  return result > 0 ? kFound : kNothingFound;
+}
+
+// Throws Failure where nobody can be asked, Stopped for a no.
+void confirm(const Targets& targets, const ChangeOptions& options) {
+  if (options.yes) return;
+  if (!system::is_terminal(system::Stream::kInput)) {
+    throw Failure{
+        "", options.ask
+                ? "--ask needs a terminal"
+                : "nothing was changed: see the changes with --dry-run, make "
+                  "them with --yes"};
+  }
+  if (options.ask) return;
+  system::write(system::Stream::kErrors,
+                counted(targets.matches(), "match", "matches") + " in " +
+                    counted(targets.all().size(), "file", "files") +
+                    " would be " + options.done + ". Go on? [y/N] ");
+  const std::optional<std::string> answer = system::read_line();
+  if (system::stop_status() != 0) throw Stopped{};
+  if (!answer || answer->empty() || (answer->front() | 0x20) != 'y') {
+    throw Failure{"", "nothing was changed"};
+  }
+}
+
+// The run itself.
+class ChangeRun {
+ public:
+  ChangeRun(Session& session, const std::vector<Target>& targets,
+            const ChangeOptions& options, Skipped& skipped)
+      : session_(session),
+        targets_(targets),
+        options_(options),
+        skipped_(skipped) {
+    for (const Target& target : targets) by_path_.emplace(target.path, &target);
+  }
+
+  int run(const Change& change, Output& output) {
+    if (!options_.no_backup) begin_record();
+    enter_targets();
+    const int32_t result = make_changes(change);
+    count(result);
+    if (result < 0 || stopped()) put_back_last();
+    name_unchanged();
+    restore_dates();
+    end_record();
+    write_summary(output);
+    if (stopped()) throw Stopped{};
+    return replaced_ > 0 ? kFound : kNothingFound;
+  }
+
+ private:
+  static bool stopped() { return system::stop_status() != 0; }
+
+  void begin_record() {
+    store_.emplace();
+    run_ = store_->begin(options_.command);
+    const std::string file = store_->undo_file(run_.name);
+    if (SetUndoFile(file.c_str()) != 1) {
+      throw Failure{file, "safe copies cannot be kept there"};
+    }
+  }
+
+  void enter_targets() {
+    std::vector<std::string> paths;
+    for (const Target& target : targets_) paths.push_back(target.path);
+    enter(session_, paths);
+  }
+
+  int32_t make_changes(const Change& change) {
+    std::vector<std::unique_ptr<WriteAccess>> access;
+    if (options_.read_only) {
+      for (const Target& target : targets_) {
+        access.push_back(std::make_unique<WriteAccess>(target.path));
+      }
+    }
+    const Session::Question question =
+        options_.ask ? Session::Question([this] { return ask(); }) : nullptr;
+    return session_.run_changes(
+        [&] { return change(options_.ask, !options_.no_backup); }, question);
+  }
+
+  // Deselects the matches that are to stay.
+  Session::Answer ask() {
+    if (asking_.stopped()) return Session::Answer::kStop;
+    const Target& target = targets_[Session::files_done()];
+    FileBytes bytes;
+    bytes.load(target.path);
+    const uint32_t matches = records_in(ZENFO_LIST_MATCHES);
+    for (uint32_t i = 0; i < matches; ++i) {
+      const Match match{number_of(GetMatchOffset, i),
+                        number_of(GetMatchLength, i)};
+      if (GetState(ZENFO_LIST_MATCHES, i) != 1) continue;
+      if (!asking_.take(target.shown, bytes.view(), match)) {
+        SetState(ZENFO_LIST_MATCHES, static_cast<int32_t>(i), 0);
+      }
+    }
+    return Session::Answer::kTake;
+  }
+
+  void count(int32_t result) {
+    const uint32_t files = records_in(ZENFO_LIST_RESULT);
+    uint64_t matches = 0;
+    for (uint32_t i = 0; i < files; ++i) {
+      const auto found = static_cast<uint64_t>(GetFlag(ZENFO_LIST_RESULT, i));
+      done_.emplace(session_.full_name(ZENFO_LIST_RESULT, i));
+      matches += found;
+      changed_ += found > 0;
+    }
+    replaced_ = result > 0 ? static_cast<uint64_t>(result) : matches;
+    if (result == 0 && !stopped()) replaced_ = 0;
+    if (result < 0 && !stopped()) {
+      session_.complain_about_errors();
+      complain("", "the run failed before its end");
+      tell_of_file_in_hand();
+    }
+  }
+
+  // Without a safe copy there is no way back.
+  void tell_of_file_in_hand() {
+    const uint32_t done = Session::files_done();
+    if (!options_.no_backup || done >= targets_.size()) return;
+    complain(targets_[done].shown,
+             "may have lost its end; there is no safe copy of it");
+  }
+
+  // The file whose rewriting was cut off is the last one with a safe copy that
+  // is not among those that the run is done with.
+  void put_back_last() {
+    if (options_.no_backup) return;
+    const int32_t copies = GetUndoList();
+    if (copies <= 0) return;
+    const auto last = static_cast<uint32_t>(copies - 1);
+    const std::string path = undo_path(last);
+    if (done_.contains(path)) return;
+    SetState(ZENFO_LIST_UNDO, -1, 0);
+    SetState(ZENFO_LIST_UNDO, static_cast<int32_t>(last), 1);
+    const WriteAccess access(path);
+    if (Undo() == copies - 1) {
+      complain(shown(path), "was not finished and is again as it was before");
+    } else {
+      complain(shown(path), "was cut off; its safe copy is kept");
+    }
+  }
+
+  std::string undo_path(uint32_t index) {
+    std::vector<char> buffer(64 * 1024);
+    for (const Target& target : targets_) {
+      if (buffer.size() < target.path.size() + 1) {
+        buffer.resize(target.path.size() + 1);
+      }
+    }
+    GetOrigFile(index, buffer.data(), static_cast<uint32_t>(buffer.size()));
+    return buffer.data();
+  }
+
+  const std::string& shown(const std::string& path) const {
+    const auto known = by_path_.find(path);
+    return known == by_path_.end() ? path : known->second->shown;
+  }
+
+  // Files of which no safe copy could be made, or that cannot be loaded any
+  // more.
+  void name_unchanged() {
+    const uint32_t count = records_in(ZENFO_LIST_ERROR);
+    for (uint32_t i = 0; i < count; ++i) {
+      skipped_.complain_of(
+          shown(std::string(session_.full_name(ZENFO_LIST_ERROR, i))),
+          "it could not be loaded or kept safe");
+    }
+  }
+
+  void restore_dates() {
+    if (!options_.keep_date) return;
+    for (const Target& target : targets_) {
+      const std::optional<FileState> state = state_of(target.path);
+      if (!state || state->modified == target.modified) continue;
+      const WriteAccess access(target.path);
+      if (!set_modified(target.path, target.modified)) {
+        complain(target.shown, "its date could not be restored");
+      }
+    }
+  }
+
+  void end_record() {
+    if (!store_) return;
+    const int32_t copies = GetUndoList();
+    if (copies <= 0) {
+      store_->remove(run_.name);
+      return;
+    }
+    for (const Target& target : targets_) {
+      if (!done_.contains(target.path)) continue;
+      if (const auto state = state_of(target.path)) {
+        run_.files.push_back({target.path, state->size, state->modified});
+      }
+    }
+    store_->save(run_);
+    store_->remove_old();
+    undo_command_ = "zenfo undo " + run_.name;
+  }
+
+  void write_summary(Output& output) {
+    output.put(counted(changed_, "file", "files") + " changed, " +
+               counted(replaced_, "match", "matches") + ' ' + options_.done +
+               '\n');
+    if (skipped_.count() > 0) output.put(skipped_.summary() + '\n');
+    if (!undo_command_.empty()) {
+      output.put("undo with: " + undo_command_ + '\n');
+    }
+  }
+
+  Session& session_;
+  const std::vector<Target>& targets_;
+  const ChangeOptions& options_;
+  Skipped& skipped_;
+  std::unordered_map<std::string, const Target*> by_path_;
+  std::unordered_set<std::string> done_;
+  std::optional<RunStore> store_;
+  Run run_;
+  Asking asking_;
+  uint64_t changed_ = 0;
+  uint64_t replaced_ = 0;
+  std::string undo_command_;
+};
+
+// For a shell: quoted where it would be taken apart.
+std::string quoted(const std::string& text) {
+  constexpr char kPlain[] =
+      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"
+      "-_./,:=@%+";
+  if (!text.empty() && text.find_first_not_of(kPlain) == std::string::npos) {
+    return text;
+  }
+  std::string result = "'";
+  for (const char c : text) {
+    if (c == '\'') {
+      result += "'\\''";
+    } else {
+      result += c;
+    }
+  }
+  return result + '\'';
+}
+
+}  // namespace
+
+void declare_text_options(CommandLine& line, SearchOptions& search,
+                          std::string& outside, std::string& inside) {
+  line.heading("What to find");
+  line.two_values("--between", search.between, "FIRST SECOND",
+                  "In place of TEXT: what begins with FIRST and ends\n"
+                  "with the next SECOND");
+  line.flag("--pattern", search.is_pattern, "TEXT is in the pattern language");
+  line.flag("-i,--ignore-case", search.ignore_case,
+            "Take capital and small letters as the same");
+  line.flag("-w,--word", search.whole_words,
+            "Find the text where no letter or digit touches it");
+  line.value("--start", search.start.text, "TEXT",
+             "Find only where TEXT stands directly in front");
+  line.value("--end", search.end.text, "TEXT",
+             "Find only where TEXT stands directly behind");
+  line.flag("--caret", search.caret,
+            "In texts and patterns, names such as ^M mean\n"
+            "control characters");
+  line.value("--classes", search.classes, "FILE",
+             "Take character classes for patterns from FILE");
+  line.value("--outside", outside, "PATTERN",
+             "Find only outside what PATTERN matches");
+  line.value("--inside", inside, "PATTERN",
+             "Find only inside what PATTERN matches");
+}
+
+void declare_change_options(CommandLine& line, ChangeOptions& options) {
+  line.heading("Which files");
+  line.flag("-r,--recursive", options.choice.subfolders,
+            "Take the subfolders of folders too");
+  line.values("--include", options.filter.includes, "GLOB",
+              "Change only files with such names, as '*.c'");
+  line.values("--exclude", options.filter.excludes, "GLOB",
+              "Pass over files with such names");
+  line.values("--exclude-dir", options.filter.excluded_folders, "GLOB",
+              "Pass over files in and below folders with such\nnames");
+  line.flag("--binary", options.binary,
+            options.cuts_at_zero_byte
+                ? "Change files with control characters too; what\n"
+                  "stands behind a zero byte is cut off"
+                : "Change files with control characters too");
+  line.flag("--read-only", options.read_only, "Change read-only files too");
+  line.heading("How to go about it");
+  line.flag("-n,--dry-run", options.dry_run,
+            "Show each change and touch nothing");
+  line.flag("-y,--yes", options.yes, "Change without asking");
+  line.flag("--ask", options.ask, "Ask for each match whether to take it");
+  line.flag("--no-backup", options.no_backup,
+            "Keep no safe copies: there is no undo");
+  line.flag("--keep-date", options.keep_date,
+            "Keep the modification times of the files");
+  line.heading("Options");
+}
+
+void settle_change_options(const CommandLine& line, ChangeOptions& options,
+                           const std::string& outside,
+                           const std::string& inside) {
+  if (!outside.empty() && !inside.empty()) {
+    throw line.wrong("--inside", "does not go with --outside");
+  }
+  if (options.ask && (options.yes || options.dry_run)) {
+    throw line.wrong("--ask", "does not go with --yes or --dry-run");
+  }
+  if (options.paths.empty()) {
+    throw line.wrong("", "which files? A PATH is missing");
+  }
+  options.search.areas.inside = !inside.empty();
+  options.search.areas.pattern = inside.empty() ? outside : inside;
+  options.search.skip_binary = !options.binary;
+  options.choice.folders_need_subfolders = true;
+}
+
+std::string shell_command(const std::string& name, const Arguments& arguments) {
+  std::string command = "zenfo " + name;
+  for (const std::string& argument : arguments) {
+    command += ' ' + quoted(argument);
+  }
+  return command;
+}
+
+int run_change(Session& session, Search& search, const ChangeOptions& options,
+               const Change& change, Output& output) {
+  Skipped skipped;
+  const Targets targets(session, search, options, skipped);
+  if (targets.all().empty()) {
+    if (skipped.count() > 0 && !options.dry_run) {
+      output.put("0 files changed\n" + skipped.summary() + '\n');
+    }
+    return kNothingFound;
+  }
+  if (options.dry_run) {
+    return preview(session, targets.all(), options, change, output);
+  }
+  confirm(targets, options);
+  return ChangeRun(session, targets.all(), options, skipped)
+      .run(change, output);
+}
+
+}  // namespace zenfo::cli

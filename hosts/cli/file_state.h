@@ -1,0 +1,50 @@
+// What the host knows of a file apart from the library: how it stood after a
+// run, whether two names mean the same file, and its modification time.
+//
+// posix/file_state.cpp and win32/file_state.cpp are twins. Links are followed.
+//
+// Tested by tests/cli/posix_replace_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace zenfo::cli {
+
+struct FileState {
+  uint64_t size = 0;
+  int64_t modified = 0;  // in the system's own unit and from its own start
+  std::string identity;  // the same for all names of a file
+};
+
+// None when there is no such file or nothing can be learnt of it.
+std::optional<FileState> state_of(const std::string& path);
+// False when the time cannot be set.
+bool set_modified(const std::string& path, int64_t modified);
+// Marked as not to be written. Rights that come from elsewhere show when it is
+// written.
+bool is_read_only(const std::string& path);
+// False when the mark cannot be changed.
+bool set_read_only(const std::string& path, bool on);
+// Tells this process apart from others that run now.
+uint32_t process_number();
+
+// Takes the mark off a file as long as this object lives.
+class WriteAccess {
+ public:
+  explicit WriteAccess(const std::string& path)
+      : path_(path),
+        lifted_(is_read_only(path) && set_read_only(path, false)) {}
+  ~WriteAccess() {
+    if (lifted_) set_read_only(path_, true);
+  }
+  WriteAccess(const WriteAccess&) = delete;
+  WriteAccess& operator=(const WriteAccess&) = delete;
+
+ private:
+  std::string path_;
+  bool lifted_;
+};
+
+}  // namespace zenfo::cli

@@ -1,0 +1,50 @@
+#include "file_state.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace zenfo::cli {
+namespace {
+
+constexpr int64_t kNanoseconds = 1'000'000'000;
+constexpr mode_t kAnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
+
+}  // namespace
+
+std::optional<FileState> state_of(const std::string& path) {
+  struct stat facts;
+  if (stat(path.c_str(), &facts) != 0) return std::nullopt;
+  return FileState{
+      static_cast<uint64_t>(facts.st_size),
+      facts.st_mtim.tv_sec * kNanoseconds + facts.st_mtim.tv_nsec,
+      std::to_string(facts.st_dev) + ':' + std::to_string(facts.st_ino)};
+}
+
+bool set_modified(const std::string& path, int64_t modified) {
+  timespec times[2] = {};
+  times[0].tv_nsec = UTIME_OMIT;
+  // Rounds down, so that the rest is never negative.
+  const int64_t rest = (modified % kNanoseconds + kNanoseconds) % kNanoseconds;
+  times[1].tv_sec = (modified - rest) / kNanoseconds;
+  times[1].tv_nsec = rest;
+  return utimensat(AT_FDCWD, path.c_str(), times, 0) == 0;
+}
+
+bool is_read_only(const std::string& path) {
+  struct stat facts;
+  if (stat(path.c_str(), &facts) != 0) return false;
+  return (facts.st_mode & kAnyWrite) == 0 || access(path.c_str(), W_OK) != 0;
+}
+
+bool set_read_only(const std::string& path, bool on) {
+  struct stat facts;
+  if (stat(path.c_str(), &facts) != 0) return false;
+  const mode_t mode = facts.st_mode & 07777;
+  return chmod(path.c_str(), on ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR) ==
+         0;
+}
+
+uint32_t process_number() { return static_cast<uint32_t>(getpid()); }
+
+}  // namespace zenfo::cli

@@ -1,0 +1,219 @@
+#include "run_store.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <tuple>
+#include <utility>
+
+#include "file_state.h"
+#include "messages.h"
+
+namespace zenfo::cli {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+constexpr auto kOldest = std::chrono::hours(30 * 24);
+constexpr uint64_t kLargest = 1'000'000'000;
+
+std::string environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
+fs::path state_folder() {
+#ifdef _WIN32
+  const fs::path local = environment("LOCALAPPDATA");
+  return local.is_absolute() ? local : fs::path();
+#else
+  // A relative one is to be ignored, the rule says.
+  const fs::path given = environment("XDG_STATE_HOME");
+  if (given.is_absolute()) return given;
+  const fs::path home = environment("HOME");
+  return home.is_absolute() ? home / ".local" / "state" : fs::path();
+#endif
+}
+
+std::string time_text(const char* form) {
+  const std::time_t now = std::time(nullptr);
+  char text[32];
+  const size_t length =
+      std::strftime(text, sizeof text, form, std::localtime(&now));
+  return {text, length};
+}
+
+// A path may have any bytes, JSON only texts: each byte becomes a character.
+std::string to_text(const std::string& bytes) {
+  std::string text;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80) {
+      text += c;
+    } else {
+      text += static_cast<char>(0xC0 | byte >> 6);
+      text += static_cast<char>(0x80 | (byte & 0x3F));
+    }
+  }
+  return text;
+}
+
+std::string to_bytes(const std::string& text) {
+  std::string bytes;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte < 0x80 || i + 1 == text.size()) {
+      bytes += text[i];
+    } else {
+      const auto next = static_cast<unsigned char>(text[++i]);
+      bytes += static_cast<char>((byte & 3) << 6 | (next & 0x3F));
+    }
+  }
+  return bytes;
+}
+
+json to_json(const Run& run) {
+  json files = json::array();
+  for (const RunFile& file : run.files) {
+    files.push_back({{"path", to_text(file.path)},
+                     {"size", file.size},
+                     {"modified", file.modified}});
+  }
+  return {{"time", run.time},
+          {"command", to_text(run.command)},
+          {"files", std::move(files)}};
+}
+
+Run from_json(const std::string& name, const json& record) {
+  Run run{name,
+          record.at("time").get<std::string>(),
+          to_bytes(record.at("command").get<std::string>()),
+          {}};
+  for (const json& file : record.at("files")) {
+    run.files.push_back({to_bytes(file.at("path").get<std::string>()),
+                         file.at("size").get<uint64_t>(),
+                         file.at("modified").get<int64_t>()});
+  }
+  return run;
+}
+
+bool is_old(const fs::path& record) {
+  std::error_code error;
+  const auto written = fs::last_write_time(record, error);
+  return !error && fs::file_time_type::clock::now() - written > kOldest;
+}
+
+void make_folder(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (error) throw Failure{folder.string(), error.message()};
+  fs::permissions(folder, fs::perms::owner_all, error);
+}
+
+}  // namespace
+
+RunStore::RunStore() : folder_(state_folder()) {
+  if (folder_.empty()) {
+    throw Failure{"", "no folder for safe copies is known, as HOME is not set"};
+  }
+  folder_ = folder_ / "zenfo" / "runs";
+}
+
+fs::path RunStore::record(const std::string& name) const {
+  return folder_ / (name + ".json");
+}
+
+std::string RunStore::undo_file(const std::string& name) const {
+  return (folder_ / name / "undo.txt").string();
+}
+
+Run RunStore::begin(const std::string& command) {
+  make_folder(folder_);
+  const std::string start =
+      time_text("%Y%m%d-%H%M%S") + '-' + std::to_string(process_number()) + '-';
+  Run run{"", time_text("%Y-%m-%d %H:%M:%S"), command, {}};
+  for (int n = 0; run.name.empty(); ++n) {
+    const std::string name = start + std::to_string(n);
+    std::error_code error;
+    if (fs::create_directory(folder_ / name, error)) run.name = name;
+    if (error) throw Failure{(folder_ / name).string(), error.message()};
+  }
+  // The library would delete whatever is there.
+  if (!fs::is_empty(folder_ / run.name)) {
+    throw Failure{(folder_ / run.name).string(), "there are foreign files"};
+  }
+  save(run);
+  return run;
+}
+
+void RunStore::save(const Run& run) const {
+  const fs::path path = record(run.name);
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file << to_json(run).dump(1) << '\n';
+  file.close();
+  if (!file) throw Failure{path.string(), "cannot be written"};
+}
+
+std::optional<Run> RunStore::find(const std::string& name) const {
+  std::ifstream file(record(name), std::ios::binary);
+  if (!file || fs::path(name).filename() != name) return std::nullopt;
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  try {
+    return from_json(name, json::parse(text));
+  } catch (const json::exception&) {
+    return std::nullopt;
+  }
+}
+
+std::vector<Run> RunStore::runs() const {
+  std::vector<Run> runs;
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(folder_, error)) {
+    if (entry.path().extension() != ".json") continue;
+    if (auto run = find(entry.path().stem().string())) {
+      runs.push_back(std::move(*run));
+    }
+  }
+  std::sort(runs.begin(), runs.end(), [](const Run& a, const Run& b) {
+    return std::tie(a.time, a.name) < std::tie(b.time, b.name);
+  });
+  return runs;
+}
+
+// What is no plain file was not put there by a run and stays.
+void RunStore::remove(const std::string& name) const {
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(folder_ / name, error)) {
+    if (entry.is_directory(error)) return;
+  }
+  fs::remove_all(folder_ / name, error);
+  fs::remove(record(name), error);
+}
+
+uint64_t RunStore::size_of(const std::string& name) const {
+  uint64_t size = 0;
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(folder_ / name, error)) {
+    if (entry.is_regular_file(error)) size += entry.file_size(error);
+  }
+  return size;
+}
+
+void RunStore::remove_old() const {
+  std::vector<Run> newest_first = runs();
+  std::reverse(newest_first.begin(), newest_first.end());
+  uint64_t size = 0;
+  for (const Run& run : newest_first) {
+    size += size_of(run.name);
+    const bool goes = size > kLargest || is_old(record(run.name));
+    // Whatever its size, the last run can be undone.
+    if (goes && &run != newest_first.data()) remove(run.name);
+  }
+}
+
+}  // namespace zenfo::cli

@@ -1,0 +1,61 @@
+// The folder of runs: safe copies of the files that a run changed, and what is
+// known of the run. Each run has a folder of its own, as the library empties
+// the folder in which it keeps its copies; the record stands beside it.
+//
+//   runs/20261114-094256-1234-0/undo.txt    the library's
+//   runs/20261114-094256-1234-0/notes.txt_0  a safe copy
+//   runs/20261114-094256-1234-0.json         the record
+//
+// Runs older than 30 days are removed, then the oldest until all take no more
+// than 1 GB. Only the user may read the folder.
+//
+// Tested by tests/cli/posix_replace_test.cpp, tests/cli/run_store_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zenfo::cli {
+
+// A file that a run changed, as it stood when the run had ended.
+struct RunFile {
+  std::string path;
+  uint64_t size = 0;
+  int64_t modified = 0;
+};
+
+struct Run {
+  std::string name;
+  std::string time;  // local, "2026-11-14 09:42:56"
+  std::string command;
+  std::vector<RunFile> files;  // none of a run that did not come to its end
+};
+
+class RunStore {
+ public:
+  // Throws Failure when no folder for it is known.
+  RunStore();
+  explicit RunStore(const std::filesystem::path& folder) : folder_(folder) {}
+
+  // Makes an empty folder for a new run and writes its record. Throws Failure.
+  Run begin(const std::string& command);
+  // Writes the record anew. Throws Failure.
+  void save(const Run& run) const;
+  std::optional<Run> find(const std::string& name) const;
+  // By time, the oldest first.
+  std::vector<Run> runs() const;
+  void remove(const std::string& name) const;
+  void remove_old() const;
+  std::string undo_file(const std::string& name) const;
+
+ private:
+  std::filesystem::path record(const std::string& name) const;
+  uint64_t size_of(const std::string& name) const;
+
+  std::filesystem::path folder_;
+};
+
+}  // namespace zenfo::cli

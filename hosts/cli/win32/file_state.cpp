@@ -1,0 +1,70 @@
+#include "file_state.h"
+
+#include <windows.h>
+
+namespace zenfo::cli {
+namespace {
+
+class Handle {
+ public:
+  Handle(const std::string& path, DWORD access)
+      : handle_(CreateFileA(
+            path.c_str(), access,
+            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+            OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr)) {}
+  ~Handle() {
+    if (valid()) CloseHandle(handle_);
+  }
+  Handle(const Handle&) = delete;
+  Handle& operator=(const Handle&) = delete;
+  bool valid() const { return handle_ != INVALID_HANDLE_VALUE; }
+  HANDLE get() const { return handle_; }
+
+ private:
+  HANDLE handle_;
+};
+
+uint64_t joined(DWORD high, DWORD low) { return uint64_t{high} << 32 | low; }
+
+}  // namespace
+
+std::optional<FileState> state_of(const std::string& path) {
+  const Handle file(path, FILE_READ_ATTRIBUTES);
+  BY_HANDLE_FILE_INFORMATION facts;
+  if (!file.valid() || !GetFileInformationByHandle(file.get(), &facts)) {
+    return std::nullopt;
+  }
+  return FileState{
+      joined(facts.nFileSizeHigh, facts.nFileSizeLow),
+      static_cast<int64_t>(joined(facts.ftLastWriteTime.dwHighDateTime,
+                                  facts.ftLastWriteTime.dwLowDateTime)),
+      std::to_string(facts.dwVolumeSerialNumber) + ':' +
+          std::to_string(joined(facts.nFileIndexHigh, facts.nFileIndexLow))};
+}
+
+bool set_modified(const std::string& path, int64_t modified) {
+  const Handle file(path, FILE_WRITE_ATTRIBUTES);
+  const auto time = static_cast<uint64_t>(modified);
+  const FILETIME written = {static_cast<DWORD>(time),
+                            static_cast<DWORD>(time >> 32)};
+  return file.valid() &&
+         SetFileTime(file.get(), nullptr, nullptr, &written) != 0;
+}
+
+bool is_read_only(const std::string& path) {
+  const DWORD attributes = GetFileAttributesA(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES &&
+         (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+bool set_read_only(const std::string& path, bool on) {
+  const DWORD attributes = GetFileAttributesA(path.c_str());
+  constexpr DWORD kMark = FILE_ATTRIBUTE_READONLY;
+  return attributes != INVALID_FILE_ATTRIBUTES &&
+         SetFileAttributesA(path.c_str(),
+                            on ? attributes | kMark : attributes & ~kMark) != 0;
+}
+
+uint32_t process_number() { return GetCurrentProcessId(); }
+
+}  // namespace zenfo::cli
