@@ -158,11 +158,22 @@ struct TextRanks::State {
   // Offsets into the arena take 32 bits, and stay below the mark.
   static constexpr size_t kMostBytes = UINT32_MAX - 2 * kStep;
 
+  static constexpr size_t kMostForeseen = 128;
+
   char* room(size_t size) {
     if (size > kMostBytes - used || !arena.reserve(used + size, used)) {
       throw std::bad_alloc();
     }
     return arena.data() + used;
+  }
+
+  // Room for texts about as long as the first, so that the arena hardly ever
+  // moves; without it, it grows as it is filled.
+  void foresee(size_t length) {
+    const size_t each = std::min(length + 2 * kStep, kMostForeseen);
+    if (items.capacity() < kMostBytes / each) {
+      arena.reserve(items.capacity() * each, 0);
+    }
   }
 
   // Shortens the common start to what the text at `text` shares of it.
@@ -192,6 +203,7 @@ void TextRanks::add(const std::optional<std::string_view>& text) {
   if (!text) return;
   const auto& fold = byte_tables().fold;
   const size_t length = text->size();
+  if (state.used == 0) state.foresee(length);
   char* const to = state.room(length + kStep);
   for (size_t i = 0; i < length; ++i) {
     to[i] = static_cast<char>(fold[static_cast<uint8_t>((*text)[i])]);
