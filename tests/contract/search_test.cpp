@@ -330,6 +330,31 @@ TEST_F(SearchTest, InsideTheQuestionTheMatchesCanBeReadAndDeselected) {
                 "-----------END MATCH-----------\r\n\r\n");
 }
 
+// Its lines are there inside the question only, whatever the answer.
+TEST_F(SearchTest, TheDisplayShowsTheFileInsideTheQuestion) {
+  ASSERT_TRUE(pattern("a"));
+  ASSERT_TRUE(exclusion("(a)"));
+  ASSERT_EQ(PrepareDisplay("\r\n", 0), -1) << "sets the separator";
+  add("1", "a\r\n(a)\r\nb");
+  add("2", "a");
+  for (int32_t answer : {0, 1, 2, 3, 4}) {
+    HostRecorder host;
+    host.answer_option = [&](const HostRecorder::Question&) {
+      EXPECT_EQ(GetDisplayLineCount(),
+                host.option_questions.size() == 1 ? 3 : 1);
+      EXPECT_EQ(PrepareDisplay(nullptr, 0), 1) << "may be laid out again";
+      return answer;
+    };
+    host.on_status_text = [&](const std::string&) {
+      EXPECT_EQ(GetDisplayLineCount(), 0) << "no file is shown yet or any more";
+    };
+    EXPECT_EQ(find_block({.ask = 1}), answer == 4                  ? -1
+                                      : answer == 0 || answer == 2 ? 0
+                                                                   : 2);
+    EXPECT_EQ(GetDisplayLineCount(), 0);
+  }
+}
+
 TEST_F(SearchTest, DeselectingAllPutsTheFileIntoTheNoMatchList) {
   ASSERT_TRUE(pattern("a"));
   const auto one = add("1", "aa");
