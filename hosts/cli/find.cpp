@@ -16,6 +16,7 @@
 #include "file_arguments.h"
 #include "find_options.h"
 #include "found_text.h"
+#include "hex_printer.h"
 #include "json_printer.h"
 #include "library.h"
 #include "line_printer.h"
@@ -63,6 +64,7 @@ class Shown {
         output_(output),
         lines_(options.form, output),
         json_(options.form.before, options.form.after, output),
+        hex_(options.form.paths, options.form.colours, output),
         counts_(options.show == Show::kLineCounts ||
                         options.show == Show::kMatchCounts
                     ? files.count()
@@ -140,7 +142,8 @@ class Shown {
 
   bool needs_text() const {
     return options_.ask || options_.show == Show::kLines ||
-           options_.show == Show::kLineCounts || options_.show == Show::kJson;
+           options_.show == Show::kLineCounts || options_.show == Show::kJson ||
+           options_.show == Show::kHex;
   }
 
   std::string_view text() {
@@ -184,6 +187,9 @@ class Shown {
         break;
       case Show::kJson:
         json_.print_file(files_.path(index_), text(), blocks);
+        break;
+      case Show::kHex:
+        hex_.print_file(files_.path(index_), text(), matches_);
         break;
       case Show::kLineCounts:
         for (const Block& block : blocks) {
@@ -249,6 +255,7 @@ class Shown {
   Output& output_;
   LinePrinter lines_;
   JsonPrinter json_;
+  HexPrinter hex_;
   Asking asking_;
   std::vector<uint64_t> counts_;
 

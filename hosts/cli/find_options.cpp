@@ -52,6 +52,7 @@ struct Given {
   bool count = false;
   bool count_matches = false;
   bool json = false;
+  bool hex = false;
   bool literal = false;
   bool no_paths = false;
   bool with_paths = false;
@@ -133,6 +134,8 @@ void declare_results(CommandLine& line, FindOptions& options, Given& given) {
             "Write the number of matches of each file");
   line.flag("--json", given.json,
             "Write a JSON object a line, see docs/json-output.md");
+  line.flag("--hex", given.hex,
+            "Write the bytes of matches as rows of a hex dump");
   line.flag("-o,--only-matching", options.form.matches_only,
             "Write the matches only, each on a line of its own");
   line.number("-m,--max-count", given.most_lines,
@@ -185,6 +188,7 @@ constexpr ShowRow kShowRows[] = {
     {&Given::count, Show::kLineCounts},
     {&Given::count_matches, Show::kMatchCounts},
     {&Given::json, Show::kJson},
+    {&Given::hex, Show::kHex},
 };
 
 Show show_of(const Given& given) {
@@ -318,13 +322,16 @@ void check_together(const CommandLine& line, const FindOptions& options,
       {given.json && options.form.null, "--json", "does not go with --null"},
       {given.json && (paths || counts || options.form.matches_only), "--json",
        "does not go with other forms of results"},
+      {given.hex && (paths || counts || given.json || options.form.null ||
+                     options.form.matches_only),
+       "--hex", "does not go with other forms of results"},
       {given.paths_only && given.other_paths, "-l", "does not go with -L"},
       {given.with_paths && given.no_paths, "-h", "does not go with -H"},
       {options.ask && (given.quiet || given.json), "--ask",
        "does not go with --quiet or --json"},
       {summary && options.files_from.empty(), "--summary",
        "goes with --files-from"},
-      {summary && (paths || counts || given.json || options.ask ||
+      {summary && (paths || counts || given.json || given.hex || options.ask ||
                    !options.paths.empty() || !options.filter.empty()),
        "--summary", "goes with no PATH and no other form of results"},
       {summary && options.search.texts.size() > 1 &&

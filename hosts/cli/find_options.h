@@ -24,6 +24,7 @@ enum class Show {
   kLineCounts,   // -c
   kMatchCounts,  // --count-matches
   kJson,
+  kHex,
   kLines,
 };
 

@@ -7,11 +7,9 @@
 namespace zenfo::cli {
 namespace {
 
-constexpr char kMatchColour[] = "\x1b[01;31m";
 constexpr char kPathColour[] = "\x1b[35m";
 constexpr char kNumberColour[] = "\x1b[32m";
 constexpr char kSeparatorColour[] = "\x1b[36m";
-constexpr char kPlain[] = "\x1b[m";
 
 std::string_view part(std::string_view text, size_t start, size_t end) {
   return text.substr(start, end - start);
@@ -38,7 +36,7 @@ void put_marked(Output& output, std::string_view text, size_t start, size_t end,
     output.put(part(text, shown, from));
     output.put(kMatchColour);
     output.put(part(text, from, to));
-    output.put(kPlain);
+    output.put(kPlainColour);
     shown = to;
   }
   if (shown < end) output.put(part(text, shown, end));
@@ -47,7 +45,7 @@ void put_marked(Output& output, std::string_view text, size_t start, size_t end,
 void LinePrinter::put(const char* colour, std::string_view text) {
   if (form_.colours) output_.put(colour);
   output_.put(text);
-  if (form_.colours) output_.put(kPlain);
+  if (form_.colours) output_.put(kPlainColour);
 }
 
 void LinePrinter::put_separator(char separator) {

@@ -17,6 +17,10 @@
 
 namespace zenfo::cli {
 
+// What a terminal is told before and behind the bytes of a match.
+inline constexpr char kMatchColour[] = "\x1b[01;31m";
+inline constexpr char kPlainColour[] = "\x1b[m";
+
 struct LineForm {
   bool paths = true;
   bool numbers = false;
