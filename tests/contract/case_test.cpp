@@ -257,11 +257,12 @@ TEST_F(CaseTest, InterruptedAtAnyPollNoFileIsLost) {
 TEST_F(CaseTest, PathsOfTheRunMustBeGiven) {
   ASSERT_TRUE(pattern("a"));
   const auto one = work().file("list", folder.file("1", "a"));
+  const auto none = folder.path("none");
   for (const LinePaths& paths :
        {LinePaths{nullptr, "s"}, LinePaths{"", "s"},
         LinePaths{one.c_str(), nullptr}, LinePaths{one.c_str(), ""},
         LinePaths{one.c_str(), one.c_str()},
-        LinePaths{folder.path("none").c_str(), summary_path().c_str()}}) {
+        LinePaths{none.c_str(), summary_path().c_str()}}) {
     EXPECT_EQ(change_case({}, &paths), -1);
   }
   EXPECT_EQ(read_file(folder.path("1")), "a");

@@ -235,7 +235,7 @@ class RunTest : public ListTest {
     }
   }
 
-  std::string summary_path() const { return summary_; }
+  const std::string& summary_path() const { return summary_; }
   const TempFolder& work() const { return work_; }
 
  private:
