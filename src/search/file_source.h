@@ -57,9 +57,7 @@ class LineSource final : public FileSource {
   explicit LineSource(FileContent& poller) : poller_(poller) {}
 
   // False when it is no file that can be opened.
-  bool open(const char* path) {
-    return file_.open(path) && file_.size() >= 0;
-  }
+  bool open(const char* path) { return file_.open(path) && file_.size() >= 0; }
   Next next(FileInHand& file) override;
   bool interrupted() override { return poller_.poll_interrupt(1) != 0; }
 

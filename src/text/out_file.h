@@ -42,8 +42,8 @@ class OutFile {
   // Hands the gathered bytes to the system; false as for write().
   bool flush();
   // Flushes and closes; an overwritten file ends behind what was written, just
-  // as if it had been emptied first. False when any write or the close failed. Closing a
-  // closed file answers true.
+  // as if it had been emptied first. False when any write or the close failed.
+  // Closing a closed file answers true.
   bool close();
 
  private:
