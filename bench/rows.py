@@ -6,9 +6,7 @@ first word of ours, zenfo, is the built program. A command with a pipe runs in
 sh. All run with one thread, in the C locale.
 
 `check` says what must be equal before anything is timed; the kinds are in
-run.py. `aim` is ours / best peer, whole processes. `needs` names the options
-of the subcommand that a row cannot do without: while `zenfo COMMAND --help`
-does not list them, the row is left out, with a line that says so.
+run.py. `aim` is ours / best peer, whole processes.
 
 A row of list work has no program of its own to run beside: it takes both sides
 from one benchmark program, as PROGRAM:BENCHMARK.
@@ -30,7 +28,6 @@ class Row:
     peers: dict
     check: str
     aim: float
-    needs: tuple = ()
     about: str = ""
 
 
@@ -60,12 +57,11 @@ RUN = "'0|1|2|3|4|5|6|7|8|9' ms"  # digits, one or more, and a unit
 CLASS_RUN = {
     "ours": f'zenfo find -rc --pattern "{RUN}"',
     "check": "counts",
-    "needs": ("find", "-c", "--pattern"),
 }
 
 # A replacement at work on a fresh copy, made before every run and not timed.
-CHANGE_MOST = "zenfo replace -r the THE {copy}"
-CHANGE_FEW = "zenfo replace -r lantern candle {copy}"
+CHANGE_MOST = "zenfo replace -ry {keep} the THE {{copy}}"
+CHANGE_FEW = "zenfo replace -ry --no-backup lantern candle {copy}"
 
 ROWS = [
     # --- Names of files that hold a text -----------------------------------
@@ -86,46 +82,46 @@ ROWS = [
 
     # --- Patterns -----------------------------------------------------------
     Row("tree-frequent-count", "zenfo find -rc the {tree}",
-        counts_of_files("the", "tree"), "counts", 0.65, ("find", "-c"),
+        counts_of_files("the", "tree"), "counts", 0.65,
         "matching lines of every file"),
     Row("tree-alternatives",
         "zenfo find -rl " + " ".join(f"-e {t}" for t in FOUR) + " {tree}",
         {"rg": f"{RG} -l '{'|'.join(FOUR)}' {{tree}}",
          "grep": f"grep -rlE '{'|'.join(FOUR)}' {{tree}}",
          "ugrep": f"{UGREP} -lE '{'|'.join(FOUR)}' {{tree}}"},
-        "lines", 0.75, ("find", "-e"), "any of four texts"),
+        "lines", 0.75, "any of four texts"),
     Row("tree-class-run", CLASS_RUN["ours"] + " {tree}",
         counts_of_files("[0-9]+ ms", "tree"), CLASS_RUN["check"], 0.65,
-        CLASS_RUN["needs"], "digits and a unit, counted"),
+        "digits and a unit, counted"),
     Row("big-class-run", CLASS_RUN["ours"] + " {big}",
         counts_of_files("[0-9]+ ms", "big"), CLASS_RUN["check"], 0.45,
-        CLASS_RUN["needs"], "the same, 5 MB files"),
+        "the same, 5 MB files"),
     Row("log-class-run", CLASS_RUN["ours"] + " {log}",
         counts_of_files("[0-9]+ ms", "log"), CLASS_RUN["check"], 0.85,
-        CLASS_RUN["needs"], "the same, one 1 GB file"),
+        "the same, one 1 GB file"),
     Row("tree-two-literals",
-        "zenfo find -rl --from overture --to finale {tree}",
+        "zenfo find -rl --between overture finale {tree}",
         {"grep": "grep -rlPz '(?s)overture.*finale' {tree}",
          "rg": f"{RG} -lU '(?s)overture.*finale' {{tree}}"},
-        "lines", 0.90, ("find", "--from", "--to"), "any run between"),
+        "lines", 0.90, "any run between"),
 
     # --- Counts -------------------------------------------------------------
     Row("tree-words", "zenfo count -r --total {tree}",
         {"wc": "find {tree} -type f -print0 | wc -lw --files0-from=-"},
-        "last_words", 0.10, ("count", "--total"),
+        "last_words", 0.10,
         "words (ours counts CR LF only, so lines are not compared)"),
     Row("log-words", "zenfo count --total {log}/server.log",
         {"wc": "wc -lw {log}/server.log"},
-        "last_words_and_lines", 0.04, ("count", "--total"),
+        "last_words_and_lines", 0.04,
         "words and lines, every line ends in CR LF"),
 
     # --- Names and facts ----------------------------------------------------
     Row("files-names", "zenfo files -r {tree}",
-        {"find": "find {tree} -type f"}, "lines", 1.00, ("files", "-r"),
+        {"find": "find {tree} -type f"}, "lines", 1.00,
         "names of 20,000 files"),
     Row("files-facts", "zenfo files -r --columns path,size,modified {tree}",
         {"find": r"find {tree} -type f -printf '%p  %s  %TY-%Tm-%Td %TT\n'"},
-        "paths_and_sizes", 0.85, ("files", "--columns"),
+        "paths_and_sizes", 0.85,
         "path, size and time of each"),
 
     # --- Lists --------------------------------------------------------------
@@ -140,19 +136,19 @@ ROWS = [
         "by_program", 0.30, about="a list file of 1,000,000 paths"),
 
     # --- Replacing ----------------------------------------------------------
-    Row("replace-most", CHANGE_MOST,
+    Row("replace-most", CHANGE_MOST.format(keep="--no-backup"),
         {"sd": "find {copy} -type f -print0 | xargs -0 sd -s the THE",
          "sed": f"{RG} -l0F the {{copy}} | xargs -0 sed -i s/the/THE/g",
          "perl": f"{RG} -l0F the {{copy}} | xargs -0 perl -pi -e s/the/THE/g"},
-        "copies", 0.25, ("replace",), "nearly every file changes"),
+        "copies", 0.25, "nearly every file changes"),
     Row("replace-few", CHANGE_FEW,
         {"sed": f"{RG} -l0F lantern {{copy}}"
                 " | xargs -0 sed -i s/lantern/candle/g"},
-        "copies", 0.75, ("replace",), "one file in fourteen changes"),
-    Row("replace-most-kept", CHANGE_MOST + " --keep",
+        "copies", 0.75, "one file in fourteen changes"),
+    Row("replace-most-kept", CHANGE_MOST.format(keep=""),
         {"sed": f"{RG} -l0F the {{copy}} | xargs -0 sed -i.bak s/the/THE/g"},
-        "copies", 0.50, ("replace", "--keep"), "with safe copies"),
-    Row("replace-log", "zenfo replace the THE {copy_of_log}/server.log",
+        "copies", 0.50, "with safe copies"),
+    Row("replace-log", "zenfo replace -y --no-backup the THE {copy_of_log}/server.log",
         {"sd": "sd -s the THE {copy_of_log}/server.log"},
-        "copies", 0.25, ("replace",), "one 1 GB file"),
+        "copies", 0.25, "one 1 GB file"),
 ]

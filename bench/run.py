@@ -9,7 +9,6 @@ Output goes to memory, as some tools stop early when nobody can read it.
 
 import argparse
 import datetime
-import functools
 import hashlib
 import json
 import os
@@ -77,6 +76,8 @@ class Bench:
         self.programs = options.programs
         self.corpus = options.corpus
         self.copy = options.copies / "copy"
+        self.state = options.copies / "state"  # where zenfo keeps safe copies
+        ENVIRONMENT["XDG_STATE_HOME"] = str(self.state)
         self.places = {part: options.corpus / part
                        for part in ("tree", "big", "log")}
         self.places |= {"paths": options.corpus / "paths.txt",
@@ -93,10 +94,14 @@ class Bench:
         source = "log" if "{copy_of_log}" in command else "tree"
         if "{copy" not in command:
             return
-        shutil.rmtree(self.copy, ignore_errors=True)
+        self.remove_copies()
         subprocess.run(["cp", "-r", self.places[source], self.copy],
                        check=True)
         os.sync()
+
+    def remove_copies(self):
+        shutil.rmtree(self.copy, ignore_errors=True)
+        shutil.rmtree(self.state, ignore_errors=True)
 
     def run(self, command):
         self.refresh_copy(command)
@@ -191,47 +196,6 @@ def prove(bench, row):
             raise Disagreement(f"{row.name}: ours and {name} differ: "
                                + first_difference(ours, theirs))
     return len(ours) if isinstance(ours, list) else 1
-
-
-# --- Rows that are not to be had yet -------------------------------------------
-
-@functools.cache
-def options_of(zenfo, command):
-    """The options that `zenfo COMMAND --help` lists; None without it."""
-    done = subprocess.run([zenfo, command, "--help"], capture_output=True,
-                          text=True, check=False)
-    listed = re.findall(r"^ +(-[\w,-]+)", done.stdout, re.MULTILINE)
-    return set(",".join(listed).split(",")) if done.returncode == 0 else None
-
-
-def missing_option(bench, row):
-    if row.check == "by_program":
-        return missing_program(bench, row)
-    command, *options = row.needs or (row.ours.split()[1],)
-    known = options_of(bench.zenfo, command)
-    if known is None:
-        return f"`zenfo {command}` is not there yet"
-    absent = [option for option in options if option not in known]
-    return f"`zenfo {command}` has no {', '.join(absent)} yet" \
-        if absent else None
-
-
-@functools.cache
-def benchmarks_of(program):
-    done = subprocess.run([program, "--benchmark_list_tests"],
-                          capture_output=True, text=True, check=True)
-    return set(done.stdout.split())
-
-
-def missing_program(bench, row):
-    for side in (row.ours, *row.peers.values()):
-        name, _, benchmark = side.partition(":")
-        program = bench.programs / name
-        if not program.exists():
-            return f"{name} is not there yet"
-        if benchmark not in benchmarks_of(program):
-            return f"{name} has no {benchmark} yet"
-    return None
 
 
 # --- Measuring -----------------------------------------------------------------
@@ -329,14 +293,12 @@ def conditions(rows, clock):
             "versions": {peer: version_of(peer) for peer in peers_in(rows)}}
 
 
-def record_text(told, results, later):
+def record_text(told, results):
     versions = "".join(f"- {v}\n" for v in told["versions"].values() if v)
     table = "\n".join([HEADING, *map(table_line, results)])
-    left = "".join(f"- {name}: {why}\n" for name, why in later.items())
     return (f"# {told['date']}, {told['system']}\n\nLeast {told['clock']} of "
             "interleaved runs, warm cache, one thread; see ../README.md.\n\n"
-            f"```\n{table}\n```\n\nLeft out:\n\n{left or '- nothing'}\n\n"
-            f"Beside:\n\n{versions}")
+            f"```\n{table}\n```\n\nBeside:\n\n{versions}")
 
 
 def choose_rows(names):
@@ -380,26 +342,20 @@ def main():
     options = parse(sys.argv[1:])
     rows = choose_rows(options.rows)
     bench = Bench(options)
-    results, later = [], {}
+    results = []
     print(HEADING, flush=True)
     for row in rows:
-        reason = missing_option(bench, row)
-        if reason:
-            later[row.name] = reason
-            continue
         results.append(do_row(bench, row, options))
         print(table_line(results[-1]), flush=True)
-    for name, reason in later.items():
-        print(f"{name:<20} later: {reason}")
-    shutil.rmtree(bench.copy, ignore_errors=True)
+    bench.remove_copies()
     told = conditions(rows, options.clock)
     options.json.parent.mkdir(parents=True, exist_ok=True)
     options.json.write_text(json.dumps(
-        told | {"rows": results, "later": later}, indent=1) + "\n")
+        told | {"rows": results}, indent=1) + "\n")
     if options.record and results:
         record = ROOT / "bench" / "record" / f"{told['date']}.md"
         record.parent.mkdir(exist_ok=True)
-        record.write_text(record_text(told, results, later))
+        record.write_text(record_text(told, results))
 
 
 if __name__ == "__main__":

@@ -6,6 +6,7 @@
 //
 // Tested by tests/cli/find_test.cpp, tests/cli/posix_find_test.cpp; compared
 // with grep by tests/cli/compare_with_grep
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <string>
@@ -177,6 +178,11 @@ class Shown {
       if (!counts_.empty()) counts_[index_] = matches_.size();
       return;
     }
+    if (options_.show == Show::kLineCounts) {
+      counts_[index_] = std::min(count_matching_lines(text(), matches_),
+                                 options_.form.most_lines);
+      return;
+    }
     write_file(find_blocks(text(), matches_, options_.form.most_lines));
   }
 
@@ -190,12 +196,6 @@ class Shown {
         break;
       case Show::kHex:
         hex_.print_file(files_.path(index_), text(), matches_);
-        break;
-      case Show::kLineCounts:
-        for (const Block& block : blocks) {
-          counts_[index_] +=
-              count_lines(text().substr(block.start, block.end - block.start));
-        }
         break;
       case Show::kMatchCounts:
         counts_[index_] = matches_.size();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 #include <tuple>
 
 namespace zenfo::cli {
@@ -11,6 +12,15 @@ namespace {
 struct FileCloser {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
+
+uint64_t count_line_ends(std::string_view text) {
+  return static_cast<uint64_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+// The place of a match's last byte, of one that begins within the text.
+size_t last_byte(std::string_view text, const Match& match) {
+  return std::min<size_t>(text.size(), size_t{match.offset} + match.length) - 1;
+}
 
 // Cuts the last block to the lines that are left, and its matches.
 void cut(std::string_view text, Block& block, uint64_t lines) {
@@ -79,8 +89,7 @@ std::vector<Block> find_blocks(std::string_view text,
   for (size_t i = 0; i < matches.size(); ++i) {
     const Match& match = matches[i];
     if (match.offset >= text.size() || match.length == 0) continue;
-    const size_t last =
-        std::min<size_t>(text.size(), size_t{match.offset} + match.length) - 1;
+    const size_t last = last_byte(text, match);
     if (!blocks.empty() && match.offset < blocks.back().end) {
       Block& block = blocks.back();
       if (last >= block.end) block.end = end_of_line(text, last);
@@ -91,14 +100,30 @@ std::vector<Block> find_blocks(std::string_view text,
                         {&match, 1}});
     }
   }
-  limit(text, blocks, most_lines);
+  if (most_lines < std::numeric_limits<uint64_t>::max()) {
+    limit(text, blocks, most_lines);
+  }
   return blocks;
+}
+
+uint64_t count_matching_lines(std::string_view text,
+                              std::span<const Match> matches) {
+  uint64_t lines = 0;
+  size_t counted = 0;  // the end of the last line that was counted
+  for (const Match& match : matches) {
+    if (match.offset >= text.size() || match.length == 0) continue;
+    const size_t last = last_byte(text, match);
+    if (last < counted) continue;
+    const size_t first = std::max<size_t>(match.offset, counted);
+    lines += 1 + count_line_ends(text.substr(first, last - first));
+    counted = end_of_line(text, last);
+  }
+  return lines;
 }
 
 uint64_t count_lines(std::string_view text) {
   if (text.empty()) return 0;
-  return static_cast<uint64_t>(std::count(text.begin(), text.end(), '\n')) +
-         (text.back() != '\n');
+  return count_line_ends(text) + (text.back() != '\n');
 }
 
 size_t end_of_line(std::string_view text, size_t offset) {
@@ -119,10 +144,8 @@ std::string_view without_end(std::string_view line) {
 }
 
 uint64_t LineNumbers::at(size_t offset) {
-  const auto from = text_.begin() + static_cast<ptrdiff_t>(counted_);
-  const auto to = text_.begin() + static_cast<ptrdiff_t>(offset);
-  if (from < to) {
-    number_ += static_cast<uint64_t>(std::count(from, to, '\n'));
+  if (counted_ < offset) {
+    number_ += count_line_ends(text_.substr(counted_, offset - counted_));
     counted_ = offset;
   }
   return number_;

@@ -52,6 +52,9 @@ struct Block {
 std::vector<Block> find_blocks(std::string_view text,
                                std::span<const Match> matches,
                                uint64_t most_lines);
+// The number of lines that hold matches, of matches as for find_blocks().
+uint64_t count_matching_lines(std::string_view text,
+                              std::span<const Match> matches);
 // The number of lines; one without an end counts too.
 uint64_t count_lines(std::string_view text);
 // The end of the line that holds the byte at `offset`, its LF included.

@@ -1,8 +1,9 @@
 #include "search/match_ops.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 #include <cstring>
+#include <limits>
 #include <string_view>
 
 #include "files/file_content.h"
@@ -33,7 +34,8 @@ int32_t put_match(Library& library, int32_t list, uint32_t index, char* buffer,
 }
 
 int32_t put_number(char* buffer, uint32_t number) {
-  std::sprintf(buffer, "%u", static_cast<unsigned>(number));
+  constexpr int kMostDigits = std::numeric_limits<uint32_t>::digits10 + 1;
+  *std::to_chars(buffer, buffer + kMostDigits, number).ptr = '\0';
   return 1;
 }
 

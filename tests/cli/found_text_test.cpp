@@ -64,6 +64,22 @@ TEST(Lines, EndInLineFeedWithOrWithoutCarriageReturn) {
   EXPECT_EQ(count_lines(""), 0u);
 }
 
+TEST(CountMatchingLines, CountsEachLineOnce) {
+  constexpr std::string_view kText = "ab\ncd\n\ngh";
+  const auto count = [&](std::vector<Match> matches) {
+    return count_matching_lines(kText, matches);
+  };
+  EXPECT_EQ(count({}), 0u);
+  EXPECT_EQ(count({{0, 1}, {1, 1}}), 1u);
+  EXPECT_EQ(count({{2, 1}}), 1u) << "its line end is of the line";
+  EXPECT_EQ(count({{2, 2}}), 2u);
+  EXPECT_EQ(count({{0, 9}}), 4u);
+  EXPECT_EQ(count({{1, 3}, {3, 2}, {7, 2}}), 3u) << "lines shared";
+  EXPECT_EQ(count({{0, 8}, {1, 1}}), 4u) << "one within another";
+  EXPECT_EQ(count({{3, 0}, {9, 1}}), 0u) << "empty, or behind the end";
+  EXPECT_EQ(count({{8, 99}}), 1u);
+}
+
 TEST(LineNumbers, CountFromOne) {
   LineNumbers numbers("ab\ncd\nef");
   EXPECT_EQ(numbers.at(0), 1u);
