@@ -29,19 +29,22 @@ const HelpTexts kHelpTexts = {
     "zenfo count [OPTIONS] FILE...",
     "Counts the bytes, words and lines of files, and of all together.\n"
     "\n"
-    "A FILE may be a pattern for the files of one folder, as 'src/*.c'. A "
-    "word\n"
-    "is a run of bytes other than control characters, blanks and byte 127. A\n"
-    "line is what ends in CR LF; a line feed or CR alone ends none.",
+    "A FILE may be a folder (with -r), or a pattern for the files of one\n"
+    "folder, as 'src/*.c'. A word is a run of bytes other than control\n"
+    "characters, blanks and byte 127. A line is what ends in CR LF; a line\n"
+    "feed or CR alone ends none.",
     "The exit status is 2 when a file could not be counted, else 0.\n"
     "\n"
     "Examples:\n"
     "  zenfo count letter.txt\n"
     "  zenfo count '*.txt' about.md         each, and the total\n"
+    "  zenfo count -r --total docs          the total of a folder\n"
     "  zenfo count --json '*.txt'           an object a line, for programs\n"};
 
 struct CountOptions {
   std::vector<std::string> files;
+  FileChoice choice;
+  bool total = false;
   bool json = false;
 };
 
@@ -66,11 +69,15 @@ struct CountedFile {
 // False when only help was asked for.
 bool parse(const Arguments& arguments, CountOptions& options, Output& output) {
   CommandLine line("count", kHelpTexts);
+  options.choice.folders_need_subfolders = true;
   line.arguments(options.files);
+  add_choice_options(line, options.choice);
+  line.flag("--total", options.total, "Show the total alone");
   line.flag("--json", options.json, "Write a JSON object a line");
   if (!line.parse(arguments, output)) return false;
   if (options.files.empty())
     throw line.wrong("count", "the FILE to count is missing");
+  check_choice(line, options.choice);
   return true;
 }
 
@@ -135,24 +142,29 @@ void write_rows(const std::vector<Row>& rows, Output& output) {
   }
 }
 
-void write_counts(const std::vector<CountedFile>& files, bool json,
-                  Output& output) {
+void write_counts(const std::vector<CountedFile>& files,
+                  const CountOptions& options, Output& output) {
   std::vector<Row> rows = {{{"bytes", "words", "lines"}, "path"}};
   Sums total;
   for (const CountedFile& file : files) {
     Sums sums;
     sums.add(file.counts);
     total.add(file.counts);
-    if (json) {
+    if (options.total) continue;
+    if (options.json) {
       output.put(json_object("path", file.path, sums) + '\n');
     } else {
       rows.push_back(row_of(sums, file.path));
     }
   }
   const size_t count = files.size();
-  if (json && count > 1) output.put(json_object("files", count, total) + '\n');
-  if (json || count == 0) return;
-  if (count > 1) rows.push_back(row_of(total, "total"));
+  const bool with_total = count > 1 || options.total;
+  if (options.json) {
+    if (with_total) output.put(json_object("files", count, total) + '\n');
+    return;
+  }
+  if (count == 0 && !options.total) return;
+  if (with_total) rows.push_back(row_of(total, "total"));
   write_rows(rows, output);
 }
 
@@ -163,10 +175,8 @@ int run_count(const Arguments& arguments) {
   Output output;
   if (!parse(arguments, options, output)) return kDone;
   Session session;
-  FileChoice no_folders;
-  no_folders.folders_need_subfolders = true;
-  FileList files(session, options.files, no_folders, FactOptions{});
-  write_counts(count_all(session, files), options.json, output);
+  FileList files(session, options.files, options.choice, FactOptions{});
+  write_counts(count_all(session, files), options, output);
   session.complain_about_errors();
   return kDone;
 }

@@ -17,6 +17,10 @@ namespace {
 
 using nlohmann::json;
 
+std::string own(const std::string& path) {
+  return std::filesystem::path(path).make_preferred().string();
+}
+
 // a.txt, long.txt, empty.txt and unix.txt, whose lines end in LF.
 class Count : public ::testing::Test {
  protected:
@@ -44,6 +48,23 @@ TEST_F(Count, AlignsItsColumnsUnderAHeading) {
   EXPECT_EQ(run({"a.txt"}), (Outcome{"bytes  words  lines  path\n"
                                      "    6      3      1  a.txt\n",
                                      "", 0}));
+}
+
+TEST_F(Count, TakesFoldersAndShowsTheTotalAlone) {
+  folder_.file("sub/b.txt", "d e\r\n");
+  folder_.file("sub/c.md", "f\r\n");
+  EXPECT_EQ(run({"-r", "sub"}).out,
+            "bytes  words  lines  path\n"
+            "    5      2      1  " +
+                own("sub/b.txt") + "\n" + "    3      1      1  " +
+                own("sub/c.md") + "\n" + "    8      3      2  total\n");
+  EXPECT_EQ(run({"-r", "--total", "--include", "*.md", "sub"}),
+            (Outcome{"bytes  words  lines  path\n"
+                     "    3      1      1  total\n",
+                     "", 0}));
+  EXPECT_EQ(object_of({"-r", "--total", "--json", "sub"}),
+            (json{{"files", 2}, {"bytes", 8}, {"words", 3}, {"lines", 2}}));
+  EXPECT_EQ(run({"sub"}).status, 2) << "a folder needs -r";
 }
 
 TEST_F(Count, EndsSeveralFilesWithTheirTotal) {
