@@ -106,11 +106,11 @@ ROWS = [
         "lines", 0.90, "any run between"),
 
     # --- Counts -------------------------------------------------------------
-    Row("tree-words", "zenfo count -r --total {tree}",
+    Row("tree-words", "zenfo count -r --total --json {tree}",
         {"wc": "find {tree} -type f -print0 | wc -lw --files0-from=-"},
         "last_words", 0.10,
         "words (ours counts CR LF only, so lines are not compared)"),
-    Row("log-words", "zenfo count --total {log}/server.log",
+    Row("log-words", "zenfo count --total --json {log}/server.log",
         {"wc": "wc -lw {log}/server.log"},
         "last_words_and_lines", 0.04,
         "words and lines, every line ends in CR LF"),

@@ -130,9 +130,9 @@ def last_words_and_lines(output, _):
 
 
 def closing_number(output, unit, place):
-    """From the closing line: "N unit" as ours says, or wc's place."""
+    """From the closing line: a JSON object's as ours says, or wc's place."""
     closing = output.splitlines()[-1]
-    named = re.search(rb"(\d+) " + unit, closing)
+    named = re.search(rb'"%b":(\d+)' % unit, closing)
     return int(named[1] if named else closing.split()[place])
 
 
