@@ -42,6 +42,7 @@ if(WIN32)
   set_target_properties(zenfofr130 PROPERTIES PREFIX "" OUTPUT_NAME ZenfoFR130
                         IMPORT_PREFIX lib LINK_DEPENDS ${exports_def})
   target_sources(zenfofr130 PRIVATE ${exports_def})
+  zenfo_add_version(zenfofr130 ZenfoFR130 "${PROJECT_DESCRIPTION}")
 else()
   set_target_properties(zenfofr130 PROPERTIES LINK_DEPENDS ${exports_map})
   target_link_options(zenfofr130 PRIVATE
