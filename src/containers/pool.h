@@ -12,6 +12,8 @@
 #include <cstddef>
 #include <new>
 
+#include "platform/memory.h"
+
 namespace zenfo {
 
 template <size_t kPieceSize>
@@ -52,29 +54,33 @@ class Pool {
   size_t live() const { return live_; }
 
  private:
+  static constexpr size_t kFirstSlab = 16 * 1024;
   struct Free {
     Free* next;
   };
   struct Slab {
     Slab* previous;
+    size_t size;
     alignas(std::max_align_t) std::byte bytes[1];
   };
-  static_assert(kPieceSize >= sizeof(Free));
+  static_assert(kPieceSize >= sizeof(Free) && 2 * kPieceSize <= kFirstSlab);
   static_assert(kPieceSize % alignof(Free) == 0);
 
-  static constexpr size_t kFirstSlab = 16 * 1024;
-  static constexpr size_t kLargestSlab = 1024 * 1024;
+  static constexpr size_t kLargestSlab = platform::kHugeSlab;
 
   void add_slab() {
-    size_t pieces = slab_size_ / kPieceSize;
-    auto* slab = static_cast<Slab*>(
-        ::operator new(offsetof(Slab, bytes) + pieces * kPieceSize));
+    auto* slab = static_cast<Slab*>(platform::new_slab(slab_size_));
     slab->previous = slabs_;
+    slab->size = slab_size_;
     slabs_ = slab;
-    next_ = slab->bytes;
-    end_ = next_ + pieces * kPieceSize;
-    last_pieces_ = pieces;
+    cut_newest_slab();
     if (slab_size_ < kLargestSlab) slab_size_ *= 2;
+  }
+
+  void cut_newest_slab() noexcept {
+    const size_t room = slabs_->size - offsetof(Slab, bytes);
+    next_ = slabs_->bytes;
+    end_ = next_ + room / kPieceSize * kPieceSize;
   }
 
   // Nothing is in use: keeps the newest slab and cuts it anew.
@@ -82,11 +88,10 @@ class Pool {
     while (slabs_->previous != nullptr) {
       Slab* older = slabs_->previous;
       slabs_->previous = older->previous;
-      ::operator delete(older);
+      platform::delete_slab(older, older->size);
     }
     free_ = nullptr;
-    next_ = slabs_->bytes;
-    end_ = next_ + last_pieces_ * kPieceSize;
+    cut_newest_slab();
   }
 
   Free* free_ = nullptr;
@@ -94,7 +99,6 @@ class Pool {
   std::byte* end_ = nullptr;
   Slab* slabs_ = nullptr;
   size_t slab_size_ = kFirstSlab;
-  size_t last_pieces_ = 0;
   size_t live_ = 0;
 };
 

@@ -1,5 +1,5 @@
-// One large block of memory that is kept and grown, never cleared: the text
-// of the file in hand.
+// Memory in large pieces: the block that is kept and grown, never cleared, for
+// the text of the file in hand; and slabs for very many small objects.
 //
 // Tested by tests/unit/platform/memory_test.cpp
 #pragma once
@@ -34,5 +34,11 @@ class KeptBuffer {
   void* block_ = nullptr;
   size_t block_size_ = 0;
 };
+
+// A slab of the C++ heap, which throws std::bad_alloc as that does. Slabs of
+// kHugeSlab bytes come in huge pages where the system has them.
+inline constexpr size_t kHugeSlab = size_t{2} << 20;
+void* new_slab(size_t size);
+void delete_slab(void* slab, size_t size) noexcept;
 
 }  // namespace zenfo::platform

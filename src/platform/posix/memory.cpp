@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <new>
 
 namespace zenfo::platform {
 namespace {
@@ -50,6 +51,21 @@ void KeptBuffer::release() {
   block_ = nullptr;
   data_ = nullptr;
   capacity_ = block_size_ = 0;
+}
+
+void* new_slab(size_t size) {
+  if (size < kHugePage) return ::operator new(size);
+  void* slab = ::operator new (size, std::align_val_t{kHugePage});
+  madvise(slab, size, MADV_HUGEPAGE);
+  return slab;
+}
+
+void delete_slab(void* slab, size_t size) noexcept {
+  if (size < kHugePage) {
+    ::operator delete(slab);
+  } else {
+    ::operator delete (slab, std::align_val_t{kHugePage});
+  }
 }
 
 }  // namespace zenfo::platform

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <new>
 
 namespace zenfo::platform {
 
@@ -39,5 +40,9 @@ void KeptBuffer::release() {
   data_ = nullptr;
   capacity_ = block_size_ = 0;
 }
+
+void* new_slab(size_t size) { return ::operator new(size); }
+
+void delete_slab(void* slab, size_t) noexcept { ::operator delete(slab); }
 
 }  // namespace zenfo::platform

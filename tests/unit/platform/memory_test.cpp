@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string>
@@ -99,6 +100,18 @@ TEST(KeptBuffer, ReleaseGivesAllBackAndReserveStartsAnew) {
   EXPECT_EQ(buffer.capacity(), 0u);
   EXPECT_TRUE(buffer.reserve(10, 0));
   EXPECT_NE(buffer.data(), nullptr);
+}
+
+TEST(Slab, HoldsWhatItWasAskedFor) {
+  for (const size_t size : {size_t{16} << 10, kHugeSlab, 2 * kHugeSlab}) {
+    auto* slab = static_cast<char*>(new_slab(size));
+    std::memset(slab, 7, size);
+    EXPECT_EQ(slab[0], 7);
+    EXPECT_EQ(slab[size - 1], 7);
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(slab) % alignof(std::max_align_t),
+              0u);
+    delete_slab(slab, size);
+  }
 }
 
 }  // namespace
