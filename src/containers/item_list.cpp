@@ -185,6 +185,7 @@ int32_t ItemList::Arrange(const uint32_t* order) {
   if (arranged == nullptr || BuildIndex() != 1) return -1;
   for (uint32_t i = 0; i < count_; ++i) arranged[i] = index_[order[i]];
   index_ = std::move(arranged);
+  cursor_position_ = kUnknown;
   return 1;
 }
 
@@ -221,10 +222,11 @@ int32_t ItemList::CountState(int32_t state) {
   if (state < -1) return -1;
   return unlogged(-1, [&]() -> int32_t {
     int32_t found = 0;
+    ReportPosition(0);
     for (uint32_t i = 0; i < count_; ++i) {
       if (Get(i)->state == static_cast<uint32_t>(state)) ++found;
       if (PollInterrupt() != 0) return found;
-      ReportPosition(i);
+      if (i > 0) ReportPosition(i);
     }
     ReportPosition(count_);
     return found;

@@ -339,6 +339,18 @@ TEST(CountState, AllIsAnsweredWithoutWalking) {
   EXPECT_TRUE(positions.empty());
 }
 
+TEST(CountState, ReportsZeroBeforeItsFirstPoll) {
+  ItemList list;
+  fill_states(list, States(500, 1));
+  list.SetInterruptHook(stop);
+  list.SetReportHook(tell);
+  list.CountState(1);  // The counter is the process's: leaves it at zero.
+  for (int i = 0; i < 100; ++i) list.PollInterrupt();
+  positions.clear();
+  EXPECT_EQ(list.CountState(1), 1);
+  EXPECT_EQ(positions, (std::vector<uint32_t>{0}));
+}
+
 TEST(CountState, ReportsFromZeroToTheCount) {
   ItemList list;
   fill_states(list, States(250, 1));
@@ -386,6 +398,7 @@ TEST(ItemList, ArrangesRecordsByAnOrderOverTheLinks) {
   fill(list, {"a", "b", "c"});
   const uint32_t order[] = {2, 0, 1};
   EXPECT_EQ(list.Arrange(order), 1);
+  EXPECT_TRUE(list.Check());
   EXPECT_EQ(names(list), (Names{"c", "a", "b"}));
   EXPECT_EQ(list.Arrange(order), 1) << "the links decide, not the order before";
   EXPECT_EQ(names(list), (Names{"c", "a", "b"}));
