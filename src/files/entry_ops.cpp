@@ -12,6 +12,7 @@
 #include "frame/rows.h"
 #include "listops/string_pair.h"
 #include "platform/shell.h"
+#include "text/c_text.h"
 #include "undo/undo_record.h"
 
 namespace zenfo {
@@ -44,7 +45,7 @@ int32_t copy_text(Library& library, int32_t list, uint32_t index, char* buffer,
   if (record == nullptr) return -1;
   const std::optional<std::string_view> found = text(*record);
   if (!found) return -1;
-  put(buffer, *found);
+  put(buffer, up_to_nul(*found));
   return 1;
 }
 

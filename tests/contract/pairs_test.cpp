@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 #include "support/host_recorder.h"
@@ -57,6 +58,22 @@ TEST_F(PairTest, UpdatingSetsBothTextsAndKeepsTheState) {
   EXPECT_THAT(finds(), ElementsAre("a", "c"));
   EXPECT_THAT(replaces(), ElementsAre("1", "(-1)"));
   EXPECT_THAT(states(ZENFO_LIST_PAIRS), ElementsAre(0, 1));
+}
+
+// The host's buffer is meant for what it sees of the text.
+TEST_F(PairTest, NothingBehindANulIsHandedOut) {
+  using Accessor = decltype(&GetFindString);
+  const auto first_bytes = [](Accessor accessor) {
+    char buffer[16];
+    std::fill_n(buffer, sizeof buffer, '#');
+    EXPECT_EQ(accessor(0, buffer, sizeof buffer), 1);
+    return std::string(buffer, 4);
+  };
+  ASSERT_EQ(load_pairs("a\0xyz\tb\0uvw"s), 1);
+  EXPECT_EQ(first_bytes(GetFindString), "a\0##"s);
+  EXPECT_EQ(first_bytes(GetReplaceString), "b\0##"s);
+  ASSERT_EQ(load_values("v\0xyz\r\n"s), 1);
+  EXPECT_EQ(first_bytes(get_replace_value), "v\0##"s);
 }
 
 TEST_F(PairTest, UpdatingWithoutAPairAnswersMinusOneUnlogged) {
