@@ -64,6 +64,7 @@ int32_t Library::terminate() {
   install_error_log(nullptr);
   error_log.reset();
   display.reset();
+  counted_content.reset();
   free_shared_wide_buffer();
   return 1;
 }

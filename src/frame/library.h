@@ -9,6 +9,7 @@
 
 #include "containers/item_list.h"
 #include "display/model.h"
+#include "files/file_content.h"
 #include "frame/error_log.h"
 #include "pattern/context.h"
 #include "undo/safe_store.h"
@@ -49,6 +50,10 @@ class Library {
   std::unique_ptr<SafeStore> safe_store;
   std::unique_ptr<ErrorLog> error_log;
   std::unique_ptr<DisplayState> display;
+
+  // Where files are loaded whose words are counted, kept from one to the next;
+  // the first count creates it. It has no hooks.
+  std::unique_ptr<FileContent> counted_content;
 };
 
 // The one library of the process; empty until Initialize.

@@ -1,6 +1,7 @@
 #include "stats/stats_ops.h"
 
 #include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -32,19 +33,11 @@ int32_t count_matches(PatternContext& context, const FileContent& content) {
   return find_all(context, content.data(), content.length(), options);
 }
 
-}  // namespace
-
-int32_t get_word_count(Library& library, const char* file, TextCounts* counts) {
-  if (!library.initialized() || file == nullptr || *file == '\0' ||
-      counts == nullptr) {
-    return -1;
-  }
-  // Loaded without hooks: an interrupted load would be counted short.
-  FileContent content;
+int32_t count_file(FileContent& content, const char* file, TextCounts& counts) {
   const int32_t size = content.load_file_content(file);
   if (size < 0) return -1;
   if (size == 0) {
-    *counts = {};
+    counts = {};
     return 1;
   }
   refresh_byte_tables();
@@ -60,9 +53,34 @@ int32_t get_word_count(Library& library, const char* file, TextCounts* counts) {
   const int32_t lines = count_matches(context, content);
   if (lines < 0) return -1;
   // All together at the end: a count that is stopped stores nothing.
-  *counts = {static_cast<uint32_t>(size), static_cast<uint32_t>(words),
-             static_cast<uint32_t>(lines)};
+  counts = {static_cast<uint32_t>(size), static_cast<uint32_t>(words),
+            static_cast<uint32_t>(lines)};
   return 1;
+}
+
+// The content that is kept from count to count, created at the first.
+FileContent& counted_content(Library& library) {
+  if (library.counted_content == nullptr) {
+    library.counted_content = std::make_unique<FileContent>();
+  }
+  return *library.counted_content;
+}
+
+// More is given back: it would be lacking elsewhere in a small address space.
+constexpr uint32_t kKeptContent = 1 << 20;
+
+}  // namespace
+
+int32_t get_word_count(Library& library, const char* file, TextCounts* counts) {
+  if (!library.initialized() || file == nullptr || *file == '\0' ||
+      counts == nullptr) {
+    return -1;
+  }
+  // Loaded without hooks: an interrupted load would be counted short.
+  FileContent& content = counted_content(library);
+  const int32_t result = count_file(content, file, *counts);
+  if (content.length() > kKeptContent) library.counted_content.reset();
+  return result;
 }
 
 int32_t save_occurrences(Library& library, const char* file,

@@ -63,7 +63,12 @@ int32_t compare_rest_with_end(std::string_view rest,
 
 const ByteTables& byte_tables() { return tables_in_force(); }
 
-void refresh_byte_tables() { tables_in_force() = make_tables(); }
+void refresh_byte_tables() {
+  ByteTables& tables = tables_in_force();
+  const auto fold = tables.fold;
+  ask_c_library(tables);
+  if (tables.fold != fold) derive_fold_bits(tables);
+}
 
 int32_t compare_ignoring_case(std::string_view a, std::string_view b) {
   const auto& fold = byte_tables().fold;
