@@ -193,8 +193,9 @@ std::string absolute_path(const char* path);
 // byte, on Windows without regard to case and to the kind of separator. Doubled
 // separators, one at the end and "." parts do not count. No file is looked at.
 bool same_path(std::string_view a, std::string_view b);
-// The same text for paths that are the same path, for sets of paths.
-std::string path_key(std::string_view path);
+// The same text for all paths that lead to one file, links too, for sets of
+// files. A file that the system does not identify goes by its absolute path.
+std::string file_key(const char* path);
 // Whether two paths lead to one existing file, however they are written.
 bool names_same_file(const char* a, const char* b);
 

@@ -5,14 +5,11 @@
 #include "listops/string_pair.h"
 #include "pattern/match_record.h"
 #include "replace/rewriter.h"
+#include "text/c_text.h"
 #include "text/records.h"
 
 namespace zenfo {
 namespace {
-
-std::string_view up_to_nul(std::string_view text) {
-  return text.substr(0, text.find('\0'));
-}
 
 std::string_view written_text(const PatternContext& context) {
   if (context.text() == nullptr) return {};

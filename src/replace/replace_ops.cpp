@@ -3,8 +3,10 @@
 #include <optional>
 #include <string_view>
 
+#include "frame/guard.h"
 #include "replace/replace_engine.h"
 #include "replace/replace_run.h"
+#include "text/c_text.h"
 
 namespace zenfo {
 namespace {
@@ -65,10 +67,12 @@ class BlockRun final : public ReplaceRun {
 
 // With both sources the pattern comes last and decides.
 Step BlockRun::prepare_matches() {
-  if (replacement_.use_list != 0 &&
-      set_replacements_from_list(context(), *library_.values,
-                                 replacement_.expand != 0) != 1) {
-    return Step::kFailed;
+  if (replacement_.use_list != 0) {
+    const int32_t set = unlogged(-1, [&] {
+      return set_replacements_from_list(context(), *library_.values,
+                                        replacement_.expand != 0);
+    });
+    if (set != 1) return Step::kFailed;
   }
   return replacement_.use_pattern != 0 ? take_pattern_matches() : Step::kGoOn;
 }
@@ -81,9 +85,11 @@ Step BlockRun::take_pattern_matches() {
   if (find_all(sources, content_.data(), content_.length(), options) < 0) {
     return Step::kFailed;
   }
-  const int32_t set = set_replacements_from_matches(
-      context(), sources, static_cast<uint32_t>(replacement_.match_index),
-      replacement_.expand != 0);
+  const int32_t set = unlogged(-1, [&] {
+    return set_replacements_from_matches(
+        context(), sources, static_cast<uint32_t>(replacement_.match_index),
+        replacement_.expand != 0);
+  });
   return set == 1 ? Step::kGoOn : Step::kFailed;
 }
 
@@ -128,7 +134,8 @@ class StringRun final : public ReplaceRun {
 
  protected:
   int32_t rewrite(const char* path) override {
-    const std::string_view text = searches_of_pairs_.replacement().view();
+    const std::string_view text =
+        up_to_nul(searches_of_pairs_.replacement().view());
     if (!numbers_) {
       return replace_with_text(context(), path, text, EditMode::kReplace,
                                expand_);

@@ -1,5 +1,6 @@
 #include "replace/replace_run.h"
 
+#include "frame/guard.h"
 #include "platform/files.h"
 
 namespace zenfo {
@@ -60,8 +61,11 @@ Step ReplaceRun::begin_search(FileInHand& file) {
   // Another string of a file that was rewritten for the one before.
   content_stale_ = false;
   const int32_t loaded = load_content(file);
-  if (loaded < 0) return Step::kFailed;
-  if (loaded == 0) return Step::kStop;
+  if (loaded < 0) {
+    log_unopened(file);
+    skip_rest_ = true;
+  }
+  if (loaded <= 0) return Step::kStop;
   return content_.length() == content_.file_size() ? Step::kGoOn
                                                    : Step::kInterrupted;
 }
@@ -73,7 +77,9 @@ Step ReplaceRun::take(FileInHand& file) {
   if (selected == 0) return Step::kGoOn;
   if (safe_store_ && !store(file)) return leave_unsaved(file);
   announce(phase(), file);
-  const int32_t count = rewrite(file.path.c_str());
+  // A fault while writing ends the run without a record of its own.
+  const int32_t count =
+      unlogged(-1, [&] { return rewrite(file.path.c_str()); });
   if (count < 0) return Step::kFailed;
   content_stale_ = true;
   file.changed += static_cast<uint32_t>(count);
@@ -82,8 +88,7 @@ Step ReplaceRun::take(FileInHand& file) {
 }
 
 bool ReplaceRun::store(const FileInHand& file) {
-  const std::string key =
-      platform::path_key(platform::absolute_path(file.path.c_str()));
+  const std::string key = platform::file_key(file.path.c_str());
   if (stored_.contains(key)) return true;
   if (library_.safe_store->store_safe_copy(file.path.c_str()) != 1) {
     return false;

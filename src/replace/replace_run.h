@@ -66,7 +66,7 @@ class ReplaceRun : public FileRun {
 
   bool safe_store_;
   std::vector<std::string> open_files_;     // of the run itself
-  std::unordered_set<std::string> stored_;  // keys of the absolute paths
+  std::unordered_set<std::string> stored_;  // keys of the files
   bool content_stale_ = false;  // the file was rewritten since it was loaded
   bool skip_rest_ = false;      // of the searches of the file in hand
 };

@@ -13,6 +13,8 @@
 namespace zenfo {
 namespace {
 
+constexpr char kLoadingContext[] = "loading file";
+
 bool missing(const char* text) { return text == nullptr || *text == '\0'; }
 
 std::string non_printable_message(const FileContent& content,
@@ -161,7 +163,8 @@ int32_t FileRun::load_content(const FileInHand& file) {
 Step FileRun::load(FileInHand& file) {
   announce(Phase::kLoading, file);
   if (!can_search(load_content(file))) {
-    reject(file, std::string(file.path.view()) + " could not be opened");
+    log_unopened(file);
+    results_->rejected(file);
     return Step::kStop;
   }
   // A file must not be rewritten from what an interrupt left of it.
@@ -174,13 +177,15 @@ bool FileRun::passes_check(FileInHand& file) {
   announce(Phase::kChecking, file);
   const int32_t position = content_.find_non_printable();
   if (position <= 0) return true;
-  reject(file, non_printable_message(content_, position));
+  log(non_printable_message(content_, position).c_str(), kLoadingContext);
+  results_->rejected(file);
   return false;
 }
 
-void FileRun::reject(FileInHand& file, const std::string& message) {
-  log(message.c_str(), "loading file");
-  results_->rejected(file);
+void FileRun::log_unopened(const FileInHand& file) const {
+  const std::string message =
+      std::string(file.path.view()) + " could not be opened";
+  log(message.c_str(), kLoadingContext);
 }
 
 Step FileRun::search(FileInHand& file) {

@@ -139,6 +139,7 @@ class FileRun {
 
   void announce(Phase phase, const FileInHand& file) const;
   void log(const char* message, const char* context) const;
+  void log_unopened(const FileInHand& file) const;
   // Number of selected matches of the file in hand.
   uint32_t count_selected();
   void record(FileInHand& file);
@@ -159,7 +160,6 @@ class FileRun {
   Step handle(FileInHand& file);
   Step load(FileInHand& file);
   bool passes_check(FileInHand& file);
-  void reject(FileInHand& file, const std::string& message);
   Step search(FileInHand& file);
   Step search_once(FileInHand& file);
   Answer ask(const FileInHand& file);

@@ -348,6 +348,40 @@ TEST_F(ReplaceTest, EachStringIsReplacedInWhatTheOneBeforeHasLeft) {
                            folder.path("3") + ", found 0\r\r\n");
 }
 
+TEST_F(ReplaceTest, AFileThatGoesBetweenTwoStringsIsFinished) {
+  pair("a", "b");
+  pair("b", "c");
+  const auto one = add("1", "a a b");
+  const auto two = add("2", "b");
+  HostRecorder host;
+  host.on_status_text = [&](const std::string& text) {
+    // Loaded again for the second string.
+    if (text != "Now replacing in file " + one) return;
+    host.on_progress = [&](const ProgressRecord& progress) {
+      if (progress.position == progress.total) std::filesystem::remove(one);
+    };
+  };
+  EXPECT_EQ(replace_string({}), 3);
+  EXPECT_THAT(found(), ElementsAre(one, two));
+  EXPECT_EQ(read_file(two), "c");
+  EXPECT_THAT(errors(),
+              ElementsAre(ErrorRecord{one + " could not be opened",
+                                      "loading file", "ReplaceString"}));
+}
+
+TEST_F(ReplaceTest, TextsOfPairsEndAtTheirFirstNul) {
+  const auto pairs = [&](const std::string& bytes) {
+    ASSERT_EQ(LoadStringPair(work().file("pairs", bytes).c_str()), 1);
+    ASSERT_EQ(SetState(ZENFO_LIST_PAIRS, -1, 1), 1);
+  };
+  pairs("a\tX\0Y\r\n"s);
+  EXPECT_EQ(becomes(replace_string, {}, "-a-"), "-X-");
+  pairs("a\t\0Y\r\n"s);
+  int32_t answer;
+  EXPECT_EQ(becomes(replace_string_nbr, {}, "-a-", &answer), "-a-");
+  EXPECT_EQ(answer, -1) << "nothing to put numbers in";
+}
+
 TEST_F(ReplaceTest, AFileThatAStringEmptiedIsFinished) {
   pair("a", "");
   pair("b", "c");
@@ -867,6 +901,27 @@ TEST_F(ReplaceTest, AFileUnderItsRelativePathIsTheSame) {
   EXPECT_EQ(Undo(), 0);
   std::filesystem::current_path(here);
   EXPECT_EQ(read_file(one), "a");
+}
+
+TEST_F(ReplaceTest, AFileMetUnderAnotherNameGetsOneSafeCopy) {
+  ASSERT_TRUE(pattern("a"));
+  use_store();
+  const auto one = add("1", "a");
+  std::vector<std::string> names = {folder.path("2")};
+  std::filesystem::create_hard_link(one, names[0]);
+#ifndef _WIN32
+  names.push_back(folder.path("3"));
+  std::filesystem::create_symlink(one, names[1]);
+#endif
+  int32_t written = 1;
+  for (const std::string& name : names) {
+    add_path(name);
+    written *= 2;
+  }
+  EXPECT_EQ(replace_block({.text = "aa", .safe = 1}), 2 * written - 1);
+  EXPECT_THAT(originals(), ElementsAre(one));
+  EXPECT_EQ(Undo(), 0);
+  EXPECT_EQ(read_file(one), "a") << "not what an earlier turn had written";
 }
 
 TEST_F(ReplaceTest, FilesOfOneNameGetCopiesOfTheirOwn) {

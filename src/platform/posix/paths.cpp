@@ -36,8 +36,12 @@ bool same_path(std::string_view a, std::string_view b) {
          plain_path(a, PathStyle::kPosix) == plain_path(b, PathStyle::kPosix);
 }
 
-std::string path_key(std::string_view path) {
-  return plain_path(path, PathStyle::kPosix);
+std::string file_key(const char* path) {
+  struct stat facts;
+  if (stat(path, &facts) != 0) {
+    return plain_path(absolute_path(path), PathStyle::kPosix);
+  }
+  return std::to_string(facts.st_dev) + ':' + std::to_string(facts.st_ino);
 }
 
 bool names_same_file(const char* a, const char* b) {

@@ -32,6 +32,23 @@ std::wstring widened(const std::string& text) {
   return wide;
 }
 
+// Volume and file number; empty when the system does not tell them.
+std::string identity(const char* path) {
+  const HANDLE file =
+      CreateFileA(path, FILE_READ_ATTRIBUTES,
+                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return {};
+  BY_HANDLE_FILE_INFORMATION facts;
+  const bool told = GetFileInformationByHandle(file, &facts) != 0;
+  CloseHandle(file);
+  // Some network drives number no files.
+  if (!told || (facts.nFileIndexHigh | facts.nFileIndexLow) == 0) return {};
+  return std::to_string(facts.dwVolumeSerialNumber) + ':' +
+         std::to_string(facts.nFileIndexHigh) + ':' +
+         std::to_string(facts.nFileIndexLow);
+}
+
 // As the file system does: by capital letters, whatever the language.
 bool same_to_system(const std::string& a, const std::string& b) {
   const std::wstring x = widened(a);
@@ -68,8 +85,11 @@ bool same_path(std::string_view a, std::string_view b) {
   return same_to_system(x, y);
 }
 
-std::string path_key(std::string_view path) {
-  std::wstring wide = widened(plain_path(path, PathStyle::kWindows));
+std::string file_key(const char* path) {
+  const std::string key = identity(path);
+  if (!key.empty()) return key;
+  std::wstring wide =
+      widened(plain_path(absolute_path(path), PathStyle::kWindows));
   CharUpperBuffW(wide.data(), static_cast<DWORD>(wide.size()));
   return {reinterpret_cast<const char*>(wide.data()),
           wide.size() * sizeof(wchar_t)};

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <string>
 
 #include "platform/files.h"
@@ -113,6 +114,24 @@ TEST(SamePath, FollowsTheSystemInCaseAndSeparators) {
   EXPECT_FALSE(same_path("a\\b", "a/b"));
   EXPECT_FALSE(same_path("\xC3\x84", "\xC3\xA4"));
 #endif
+}
+
+TEST(FileKey, IsTheSameForAllPathsOfOneFile) {
+  const TempFolder folder;
+  const std::string one = folder.file("one", "a");
+  const std::string other = folder.file("other", "a");
+  const std::string link = folder.path("link");
+  std::filesystem::create_hard_link(one, link);
+  EXPECT_EQ(file_key(one.c_str()), file_key(folder.path("./one").c_str()));
+  EXPECT_EQ(file_key(one.c_str()), file_key(link.c_str()));
+  EXPECT_NE(file_key(one.c_str()), file_key(other.c_str()));
+}
+
+TEST(FileKey, IsThePathOfWhatIsNotThere) {
+  const TempFolder folder;
+  const std::string none = folder.path("none");
+  EXPECT_EQ(file_key(none.c_str()), file_key(folder.path("./none").c_str()));
+  EXPECT_NE(file_key(none.c_str()), file_key(folder.path("nine").c_str()));
 }
 
 }  // namespace
