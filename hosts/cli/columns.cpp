@@ -8,15 +8,15 @@ namespace zenfo::cli {
 namespace {
 
 constexpr Column kColumns[] = {
-    {"name", ZENFO_OPTION_FILE_NAME, GetFilename, false},
-    {"folder", ZENFO_OPTION_FOLDER, GetDirectory, false},
-    {"type", ZENFO_OPTION_TYPE, GetType, false},
-    {"created", ZENFO_OPTION_ATTRIBUTES, GetCTime, false},
-    {"accessed", ZENFO_OPTION_ATTRIBUTES, GetATime, false},
-    {"modified", ZENFO_OPTION_ATTRIBUTES, GetMTime, false},
-    {"size", ZENFO_OPTION_ATTRIBUTES, GetSize, true},
-    {"attributes", ZENFO_OPTION_ATTRIBUTES, GetAttributes, false},
-    {"path", 0, nullptr, false},
+    {"name", ZENFO_OPTION_FILE_NAME, 2, GetFilename, false},
+    {"folder", ZENFO_OPTION_FOLDER, 3, GetDirectory, false},
+    {"type", ZENFO_OPTION_TYPE, 4, GetType, false},
+    {"created", ZENFO_OPTION_ATTRIBUTES, 5, GetCTime, false},
+    {"accessed", ZENFO_OPTION_ATTRIBUTES, 6, GetATime, false},
+    {"modified", ZENFO_OPTION_ATTRIBUTES, 7, GetMTime, false},
+    {"size", ZENFO_OPTION_ATTRIBUTES, 8, GetSize, true},
+    {"attributes", ZENFO_OPTION_ATTRIBUTES, 9, GetAttributes, false},
+    {"path", 0, 0, nullptr, false},
 };
 
 constexpr size_t kBetweenColumns = 2;

@@ -18,6 +18,7 @@ namespace zenfo::cli {
 struct Column {
   const char* name;
   int option;             // fact asked for, 0 for none
+  int field;              // number for SaveSelection(), 0 for none
   TextAccessor accessor;  // null: the path
   bool to_the_right;
 };

@@ -100,6 +100,21 @@ void CommandLine::values(const std::string& names,
       ->allow_extra_args(false);
 }
 
+void CommandLine::file(const std::string& names, std::string& value,
+                       const std::string& help) {
+  options_
+      .add_option_function<std::string>(
+          names,
+          [this, &value, names](const std::string& text) {
+            if (text.empty()) throw wrong(names, "needs the name of a file");
+            value = unmarked(text);
+          },
+          help)
+      ->type_name("FILE")
+      ->group(heading_)
+      ->take_last();
+}
+
 void CommandLine::number(const std::string& names,
                          std::optional<uint64_t>& value,
                          const std::string& help) {
@@ -210,6 +225,30 @@ void check_choice(const CommandLine& line, const FileChoice& choice) {
       throw line.wrong("--include " + pattern,
                        "a pattern is for names, without ';', '|' or folders");
     }
+  }
+}
+
+void add_list_option(CommandLine& line, FileChoice& choice) {
+  line.file("--from-list", choice.list_file,
+            "Take the files on the lines of FILE, each ended by\n"
+            "CR LF, in the place of PATHs");
+}
+
+void check_list_option(const CommandLine& line, const FileChoice& choice,
+                       const std::vector<std::string>& paths) {
+  if (choice.list_file.empty()) return;
+  if (!paths.empty() || choice.subfolders || !choice.patterns.empty()) {
+    throw line.wrong("--from-list", "goes with no PATH, -r or --include");
+  }
+}
+
+std::vector<std::string> parts_of(std::string_view list) {
+  std::vector<std::string> parts;
+  for (;;) {
+    const size_t end = list.find(',');
+    parts.emplace_back(list.substr(0, end));
+    if (end == std::string_view::npos) return parts;
+    list.remove_prefix(end + 1);
   }
 }
 

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -44,6 +45,9 @@ class CommandLine {
              const std::string& value_name, const std::string& help);
   void values(const std::string& names, std::vector<std::string>& values,
               const std::string& value_name, const std::string& help);
+  // The name of a file, not empty.
+  void file(const std::string& names, std::string& value,
+            const std::string& help);
   // A whole number of 0 or more.
   void number(const std::string& names, std::optional<uint64_t>& value,
               const std::string& help);
@@ -79,8 +83,14 @@ struct ResultForm {
 // What subcommands have in common.
 void add_form_options(CommandLine& line, ResultForm& form);
 void add_choice_options(CommandLine& line, FileChoice& choice);
+// --from-list, for the files of a list in the place of arguments.
+void add_list_option(CommandLine& line, FileChoice& choice);
 // Throws Failure for options that are wrong together or in their values.
 void check_form(const CommandLine& line, const ResultForm& form);
 void check_choice(const CommandLine& line, const FileChoice& choice);
+void check_list_option(const CommandLine& line, const FileChoice& choice,
+                       const std::vector<std::string>& paths);
+// "a,b" in its parts.
+std::vector<std::string> parts_of(std::string_view list);
 
 }  // namespace zenfo::cli

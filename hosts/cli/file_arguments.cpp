@@ -4,6 +4,7 @@
 
 #include "messages.h"
 #include "system.h"
+#include "text_file.h"
 
 namespace zenfo::cli {
 namespace {
@@ -12,6 +13,10 @@ using system::kSeparator;
 using system::PathKind;
 
 constexpr char kAllFiles[] = "*.*";
+
+// What goes in front of paths that name no folder.
+constexpr char kHere[] = {'.', kSeparator, '\0'};
+constexpr size_t kHereLength = sizeof(kHere) - 1;
 
 bool has_wildcard(std::string_view text) {
   return text.find_first_of("*?") != std::string_view::npos;
@@ -22,6 +27,14 @@ bool is_sayable(std::string_view path) {
   return path.find_first_of(";|") == std::string_view::npos;
 }
 
+// Why a line of a list file names nothing to list; empty when it does.
+std::string why_left_out(Session& session, uint32_t index,
+                         const std::string& path) {
+  const system::PathFacts facts = system::look_at(path);
+  if (facts.kind == PathKind::kNone) return facts.reason;
+  return session.trashed(index) ? "lies in a recycle bin" : "";
+}
+
 }  // namespace
 
 PathPattern split_pattern(const std::string& path) {
@@ -30,7 +43,8 @@ PathPattern split_pattern(const std::string& path) {
     return {path.substr(0, last), path.substr(last + 1), 0};
   }
   const size_t drive = system::drive_length(path);
-  PathPattern halves{path.substr(0, drive) + '.', path.substr(drive), 2};
+  PathPattern halves{path.substr(0, drive) + '.', path.substr(drive),
+                     kHereLength};
   // "C:.\*.c" cannot lose its point again by cutting in front.
   if (drive > 0) halves.added_prefix = 0;
   return halves;
@@ -69,13 +83,18 @@ void append_path(std::vector<ArgumentRun>& runs, const std::string& path) {
 FileList::FileList(Session& session, const std::vector<std::string>& arguments,
                    const FileChoice& choice, const FactOptions& facts)
     : session_(session) {
+  if (!choice.list_file.empty()) {
+    load_list(choice.list_file, facts);
+    return;
+  }
   for (const std::string& argument : arguments) {
     add(system::own_form(argument), choice);
   }
   if (arguments.empty() && choice.here_by_default) {
-    append_group(runs_, search_group(".", true, choice.patterns), 2);
+    append_group(runs_, search_group(".", true, choice.patterns), kHereLength);
   }
   load(facts);
+  note_written_prefixes();
   if (choice.patterns.size() > 1) note_repeats();
 }
 
@@ -139,7 +158,8 @@ void FileList::add_pattern(const std::string& argument) {
 void FileList::load(const FactOptions& facts) {
   const bool one_search = runs_.size() == 1 && runs_[0].paths.empty();
   for (const ArgumentRun& run : runs_) {
-    stretches_.push_back({count_, run.added_prefix, !run.paths.empty()});
+    stretches_.push_back({count_, !run.paths.empty()});
+    prefix_added_ |= run.added_prefix > 0;
     if (run.paths.empty()) {
       count_ += session_.find_files(run.specification,
                                     one_search ? facts : FactOptions{});
@@ -149,6 +169,36 @@ void FileList::load(const FactOptions& facts) {
     }
   }
   if (!one_search && facts.any()) session_.gather_facts(facts);
+}
+
+// Only where both kinds of paths meet does a path not tell.
+void FileList::note_written_prefixes() {
+  if (!prefix_added_) return;
+  for (size_t run = 0; run < runs_.size(); ++run) {
+    if (runs_[run].added_prefix > 0) continue;
+    const uint32_t end =
+        run + 1 < runs_.size() ? stretches_[run + 1].first : count_;
+    for (uint32_t i = stretches_[run].first; i < end; ++i) {
+      const std::string_view path = session_.full_name(i);
+      if (path.starts_with(kHere)) written_prefixes_.emplace(path);
+    }
+  }
+}
+
+void FileList::load_list(const std::string& file, const FactOptions& facts) {
+  session_.expect_paths_of(longest_list_line(file));
+  session_.load_list(file, facts);
+  for (uint32_t i = 0; i < session_.count(); ++i) {
+    if (session_.complete(i)) continue;
+    const std::string path(session_.full_name(i));
+    const std::string reason = why_left_out(session_, i, path);
+    if (reason.empty()) continue;
+    complain(path, reason);
+    session_.select(i, true);
+  }
+  session_.remove_selected(ZENFO_LIST_FILES);
+  count_ = session_.count();
+  stretches_.push_back({0, true});
 }
 
 void FileList::note_repeats() {
@@ -164,10 +214,28 @@ const FileList::Stretch& FileList::stretch_of(uint32_t index) const {
       [](uint32_t i, const Stretch& s) { return i < s.first; }));
 }
 
-std::string_view FileList::path(uint32_t index) {
-  std::string_view path = session_.full_name(index);
-  path.remove_prefix(std::min(path.size(), stretch_of(index).added_prefix));
-  return path;
+void FileList::drop_repeats() {
+  for (const uint32_t index : repeats_) session_.select(index, true);
+  if (!repeats_.empty()) session_.remove_selected(ZENFO_LIST_FILES);
+  count_ -= static_cast<uint32_t>(repeats_.size());
+  repeats_.clear();
+}
+
+std::string_view FileList::shown(std::string_view path) const {
+  const bool added = prefix_added_ && path.starts_with(kHere) &&
+                     !written_prefixes_.contains(path);
+  return added ? path.substr(kHereLength) : path;
+}
+
+void leave_out_incomplete(Session& session, int32_t list,
+                          const FileList& files) {
+  for (uint32_t i = 0; i < session.count(list); ++i) {
+    if (session.complete(list, i)) continue;
+    complain(files.shown(session.full_name(list, i)),
+             "its facts cannot be read");
+    session.select(list, i, true);
+  }
+  session.remove_selected(list);
 }
 
 }  // namespace zenfo::cli

@@ -10,6 +10,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -27,6 +29,8 @@ struct FileChoice {
   bool here_by_default = true;
   // Filename patterns for the files of folders; none means all files.
   std::vector<std::string> patterns;
+  // Whose lines are taken in the place of arguments; none when empty.
+  std::string list_file;
 };
 
 // Neighbouring arguments for one call: a specification, or else paths.
@@ -66,16 +70,23 @@ class FileList {
 
   uint32_t count() const { return count_; }
   // The path as a person expects it. Valid until the session's next call.
-  std::string_view path(uint32_t index);
+  std::string_view path(uint32_t index) {
+    return shown(session_.full_name(index));
+  }
+  // The same for the path of any file that was in the list.
+  std::string_view shown(std::string_view path) const;
   // Whether the user named the file itself, not its folder or a pattern.
   bool is_named(uint32_t index) const { return stretch_of(index).named; }
   // Whether the file stands earlier in the list, entered by another pattern.
   bool is_repeat(uint32_t index) const { return repeats_.contains(index); }
 
+  // Takes the repeats out. Like a sort, it moves files: is_named() and
+  // is_repeat() do not hold any more, path() does.
+  void drop_repeats();
+
  private:
   struct Stretch {
     uint32_t first;
-    size_t added_prefix;
     bool named;
   };
 
@@ -84,13 +95,22 @@ class FileList {
   void add_folder(const std::string& folder, const FileChoice& choice);
   void add_pattern(const std::string& argument);
   void load(const FactOptions& facts);
+  void load_list(const std::string& file, const FactOptions& facts);
   void note_repeats();
+  void note_written_prefixes();
 
   Session& session_;
   std::vector<ArgumentRun> runs_;
   std::vector<Stretch> stretches_;  // by first
   std::unordered_set<uint32_t> repeats_;
+  bool prefix_added_ = false;  // in front of some paths
+  // Paths that begin like that because the user wrote them so.
+  std::set<std::string, std::less<>> written_prefixes_;
   uint32_t count_ = 0;
 };
+
+// Complains about the files of a list that lack a fact and takes them out.
+void leave_out_incomplete(Session& session, int32_t list,
+                          const FileList& files);
 
 }  // namespace zenfo::cli

@@ -1,6 +1,7 @@
 // zenfo files: lists files with their facts.
 //
-// Tested by tests/cli/command_test.cpp
+// Tested by tests/cli/command_test.cpp, files_test.cpp,
+// posix_files_test.cpp
 #include <algorithm>
 #include <string>
 #include <string_view>
@@ -10,10 +11,12 @@
 #include "command_line.h"
 #include "commands.h"
 #include "file_arguments.h"
+#include "keys.h"
 #include "library.h"
 #include "messages.h"
 #include "output.h"
 #include "system.h"
+#include "text_file.h"
 
 namespace zenfo::cli {
 namespace {
@@ -26,12 +29,24 @@ const HelpTexts kHelpTexts = {
     "'src/*.c'. Without any, the current folder and all below it are listed.\n"
     "Names that begin with a point are passed over unless given in full.",
     "Columns: name, folder, type, created, accessed, modified, size,\n"
-    "attributes, path.\n"
+    "attributes, path. Keys are the same, and 'all' for name, size, modified\n"
+    "and attributes, the first that differs. Capital and small letters are\n"
+    "the same; files that are equal come in any order. Of two times 3 to 7\n"
+    "minutes apart the later may come first.\n"
+    "\n"
+    "A saved list has a path a line; an export has the columns without "
+    "'path',\n"
+    "in the order above. Both end lines in CR LF. The exit status is 2 when\n"
+    "something could not be listed or saved, else 0.\n"
     "\n"
     "Examples:\n"
     "  zenfo files                          all files from here down\n"
     "  zenfo files -r src --include '*.h'   the headers below src\n"
     "  zenfo files 'doc/*.txt' --columns size,modified,path --total\n"
+    "  zenfo files -r src --sort size --reverse --columns size,path\n"
+    "  zenfo files -r src --save-list src.list\n"
+    "  zenfo files --from-list src.list --total\n"
+    "  zenfo files --columns name,size --export sizes.csv --separator ';'\n"
     "  zenfo files -r0 . | xargs -0 wc -c   for names with any bytes in "
     "them\n"};
 
@@ -41,45 +56,87 @@ struct FilesOptions {
   ResultForm form;
   std::vector<const Column*> columns;
   bool total = false;
+  const Key* sort = nullptr;
+  bool reverse = false;
+  std::string save_list;
+  std::string export_to;
+  std::string separator;
+};
+
+// What is given once and looked at when all is known.
+struct Given {
+  std::string columns = "path";
+  std::string sort;
+  std::string separator;
 };
 
 std::vector<const Column*> parse_columns(const CommandLine& line,
-                                         std::string_view names) {
+                                         const std::string& names) {
   std::vector<const Column*> columns;
-  while (true) {
-    const size_t end = names.find(',');
-    const std::string name(names.substr(0, end));
-    const Column* column = find_column(name);
-    if (column == nullptr) {
-      throw line.wrong("--columns",
-                       "no column '" + name + "' among " + column_names());
-    }
-    columns.push_back(column);
-    if (end == std::string_view::npos) return columns;
-    names.remove_prefix(end + 1);
+  for (const std::string& name : parts_of(names)) {
+    columns.push_back(find_column(name));
+    if (columns.back() != nullptr) continue;
+    throw line.wrong("--columns",
+                     "no column '" + name + "' among " + column_names());
+  }
+  return columns;
+}
+
+void declare(CommandLine& line, FilesOptions& options, Given& given) {
+  line.arguments(options.paths);
+  add_choice_options(line, options.choice);
+  add_list_option(line, options.choice);
+  line.value("--columns", given.columns, "LIST",
+             "Columns to show, as 'size,path'");
+  line.value("--sort", given.sort, "KEY", "Sort by a key, see below");
+  line.flag("--reverse", options.reverse, "Sort from the last to the first");
+  line.flag("--total", options.total,
+            "End with the number of files and the sum of sizes");
+  line.file("--save-list", options.save_list,
+            "Save the paths in FILE, for --from-list");
+  line.file("--export", options.export_to,
+            "Write the columns to FILE too, tabs between");
+  line.value("--separator", given.separator, "TEXT",
+             "With --export, put TEXT between, not a tab");
+  add_form_options(line, options.form);
+}
+
+void check_export(const CommandLine& line, const FilesOptions& options,
+                  const Given& given) {
+  if (options.export_to.empty()) {
+    if (given.separator.empty()) return;
+    throw line.wrong("--separator", "goes with --export");
+  }
+  for (const Column* column : options.columns) {
+    if (column->field != 0) continue;
+    throw line.wrong("--export", "needs --columns without 'path'");
   }
 }
 
 // False when only help was asked for.
 bool parse(const Arguments& arguments, FilesOptions& options, Output& output) {
   CommandLine line("files", kHelpTexts);
-  std::string columns = "path";
-  line.arguments(options.paths);
-  add_choice_options(line, options.choice);
-  line.value("--columns", columns, "LIST", "Columns to show, as 'size,path'");
-  line.flag("--total", options.total,
-            "End with the number of files and the sum of sizes");
-  add_form_options(line, options.form);
+  Given given;
+  declare(line, options, given);
   if (!line.parse(arguments, output)) return false;
   check_form(line, options.form);
   check_choice(line, options.choice);
-  options.columns = parse_columns(line, columns);
+  check_list_option(line, options.choice, options.paths);
+  options.columns = parse_columns(line, given.columns);
+  if (!given.sort.empty()) {
+    options.sort = &find_key(line, "--sort", given.sort);
+  } else if (options.reverse) {
+    throw line.wrong("--reverse", "goes with --sort");
+  }
+  check_export(line, options, given);
+  options.separator = given.separator.empty() ? "\t" : given.separator;
   return true;
 }
 
 FactOptions facts_for(const FilesOptions& options) {
   FactOptions facts;
   if (options.total) facts.ask(ZENFO_OPTION_ATTRIBUTES);
+  if (options.sort != nullptr) ask_for(*options.sort, facts);
   for (const Column* column : options.columns) {
     if (column->option != 0) facts.ask(column->option);
   }
@@ -111,7 +168,7 @@ class Listing {
   void for_each_file(Visit visit) {
     for (uint32_t i = 0; i < files_.count(); ++i) {
       if (system::stop_status() != 0) throw Stopped{};
-      if (!files_.is_repeat(i)) visit(i);
+      visit(i);
     }
   }
 
@@ -146,12 +203,8 @@ class Listing {
   }
 
   void write_total() {
-    session_.select_all(false);
-    uint32_t files = 0;
-    for_each_file([&](uint32_t index) {
-      session_.select(index, true);
-      ++files;
-    });
+    session_.select_all(true);
+    const uint32_t files = files_.count();
     const SizeTotal total = session_.size_of_selection();
     end(options_.form.json
             ? json_total(files, total)
@@ -168,8 +221,35 @@ class Listing {
 
 void complain_about_missing_facts(Session& session, FileList& files) {
   for (uint32_t i = 0; i < files.count(); ++i) {
-    if (session.complete(i) || files.is_repeat(i)) continue;
+    if (session.complete(i)) continue;
     complain(files.path(i), "its facts cannot be read");
+  }
+}
+
+void export_columns(const FilesOptions& options, Session& session) {
+  SavedColumns columns{};
+  for (const Column* column : options.columns) {
+    columns[static_cast<size_t>(column->field)] = 1;
+  }
+  session.select_all(true);
+  if (!can_be_written(options.export_to) ||
+      !session.save_columns(options.export_to, options.separator, columns)) {
+    complain(options.export_to, "the columns cannot be written");
+  }
+}
+
+// Paths are saved as they were shown. One with a line feed cannot be: the line
+// would end there.
+void save_list(const std::string& file, Session& session, FileList& files) {
+  for (uint32_t i = 0; i < files.count(); ++i) {
+    const std::string path(files.path(i));
+    const bool sayable = path.find('\n') == std::string::npos;
+    session.select(i, sayable);
+    session.rename(i, path);
+    if (!sayable) complain(path, "has a line feed, which no list can hold");
+  }
+  if (!can_be_written(file) || !session.save_list(file)) {
+    complain(file, "the list cannot be written");
   }
 }
 
@@ -182,8 +262,14 @@ int run_files(const Arguments& arguments) {
   Session session;
   const FactOptions facts = facts_for(options);
   FileList files(session, options.paths, options.choice, facts);
+  files.drop_repeats();
   if (facts.any()) complain_about_missing_facts(session, files);
+  if (options.sort != nullptr) {
+    session.sort(options.sort->option, options.reverse);
+  }
   Listing(options, session, files, output).write();
+  if (!options.export_to.empty()) export_columns(options, session);
+  if (!options.save_list.empty()) save_list(options.save_list, session, files);
   session.complain_about_errors();
   return kDone;
 }

@@ -179,10 +179,11 @@ uint32_t Session::find_files(const std::string& specification,
   return find(kFiles, specification, facts);
 }
 
-void Session::copy_seeds(int32_t target, size_t count) {
+void Session::copy(int32_t source, int32_t target, size_t count,
+                   const FactOptions& facts) {
+  if (count == 0) return;
   copies_wanted_ = count;
-  const int32_t copied =
-      AddFileToList(kSeeds, target, FactOptions{}.bytes.data());
+  const int32_t copied = AddFileToList(source, target, facts.bytes.data());
   finish(copied == static_cast<int32_t>(count) ? copied : -1, "list of files");
 }
 
@@ -202,7 +203,7 @@ void Session::make_seed(const std::vector<std::string>& paths) {
 
 // Doubles the entries, so that many paths cost few calls.
 void Session::grow_seeds(size_t count) {
-  for (; seeds_ < count; seeds_ *= 2) copy_seeds(kSeeds, seeds_);
+  for (; seeds_ < count; seeds_ *= 2) copy(kSeeds, kSeeds, seeds_, {});
 }
 
 void Session::append_paths(const std::vector<std::string>& paths) {
@@ -210,10 +211,14 @@ void Session::append_paths(const std::vector<std::string>& paths) {
   if (seeds_ == 0) make_seed(paths);
   grow_seeds(paths.size());
   uint32_t index = count();
-  copy_seeds(kFiles, paths.size());
+  copy(kSeeds, kFiles, paths.size(), {});
   for (const std::string& path : paths) {
-    finish(SetFullName(kFiles, index++, path.c_str()), path.c_str());
+    rename(index++, path);
   }
+}
+
+void Session::rename(uint32_t index, const std::string& path) {
+  finish(SetFullName(kFiles, index, path.c_str()), path.c_str());
 }
 
 uint32_t Session::count(int32_t list) {
@@ -222,17 +227,68 @@ uint32_t Session::count(int32_t list) {
   return static_cast<uint32_t>(records);
 }
 
-bool Session::selected(uint32_t index) { return GetState(kFiles, index) == 1; }
+bool Session::selected(int32_t list, uint32_t index) {
+  return GetState(list, index) == 1;
+}
 
-void Session::select(uint32_t index, bool on) {
-  finish(SetState(kFiles, static_cast<int32_t>(index), on), "list of files");
+void Session::select(int32_t list, uint32_t index, bool on) {
+  finish(SetState(list, static_cast<int32_t>(index), on), "list of files");
 }
 
 void Session::select_all(bool on) {
   finish(SetState(kFiles, -1, on), "list of files");
 }
 
-bool Session::complete(uint32_t index) { return GetFlag(kFiles, index) == 0; }
+bool Session::complete(int32_t list, uint32_t index) {
+  return GetFlag(list, index) == 0;
+}
+
+bool Session::trashed(uint32_t index) { return IsTrashed(kFiles, index) == 1; }
+
+void Session::remove_selected(int32_t list) {
+  finish(RemoveSelection(list), "list of files");
+}
+
+void Session::load_list(const std::string& file, const FactOptions& facts) {
+  finish(LoadFileList(file.c_str(), facts.bytes.data()), file.c_str());
+}
+
+void Session::move_files_to(int32_t list, const FactOptions& facts) {
+  copy(kFiles, list, count(), facts);
+  finish(Clear(kFiles), "list of files");
+}
+
+void Session::sort(uint32_t option, bool descending) {
+  if (count() > 1) finish(Sort(kFiles, option, descending), "sort");
+}
+
+void Session::select_duplicates(uint32_t option) {
+  if (count() > 1) finish(SelectDuplicates(kFiles, option), "duplicates");
+}
+
+void Session::compare(uint32_t option, bool common) {
+  finish(CompareLists(option, common), "comparison");
+}
+
+bool Session::all_common() {
+  return GetFileFlagCount(kFiles, 0) == 0 &&
+         GetFileFlagCount(ZENFO_LIST_PAIRS, 0) == 0;
+}
+
+bool Session::save_list(const std::string& file) {
+  const int32_t lines = SaveFileList(file.c_str());
+  finish(0, "list of files");
+  return lines >= 0;
+}
+
+bool Session::save_columns(const std::string& file,
+                           const std::string& separator,
+                           const SavedColumns& columns) {
+  const int32_t lines =
+      SaveSelection(kFiles, file.c_str(), separator.c_str(), columns.data());
+  finish(0, "list of files");
+  return lines >= 0;
+}
 
 std::optional<std::string_view> Session::text(TextAccessor accessor,
                                               uint32_t index) {

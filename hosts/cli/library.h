@@ -35,6 +35,9 @@ struct FactOptions {
 using TextAccessor = int32_t(ZENFO_CALL*)(int32_t list, uint32_t index,
                                           char* buffer, uint32_t size);
 
+// Byte n asks for the column that SaveSelection() has under n.
+using SavedColumns = std::array<unsigned char, 10>;
+
 struct SizeTotal {
   std::string short_text;  // "1.50 KB"
   std::string long_text;   // "1.50 KB (1536 Bytes)"
@@ -62,18 +65,43 @@ class Session {
   // Gathers facts for the whole list.
   void gather_facts(const FactOptions& facts) { find_files("", facts); }
 
+  // Replaces the files by those on the lines of a list file and gathers facts.
+  // Files that are gone or lie in a recycle bin are incomplete.
+  void load_list(const std::string& file, const FactOptions& facts);
+  // Only the path changes; all facts but the names stay.
+  void rename(uint32_t index, const std::string& path);
+  // Moves the files to a list, with facts gathered anew.
+  void move_files_to(int32_t list, const FactOptions& facts);
+
   uint32_t count() { return count(ZENFO_LIST_FILES); }
-  bool selected(uint32_t index);
-  void select(uint32_t index, bool on);
+  bool selected(uint32_t index) { return selected(ZENFO_LIST_FILES, index); }
+  void select(uint32_t index, bool on) { select(ZENFO_LIST_FILES, index, on); }
   void select_all(bool on);
   // False when a fact asked for is missing.
-  bool complete(uint32_t index);
+  bool complete(uint32_t index) { return complete(ZENFO_LIST_FILES, index); }
+  bool trashed(uint32_t index);
   // None when the entry has no such text. Valid until the next call.
   std::optional<std::string_view> text(TextAccessor accessor, uint32_t index);
   std::string_view full_name(uint32_t index) {
     return full_name(ZENFO_LIST_FILES, index);
   }
   SizeTotal size_of_selection();
+
+  // The rest of the list operations. A list of fewer than two files is sorted
+  // as it is. An option is one of those that Sort() takes.
+  void sort(uint32_t option, bool descending);
+  // Sorts the files and selects, of those that are equal, all but the first.
+  void select_duplicates(uint32_t option);
+  // Compares the files with those of list 2: selects what both hold, or what
+  // the other lacks.
+  void compare(uint32_t option, bool common);
+  // Whether it found no file that the other list lacks.
+  bool all_common();
+  // Write the paths, or columns, of the selected files. False when the file
+  // cannot be written.
+  bool save_list(const std::string& file);
+  bool save_columns(const std::string& file, const std::string& separator,
+                    const SavedColumns& columns);
 
   // What the host answers when a file's matches were found.
   enum class Answer : int32_t { kTake = 1, kStop = 2 };
@@ -94,6 +122,11 @@ class Session {
   // call.
   uint32_t count(int32_t list);
   std::string_view full_name(int32_t list, uint32_t index);
+  bool selected(int32_t list, uint32_t index);
+  void select(int32_t list, uint32_t index, bool on);
+  bool complete(int32_t list, uint32_t index);
+  // Brings the list back into the order in which its records were added.
+  void remove_selected(int32_t list);
 
   // None when the file cannot be loaded.
   std::optional<TextCounts> count_words(const std::string& path);
@@ -122,7 +155,8 @@ class Session {
                 const FactOptions& facts);
   void make_seed(const std::vector<std::string>& paths);
   void grow_seeds(size_t count);
-  void copy_seeds(int32_t target, size_t count);
+  void copy(int32_t source, int32_t target, size_t count,
+            const FactOptions& facts);
   // Ends an operation: erases the bar, throws when there is a reason to.
   void finish(int32_t result, const char* what);
   [[noreturn]] void fail(const char* what);

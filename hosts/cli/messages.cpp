@@ -7,6 +7,9 @@
 namespace zenfo::cli {
 namespace {
 
+// Longer than any path of a file that there is.
+constexpr size_t kLongestSubject = 4096;
+
 bool any_complaint = false;
 
 }  // namespace
@@ -19,8 +22,8 @@ void complain(std::string_view subject, std::string_view reason) {
 void remark(std::string_view subject, std::string_view reason) {
   std::string line = "zenfo: ";
   if (!subject.empty()) {
-    line += subject;
-    line += ": ";
+    line += subject.substr(0, kLongestSubject);
+    line += subject.size() > kLongestSubject ? "...: " : ": ";
   }
   line += reason;
   std::replace_if(

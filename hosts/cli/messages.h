@@ -9,10 +9,13 @@
 
 namespace zenfo::cli {
 
-// Exit statuses. kFound and kNothingFound are the answers of a search.
+// Exit statuses. kFound and kNothingFound are the answers of a search, kSame
+// and kDifferent those of a comparison.
 inline constexpr int kFound = 0;
 inline constexpr int kDone = 0;
 inline constexpr int kNothingFound = 1;
+inline constexpr int kSame = 0;
+inline constexpr int kDifferent = 1;
 inline constexpr int kError = 2;
 
 // Ends the command: thrown where going on makes no sense.
@@ -25,7 +28,7 @@ struct Failure {
 struct Stopped {};
 
 // Line feeds inside the subject are shown as "?", so that a message stays one
-// line. An empty subject is left out.
+// line; a subject too long for a path is cut, an empty one left out.
 void complain(std::string_view subject, std::string_view reason);
 // The same for what is worth telling but no error.
 void remark(std::string_view subject, std::string_view reason);

@@ -1,8 +1,7 @@
 #include "search.h"
 
-#include <cstdio>
-
 #include "messages.h"
+#include "text_file.h"
 #include "zenfofr130.h"
 
 namespace zenfo::cli {
@@ -10,10 +9,8 @@ namespace {
 
 // The library does without a report that it cannot write.
 void check_report(const std::string& path) {
-  if (path.empty()) return;
-  std::FILE* file = std::fopen(path.c_str(), "ab");
-  if (file == nullptr) throw Failure{path, "the report cannot be written"};
-  std::fclose(file);
+  if (path.empty() || can_be_written(path)) return;
+  throw Failure{path, "the report cannot be written"};
 }
 
 void check_compiled(int32_t result, const std::string& text) {

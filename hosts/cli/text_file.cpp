@@ -1,5 +1,7 @@
 #include "text_file.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <string_view>
 
 #include "found_text.h"
@@ -47,6 +49,29 @@ void check_crlf_lines(const std::string& path) {
     throw Failure{path, "line " + std::to_string(number) +
                             " does not end in CR LF, as --summary needs"};
   });
+}
+
+size_t longest_list_line(const std::string& path) {
+  FileBytes bytes;
+  load(bytes, path);
+  const std::string_view text = bytes.view();
+  size_t longest = 0;
+  size_t start = 0;
+  for (size_t end; (end = text.find("\r\n", start)) != text.npos;) {
+    longest = std::max(longest, end - start);
+    start = end + 2;
+  }
+  if (start == 0 && text.find('\n') != text.npos) {
+    throw Failure{path, "its lines end in LF, those of a list in CR LF"};
+  }
+  return std::max(longest, text.size() - start);
+}
+
+bool can_be_written(const std::string& path) {
+  std::FILE* file = std::fopen(path.c_str(), "ab");
+  if (file == nullptr) return false;
+  std::fclose(file);
+  return true;
 }
 
 }  // namespace zenfo::cli

@@ -1,8 +1,9 @@
-// Files of lines that options name: texts to find, paths to search.
+// Files that options name: texts to find, paths to search, results.
 //
-// Tested by tests/cli/find_test.cpp
+// Tested by tests/cli/find_test.cpp, files_test.cpp
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -13,5 +14,10 @@ namespace zenfo::cli {
 std::vector<std::string> read_text_lines(const std::string& path);
 // Throws Failure unless all lines end in CR LF.
 void check_crlf_lines(const std::string& path);
+// Bytes of the longest line of a list file, whose lines end in CR LF. Throws
+// Failure for a file that cannot be read or whose lines end in LF alone.
+size_t longest_list_line(const std::string& path);
+// Makes the file when it is missing.
+bool can_be_written(const std::string& path);
 
 }  // namespace zenfo::cli

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -11,6 +10,7 @@
 #include <vector>
 
 #include "cli/process.h"
+#include "cli/results.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::test {
@@ -21,28 +21,6 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::MatchesRegex;
 using ::testing::StartsWith;
-
-std::string own(std::string path) {
-  std::replace(path.begin(), path.end(), '/', kSeparator);
-  return path;
-}
-
-std::string lines(const std::vector<std::string>& paths) {
-  std::string text;
-  for (const std::string& path : paths) text += own(path) + '\n';
-  return text;
-}
-
-std::vector<json> json_lines(const std::string& text) {
-  std::vector<json> values;
-  size_t start = 0;
-  while (start < text.size()) {
-    const size_t end = text.find('\n', start);
-    values.push_back(json::parse(text.substr(start, end - start)));
-    start = end + 1;
-  }
-  return values;
-}
 
 // a.txt, b.c, sub/c.txt, sub/deep/d.h and a hidden file.
 class Command : public ::testing::Test {

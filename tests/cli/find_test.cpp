@@ -2,13 +2,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "cli/process.h"
+#include "cli/results.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::test {
@@ -16,28 +16,6 @@ namespace {
 
 using nlohmann::json;
 using namespace std::string_literals;
-
-std::string own(std::string path) {
-  std::replace(path.begin(), path.end(), '/', kSeparator);
-  return path;
-}
-
-// As own(), but for a zero byte or a text that holds slashes of its own.
-std::string lines(const std::vector<std::string>& paths) {
-  std::string text;
-  for (const std::string& path : paths) text += own(path) + '\n';
-  return text;
-}
-
-std::vector<json> json_lines(const std::string& text) {
-  std::vector<json> values;
-  for (size_t start = 0; start < text.size();) {
-    const size_t end = text.find('\n', start);
-    values.push_back(json::parse(text.substr(start, end - start)));
-    start = end + 1;
-  }
-  return values;
-}
 
 class Find : public ::testing::Test {
  protected:
