@@ -1,7 +1,7 @@
 // The keys by which lists are sorted, searched for duplicates and compared:
 // one table from their names to the library's options.
 //
-// Tested by tests/cli/files_test.cpp
+// Tested by tests/cli/files_test.cpp, dups_test.cpp, compare_test.cpp
 #pragma once
 
 #include <array>

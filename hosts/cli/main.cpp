@@ -31,7 +31,9 @@ int run_help(const Arguments& arguments);
 
 constexpr Command kCommands[] = {
     {"case", "turn a text in files to capital or small letters", run_case},
+    {"compare", "what two lists of files have in common", run_compare},
     {"count", "count bytes, words and lines of files", run_count},
+    {"dups", "list files that are the same by their facts", run_dups},
     {"files", "list files and what is known about them", run_files},
     {"find", "show the lines of files that hold a text", run_find},
     {"replace", "replace a text in files", run_replace},
@@ -53,8 +55,10 @@ constexpr std::string_view kHelpEnd =
     "  zenfo find TODO                 lines that hold TODO, from here down\n"
     "  zenfo files -r src --total      all files below src, and their size\n"
     "\n"
-    "The exit status is 0 for success, 1 when a search found nothing, 2 after\n"
-    "an error and 130 when the command was stopped.\n";
+    "The exit status is 0 for success, 1 when a search found nothing or what "
+    "is\n"
+    "compared differs, 2 after an error and 130 when the command was "
+    "stopped.\n";
 
 const Command& find_command(std::string_view name) {
   for (const Command& command : kCommands) {

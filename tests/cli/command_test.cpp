@@ -246,7 +246,7 @@ TEST_F(Command, ExplainsItself) {
 }
 
 TEST_F(Command, ExplainsEachCommandInLinesThatFitAScreen) {
-  for (const std::string name : {"count", "files", "find"}) {
+  for (const std::string name : {"compare", "count", "dups", "files", "find"}) {
     const Outcome help = run({"help", name});
     EXPECT_THAT(help.out, AllOf(StartsWith("Usage: zenfo " + name + " ["),
                                 HasSubstr("\nExamples:\n")));

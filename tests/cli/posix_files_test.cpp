@@ -1,5 +1,5 @@
-// zenfo files where Linux has more: names of any bytes, full disks, rights,
-// times that can be set.
+// zenfo files, dups and compare where Linux has more: names of any bytes,
+// links, full disks, rights, times that can be set.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -114,6 +114,32 @@ TEST_F(PosixFiles, InARecycleBinAreNamed) {
   EXPECT_EQ(
       run({"files", "--from-list", "list"}),
       (Outcome{"list\n", "zenfo: recycled/a: lies in a recycle bin\n", 2}));
+}
+
+TEST_F(PosixFiles, ByLinksAreNoDuplicates) {
+  folder_.file("a/x", "12");
+  folder_.folder("b");
+  folder_.folder("c");
+  ASSERT_EQ(link(folder_.path("a/x").c_str(), folder_.path("b/x").c_str()), 0);
+  ASSERT_EQ(symlink("../a/x", folder_.path("c/x").c_str()), 0);
+  EXPECT_EQ(run({"dups", "--by", "name"}), (Outcome{"", "", 1}));
+  folder_.file("d/x", "12");
+  EXPECT_EQ(run({"dups", "--by", "name"}), (Outcome{"a/x\nd/x\n", "", 0}));
+}
+
+TEST_F(PosixFiles, AreNotFoundSameOrDifferentWhenOutputIsLost) {
+  folder_.file("a/x", "");
+  folder_.file("b/x", "");
+  Start start;
+  start.folder = folder_.path();
+  start.output_file = "/dev/full";
+  for (const auto& arguments : std::vector<std::vector<std::string>>{
+           {"compare", "a", "b"}, {"dups", "--by", "name"}}) {
+    start.arguments = arguments;
+    EXPECT_EQ(
+        run_zenfo(start),
+        (Outcome{"", "zenfo: standard output: No space left on device\n", 2}));
+  }
 }
 
 }  // namespace

@@ -1,0 +1,184 @@
+// zenfo compare: what two lists of files have in common, or what one has that
+// the other lacks.
+//
+// The library compares lists 1 and 2. Both are filled by way of list 1.
+//
+// Tested by tests/cli/compare_test.cpp, posix_files_test.cpp
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "command_line.h"
+#include "commands.h"
+#include "file_arguments.h"
+#include "keys.h"
+#include "library.h"
+#include "messages.h"
+#include "output.h"
+#include "system.h"
+
+namespace zenfo::cli {
+namespace {
+
+const HelpTexts kHelpTexts = {
+    "zenfo compare [OPTIONS] A B",
+    "Compares two lists of files by a key and shows the files that both hold:\n"
+    "those of A behind '< ', then those of B behind '> '. With --differ it\n"
+    "shows the files that the other one lacks. What the files hold is not\n"
+    "compared.\n"
+    "\n"
+    "A and B are folders, files, or patterns for the files of one folder, as\n"
+    "'src/*.c'; with --lists, saved lists of files. Names that begin with a\n"
+    "point are passed over unless given in full.",
+    "Keys: name, folder, type, created, accessed, modified, size, attributes,\n"
+    "path, and all: name, size, modified and attributes together. Capital and\n"
+    "small letters are the same. Among files written within minutes of each\n"
+    "other some that are the same by a time may be missed.\n"
+    "\n"
+    "The exit status is 0 when A and B are the same, that is, neither lacks a\n"
+    "file of the other; 1 when they differ; and 2 after an error.\n"
+    "\n"
+    "Examples:\n"
+    "  zenfo compare -r photos backup       names that both hold\n"
+    "  zenfo compare -r photos backup --differ --by all\n"
+    "  zenfo compare --lists monday.list today.list --differ\n"
+    "  zenfo files -r src --save-list monday.list    makes such a list\n"};
+
+struct CompareOptions {
+  std::string sides[2];
+  FileChoice choice;
+  ResultForm form;
+  const Key* key = nullptr;
+  bool lists = false;
+  bool differ = false;
+};
+
+void check_sides(const CommandLine& line, CompareOptions& options,
+                 const std::vector<std::string>& paths) {
+  if (paths.size() != 2) {
+    throw line.wrong("compare", "needs two things to compare, A and B");
+  }
+  for (size_t i = 0; i < 2; ++i) {
+    if (paths[i].empty()) throw line.wrong("compare", "A or B is empty");
+    options.sides[i] = paths[i];
+  }
+  if (options.lists &&
+      (options.choice.subfolders || !options.choice.patterns.empty())) {
+    throw line.wrong("--lists", "goes with no -r or --include");
+  }
+}
+
+// False when only help was asked for.
+bool parse(const Arguments& arguments, CompareOptions& options,
+           Output& output) {
+  CommandLine line("compare", kHelpTexts);
+  std::vector<std::string> paths;
+  std::string key;
+  line.arguments(paths);
+  line.value("--by", key, "KEY",
+             "Compare by this key; without, by 'name', or with\n"
+             "--lists by 'path'");
+  line.flag("--differ", options.differ, "Show what the other one lacks");
+  line.flag("--lists", options.lists,
+            "A and B are lists, as 'zenfo files --save-list'\nmakes them");
+  add_choice_options(line, options.choice);
+  add_form_options(line, options.form);
+  if (!line.parse(arguments, output)) return false;
+  check_form(line, options.form);
+  check_choice(line, options.choice);
+  check_sides(line, options, paths);
+  if (key.empty()) key = options.lists ? "path" : "name";
+  options.key = &find_key(line, "--by", key);
+  return true;
+}
+
+// The files of a side, in list 1.
+FileList load_side(Session& session, const CompareOptions& options,
+                   const std::string& side, const FactOptions& facts) {
+  FileChoice choice = options.choice;
+  std::vector<std::string> arguments;
+  if (options.lists) {
+    choice.list_file = side;
+  } else {
+    arguments = {side};
+  }
+  FileList files(session, arguments, choice, facts);
+  files.drop_repeats();
+  leave_out_incomplete(session, ZENFO_LIST_FILES, files);
+  return files;
+}
+
+// To go on would call every file of the other side a difference.
+bool nothing_to_compare(Session& session) {
+  return session.count() == 0 && complained();
+}
+
+struct Side {
+  int32_t list;
+  const char* name;  // in JSON
+  char mark;
+};
+
+constexpr Side kSideA = {ZENFO_LIST_PAIRS, "A", '<'};
+constexpr Side kSideB = {ZENFO_LIST_FILES, "B", '>'};
+
+class Writer {
+ public:
+  Writer(Session& session, const ResultForm& form, Output& output)
+      : session_(session), form_(form), output_(output) {}
+
+  void write(const Side& side, const FileList& files) {
+    for (uint32_t i = 0; i < session_.count(side.list); ++i) {
+      if (system::stop_status() != 0) throw Stopped{};
+      if (!session_.selected(side.list, i)) continue;
+      write_file(side, files.shown(session_.full_name(side.list, i)));
+    }
+  }
+
+ private:
+  void write_file(const Side& side, std::string_view path) {
+    if (form_.json) {
+      output_.put(json_file(side, path));
+    } else {
+      output_.put(side.mark);
+      output_.put(' ');
+      output_.put(path);
+    }
+    output_.put(form_.null ? '\0' : '\n');
+  }
+
+  static std::string json_file(const Side& side, std::string_view path) {
+    return nlohmann::ordered_json{{"side", side.name}, {"path", path}}.dump(
+        -1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  }
+
+  Session& session_;
+  const ResultForm& form_;
+  Output& output_;
+};
+
+}  // namespace
+
+int run_compare(const Arguments& arguments) {
+  CompareOptions options;
+  Output output;
+  if (!parse(arguments, options, output)) return kDone;
+  FactOptions facts;
+  ask_for(*options.key, facts);
+  Session session;
+  const FileList a = load_side(session, options, options.sides[0], facts);
+  if (nothing_to_compare(session)) return kError;
+  session.move_files_to(kSideA.list, facts);
+  const FileList b = load_side(session, options, options.sides[1], facts);
+  if (nothing_to_compare(session)) return kError;
+  session.compare(options.key->option, !options.differ);
+  Writer writer(session, options.form, output);
+  writer.write(kSideA, a);
+  writer.write(kSideB, b);
+  session.complain_about_errors();
+  return session.all_common() ? kSame : kDifferent;
+}
+
+}  // namespace zenfo::cli
