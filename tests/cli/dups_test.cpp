@@ -25,9 +25,13 @@ class Dups : public ::testing::Test {
     arguments.insert(arguments.begin(), "dups");
     return run_zenfo(std::move(arguments), folder_.path());
   }
-  void copy_time(const std::string& from, const std::string& to) const {
-    std::filesystem::last_write_time(
-        folder_.path(to), std::filesystem::last_write_time(folder_.path(from)));
+  // Also on the file whose time it is: not all of it may have been read.
+  void set_time_of(const std::string& file,
+                   const std::vector<std::string>& files) const {
+    const auto time = std::filesystem::last_write_time(folder_.path(file));
+    for (const std::string& name : files) {
+      std::filesystem::last_write_time(folder_.path(name), time);
+    }
   }
 
   TempFolder folder_;
@@ -42,9 +46,7 @@ class Copies : public Dups {
     }
     folder_.file("c/x.txt", "123");
     folder_.file("c/alone", "1");
-    for (const char* name : {"b/X.TXT", "c/x.txt", "a/y", "b/y"}) {
-      copy_time("a/x.txt", name);
-    }
+    set_time_of("a/x.txt", {"a/x.txt", "b/X.TXT", "c/x.txt", "a/y", "b/y"});
     const std::string other = folder_.path("d/x.txt");
     std::filesystem::last_write_time(
         other, std::filesystem::last_write_time(other) - std::chrono::hours(1));

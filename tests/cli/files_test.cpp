@@ -18,8 +18,8 @@ namespace zenfo::test {
 namespace {
 
 using ::testing::EndsWith;
+using ::testing::HasSubstr;
 using ::testing::StartsWith;
-using ::testing::UnorderedElementsAreArray;
 
 class Files : public ::testing::Test {
  protected:
@@ -187,6 +187,24 @@ TEST_F(Files, RefusesWrongSortOptions) {
                     "created, accessed, modified, size, attributes, path, "
                     "all"));
   EXPECT_EQ(run({"--reverse"}), refusal("--reverse: goes with --sort"));
+}
+
+// The message takes the names from the table of keys.
+TEST_F(Files, ExplainsEveryKeyInTheHelp) {
+  std::string names = run({"--sort", "colour"}).err;
+  names = names.substr(names.find("among ") + 6);
+  names.resize(names.find(';'));
+  std::vector<std::string> keys;
+  for (size_t end; (end = names.find(", ")) != names.npos;) {
+    keys.push_back(names.substr(0, end));
+    names.erase(0, end + 2);
+  }
+  keys.push_back(names);
+  EXPECT_EQ(keys.size(), 10u);
+  for (const std::string command : {"files", "dups", "compare"}) {
+    const std::string help = run_zenfo({"help", command}).out;
+    for (const std::string& key : keys) EXPECT_THAT(help, HasSubstr(key));
+  }
 }
 
 // ---- Saved lists
