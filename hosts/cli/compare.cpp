@@ -130,7 +130,8 @@ class Writer {
       : session_(session), form_(form), output_(output) {}
 
   void write(const Side& side, const FileList& files) {
-    for (uint32_t i = 0; i < session_.count(side.list); ++i) {
+    const uint32_t count = session_.count(side.list);
+    for (uint32_t i = 0; i < count; ++i) {
       if (system::stop_status() != 0) throw Stopped{};
       if (!session_.selected(side.list, i)) continue;
       write_file(side, files.shown(session_.full_name(side.list, i)));

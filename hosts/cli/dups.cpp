@@ -100,7 +100,8 @@ class Groups {
   std::vector<Group> take() {
     session_.sort(kPathOption, false);
     std::map<std::vector<uint32_t>, Group> by_place;
-    for (uint32_t i = 0; i < session_.count(); ++i) {
+    const uint32_t count = session_.count();
+    for (uint32_t i = 0; i < count; ++i) {
       const auto place = places_.extract(std::string(session_.full_name(i)));
       if (place.empty() || place.mapped().size() < keys_) continue;
       by_place[place.mapped()].push_back(place.key());

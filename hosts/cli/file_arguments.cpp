@@ -188,7 +188,8 @@ void FileList::note_written_prefixes() {
 void FileList::load_list(const std::string& file, const FactOptions& facts) {
   session_.expect_paths_of(longest_list_line(file));
   session_.load_list(file, facts);
-  for (uint32_t i = 0; i < session_.count(); ++i) {
+  const uint32_t count = session_.count();
+  for (uint32_t i = 0; i < count; ++i) {
     if (session_.complete(i)) continue;
     const std::string path(session_.full_name(i));
     const std::string reason = why_left_out(session_, i, path);
@@ -229,7 +230,8 @@ std::string_view FileList::shown(std::string_view path) const {
 
 void leave_out_incomplete(Session& session, int32_t list,
                           const FileList& files) {
-  for (uint32_t i = 0; i < session.count(list); ++i) {
+  const uint32_t count = session.count(list);
+  for (uint32_t i = 0; i < count; ++i) {
     if (session.complete(list, i)) continue;
     complain(files.shown(session.full_name(list, i)),
              "its facts cannot be read");

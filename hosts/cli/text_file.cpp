@@ -52,6 +52,10 @@ void check_crlf_lines(const std::string& path) {
 }
 
 size_t longest_list_line(const std::string& path) {
+  // A pipe could not be read a second time.
+  if (system::look_at(path).kind == system::PathKind::kOther) {
+    throw Failure{path, "is no ordinary file"};
+  }
   FileBytes bytes;
   load(bytes, path);
   const std::string_view text = bytes.view();

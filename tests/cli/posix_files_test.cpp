@@ -108,6 +108,12 @@ TEST_F(PosixFiles, AreNotTakenFromAListThatMayNotBeRead) {
             (Outcome{"", "zenfo: list: cannot be read\n", 2}));
 }
 
+TEST_F(PosixFiles, AreNotTakenFromAPipe) {
+  mkfifo(folder_.path("pipe").c_str(), 0600);
+  EXPECT_EQ(run({"files", "--from-list", "pipe"}),
+            (Outcome{"", "zenfo: pipe: is no ordinary file\n", 2}));
+}
+
 TEST_F(PosixFiles, InARecycleBinAreNamed) {
   folder_.file("recycled/a", "");
   folder_.file("list", "recycled/a\r\nlist\r\n");
