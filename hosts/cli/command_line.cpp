@@ -100,17 +100,17 @@ void CommandLine::values(const std::string& names,
       ->allow_extra_args(false);
 }
 
-void CommandLine::file(const std::string& names, std::string& value,
-                       const std::string& help) {
+void CommandLine::text(const std::string& names, std::string& value,
+                       const std::string& value_name, const std::string& help) {
   options_
       .add_option_function<std::string>(
           names,
           [this, &value, names](const std::string& text) {
-            if (text.empty()) throw wrong(names, "needs the name of a file");
+            if (text.empty()) throw wrong(names, "needs a value");
             value = unmarked(text);
           },
           help)
-      ->type_name("FILE")
+      ->type_name(value_name)
       ->group(heading_)
       ->take_last();
 }
@@ -229,7 +229,7 @@ void check_choice(const CommandLine& line, const FileChoice& choice) {
 }
 
 void add_list_option(CommandLine& line, FileChoice& choice) {
-  line.file("--from-list", choice.list_file,
+  line.text("--from-list", choice.list_file, "FILE",
             "Take the files on the lines of FILE, each ended by\n"
             "CR LF, in the place of PATHs");
 }

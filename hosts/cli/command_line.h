@@ -45,9 +45,9 @@ class CommandLine {
              const std::string& value_name, const std::string& help);
   void values(const std::string& names, std::vector<std::string>& values,
               const std::string& value_name, const std::string& help);
-  // The name of a file, not empty.
-  void file(const std::string& names, std::string& value,
-            const std::string& help);
+  // The same for a value that must not be empty.
+  void text(const std::string& names, std::string& value,
+            const std::string& value_name, const std::string& help);
   // A whole number of 0 or more.
   void number(const std::string& names, std::optional<uint64_t>& value,
               const std::string& help);

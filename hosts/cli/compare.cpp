@@ -77,9 +77,9 @@ bool parse(const Arguments& arguments, CompareOptions& options,
   std::vector<std::string> paths;
   std::string key;
   line.arguments(paths);
-  line.value("--by", key, "KEY",
-             "Compare by this key; without, by 'name', or with\n"
-             "--lists by 'path'");
+  line.text("--by", key, "KEY",
+            "Compare by this key; without, by 'name', or with\n"
+            "--lists by 'path'");
   line.flag("--differ", options.differ, "Show what the other one lacks");
   line.flag("--lists", options.lists,
             "A and B are lists, as 'zenfo files --save-list'\nmakes them");

@@ -61,8 +61,8 @@ bool parse(const Arguments& arguments, DupsOptions& options, Output& output) {
   CommandLine line("dups", kHelpTexts);
   std::string keys = "all";
   line.arguments(options.paths);
-  line.value("--by", keys, "KEY,...",
-             "Compare by all of these keys; without, by 'all'");
+  line.text("--by", keys, "KEYS",
+            "Compare by all of these keys, as\n'name,size'; without, by 'all'");
   add_choice_options(line, options.choice);
   add_list_option(line, options.choice);
   add_form_options(line, options.form);

@@ -88,16 +88,16 @@ void declare(CommandLine& line, FilesOptions& options, Given& given) {
   add_list_option(line, options.choice);
   line.value("--columns", given.columns, "LIST",
              "Columns to show, as 'size,path'");
-  line.value("--sort", given.sort, "KEY", "Sort by a key, see below");
+  line.text("--sort", given.sort, "KEY", "Sort by a key, see below");
   line.flag("--reverse", options.reverse, "Sort from the last to the first");
   line.flag("--total", options.total,
             "End with the number of files and the sum of sizes");
-  line.file("--save-list", options.save_list,
+  line.text("--save-list", options.save_list, "FILE",
             "Save the paths in FILE, for --from-list");
-  line.file("--export", options.export_to,
+  line.text("--export", options.export_to, "FILE",
             "Write the columns to FILE too, tabs between");
-  line.value("--separator", given.separator, "TEXT",
-             "With --export, put TEXT between, not a tab");
+  line.text("--separator", given.separator, "TEXT",
+            "With --export, put TEXT between, not a tab");
   add_form_options(line, options.form);
 }
 

@@ -186,6 +186,7 @@ TEST_F(Files, RefusesWrongSortOptions) {
             refusal("--sort: no key 'colour' among name, folder, type, "
                     "created, accessed, modified, size, attributes, path, "
                     "all"));
+  EXPECT_EQ(run({"--sort", ""}), refusal("--sort: needs a value"));
   EXPECT_EQ(run({"--reverse"}), refusal("--reverse: goes with --sort"));
 }
 
@@ -295,8 +296,7 @@ TEST_F(Files, RefusesAListTogetherWithPaths) {
   EXPECT_EQ(run({"--from-list", "list", "a"}), refused);
   EXPECT_EQ(run({"--from-list", "list", "-r"}), refused);
   EXPECT_EQ(run({"--from-list", "list", "--include", "*.c"}), refused);
-  EXPECT_EQ(run({"--from-list", ""}),
-            refusal("--from-list: needs the name of a file"));
+  EXPECT_EQ(run({"--from-list", ""}), refusal("--from-list: needs a value"));
 }
 
 TEST_F(Files, ShowsItsListThoughItCannotBeSaved) {
@@ -310,8 +310,7 @@ TEST_F(Files, ShowsItsListThoughItCannotBeSaved) {
       run({"--columns", "name", "--export", nowhere}),
       (Outcome{"a\n", "zenfo: " + nowhere + ": the columns cannot be written\n",
                2}));
-  EXPECT_EQ(run({"--save-list", ""}),
-            refusal("--save-list: needs the name of a file"));
+  EXPECT_EQ(run({"--save-list", ""}), refusal("--save-list: needs a value"));
 }
 
 // ---- Exports
@@ -351,6 +350,8 @@ TEST_F(SortedFiles, AreExportedAsTheyAreShown) {
 TEST_F(Files, RefusesWrongExports) {
   EXPECT_EQ(run({"--export", "out"}),
             refusal("--export: needs --columns without 'path'"));
+  EXPECT_EQ(run({"--columns", "name", "--export", "out", "--separator", ""}),
+            refusal("--separator: needs a value"));
   EXPECT_EQ(run({"--separator", ";"}),
             refusal("--separator: goes with --export"));
   EXPECT_FALSE(file_exists(folder_.path("out")));
