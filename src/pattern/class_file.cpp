@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "frame/guard.h"
 #include "text/records.h"
 
 namespace zenfo {
@@ -113,7 +114,13 @@ void apply_line(std::string_view line, CurrentClasses& current,
   }
   for (const Key& known : kKeys) {
     if (known.name != key) continue;
-    for (CharClass* one : current) known.apply(*one, value);
+    for (CharClass* one : current) {
+      // Without memory for it a class goes without the setting.
+      unlogged(0, [&] {
+        known.apply(*one, value);
+        return 1;
+      });
+    }
   }
 }
 

@@ -28,7 +28,7 @@ CharClass word_bytes() {
 // Counts the matches of a context's pattern; -1 when the host stops it.
 int32_t count_matches(PatternContext& context, const FileContent& content) {
   FindOptions options;
-  options.case_flag = false;
+  options.case_flag = true;  // neither pattern has letters
   options.store = false;
   return find_all(context, content.data(), content.length(), options);
 }
