@@ -20,6 +20,7 @@ using zenfo::test::line_list;
 using zenfo::test::LinePaths;
 using zenfo::test::pattern;
 using zenfo::test::read_file;
+using zenfo::test::RunArguments;
 using zenfo::test::Texts;
 using zenfo::test::write_file;
 
@@ -162,6 +163,64 @@ TEST_F(CaseTest, OverLinesOneFileIsChanged) {
   EXPECT_THAT(errors(),
               ElementsAre(ErrorRecord{missing + " could not be opened",
                                       "loading file", "change_case_f"}));
+}
+
+struct LineCase {
+  const char* find;
+  RunArguments arguments;
+  std::string text;
+  std::string result;
+  const char* found;  // in the summary, behind the path
+};
+
+TEST_F(CaseTest, OverLinesEveryArgumentIsTaken) {
+  ASSERT_TRUE(exclusion("(ab)"));
+  const LineCase cases[] = {
+      {"AB", {.upper = 0}, "AB", "ab", ", found 1"},
+      {"ab", {.upper = 1}, "ab", "AB", ", found 1"},
+      {"ab", {.case_flag = 0}, "Ab", "AB", ", found 1"},
+      {"ab", {.case_flag = 1}, "Ab", "Ab", ", found 0\r\r\n"},
+      {"ab", {.whole_words = 1}, "abc", "abc", ", found 0\r\r\n"},
+      {"ab", {.whole_words = 0}, "abc", "ABc", ", found 1"},
+      {"ab", {.display = 1}, "ab(ab)", "ab(AB)", ", found 1"},
+      {"ab", {.display = 0}, "ab(ab)", "AB(ab)", ", found 1"},
+  };
+  for (const LineCase& c : cases) {
+    SCOPED_TRACE(&c - cases);
+    ASSERT_TRUE(pattern(c.find));
+    const auto one = folder.file("1", c.text);
+    EXPECT_EQ(over_lines(change_case, c.arguments, one), 0);
+    EXPECT_EQ(read_file(one), c.result);
+    EXPECT_EQ(summary(), one + c.found);
+  }
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(CaseTest, OverLinesABinaryFileIsRejectedWhenAsked) {
+  ASSERT_TRUE(pattern("ab"));
+  const auto one = folder.file("1", "ab\x02");
+  EXPECT_EQ(over_lines(change_case, {.binary = 1}, one), 0);
+  EXPECT_EQ(read_file(one), "ab\x02");
+  EXPECT_EQ(summary(), ", ERROR : refer to error log file for details\r\r\n");
+  EXPECT_THAT(
+      errors(),
+      ElementsAre(ErrorRecord{
+          one + " contains a non printable character at position 2 (0x2) ",
+          "loading file", "change_case_f"}));
+  EXPECT_EQ(over_lines(change_case, {}, one), 0);
+  EXPECT_EQ(read_file(one), "AB\x02");
+}
+
+TEST_F(CaseTest, OverLinesAnInvalidAnswerEndsTheRun) {
+  ASSERT_TRUE(pattern("ab"));
+  const auto one = folder.file("1", "ab");
+  HostRecorder host;
+  host.answer_option = [](const HostRecorder::Question&) { return 4; };
+  EXPECT_EQ(over_lines(change_case, {.ask = 1}, one), -1);
+  EXPECT_EQ(read_file(one), "ab");
+  EXPECT_THAT(errors(),
+              ElementsAre(ErrorRecord{"Invalid option", "Prompting user option",
+                                      "change_case_f"}));
 }
 
 TEST_F(CaseTest, OverLinesAnswersZeroWithoutMatchesToo) {

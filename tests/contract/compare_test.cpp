@@ -267,6 +267,35 @@ TEST_F(CompareTest, SelectsWhatItFindsAndNothingElse) {
   EXPECT_THAT(states(ZENFO_LIST_FILES), ElementsAre(0, 0, 0));
 }
 
+TEST_F(CompareTest, FindInListReportsFromTheFirstFileOn) {
+  for (const char* name : {"a", "b", "c"}) add(ZENFO_LIST_FILES, name);
+  const auto reported = [](uint32_t start, uint32_t first_only,
+                           int32_t select) {
+    HostRecorder host;
+    EXPECT_EQ(FindInList(ZENFO_LIST_FILES, 2, "b", 0, 0, start, 0, first_only,
+                         select),
+              1);
+    return host.report_positions();
+  };
+  EXPECT_THAT(reported(0, 0, 0), ElementsAre(0, 1, 2));
+  EXPECT_THAT(reported(1, 1, 0), IsEmpty());
+  EXPECT_THAT(reported(0, 0, 1), ElementsAre(0, 1, 2));
+}
+
+TEST_F(CompareTest, FindInListSearchesTheAttributes) {
+  add(ZENFO_LIST_FILES, "a");
+  const std::string path = folder.path("a");
+  using std::filesystem::perm_options;
+  using std::filesystem::perms;
+  constexpr perms kWrite =
+      perms::owner_write | perms::group_write | perms::others_write;
+  std::filesystem::permissions(path, kWrite, perm_options::remove);
+  EXPECT_EQ(Refresh(ZENFO_LIST_FILES, -1, kAllFacts), 1);
+  EXPECT_EQ(FindInList(ZENFO_LIST_FILES, 9, "R", 0, 1, 0, 1, 0, 0), 1);
+  EXPECT_EQ(FindInList(ZENFO_LIST_FILES, 9, "S", 0, 1, 0, 1, 0, 0), 0);
+  std::filesystem::permissions(path, kWrite, perm_options::add);
+}
+
 TEST_F(CompareTest, FindInListRefusesMissingArgumentsUnlogged) {
   EXPECT_EQ(FindInList(ZENFO_LIST_FILES, 2, "a", 0, 0, 0, 0, 0, 0), -1)
       << "an empty list";

@@ -81,6 +81,23 @@ TEST_F(DisplayTest, ShowsHexLinesOnceToldTo) {
   EXPECT_EQ(GetBytesPerLine(), 16);
 }
 
+TEST_F(DisplayTest, ALayoutAsksAndTellsTheHostAndCanBeStopped) {
+  std::string cats;
+  for (int i = 0; i < 1010; ++i) cats += "cat";
+  look_at(cats, [&] {
+    const int polls = host.interrupt_polls;
+    const size_t reports = host.reports.size();
+    EXPECT_EQ(PrepareDisplay("\n", 0), 1);
+    EXPECT_EQ(host.interrupt_polls - polls, 10) << "on every 101st group";
+    EXPECT_EQ(host.reports.size() - reports, 10u);
+    host.interrupt = [] { return 1; };
+    EXPECT_EQ(PrepareDisplay("\n", 0), -1);
+    EXPECT_EQ(GetDisplayLineCount(), 0);
+    host.interrupt = [] { return 0; };
+  });
+  EXPECT_EQ(GetFlag(ZENFO_LIST_RESULT, 0), 1010) << "the run goes on";
+}
+
 TEST_F(DisplayTest, CopiesItsSeparator) {
   char buffer[4] = "zzz";
   EXPECT_EQ(GetLineSeparator(buffer, 4), 1);
@@ -182,6 +199,13 @@ TEST_F(DisplayWindow, ShowsScrollBarsThatFollowTheLayout) {
     EXPECT_EQ(PrepareDisplay("x", 0), 1);
     EXPECT_EQ(bar_maximum(SB_VERT), 101);
   });
+}
+
+TEST_F(DisplayWindow, ShowsBothScrollBarsOfANewWindow) {
+  ShowScrollBar(window_, SB_BOTH, FALSE);
+  EXPECT_EQ(SetDisplayWindow(window_), 1);
+  constexpr LONG kBars = WS_HSCROLL | WS_VSCROLL;
+  EXPECT_EQ(GetWindowLongA(window_, GWL_STYLE) & kBars, kBars);
 }
 
 TEST_F(DisplayWindow, PaintsMatchesWhereTheyAreFound) {

@@ -403,6 +403,38 @@ TEST_F(EntryTest, FileEntriesInTheListOfPairsAreNoPairs) {
   EXPECT_EQ(get_match_flag(ZENFO_LIST_PAIRS, 0), -1);
 }
 
+TEST_F(EntryTest, FileOperationsPassOverPairs) {
+  constexpr int32_t kPairs = ZENFO_LIST_PAIRS;
+  ASSERT_EQ(AddStringPair("abc", "x"), 1);
+  for (TextAccessor accessor : kTextAccessors) {
+    EXPECT_EQ(read_text(accessor, kPairs, 0), kNoText);
+  }
+  EXPECT_EQ(SetFullName(kPairs, 0, "x"), -1);
+  EXPECT_EQ(GetFlag(kPairs, 0), -1);
+  EXPECT_EQ(IsTrashed(kPairs, 0), -1);
+  EXPECT_EQ(GetIcon(kPairs, 0, nullptr, nullptr), -1);
+  EXPECT_EQ(Refresh(kPairs, 0, kAllFacts.data()), -1);
+  EXPECT_EQ(Refresh(kPairs, -1, kAllFacts.data()), 0);
+  EXPECT_EQ(totals(GetSizeTotal, kPairs), (Totals{1, "0 B", "0 Bytes"}));
+  EXPECT_EQ(GetFileFlagCount(kPairs, 0), 0);
+  EXPECT_EQ(read_text(GetFindString, 0), (Text{1, "abc"}));
+}
+
+TEST_F(EntryTest, FilesAmongPairsAreFoundAndAdded) {
+  constexpr int32_t kPairs = ZENFO_LIST_PAIRS;
+  ASSERT_EQ(AddStringPair("abc", "x"), 1);
+  session.folder.file("a", "abc");
+  ASSERT_EQ(session.find(kPairs, "0~/a"), 1);
+  SetState(kPairs, 0, 1);
+  EXPECT_EQ(FindInFiles(kPairs, "abc", 1, 0, 1), 1);
+  EXPECT_EQ(GetState(kPairs, 0), 0);
+  EXPECT_EQ(GetState(kPairs, 1), 1);
+  HostRecorder host;
+  EXPECT_EQ(AddFileToList(kPairs, ZENFO_LIST_FILES, kNoFacts.data()), 1);
+  EXPECT_EQ(host.file_questions.size(), 1u);
+  EXPECT_THAT(session.names(ZENFO_LIST_FILES), ElementsAre("~/a"));
+}
+
 // --- States, flags, counts ---------------------------------------------------
 
 TEST_F(EntryTest, SetStateFollowsItsActions) {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <map>
@@ -29,6 +30,22 @@ std::map<int, std::string> expected_exports() {
   }
   return expected;
 }
+
+// Hosts in other languages lay these out by hand.
+static_assert(offsetof(CallbackTable, report) == 1 * sizeof(void*));
+static_assert(offsetof(CallbackTable, interrupt) == 2 * sizeof(void*));
+static_assert(offsetof(CallbackTable, status) == 3 * sizeof(void*));
+static_assert(offsetof(CallbackTable, file_question) == 4 * sizeof(void*));
+static_assert(offsetof(CallbackTable, option_question) == 5 * sizeof(void*));
+static_assert(sizeof(CallbackTable) == 6 * sizeof(void*));
+static_assert(offsetof(ProgressRecord, total) == 0);
+static_assert(offsetof(ProgressRecord, position) == 4);
+static_assert(offsetof(ProgressRecord, percent) == 8);
+static_assert(sizeof(ProgressRecord) == 12);
+static_assert(offsetof(TextCounts, size) == 0);
+static_assert(offsetof(TextCounts, words) == 4);
+static_assert(offsetof(TextCounts, lines) == 8);
+static_assert(sizeof(TextCounts) == 12);
 
 TEST(ExportTable, RowsRiseByOrdinalAndLeaveTheUnusedNumbersOut) {
   const std::set<int> unused = {21, 22, 49, 51, 54, 55, 58, 59, 62, 63};

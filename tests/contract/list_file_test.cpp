@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -234,6 +235,73 @@ TEST_F(ListFileTest, AStoppedSaveAnswersZeroWithTheLinesSoFar) {
   EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 1), 0);
   EXPECT_LE(read_file(out()).size(), 300u);
   EXPECT_THAT(errors(), IsEmpty());
+}
+
+// What one walk over 300 records does that the host stops at its first poll,
+// 50 polls having gone before of the kind that is counted to 101.
+class ListFileStopTest : public ListFileTest {
+ protected:
+  void SetUp() override {
+    ListFileTest::SetUp();
+    const std::string file = folder.file("f", "");
+    std::string fifty = "0" + file;
+    for (int i = 1; i < 50; ++i) fifty += ";f";
+    ASSERT_EQ(FindFiles(0, fifty.c_str(), kNoFacts, ""), 50);
+    ASSERT_EQ(SetUndoFile(folder.path("undo").c_str()), 1);
+    std::string copies;
+    for (int i = 0; i < 300; ++i) copies += "a\tb\tc\r\n";
+    zenfo::test::write_file(folder.path("undo"), copies);
+  }
+  // Answers what the walk answered.
+  int32_t stopped(const std::function<int32_t()>& walk) {
+    EXPECT_EQ(
+        load(lines(Texts(300, "a")), options({ZENFO_OPTION_FILE_NAME}).data()),
+        300);
+    EXPECT_EQ(SetState(ZENFO_LIST_FILES, -1, 1), 300);
+    HostRecorder host;
+    host.interrupt = [] { return 1; };
+    // Both counters to their start, one 50 polls on.
+    SetState(ZENFO_LIST_FILES, -1, 1);
+    GetCount(ZENFO_LIST_FILES, 1);
+    EXPECT_EQ(host.interrupt_polls, 2);
+    EXPECT_EQ(GetCount(0, 0), 50);
+    const int32_t answer = walk();
+    EXPECT_EQ(host.interrupt_polls, 3);
+    return answer;
+  }
+  size_t lines_saved() { return read_file(out()).size() / 3; }
+};
+
+TEST_F(ListFileStopTest, SavesStopBehindTheLinesOfTheirPolls) {
+  EXPECT_EQ(stopped([&] { return SaveFileList(out().c_str()); }), 0);
+  EXPECT_EQ(lines_saved(), 100u);
+  EXPECT_EQ(stopped([&] {
+              return SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 1);
+            }),
+            0);
+  EXPECT_EQ(lines_saved(), 50u);
+  const unsigned char names[10] = {0, 0, 1};
+  EXPECT_EQ(stopped([&] {
+              return SaveSelection(ZENFO_LIST_FILES, out().c_str(), ";", names);
+            }),
+            101);
+  EXPECT_EQ(lines_saved(), 101u);
+}
+
+TEST_F(ListFileStopTest, SearchesAndRemovalsCountTheRecordOfTheirPoll) {
+  EXPECT_EQ(stopped([] {
+              return FindInList(ZENFO_LIST_FILES, 2, "a", 0, 0, 0, 0, 0, 0);
+            }),
+            101);
+  EXPECT_EQ(stopped([] { return RemoveSelection(ZENFO_LIST_FILES); }), 250);
+}
+
+TEST_F(ListFileStopTest, LoadsKeepTheRecordOfTheirPoll) {
+  const std::string list = folder.path("list");
+  EXPECT_EQ(stopped([&] { return LoadFileList(list.c_str(), kNoFacts); }), 0);
+  EXPECT_EQ(GetCount(ZENFO_LIST_FILES, -1), 51);
+  EXPECT_EQ(stopped([] { return GetUndoList(); }), 51);
+  EXPECT_EQ(GetCount(ZENFO_LIST_UNDO, -1), 51);
 }
 
 TEST_F(ListFileTest, SavesResultsByTheirFlagWhateverTheirState) {

@@ -20,6 +20,7 @@
 namespace {
 
 using namespace std::string_literals;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using zenfo::test::ErrorRecord;
@@ -222,6 +223,22 @@ TEST_F(ReplaceTest, TheQuestionShowsTheReplacementsAndFlags) {
   EXPECT_EQ(replace_block({.ask = 1, .use_list = 1}), 2);
   EXPECT_EQ(read_file(one), "12 abc ")
       << "one selected again without a value is deleted";
+}
+
+TEST_F(ReplaceTest, TheQuestionShowsTheMatchesOfTheReplacePattern) {
+  ASSERT_TRUE(pattern("a"));
+  ASSERT_TRUE(replace_pattern("x"));
+  const auto one = add("1", "a x");
+  HostRecorder host;
+  host.answer_option = [](const HostRecorder::Question&) {
+    char text[30] = "";
+    EXPECT_EQ(GetMatchText(ZENFO_LIST_REPLACE_MATCHES, 0, text, 20), 1);
+    EXPECT_STREQ(text, "x");
+    return 1;
+  };
+  EXPECT_EQ(replace_block({.ask = 1, .use_pattern = 1}), 1);
+  EXPECT_EQ(host.option_questions.size(), 1u);
+  EXPECT_EQ(read_file(one), "x x");
 }
 
 // ---- Numbering -------------------------------------------------------------
@@ -550,6 +567,19 @@ TEST_F(ReplaceTest, TellsThePhasesOfEachFile) {
   }
 }
 
+TEST_F(ReplaceTest, ARunOverLinesEmptiesTheResultsToo) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = add("1", "a");
+  const auto none = add("2", "b");
+  const auto missing = add_missing("3");
+  EXPECT_EQ(replace_block({}), 1);
+  EXPECT_THAT(found(), ElementsAre(one));
+  EXPECT_THAT(not_found(), ElementsAre(none));
+  EXPECT_THAT(rejected(), ElementsAre(missing));
+  EXPECT_EQ(over_lines(replace_block, {}, none), 0);
+  expect_no_results();
+}
+
 struct Member {
   const char* routine;
   Operation run;
@@ -581,7 +611,11 @@ TEST_F(ReplaceTest, AllMembersKeepTheSameRules) {
                  ? over_lines(member.run, arguments, line_list({one, missing}))
                  : member.run(arguments, nullptr);
     };
-    EXPECT_EQ(run({.safe = 1}), 2);
+    {
+      HostRecorder host;
+      EXPECT_EQ(run({.safe = 1}), 2);
+      EXPECT_THAT(host.statuses, Contains("Now replacing in file " + one));
+    }
     EXPECT_EQ(read_file(one), "XbX");
     EXPECT_THAT(errors(),
                 ElementsAre(ErrorRecord{missing + " could not be opened",
@@ -602,6 +636,75 @@ TEST_F(ReplaceTest, AllMembersKeepTheSameRules) {
     EXPECT_EQ(run({.whole_words = 1}), 0);
     expect_no_matches();
     errors();
+  }
+}
+
+struct ArgumentCase {
+  const char* members;  // those that have this in their names
+  const char* find;
+  const char* replacement;
+  RunArguments arguments;
+  std::string text;
+  std::string result;
+};
+
+// With the exclusion "(a)", the replacement pattern "b" and a list of "V".
+const ArgumentCase kArgumentCases[] = {
+    {"", "a", "X", {.case_flag = 0}, "A", "X"},
+    {"", "a", "X", {.case_flag = 1}, "A", "A"},
+    {"", "a", "X", {.whole_words = 1}, "ab a", "ab X"},
+    {"", "a", "X", {.whole_words = 0}, "ab a", "Xb X"},
+    {"", "a", "X", {.display = 1}, "a(a)", "a(X)"},
+    {"", "a", "X", {.display = 0}, "a(a)", "X(a)"},
+    {"Block", "a", "X", {.mode = 1}, "ba", "bXa"},
+    {"Block", "a", "X", {.use_list = 1}, "aa", "Va"},
+    {"Block", "a", "X", {.use_pattern = 1, .index = 2}, "abb", "bbb"},
+    {"Block", "a", "X", {.use_pattern = 1, .index = 3}, "abb", "abb"},
+    {"Block", "a", "^M", {.expand = 1}, "a", "\r"},
+    {"String", "'a|b'", "X", {.is_pattern = 1}, "a-b", "X-X"},
+    {"String", "^M", "X", {.convert = 1}, "\r", "X"},
+    {"Nbr",
+     "a",
+     "<n>",
+     {.placeholder = "n", .first = 3, .step = 4},
+     "aa",
+     "<3><7>"},
+};
+
+TEST_F(ReplaceTest, EveryMemberTakesEveryArgument) {
+  ASSERT_TRUE(exclusion("(a)"));
+  ASSERT_TRUE(replace_pattern("b"));
+  values({"V"});
+  for (const Member& member : kMembers) {
+    SCOPED_TRACE(member.routine);
+    const auto becomes_by_member = [&](const RunArguments& arguments,
+                                       const std::string& text) {
+      if (!member.lines) return becomes(member.run, arguments, text);
+      const std::string path = folder.file("f", text);
+      over_lines(member.run, arguments, path);
+      return read_file(path);
+    };
+    for (const ArgumentCase& c : kArgumentCases) {
+      if (std::string(member.routine).find(c.members) == std::string::npos) {
+        continue;
+      }
+      SCOPED_TRACE(&c - kArgumentCases);
+      ASSERT_TRUE(pattern(c.find));
+      ASSERT_EQ(Clear(ZENFO_LIST_PAIRS), 1);
+      pair(c.find, c.replacement);
+      RunArguments arguments = c.arguments;
+      arguments.text = c.replacement;
+      EXPECT_EQ(becomes_by_member(arguments, c.text), c.result);
+      EXPECT_THAT(errors(), IsEmpty());
+    }
+    ASSERT_TRUE(pattern("a"));
+    EXPECT_EQ(becomes_by_member({.binary = 1}, "a\x01"), "a\x01");
+    EXPECT_THAT(
+        errors(),
+        ElementsAre(ErrorRecord{
+            folder.path("f") +
+                " contains a non printable character at position 1 (0x1) ",
+            "loading file", member.routine}));
   }
 }
 
@@ -817,6 +920,24 @@ TEST_F(ReplaceTest, InterruptedBetweenItsStringsAFileIsToldOfAsItIs) {
     host.interrupt = [] { return 0; };
     EXPECT_EQ(Undo(), 0);
     EXPECT_EQ(read_file(one), text);
+  }
+}
+
+TEST_F(ReplaceTest, AStopWhileAreasAreSoughtEndsTheRun) {
+  ASSERT_TRUE(pattern("a"));
+  ASSERT_TRUE(exclusion("(a)"));
+  use_store();
+  std::string text;
+  for (int i = 0; i < 300; ++i) text += "(a)";
+  const auto one = add("1", text);
+  for (const int32_t safe : {0, 1}) {
+    HostRecorder host;
+    stop_once(host, "Now parsing");
+    EXPECT_EQ(replace_block({.safe = safe}), -1);
+    EXPECT_EQ(read_file(one), text);
+    EXPECT_THAT(originals(), IsEmpty());
+    expect_no_results();
+    expect_no_matches();
   }
 }
 

@@ -17,6 +17,7 @@ using testing::IsEmpty;
 using zenfo::test::ErrorRecord;
 using zenfo::test::HostRecorder;
 using zenfo::test::ListTest;
+using zenfo::test::read_file;
 using zenfo::test::runtime_error;
 using zenfo::test::Texts;
 
@@ -156,6 +157,20 @@ TEST_F(SortTest, SortsPairsByStateFindAndReplaceString) {
   EXPECT_EQ(Sort(ZENFO_LIST_PAIRS, 14, 1), 1) << "the same keys";
   EXPECT_THAT(finds(), ElementsAre("A", "b", "c"));
   EXPECT_EQ(Sort(ZENFO_LIST_PAIRS, 2, 0), 1) << "pairs have no file name";
+}
+
+TEST_F(SortTest, PairsAndValuesAreSavedInTheSortedOrder) {
+  AddStringPair("c", "1");
+  AddStringPair("a", "2");
+  AddStringPair("b", "3");
+  ASSERT_EQ(SortString(1, 0), 1);
+  const std::string out = folder.path("out");
+  EXPECT_EQ(SaveStringPair(out.c_str(), 0), 3);
+  EXPECT_EQ(read_file(out), "a\t2\r\nb\t3\r\nc\t1\r\n");
+  fill_values({"c", "a", "b"});
+  ASSERT_EQ(sort_replace_list(1, 0), 1);
+  EXPECT_EQ(save_replace_list(out.c_str()), 3);
+  EXPECT_EQ(read_file(out), "a\r\r\nb\r\r\nc\r\r\n");
 }
 
 TEST_F(SortTest, SortsValuesByStateAndValue) {
@@ -370,6 +385,34 @@ TEST_F(SortTest, AStopKeepsWhatIsNotYetRemoved) {
   EXPECT_LT(left, 501);
   EXPECT_EQ(GetCount(ZENFO_LIST_PAIRS, -1), left);
   EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(SortTest, AStopForgetsTheOrderToo) {
+  Texts descending;
+  for (int i = 999; i > 699; --i) descending.push_back(std::to_string(i));
+  fill_pairs(descending);
+  SortString(1, 0);
+  ASSERT_EQ(finds()[0], "700");
+  {
+    HostRecorder host;
+    host.interrupt = [] { return 1; };
+    EXPECT_EQ(RemoveSelection(ZENFO_LIST_PAIRS), 300);
+    EXPECT_EQ(host.interrupt_polls, 1);
+  }
+  EXPECT_EQ(finds(), descending);
+}
+
+TEST_F(SortTest, RemovalReportsZerosAndNoPositions) {
+  fill_pairs(Texts(1000, "a"));
+  HostRecorder host;
+  EXPECT_EQ(RemoveSelection(ZENFO_LIST_PAIRS), 1000);
+  EXPECT_THAT(host.reports.size(), testing::AnyOf(9u, 10u))
+      << "on every 101st record";
+  for (const ProgressRecord& report : host.reports) {
+    EXPECT_EQ(report.total, 0u);
+    EXPECT_EQ(report.position, 0u);
+    EXPECT_EQ(report.percent, 0);
+  }
 }
 
 TEST_F(SortTest, AHostThatReadsTheListMeanwhileDoesNotMoveTheWalk) {

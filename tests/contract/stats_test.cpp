@@ -100,6 +100,29 @@ TEST_F(CountTest, AStopStoresNothing) {
   EXPECT_EQ(host.interrupt_polls, 1);
 }
 
+TEST_F(CountTest, ReportsItsProgress) {
+  const std::string path = folder.file("f", "a b");
+  HostRecorder host;
+  TextCounts counts;
+  EXPECT_EQ(get_word_count(path.c_str(), &counts), 1);
+  EXPECT_EQ(host.report_positions(), (std::vector<uint32_t>{0, 1, 2, 0}))
+      << "the words, then the beginning of the lines";
+}
+
+TEST_F(CountTest, AStopWhileLinesAreCountedStoresNothing) {
+  std::string text;
+  for (int i = 0; i < 5000; ++i) text += "\r\n";
+  const std::string path = folder.file("f", text);
+  HostRecorder host;
+  host.interrupt = [&] {
+    return host.statuses.back().starts_with("Now counting lines") ? 1 : 0;
+  };
+  TextCounts counts{7, 8, 9};
+  EXPECT_EQ(get_word_count(path.c_str(), &counts), -1);
+  EXPECT_EQ(counts, (TextCounts{7, 8, 9}));
+  EXPECT_EQ(host.statuses.size(), 2u);
+}
+
 TEST_F(CountTest, LeavesTheHostsPatternsAlone) {
   ASSERT_EQ(SetPattern(nullptr, "x", nullptr, 0, 0, 0, 0, 0, 0), 1);
   count("a b");

@@ -239,6 +239,22 @@ TEST_F(UndoTest, ReadingStopsAtAnInterrupt) {
   EXPECT_EQ(GetCount(ZENFO_LIST_UNDO, -1), count);
 }
 
+TEST_F(UndoTest, ReadingReportsZerosAndNoPositions) {
+  use_store();
+  std::string bytes;
+  for (int i = 0; i < 500; ++i) bytes += "a\tb\tc\r\n";
+  write_file(undo_file(), bytes);
+  HostRecorder host;
+  EXPECT_EQ(GetUndoList(), 500);
+  EXPECT_THAT(host.reports.size(), testing::AnyOf(4u, 5u))
+      << "on every 101st line";
+  for (const ProgressRecord& report : host.reports) {
+    EXPECT_EQ(report.total, 0u);
+    EXPECT_EQ(report.position, 0u);
+    EXPECT_EQ(report.percent, 0);
+  }
+}
+
 // ---- Undo ------------------------------------------------------------------
 
 TEST_F(UndoTest, RestoresDeletesTheCopiesAndEmptiesTheList) {

@@ -235,6 +235,18 @@ class RunTest : public ListTest {
     }
   }
 
+  // Interrupts once, at the first poll of the first phase of this name.
+  static void stop_once(HostRecorder& host, const std::string& phase) {
+    host.interrupt = [&host, phase, stopped = false]() mutable {
+      if (stopped || host.statuses.empty() ||
+          !host.statuses.back().starts_with(phase)) {
+        return 0;
+      }
+      stopped = true;
+      return 1;
+    };
+  }
+
   const std::string& summary_path() const { return summary_; }
   const TempFolder& work() const { return work_; }
 
