@@ -294,9 +294,12 @@ class ChangeRun {
   }
 
   int run(const Change& change, Output& output) {
-    if (!options_.no_backup) begin_record();
     enter_targets();
+    if (!options_.no_backup) begin_record();
     const int32_t result = make_changes(change);
+    session_.hold_stop(true);
+    not_done_ = targets_.size() -
+                std::min<size_t>(Session::files_done(), targets_.size());
     count(result);
     if (result < 0 || stopped()) put_back_last();
     name_unchanged();
@@ -315,6 +318,7 @@ class ChangeRun {
     run_ = store_->begin(options_.command);
     const std::string file = store_->undo_file(run_.name);
     if (SetUndoFile(file.c_str()) != 1) {
+      store_->remove(run_.name);
       throw Failure{file, "safe copies cannot be kept there"};
     }
   }
@@ -386,7 +390,7 @@ class ChangeRun {
   // is not among those that the run is done with.
   void put_back_last() {
     if (options_.no_backup) return;
-    const int32_t copies = GetUndoList();
+    const int32_t copies = load_undo_list();
     if (copies <= 0) return;
     const auto last = static_cast<uint32_t>(copies - 1);
     const std::string path = undo_path(last);
@@ -394,22 +398,30 @@ class ChangeRun {
     SetState(ZENFO_LIST_UNDO, -1, 0);
     SetState(ZENFO_LIST_UNDO, static_cast<int32_t>(last), 1);
     const WriteAccess access(path);
-    if (Undo() == copies - 1) {
+    Undo();
+    if (records_in(ZENFO_LIST_UNDO) == last) {
       complain(shown(path), "was not finished and is again as it was before");
     } else {
       complain(shown(path), "was cut off; its safe copy is kept");
     }
   }
 
+  using UndoAccessor = decltype(&GetOrigFile);
+
+  // Answers the records of the undo list.
+  int32_t load_undo_list() {
+    // No path in the list is longer than its file.
+    const auto file = state_of(store_->undo_file(run_.name));
+    buffer_.resize((file ? file->size : 0) + 1);
+    return GetUndoList();
+  }
+  std::string undo_text(UndoAccessor accessor, uint32_t index) {
+    buffer_.front() = '\0';
+    accessor(index, buffer_.data(), static_cast<uint32_t>(buffer_.size()));
+    return buffer_.data();
+  }
   std::string undo_path(uint32_t index) {
-    std::vector<char> buffer(64 * 1024);
-    for (const Target& target : targets_) {
-      if (buffer.size() < target.path.size() + 1) {
-        buffer.resize(target.path.size() + 1);
-      }
-    }
-    GetOrigFile(index, buffer.data(), static_cast<uint32_t>(buffer.size()));
-    return buffer.data();
+    return undo_text(GetOrigFile, index);
   }
 
   const std::string& shown(const std::string& path) const {
@@ -442,20 +454,25 @@ class ChangeRun {
 
   void end_record() {
     if (!store_) return;
-    const int32_t copies = GetUndoList();
+    const int32_t copies = load_undo_list();
     if (copies <= 0) {
       store_->remove(run_.name);
       return;
     }
-    for (const Target& target : targets_) {
-      if (!done_.contains(target.path)) continue;
-      if (const auto state = state_of(target.path)) {
-        run_.files.push_back({target.path, state->size, state->modified});
-      }
+    for (uint32_t i = 0; i < static_cast<uint32_t>(copies); ++i) note_file(i);
+    if (!store_->save(run_)) {
+      complain(run_.name, "its record cannot be finished");
     }
-    store_->save(run_);
     store_->remove_old();
     undo_command_ = "zenfo undo " + run_.name;
+  }
+
+  void note_file(uint32_t index) {
+    const std::string path = undo_path(index);
+    const auto state = state_of(path);
+    const auto copy = state_of(undo_text(GetSafeFile, index));
+    if (!done_.contains(path) || !state || !copy) return;
+    run_.files.push_back({path, state->size, state->modified, copy->size});
   }
 
   void write_summary(Output& output) {
@@ -463,6 +480,9 @@ class ChangeRun {
                counted(replaced_, "match", "matches") + ' ' + options_.done +
                '\n');
     if (skipped_.count() > 0) output.put(skipped_.summary() + '\n');
+    if (not_done_ > 0) {
+      output.put(counted(not_done_, "file", "files") + " not done\n");
+    }
     if (!undo_command_.empty()) {
       output.put("undo with: " + undo_command_ + '\n');
     }
@@ -477,8 +497,10 @@ class ChangeRun {
   std::optional<RunStore> store_;
   Run run_;
   Asking asking_;
+  std::vector<char> buffer_;
   uint64_t changed_ = 0;
   uint64_t replaced_ = 0;
+  uint64_t not_done_ = 0;
   std::string undo_command_;
 };
 

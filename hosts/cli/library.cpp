@@ -64,7 +64,13 @@ int32_t Session::on_report(ProgressRecord* record) {
 }
 
 int32_t Session::on_interrupt() {
-  return current_->hold_stop_ ? 0 : system::stop_status();
+  const int32_t status = system::stop_status();
+  return status != 0 && current_->may_stop() ? status : 0;
+}
+
+// The library is done with a rewritten file once it is on one of the lists.
+bool Session::may_stop() const {
+  return !hold_stop_ || (rewritten_ && files_done() > done_before_);
 }
 
 void Session::leave(int status) {
@@ -90,6 +96,7 @@ void Session::note_phase(const std::string& status) {
     rewritten_ = false;
   } else if (is("Now replacing") || is("Now inserting") || is("Now changing")) {
     hold_stop_ = rewritten_ = true;
+    done_before_ = files_done();
   } else if (!rewritten_) {
     hold_stop_ = false;
   }

@@ -115,6 +115,9 @@ class Session {
   // which a file is loaded until nothing of it is rewritten any more.
   int32_t run_changes(const std::function<int32_t()>& operation,
                       Question question);
+  // While a stop is held back, walks through lists go to their end. A list that
+  // is half read or half deselected would name the wrong files.
+  void hold_stop(bool on) { hold_stop_ = on; }
   // Inside the question: the files that the run is done with.
   static uint32_t files_done();
 
@@ -149,6 +152,7 @@ class Session {
 
   void set_callbacks();
   void note_phase(const std::string& status);
+  bool may_stop() const;
   int32_t ask_while(const std::function<int32_t()>& operation,
                     Question question);
   uint32_t find(int32_t list, const std::string& specification,
@@ -171,7 +175,8 @@ class Session {
   size_t copies_wanted_ = 0;  // answers "yes" left for the file question
   bool changing_ = false;     // run_changes() is running
   bool hold_stop_ = false;
-  bool rewritten_ = false;  // something of the file in hand
+  bool rewritten_ = false;    // something of the file in hand
+  uint32_t done_before_ = 0;  // files before that one
   Question question_;
   std::exception_ptr thrown_;  // by the question
 };

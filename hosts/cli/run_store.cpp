@@ -7,6 +7,8 @@
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <set>
+#include <string_view>
 #include <tuple>
 #include <utility>
 
@@ -82,7 +84,8 @@ json to_json(const Run& run) {
   for (const RunFile& file : run.files) {
     files.push_back({{"path", to_text(file.path)},
                      {"size", file.size},
-                     {"modified", file.modified}});
+                     {"modified", file.modified},
+                     {"copy_size", file.copy_size}});
   }
   return {{"time", run.time},
           {"command", to_text(run.command)},
@@ -97,15 +100,26 @@ Run from_json(const std::string& name, const json& record) {
   for (const json& file : record.at("files")) {
     run.files.push_back({to_bytes(file.at("path").get<std::string>()),
                          file.at("size").get<uint64_t>(),
-                         file.at("modified").get<int64_t>()});
+                         file.at("modified").get<int64_t>(),
+                         file.at("copy_size").get<uint64_t>()});
   }
   return run;
 }
 
-bool is_old(const fs::path& record) {
-  std::error_code error;
-  const auto written = fs::last_write_time(record, error);
-  return !error && fs::file_time_type::clock::now() - written > kOldest;
+// The time in the name of a run: "20261114-094256-1234-0" becomes
+// "2026-11-14 09:42:56".
+std::string time_in(const std::string& name) {
+  constexpr std::string_view kForm = "########-######";
+  constexpr std::string_view kBehind = "   - -    : :  ";
+  if (name.size() < kForm.size()) return "";
+  std::string time;
+  for (size_t i = 0; i < kForm.size(); ++i) {
+    const bool digit = name[i] >= '0' && name[i] <= '9';
+    if (kForm[i] == '#' ? !digit : name[i] != kForm[i]) return "";
+    time += name[i] == '-' ? ' ' : name[i];
+    if (kBehind[i] != ' ') time += kBehind[i];
+  }
+  return time;
 }
 
 void make_folder(const fs::path& folder) {
@@ -128,6 +142,10 @@ fs::path RunStore::record(const std::string& name) const {
   return folder_ / (name + ".json");
 }
 
+fs::path RunStore::fresh_record(const std::string& name) const {
+  return folder_ / (name + ".json.new");
+}
+
 std::string RunStore::undo_file(const std::string& name) const {
   return (folder_ / name / "undo.txt").string();
 }
@@ -147,37 +165,56 @@ Run RunStore::begin(const std::string& command) {
   if (!fs::is_empty(folder_ / run.name)) {
     throw Failure{(folder_ / run.name).string(), "there are foreign files"};
   }
-  save(run);
+  if (!save(run)) {
+    remove(run.name);
+    throw Failure{record(run.name).string(), "cannot be written"};
+  }
   return run;
 }
 
-void RunStore::save(const Run& run) const {
-  const fs::path path = record(run.name);
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+// In one step: without its record a run cannot be undone, so that there must be
+// one however this ends.
+bool RunStore::save(const Run& run) const {
+  const fs::path fresh = fresh_record(run.name);
+  std::ofstream file(fresh, std::ios::binary | std::ios::trunc);
   file << to_json(run).dump(1) << '\n';
   file.close();
-  if (!file) throw Failure{path.string(), "cannot be written"};
+  std::error_code error;
+  if (file) fs::rename(fresh, record(run.name), error);
+  if (file && !error) return true;
+  fs::remove(fresh, error);
+  return false;
 }
 
 std::optional<Run> RunStore::find(const std::string& name) const {
+  if (fs::path(name).filename() != name) return std::nullopt;
   std::ifstream file(record(name), std::ios::binary);
-  if (!file || fs::path(name).filename() != name) return std::nullopt;
   const std::string text{std::istreambuf_iterator<char>(file), {}};
   try {
     return from_json(name, json::parse(text));
   } catch (const json::exception&) {
-    return std::nullopt;
+    return find_unrecorded(name);
   }
 }
 
+std::optional<Run> RunStore::find_unrecorded(const std::string& name) const {
+  std::error_code error;
+  const auto size = fs::file_size(undo_file(name), error);
+  if (error || size == 0) return std::nullopt;
+  return Run{name, time_in(name), "", {}};
+}
+
 std::vector<Run> RunStore::runs() const {
-  std::vector<Run> runs;
+  std::set<std::string> names;
   std::error_code error;
   for (const auto& entry : fs::directory_iterator(folder_, error)) {
-    if (entry.path().extension() != ".json") continue;
-    if (auto run = find(entry.path().stem().string())) {
-      runs.push_back(std::move(*run));
-    }
+    const bool is_record = entry.path().extension() == ".json";
+    const fs::path& path = entry.path();
+    names.insert((is_record ? path.stem() : path.filename()).string());
+  }
+  std::vector<Run> runs;
+  for (const std::string& name : names) {
+    if (auto run = find(name)) runs.push_back(std::move(*run));
   }
   std::sort(runs.begin(), runs.end(), [](const Run& a, const Run& b) {
     return std::tie(a.time, a.name) < std::tie(b.time, b.name);
@@ -188,10 +225,13 @@ std::vector<Run> RunStore::runs() const {
 // What is no plain file was not put there by a run and stays.
 void RunStore::remove(const std::string& name) const {
   std::error_code error;
+  std::vector<fs::path> files;
   for (const auto& entry : fs::directory_iterator(folder_ / name, error)) {
-    if (entry.is_directory(error)) return;
+    if (!entry.is_directory(error)) files.push_back(entry.path());
   }
-  fs::remove_all(folder_ / name, error);
+  for (const fs::path& file : files) fs::remove(file, error);
+  fs::remove(folder_ / name, error);
+  fs::remove(fresh_record(name), error);
   fs::remove(record(name), error);
 }
 
@@ -204,13 +244,33 @@ uint64_t RunStore::size_of(const std::string& name) const {
   return size;
 }
 
+bool RunStore::has_copies(const std::string& name) const {
+  const fs::path list = undo_file(name);
+  std::error_code error;
+  const fs::directory_iterator entries(folder_ / name, error);
+  return std::any_of(fs::begin(entries), fs::end(entries),
+                     [&](const auto& entry) {
+                       return entry.is_regular_file(error) &&
+                              !entry.path().filename().string().starts_with(
+                                  list.filename().string());
+                     });
+}
+
+// By the time of what the run wrote last.
+bool RunStore::is_old(const std::string& name) const {
+  std::error_code error;
+  auto written = fs::last_write_time(record(name), error);
+  if (error) written = fs::last_write_time(undo_file(name), error);
+  return !error && fs::file_time_type::clock::now() - written > kOldest;
+}
+
 void RunStore::remove_old() const {
   std::vector<Run> newest_first = runs();
   std::reverse(newest_first.begin(), newest_first.end());
   uint64_t size = 0;
   for (const Run& run : newest_first) {
     size += size_of(run.name);
-    const bool goes = size > kLargest || is_old(record(run.name));
+    const bool goes = size > kLargest || is_old(run.name);
     // Whatever its size, the last run can be undone.
     if (goes && &run != newest_first.data()) remove(run.name);
   }

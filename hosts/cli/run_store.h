@@ -25,11 +25,12 @@ struct RunFile {
   std::string path;
   uint64_t size = 0;
   int64_t modified = 0;
+  uint64_t copy_size = 0;  // of its safe copy
 };
 
 struct Run {
   std::string name;
-  std::string time;  // local, "2026-11-14 09:42:56"
+  std::string time;  // local, "2026-11-14 09:42:56"; empty: not known
   std::string command;
   std::vector<RunFile> files;  // none of a run that did not come to its end
 };
@@ -42,17 +43,23 @@ class RunStore {
 
   // Makes an empty folder for a new run and writes its record. Throws Failure.
   Run begin(const std::string& command);
-  // Writes the record anew. Throws Failure.
-  void save(const Run& run) const;
+  // Writes the record anew; false leaves it as it was.
+  bool save(const Run& run) const;
+  // A run whose record is missing or damaged is known by its list of copies.
   std::optional<Run> find(const std::string& name) const;
   // By time, the oldest first.
   std::vector<Run> runs() const;
   void remove(const std::string& name) const;
   void remove_old() const;
+  // Whether there are files in its folder that the library did not list there.
+  bool has_copies(const std::string& name) const;
   std::string undo_file(const std::string& name) const;
 
  private:
   std::filesystem::path record(const std::string& name) const;
+  std::filesystem::path fresh_record(const std::string& name) const;
+  std::optional<Run> find_unrecorded(const std::string& name) const;
+  bool is_old(const std::string& name) const;
   uint64_t size_of(const std::string& name) const;
 
   std::filesystem::path folder_;

@@ -7,6 +7,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "command_line.h"
@@ -70,37 +72,105 @@ int list_runs(const RunStore& store, Output& output) {
 // One run on its way back.
 class Undoing {
  public:
-  Undoing(const RunStore& store, Run run, bool force)
-      : store_(store), run_(std::move(run)), force_(force) {}
+  Undoing(Session& session, const RunStore& store, Run run, bool force)
+      : session_(session), store_(store), run_(std::move(run)), force_(force) {}
 
   int undo(const std::vector<std::string>& files, Output& output) {
     const std::string undo_file = store_.undo_file(run_.name);
+    session_.hold_stop(true);
     // The library would make the file anew.
-    if (!std::filesystem::exists(undo_file) ||
-        SetUndoFile(undo_file.c_str()) != 1) {
-      throw Failure{run_.name, "its safe copies are gone"};
-    }
-    const int32_t records = GetUndoList();
-    if (records <= 0) throw Failure{run_.name, "it has no safe copies"};
-    read_paths(static_cast<uint32_t>(records));
-    const uint32_t chosen = choose(files);
-    const int32_t left = chosen == 0 ? records : restore(records);
-    const auto restored = static_cast<uint32_t>(records - left);
+    const bool listed = std::filesystem::exists(undo_file) &&
+                        SetUndoFile(undo_file.c_str()) == 1;
+    const int32_t records = listed ? GetUndoList() : 0;
+    if (records <= 0) refuse_without_records();
+    // No path can be longer than the file of all.
+    const auto state = state_of(undo_file);
+    buffer_.resize((state ? state->size : 0) + 1);
+    for (int32_t i = 0; i < records; ++i) paths_.push_back(path_of(i));
+    listed_.insert(paths_.begin(), paths_.end());
+    for (const RunFile& file : run_.files) known_.emplace(file.path, file);
+    const std::vector<std::string> unlisted = unlisted_files();
+    const int32_t restored = choose(files) == 0 ? 0 : restore(records);
     output.put(std::to_string(restored) + (restored == 1 ? " file" : " files") +
                " restored\n");
-    if (left == 0) store_.remove(run_.name);
+    end_record(unlisted);
+    if (system::stop_status() != 0) throw Stopped{};
     return kDone;
   }
 
  private:
-  void read_paths(uint32_t records) {
-    // No path can be longer than the file of all.
-    const auto state = state_of(store_.undo_file(run_.name));
-    std::vector<char> buffer((state ? state->size : 0) + 1);
-    for (uint32_t i = 0; i < records; ++i) {
-      GetOrigFile(i, buffer.data(), static_cast<uint32_t>(buffer.size()));
-      paths_.emplace_back(buffer.data());
+  using Accessor = decltype(&GetOrigFile);
+
+  std::string text(Accessor accessor, int32_t record) {
+    buffer_.front() = '\0';
+    accessor(static_cast<uint32_t>(record), buffer_.data(),
+             static_cast<uint32_t>(buffer_.size()));
+    return buffer_.data();
+  }
+  std::string path_of(int32_t record) { return text(GetOrigFile, record); }
+  std::optional<FileState> state_of_copy(int32_t record) {
+    return state_of(text(GetSafeFile, record));
+  }
+  static int32_t records_left() {
+    return std::max(GetCount(ZENFO_LIST_UNDO, -1), 0);
+  }
+
+  // A run without records that did not come to its end may still be going on.
+  [[noreturn]] void refuse_without_records() {
+    if (run_.files.empty()) {
+      throw Failure{run_.name, "it has no safe copies on record"};
     }
+    if (store_.has_copies(run_.name)) {
+      throw Failure{run_.name,
+                    "the list of its safe copies is damaged; they "
+                    "are beside " +
+                        store_.undo_file(run_.name)};
+    }
+    store_.remove(run_.name);
+    throw Failure{run_.name, "its safe copies are gone"};
+  }
+
+  // Files of the run that the list of its copies ought to name, but does not.
+  std::vector<std::string> unlisted_files() const {
+    std::vector<std::string> unlisted;
+    for (const RunFile& file : run_.files) {
+      if (!listed_.contains(file.path)) unlisted.push_back(file.path);
+    }
+    return unlisted;
+  }
+
+  // The run stays as long as there may be a copy of a file to bring back.
+  void end_record(const std::vector<std::string>& unlisted) {
+    const bool any_unlisted = !unlisted.empty() && store_.has_copies(run_.name);
+    if (any_unlisted) {
+      for (const std::string& path : unlisted) {
+        complain(path,
+                 "is not in the list of safe copies; what is left of them is "
+                 "beside " +
+                     store_.undo_file(run_.name));
+      }
+    }
+    if (!any_unlisted && !has_listed_copies()) {
+      store_.remove(run_.name);
+    } else {
+      forget_restored();
+    }
+  }
+
+  void forget_restored() {
+    std::unordered_set<std::string> left;
+    for (int32_t i = 0; i < records_left(); ++i) left.insert(path_of(i));
+    const size_t restored = std::erase_if(run_.files, [&](const RunFile& file) {
+      return listed_.contains(file.path) && !left.contains(file.path);
+    });
+    if (restored > 0) store_.save(run_);
+  }
+
+  bool has_listed_copies() {
+    for (int32_t i = 0; i < records_left(); ++i) {
+      if (state_of_copy(i)) return true;
+    }
+    return false;
   }
 
   uint32_t choose(const std::vector<std::string>& files) {
@@ -112,8 +182,13 @@ class Undoing {
     for (const std::string& file : files) find_wanted(file, wanted);
     uint32_t chosen = 0;
     for (const size_t i : wanted) {
-      if (!may_restore(paths_[i])) continue;
-      SetState(ZENFO_LIST_UNDO, static_cast<int32_t>(i), 1);
+      const auto record = static_cast<int32_t>(i);
+      const std::string reason = why_not(record);
+      if (!reason.empty()) {
+        complain(paths_[i], reason);
+        continue;
+      }
+      SetState(ZENFO_LIST_UNDO, record, 1);
       access_.push_back(std::make_unique<WriteAccess>(paths_[i]));
       ++chosen;
     }
@@ -136,43 +211,51 @@ class Undoing {
     complain(file, "was not changed by " + run_.name + ", or is back already");
   }
 
-  // Nothing is known of the files of a run that did not come to its end.
-  bool may_restore(const std::string& path) {
-    const auto known =
-        std::find_if(run_.files.begin(), run_.files.end(),
-                     [&](const RunFile& file) { return file.path == path; });
+  // Why a file is not to be restored; empty when it is. Nothing is known of the
+  // files of a run that did not come to its end.
+  std::string why_not(int32_t record) {
+    const std::string& path = paths_[static_cast<size_t>(record)];
+    const auto copy = state_of_copy(record);
+    // An undo that was cut off leaves such records.
+    if (!copy) return "has no safe copy any more; it may be back already";
+    const auto known = known_.find(path);
+    if (force_ || known == known_.end()) return "";
+    const RunFile& file = known->second;
+    if (copy->size != file.copy_size) {
+      return "its safe copy is damaged; --force brings it back anyhow";
+    }
     const auto now = state_of(path);
-    if (force_ || !now || known == run_.files.end()) return true;
-    if (now->size == known->size && now->modified == known->modified) {
-      return true;
-    }
-    complain(path, "was changed after the run; --force brings it back anyhow");
-    return false;
+    const bool untouched =
+        !now || (now->size == file.size && now->modified == file.modified);
+    return untouched
+               ? ""
+               : "was changed after the run; --force brings it back anyhow";
   }
 
+  // Answers the number of files restored.
   int32_t restore(int32_t records) {
-    const int32_t left = Undo();
-    if (left < 0) throw Failure{run_.name, "the files cannot be restored"};
-    for (int32_t i = 0; i < left; ++i) {
-      if (GetState(ZENFO_LIST_UNDO, static_cast<uint32_t>(i)) != 1) continue;
-      std::vector<char> buffer(longest() + 1);
-      GetOrigFile(static_cast<uint32_t>(i), buffer.data(),
-                  static_cast<uint32_t>(buffer.size()));
-      complain(buffer.data(), "cannot be restored; its safe copy is kept");
+    session_.hold_stop(false);
+    const int32_t result = Undo();
+    session_.hold_stop(true);
+    if (result < 0) {
+      complain(run_.name, "its list of safe copies cannot be written");
     }
-    return std::min(left, records);
+    const int32_t left = records_left();
+    for (int32_t i = 0; i < left && system::stop_status() == 0; ++i) {
+      if (GetState(ZENFO_LIST_UNDO, static_cast<uint32_t>(i)) != 1) continue;
+      complain(path_of(i), "cannot be restored; its safe copy is kept");
+    }
+    return records - left;
   }
 
-  size_t longest() const {
-    size_t size = 0;
-    for (const std::string& path : paths_) size = std::max(size, path.size());
-    return size;
-  }
-
+  Session& session_;
   const RunStore& store_;
   Run run_;
   bool force_;
-  std::vector<std::string> paths_;
+  std::vector<std::string> paths_;  // of the records
+  std::unordered_set<std::string> listed_;
+  std::unordered_map<std::string, RunFile> known_;
+  std::vector<char> buffer_;
   std::vector<std::unique_ptr<WriteAccess>> access_;
 };
 
@@ -204,7 +287,7 @@ int run_undo(const Arguments& arguments) {
     return kNothingFound;
   }
   Session session;
-  return Undoing(store, std::move(*run), options.force)
+  return Undoing(session, store, std::move(*run), options.force)
       .undo(options.arguments, output);
 }
 

@@ -1,65 +1,16 @@
 // zenfo find from end to end: what only Linux can show. Questions are answered
 // over a terminal that the test holds the other end of.
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <pty.h>
-#include <signal.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
+#include "cli/posix/conversation.h"
 #include "cli/process.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::test {
 namespace {
-
-// A command with a terminal for input and errors, and a file for output.
-class Conversation {
- public:
-  Conversation(std::vector<std::string> arguments, const std::string& folder,
-               const std::string& output_file) {
-    arguments.insert(arguments.begin(), "zenfo");
-    std::vector<char*> texts;
-    for (std::string& argument : arguments) texts.push_back(argument.data());
-    texts.push_back(nullptr);
-    child_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
-    if (child_ != 0) return;
-    dup2(open(output_file.c_str(), O_WRONLY | O_CREAT, 0600), STDOUT_FILENO);
-    if (chdir(folder.c_str()) == 0) execv(ZENFO_PROGRAM, texts.data());
-    _exit(127);
-  }
-  ~Conversation() { close(terminal_); }
-
-  // What the command says up to and with `end`; less when it ends before.
-  std::string hear(const std::string& end) {
-    std::string heard;
-    char byte;
-    while (!heard.ends_with(end) && read(terminal_, &byte, 1) == 1) {
-      heard += byte;
-    }
-    std::erase(heard, '\r');
-    return heard;
-  }
-  void say(const std::string& text) {
-    EXPECT_EQ(write(terminal_, text.data(), text.size()),
-              static_cast<ssize_t>(text.size()));
-  }
-  int wait() {
-    hear("\n\n\n");  // to the end
-    int state = 0;
-    waitpid(child_, &state, 0);
-    return WIFEXITED(state) ? WEXITSTATUS(state) : 128 + WTERMSIG(state);
-  }
-
- private:
-  pid_t child_ = -1;
-  int terminal_ = -1;
-};
 
 class PosixFind : public ::testing::Test {
  protected:
