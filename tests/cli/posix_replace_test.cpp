@@ -12,7 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "cli/process.h"
+#include "cli/posix/change_fixture.h"
+#include "cli/posix/conversation.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::test {
@@ -23,51 +24,7 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-// A folder of files and a store of runs of its own; the input is no terminal.
-class Replace : public ::testing::Test {
- protected:
-  Replace() {
-    setenv("XDG_STATE_HOME", store_.path().c_str(), 1);
-    const int nothing = open("/dev/null", O_RDONLY);
-    dup2(nothing, STDIN_FILENO);
-    close(nothing);
-  }
-  ~Replace() override { unsetenv("XDG_STATE_HOME"); }
-
-  Outcome run(std::vector<std::string> arguments) const {
-    return run_zenfo(std::move(arguments), folder_.path());
-  }
-  // The bytes of a.txt that a run makes of `before`.
-  std::string made_of(const std::string& before,
-                      std::vector<std::string> arguments) const {
-    folder_.file("a.txt", before);
-    arguments.push_back("a.txt");
-    const Outcome outcome = run(std::move(arguments));
-    EXPECT_EQ(outcome.err, "");
-    EXPECT_EQ(outcome.status, 0);
-    return bytes("a.txt");
-  }
-  std::string bytes(const std::string& name) const {
-    return read_file(folder_.path(name));
-  }
-  // The last run's name.
-  std::string last_run() const {
-    const std::string list = run({"undo", "--list"}).out;
-    const size_t end = list.rfind('\n', list.size() - 2);
-    const size_t start = end == std::string::npos ? 0 : end + 1;
-    return list.substr(start, list.find(' ', start) - start);
-  }
-  size_t files_in_store() const {
-    size_t count = 0;
-    for (const auto& entry : fs::recursive_directory_iterator(store_.path())) {
-      count += entry.is_regular_file();
-    }
-    return count;
-  }
-
-  TempFolder folder_;
-  TempFolder store_;
-};
+using Replace = ChangeTest;
 
 constexpr int64_t kLongAgo = 1'000'000'000;
 
@@ -95,6 +52,8 @@ struct Made {
 TEST_F(Replace, WritesExactBytes) {
   folder_.file("pairs", "plum\tpear\r\npear\tfig\r\n");
   folder_.file("values", "one\ntwo\n");
+  folder_.file("control", "a^M^Jb\n^I\n");
+  folder_.file("numbers", "plum\tp%\nfig\tf%\n");
   const Made cases[] = {
       {"text",
        {"replace", "-y", "plum", "pear"},
@@ -132,6 +91,48 @@ TEST_F(Replace, WritesExactBytes) {
        {"replace", "-y", "--values", "values", "x"},
        "x x x",
        "one two x"},
+      {"values before",
+       {"replace", "-y", "--before", "--values", "values", "x"},
+       "x x x",
+       "onex twox x"},
+      {"values after, cases ignored",
+       {"replace", "-yi", "--after", "--values", "values", "x"},
+       "X x",
+       "Xone xtwo"},
+      {"values, expanded",
+       {"replace", "-y", "--expand", "--values", "control", "x"},
+       "x-x",
+       "a\r\nb-\t"},
+      {"matches of a pattern",
+       {"replace", "-y", "--from-pattern", "'0|1|2|3|4'", "x"},
+       "x 1 x 23 x",
+       "1 1 23 23 x"},
+      {"one match of a pattern",
+       {"replace", "-y", "--from-pattern", "'0|1|2|3|4'", "--take", "2", "x"},
+       "x 1 x 23 x",
+       "23 1 23 23 23"},
+      {"matches of a pattern behind",
+       {"replace", "-y", "--after", "--from-pattern", "'0|1|2|3|4'", "x"},
+       "x 1 x 23 x",
+       "x1 1 x23 23 x"},
+      {"numbers in front",
+       {"replace", "-y", "--number", "--before", "--step", "0", "x", "# "},
+       "xx",
+       "1 x1 x"},
+      {"numbers behind, expanded",
+       {"replace", "-y", "--number", "--after", "--expand", "--first", "9", "x",
+        "^I##"},
+       "x x",
+       "x\t99 x\t1010"},
+      {"numbers in pairs",
+       {"replace", "-y", "--number", "--placeholder", "%", "--pairs",
+        "numbers"},
+       "plum fig plum",
+       "p1 f1 p2"},
+      {"a placeholder that is not there",
+       {"replace", "-y", "--number", "--placeholder", "@@", "x", "y#"},
+       "x x",
+       "y# y#"},
       {"outside",
        {"replace", "-y", "--outside", "(b)", "a", "x"},
        "a b a",
@@ -175,6 +176,70 @@ TEST_F(Replace, DoesWhatSedDoes) {
     EXPECT_EQ(bytes(std::string("tree") + name),
               bytes(std::string("other") + name));
   }
+}
+
+// Trees of text that perl reads byte by byte, too: without control characters,
+// empty files and links.
+class Trees : public ChangeTest {
+ protected:
+  void SetUp() override {
+    const std::string examples = std::string(ZENFO_SOURCE_FOLDER) + "/docs";
+    ASSERT_EQ(shell("mkdir one && cp -r '" + examples +
+                    "' one/docs && "
+                    "find /usr/share/doc -name copyright -type f -size -100k | "
+                    "sort | head -n 60 | tr '\\n' '\\0' | "
+                    "xargs -0 -r cp --parents -t one"),
+              0);
+    shell(
+        "find one -type f -exec perl -ne "
+        "'BEGIN { $/ = undef } unlink $ARGV if "
+        "/[\\x00-\\x08\\x0b\\x0c\\x0e-\\x1f]/' {} +");
+    ASSERT_EQ(shell("find one -type f -empty -delete; cp -r one two"), 0);
+  }
+  int shell(const std::string& command) const {
+    return std::system(("cd '" + folder_.path() + "' && " + command).c_str());
+  }
+};
+
+TEST_F(Trees, AreChangedAsPerlChangesThem) {
+  struct Case {
+    std::vector<std::string> arguments;
+    const char* perl;
+  };
+  const std::string classes =
+      std::string(ZENFO_SOURCE_FOLDER) + "/examples/classes.txt";
+  const Case cases[] = {
+      {{"the", "T&\\1h$"}, "s/the/T&\\\\1h\\$/g"},
+      {{"-i", "license", ""}, "s/license//gi"},
+      {{"-i", "--before", "SOFTWARE", "<"}, "s/(?=software)/</gi"},
+      {{"--pattern", "--classes", classes, "#digit", "<n>"}, "s/[0-9]+/<n>/g"},
+      {{"--pattern", "'a|b|c'[2]", "-"}, "s/[abc]{2}/-/g"},
+      {{"--pattern", "--classes", classes, "#digit[2-]\\.", "-"},
+       "s/[0-9]{2,}\\./-/g"},
+      {{"-w", "or", "OR"}, "s/(?<![0-9A-Za-z])or(?![0-9A-Za-z])/OR/g"},
+      {{"--caret", "^J", " ^J"}, "s/\\n/ ^J/g"},
+      {{"--caret", "--expand", "^J", "^M^J"}, "s/\\n/\\r\\n/g"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.perl);
+    std::vector<std::string> arguments = {"replace", "-ry"};
+    arguments.insert(arguments.end(), c.arguments.begin(), c.arguments.end());
+    arguments.push_back("one");
+    const Outcome outcome = run(arguments);
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(shell(std::string("find two -type f -exec perl -0777 -pi -e '") +
+                    c.perl + "' {} + && diff -rq one two >/dev/null"),
+              0);
+    EXPECT_EQ(run({"undo"}).status, 0);
+    EXPECT_EQ(shell("rm -r two && cp -r one two"), 0);
+  }
+}
+
+TEST_F(Trees, HaveTheirLettersTurnedAsPerlTurnsThem) {
+  EXPECT_EQ(run({"case", "-ryi", "--upper", "copyright", "one"}).status, 0);
+  EXPECT_EQ(shell("find two -type f -exec perl -pi -e "
+                  "'s/(copyright)/\\U$1/gi' {} + && diff -rq one two"),
+            0);
 }
 
 // ---- what is said
@@ -429,6 +494,134 @@ TEST_F(Replace, KeepsCopiesFromOthersEyes) {
   EXPECT_EQ(run({"replace", "-y", "plum", "x", "a.txt"}).status, 0);
   EXPECT_EQ(fs::status(store_.path("zenfo/runs")).permissions(),
             fs::perms::owner_all);
+}
+
+// ---- on a terminal
+// -----------------------------------------------------------
+
+class ReplaceOnTerminal : public ChangeTest {
+ protected:
+  // Answers the questions, each of which ends with `end`, one after the other.
+  // Answers what the command wrote.
+  std::string answer(std::vector<std::string> arguments, const std::string& end,
+                     const std::vector<std::string>& answers, int status) {
+    const std::string out = folder_.path("out");
+    write_file(out, "");
+    Conversation conversation(std::move(arguments), folder_.path(), out);
+    for (const std::string& text : answers) {
+      asked_.push_back(conversation.hear(end));
+      conversation.say(text);
+    }
+    EXPECT_EQ(conversation.wait(), status);
+    return read_file(out);
+  }
+  std::vector<std::string> asked_;
+};
+
+TEST_F(ReplaceOnTerminal, ChangesNothingWithoutAYes) {
+  folder_.file("a.txt", "plum plum");
+  folder_.file("b.txt", "plum");
+  for (const char* no : {"n\n", "\n", "no\n", "perhaps\n", "\x04"}) {
+    EXPECT_EQ(
+        answer({"replace", "plum", "x", "a.txt", "b.txt"}, "[y/N] ", {no}, 2),
+        "");
+    EXPECT_EQ(asked_.back(),
+              "3 matches in 2 files would be replaced. Go on? [y/N] ");
+    EXPECT_EQ(bytes("a.txt") + '|' + bytes("b.txt"), "plum plum|plum");
+    EXPECT_EQ(files_in_store(), 0u);
+  }
+}
+
+TEST_F(ReplaceOnTerminal, EndsWhenItIsInterruptedWhileItAsks) {
+  folder_.file("a.txt", "plum");
+  EXPECT_EQ(answer({"replace", "plum", "x", "a.txt"}, "[y/N] ", {"\x03"}, 130),
+            "");
+  EXPECT_EQ(bytes("a.txt"), "plum");
+  EXPECT_EQ(files_in_store(), 0u);
+}
+
+TEST_F(ReplaceOnTerminal, ChangesAllAfterAYes) {
+  folder_.file("a.txt", "plum plum");
+  const std::string said =
+      answer({"replace", "plum", "x", "a.txt"}, "[y/N] ", {"y\n"}, 0);
+  EXPECT_EQ(said, "1 file changed, 2 matches replaced\nundo with: zenfo undo " +
+                      last_run() + '\n');
+  EXPECT_EQ(bytes("a.txt"), "x x");
+  EXPECT_EQ(answer({"case", "--upper", "x", "a.txt"}, "[y/N] ", {"yes\n"}, 0)
+                .substr(0, 33),
+            "1 file changed, 2 matches changed");
+  EXPECT_EQ(bytes("a.txt"), "X X");
+}
+
+TEST_F(ReplaceOnTerminal, ChangesTheMatchesThatAreTaken) {
+  struct Case {
+    const char* name;
+    std::vector<std::string> answers;
+    std::string after;
+    int status;
+    std::string summary;
+  };
+  const Case cases[] = {
+      {"yes and no",
+       {"y\n", "n\n", "yes\n", "no\n", "y\n"},
+       "x plum x|plum x",
+       0,
+       "2 files changed, 3 matches replaced\n"},
+      {"none",
+       {"n\n", "n\n", "n\n", "n\n", "n\n"},
+       "plum plum plum|plum plum",
+       1,
+       "0 files changed, 0 matches replaced\n"},
+      {"all",
+       {"n\n", "a\n"},
+       "plum x x|x x",
+       0,
+       "2 files changed, 4 matches replaced\n"},
+      {"stop",
+       {"y\n", "s\n"},
+       "x plum plum|plum plum",
+       0,
+       "1 file changed, 1 match replaced\n1 file not done\n"},
+      {"stop in the second file",
+       {"n\n", "n\n", "y\n", "y\n", "s\n"},
+       "plum plum x|x plum",
+       0,
+       "2 files changed, 2 matches replaced\n"},
+      {"stop at once",
+       {"s\n"},
+       "plum plum plum|plum plum",
+       1,
+       "0 files changed, 0 matches replaced\n1 file not done\n"},
+      {"end of input",
+       {"y\n", "\x04"},
+       "x plum plum|plum plum",
+       0,
+       "1 file changed, 1 match replaced\n1 file not done\n"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    folder_.file("a.txt", "plum plum plum");
+    folder_.file("b.txt", "plum plum");
+    EXPECT_THAT(answer({"replace", "--ask", "plum", "x", "a.txt", "b.txt"},
+                       "stop: ", c.answers, c.status),
+                StartsWith(c.summary));
+    EXPECT_EQ(bytes("a.txt") + '|' + bytes("b.txt"), c.after);
+    run({"undo"});
+    EXPECT_EQ(bytes("a.txt") + '|' + bytes("b.txt"),
+              "plum plum plum|plum plum");
+  }
+}
+
+TEST_F(ReplaceOnTerminal, AsksForEachTextOfPairs) {
+  folder_.file("pairs", "plum\tpear\npear\tfig\n");
+  folder_.file("a.txt", "plum pear");
+  answer({"replace", "--ask", "--pairs", "pairs", "a.txt"},
+         "stop: ", {"y\n", "n\n", "y\n"}, 0);
+  ASSERT_EQ(asked_.size(), 3u);
+  EXPECT_THAT(asked_[0], StartsWith("a.txt:1: >>>plum<<< pear\n"));
+  EXPECT_THAT(asked_[1], HasSubstr("a.txt:1: >>>pear<<< pear\n"));
+  EXPECT_THAT(asked_[2], HasSubstr("a.txt:1: pear >>>pear<<<\n"));
+  EXPECT_EQ(bytes("a.txt"), "pear fig");
 }
 
 // ---- wrong command lines
