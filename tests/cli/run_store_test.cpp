@@ -71,6 +71,37 @@ TEST_F(RunStore, PassesOverWhatIsNoRecord) {
   EXPECT_FALSE(store_.find("../x"));
 }
 
+TEST_F(RunStore, KnowsARunWithoutARecordByItsListOfCopies) {
+  folder_.file("20261114-094256-1234-0/undo.txt", "x");
+  folder_.file("20261114-094256-1235-0.json", "");
+  folder_.file("20261114-094256-1235-0/undo.txt", "x");
+  folder_.file("20261114-094256-1236-0/undo.txt", "");
+  folder_.file("mine/undo.txt", "x");
+  EXPECT_EQ(names(), (std::vector<std::string>{"mine", "20261114-094256-1234-0",
+                                               "20261114-094256-1235-0"}));
+  EXPECT_EQ(store_.find("20261114-094256-1234-0")->time, "2026-11-14 09:42:56");
+  EXPECT_EQ(store_.find("mine")->time, "");
+}
+
+TEST_F(RunStore, RemovesARunWithoutARecordWhenItIsOld) {
+  const std::string list = folder_.file("20261114-094256-1234-0/undo.txt", "x");
+  const cli::Run last = begin("2026-12-31 00:00:00");
+  store_.remove_old();
+  EXPECT_EQ(names().size(), 2u);
+  fs::last_write_time(
+      list, fs::file_time_type::clock::now() - std::chrono::hours(24 * 31));
+  store_.remove_old();
+  EXPECT_EQ(names(), (std::vector<std::string>{last.name}));
+}
+
+TEST_F(RunStore, KeepsTheRecordThatCannotBeReplaced) {
+  cli::Run run = begin("2026-01-01 00:00:00");
+  run.files = {{"/a", 1, 2, 3}};
+  folder_.folder(run.name + ".json.new");
+  EXPECT_FALSE(store_.save(run));
+  EXPECT_TRUE(store_.find(run.name)->files.empty());
+}
+
 TEST_F(RunStore, RemovesRunsOfMoreThanThirtyDays) {
   const cli::Run old = begin("2026-01-01 00:00:00");
   const cli::Run young = begin("2026-01-03 00:00:00");

@@ -46,13 +46,17 @@ constexpr Call kChangingCalls[] = {
     {SYS_utimensat, "utimensat", -1},
 };
 
-// The changing call that a stopped process is about to make, or null.
-const Call* changing_call(pid_t process) {
+constexpr Call kAnyCall = {-1, "any", -1};
+
+// The call that a stopped process is about to make, or null when it is none of
+// those wanted.
+const Call* call_ahead(pid_t process, Calls wanted) {
   __ptrace_syscall_info info{};
   if (ptrace(PTRACE_GET_SYSCALL_INFO, process, sizeof info, &info) <= 0 ||
       info.op != PTRACE_SYSCALL_INFO_ENTRY) {
     return nullptr;
   }
+  if (wanted == Calls::kAll) return &kAnyCall;
   for (const Call& call : kChangingCalls) {
     if (info.entry.nr != static_cast<uint64_t>(call.number)) continue;
     if (call.flags_argument < 0) return &call;
@@ -114,7 +118,7 @@ bool can_trace() {
 
 Signalled signal_zenfo_before(int nth, int signal,
                               std::vector<std::string> arguments,
-                              const std::string& folder) {
+                              const std::string& folder, Calls calls) {
   const TempFolder outputs;
   const pid_t child = fork();
   if (child < 0) throw std::runtime_error("cannot fork");
@@ -125,7 +129,7 @@ Signalled signal_zenfo_before(int nth, int signal,
          PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
   Signalled result;
   do {
-    const Call* call = changing_call(child);
+    const Call* call = call_ahead(child, calls);
     if (call != nullptr && --nth == 0) {
       result.call = call->name;
       kill(child, signal);

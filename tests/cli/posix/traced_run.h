@@ -16,11 +16,15 @@ struct Signalled {
 // False where a process may not trace another.
 bool can_trace();
 
+enum class Calls { kChanging, kAll };
+
 // Runs the command in `folder` and sends it a signal right before the system
 // call that would be its `nth`, from 1 on, to change a file, a folder or an
-// entry of one. SIGKILL keeps it from making that call.
+// entry of one, or its `nth` call of all. SIGKILL keeps it from making that
+// call.
 Signalled signal_zenfo_before(int nth, int signal,
                               std::vector<std::string> arguments,
-                              const std::string& folder);
+                              const std::string& folder,
+                              Calls calls = Calls::kChanging);
 
 }  // namespace zenfo::test
