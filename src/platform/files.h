@@ -178,6 +178,9 @@ bool copy_file(const char* from, const char* to);
 bool delete_file(const char* path);
 // Cuts an existing file to its first `size` bytes.
 bool cut_file(const char* path, uint64_t size);
+// Gives a file a new name in the same folder, in one step that takes the place
+// of an ordinary file of that name. False leaves both as they were.
+bool replace_file(const char* from, const char* to);
 // False when it cannot be created, or exists.
 bool create_folder(const char* path);
 // Deletes every file in `folder` that is wanted (subfolders and links to

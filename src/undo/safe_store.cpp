@@ -76,6 +76,11 @@ bool create_file(const std::string& path) {
   return file.open(path.c_str(), platform::OutputMode::kAppend) && file.close();
 }
 
+bool open_records(OutFile& file, const std::string& undo_file) {
+  return file.open(undo_file.c_str(), platform::OutputMode::kTruncate,
+                   OutFile::LineEnds::kExpand);
+}
+
 // The next field of a line; false when there is none.
 bool take_field(const char** cursor, const char* line_end, SharedText& field) {
   const char* start;
@@ -313,14 +318,25 @@ bool SafeStore::report_unrestored(const std::string& error_file,
   return file.close();
 }
 
+// In one step where the folder takes a second file: with a record the way back
+// of its file would be lost. A full disk leaves the records as they were.
+bool SafeStore::write_records(const std::string& undo_file) {
+  const std::string fresh = undo_file + ".new";
+  OutFile file;
+  if (!platform::exists(fresh.c_str()) && open_records(file, fresh)) {
+    const bool complete = put_records(file);
+    if (complete && platform::replace_file(fresh.c_str(), undo_file.c_str())) {
+      return true;
+    }
+    platform::delete_file(fresh.c_str());
+    if (!complete) return false;
+  }
+  return open_records(file, undo_file) && put_records(file);
+}
+
 // Intended: CR LF through a text-mode file, so that lines end in CR CR LF and
 // the CR stays with the time when they are read back.
-bool SafeStore::write_records(const std::string& undo_file) {
-  OutFile file;
-  if (!file.open(undo_file.c_str(), platform::OutputMode::kTruncate,
-                 OutFile::LineEnds::kExpand)) {
-    return false;
-  }
+bool SafeStore::put_records(OutFile& file) {
   for (Record* record = undo_list.First(); record != nullptr;
        record = undo_list.Next()) {
     if (const auto* stored = record_cast<UndoRecord>(record)) {

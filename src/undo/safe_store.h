@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "containers/item_list.h"
+#include "text/out_file.h"
 #include "undo/undo_record.h"
 
 namespace zenfo {
@@ -62,6 +63,7 @@ class SafeStore {
   void delete_unless_open(const std::string& path) const;
   bool append_record(const UndoRecord& record);
   bool write_records(const std::string& undo_file);
+  bool put_records(OutFile& file);
   bool restore_records(const std::string& error_file);
   bool restore(const UndoRecord& record);
   bool report_unrestored(const std::string& error_file,

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstring>
 #include <limits>
 #include <string_view>
@@ -89,6 +90,13 @@ bool delete_file(const char* path) { return unlink(path) == 0; }
 
 bool cut_file(const char* path, uint64_t size) {
   return truncate(path, static_cast<off_t>(size)) == 0;
+}
+
+bool replace_file(const char* from, const char* to) {
+  struct stat found;
+  // A link stays one.
+  if (lstat(to, &found) == 0 && !S_ISREG(found.st_mode)) return false;
+  return rename(from, to) == 0;
 }
 
 bool create_folder(const char* path) { return mkdir(path, 0777) == 0; }

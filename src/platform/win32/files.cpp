@@ -88,6 +88,10 @@ bool cut_file(const char* path, uint64_t size) {
   return cut;
 }
 
+bool replace_file(const char* from, const char* to) {
+  return MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING) != 0;
+}
+
 bool create_folder(const char* path) {
   return CreateDirectoryA(path, nullptr) != 0;
 }

@@ -133,6 +133,30 @@ TEST(DeleteFile, DeletesFilesAndNoFolders) {
   EXPECT_TRUE(is_folder(inner.c_str()));
 }
 
+TEST(ReplaceFile, TakesThePlaceOfAFileOrOfNone) {
+  const TempFolder folder;
+  const std::string old = folder.file("old", "old bytes");
+  const std::string fresh = folder.file("fresh", "new");
+  EXPECT_TRUE(replace_file(fresh.c_str(), old.c_str()));
+  EXPECT_EQ(test::read_file(old), "new");
+  EXPECT_FALSE(exists(fresh.c_str()));
+  EXPECT_TRUE(replace_file(old.c_str(), fresh.c_str()));
+  EXPECT_EQ(test::read_file(fresh), "new");
+  EXPECT_FALSE(exists(old.c_str()));
+}
+
+TEST(ReplaceFile, LeavesBothWhenItFails) {
+  const TempFolder folder;
+  const std::string fresh = folder.file("fresh", "new");
+  const std::string inner = folder.folder("b");
+  EXPECT_FALSE(replace_file(fresh.c_str(), inner.c_str()));
+  EXPECT_TRUE(is_folder(inner.c_str()));
+  EXPECT_EQ(test::read_file(fresh), "new");
+  const std::string none = folder.path("none");
+  EXPECT_FALSE(replace_file(none.c_str(), fresh.c_str()));
+  EXPECT_EQ(test::read_file(fresh), "new");
+}
+
 TEST(CreateFolder, FailsForWhatExistsOrHasNoParent) {
   const TempFolder folder;
   EXPECT_TRUE(create_folder(folder.path("a").c_str()));

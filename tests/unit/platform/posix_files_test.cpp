@@ -92,6 +92,17 @@ TEST(PosixFileFacts, FollowLinksAndFailOnBrokenOnes) {
   }
 }
 
+TEST(PosixReplaceFile, LeavesLinksInPlace) {
+  const TempFolder folder;
+  const std::string fresh = folder.file("fresh", "new");
+  const std::string old = folder.file("old", "old");
+  const std::string link = folder.path("link");
+  ASSERT_EQ(0, symlink("old", link.c_str()));
+  EXPECT_FALSE(replace_file(fresh.c_str(), link.c_str()));
+  EXPECT_EQ(test::read_file(link), "old");
+  EXPECT_EQ(test::read_file(fresh), "new");
+}
+
 TEST(PosixFileFacts, GiveNoSizeToPipes) {
   const TempFolder folder;
   const std::string pipe = folder.path("pipe");

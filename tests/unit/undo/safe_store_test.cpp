@@ -150,6 +150,17 @@ TEST_F(SafeStoreTest, AMissingFieldCannotBeRestoredAndIsWrittenAsNull) {
   EXPECT_EQ(read_file(undo_file), "(null)\tb\t(null)\r\r\n");
 }
 
+TEST_F(SafeStoreTest, UndoSparesAFileWhoseNameItsNewListWouldTake) {
+  const auto foreign = folder.file("store/undo.new", "x");
+  const auto one = file("a", "x");
+  store.store_safe_copy(one.c_str());
+  store.store_safe_copy(file("b", "y").c_str());
+  store.undo_list.Get(1)->state = 0;
+  EXPECT_EQ(store.undo(), 1);
+  EXPECT_EQ(read_file(foreign), "x");
+  EXPECT_EQ(store.load_undo_list(), 1);
+}
+
 TEST_F(SafeStoreTest, UndoFailsWhenItsFilesCannotBeWritten) {
   store.store_safe_copy(file("a", "x").c_str());
   ASSERT_EQ(store.set_undo_file("/dev/full"), 1);
