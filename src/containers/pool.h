@@ -10,6 +10,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <new>
 
 #include "platform/memory.h"
@@ -61,7 +62,7 @@ class Pool {
   struct Slab {
     Slab* previous;
     size_t size;
-    alignas(std::max_align_t) std::byte bytes[1];
+    alignas(uint64_t) std::byte bytes[1];
   };
   static_assert(kPieceSize >= sizeof(Free) && 2 * kPieceSize <= kFirstSlab);
   static_assert(kPieceSize % alignof(Free) == 0);
