@@ -8,6 +8,7 @@
 #include <functional>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "containers/item_list.h"
@@ -68,6 +69,9 @@ void operator delete[](void* memory, const std::nothrow_t&) noexcept {
 namespace zenfo::test {
 namespace {
 
+// What the host does inside the next option question; nothing unless set.
+std::function<int32_t()> inside_question;
+
 // Callbacks that allocate nothing themselves, as a host's memory is its own.
 void listen_quietly() {
   CallbackTable table{};
@@ -76,6 +80,8 @@ void listen_quietly() {
   table.status = [](const ZenfoWideChar*) -> int32_t { return 0; };
   table.file_question = [](const ZenfoWideChar*) -> int32_t { return 1; };
   table.option_question = [](const ZenfoWideChar*, int32_t) -> int32_t {
+    const auto act = std::exchange(inside_question, nullptr);
+    if (act) act();
     return 1;
   };
   SetCallBacks(&table);
@@ -104,7 +110,31 @@ struct Fault {
   bool allocates = true;
   // A failure is logged; the matcher answers its own instead.
   bool logged = true;
+  // Around the run of each round, with all memory there is.
+  std::function<void()> before = [] {};
+  std::function<void()> after = [] {};
+
+  // The routine of its records: the operation's name, without what it does.
+  std::string routine() const {
+    const std::string name = operation;
+    return name.substr(0, name.find(' '));
+  }
 };
+
+// Answers what `operation` does inside the option question of a search, the
+// only part of it where an allocation fails.
+int32_t in_question(const std::function<int32_t()>& operation) {
+  const long planned = std::exchange(allocations_left, -1);
+  int32_t answer = -99;
+  inside_question = [&] {
+    allocations_left = planned;
+    answer = operation();
+    allocations_left = -1;
+    return 1;
+  };
+  EXPECT_EQ(FindBlock(0, 0, 0, "", 1, 0), 2);
+  return answer;
+}
 
 class MemoryFaults : public testing::Test {
  protected:
@@ -129,15 +159,22 @@ class MemoryFaults : public testing::Test {
     SetState(1, -1, 1);
   }
 
+  // A list file of the two files.
+  std::string line_list() const {
+    return session.spelled("~/one\r\n~/two\r\n");
+  }
+
   void run_with_each_allocation_failing(const Fault& fault) {
     for (long n = 0;; ++n) {
       set_up();
+      fault.before();
       session.take_log();
       failed = false;
       allocations_left = n;
       const int32_t answer = fault.run();
       allocations_left = -1;
       expect_sound_lists(fault.operation, n);
+      fault.after();
       if (!failed) {
         EXPECT_EQ(answer, fault.success) << fault.operation;
         EXPECT_EQ(n > 0, fault.allocates) << fault.operation;
@@ -147,8 +184,7 @@ class MemoryFaults : public testing::Test {
           << fault.operation << ", allocation " << n;
       if (answer != fault.success && fault.logged) {
         EXPECT_THAT(session.take_log(),
-                    testing::Contains(
-                        testing::Field(&LogRecord::message, "Runtime error")))
+                    testing::Contains(runtime_error(fault.routine())))
             << fault.operation << ", allocation " << n;
       }
       ASSERT_LT(n, 100000) << fault.operation;
@@ -229,12 +265,16 @@ TEST_F(MemoryFaults, CountsAndStatesAnswerAsEver) {
 
 TEST_F(MemoryFaults, TextsFailWithAnEmptyBuffer) {
   static char buffer[4096];
-  constexpr TextAccessor kAccessors[] = {
-      GetFilename, GetFullName, GetDirectory, GetType,      GetCTime,
-      GetATime,    GetMTime,    GetSize,      GetAttributes};
-  for (TextAccessor accessor : kAccessors) {
+  constexpr std::pair<const char*, TextAccessor> kAccessors[] = {
+      {"GetFilename", GetFilename},    {"GetFullName", GetFullName},
+      {"GetDirectory", GetDirectory},  {"GetType", GetType},
+      {"GetCTime", GetCTime},          {"GetATime", GetATime},
+      {"GetMTime", GetMTime},          {"GetSize", GetSize},
+      {"GetAttributes", GetAttributes}};
+  for (const auto& [routine, accessor] : kAccessors) {
     for (long n = 0;; ++n) {
       set_up();
+      session.take_log();
       failed = false;
       allocations_left = n;
       const int32_t answer = accessor(0, 0, buffer, 0);
@@ -245,6 +285,8 @@ TEST_F(MemoryFaults, TextsFailWithAnEmptyBuffer) {
       }
       EXPECT_EQ(answer, -1);
       EXPECT_STREQ(buffer, "");
+      EXPECT_THAT(session.take_log(),
+                  testing::ElementsAre(runtime_error(routine)));
     }
   }
 }
@@ -309,6 +351,200 @@ TEST_F(MemoryFaults, GetWordCountFails) {
        {-1},
        true,
        false});
+}
+
+TEST_F(MemoryFaults, SetPatternTagAndSetOperatorsFail) {
+  run_with_each_allocation_failing(
+      {"SetPatternTag",
+       [] { return SetPatternTag("<a long tag>", "</a long tag>", 1, 1, 1); },
+       1,
+       {-1}});
+  const std::string classes = session.folder.file(
+      "classes", "name=a name that no small text holds\r\ninc_ranges=48-57");
+  run_with_each_allocation_failing(
+      {"set_operators",
+       [&] { return set_operators(classes.c_str()); },
+       1,
+       {-1, 1},
+       true,
+       false});
+}
+
+TEST_F(MemoryFaults, SearchesFail) {
+  ASSERT_EQ(SetExclusionPattern("", "text", "", 0, 0, 0, 0, 0, 0), 1);
+  const std::string report = session.folder.path("report");
+  const std::string list = session.folder.file("list", line_list());
+  const std::string summary = session.folder.path("summary");
+  run_with_each_allocation_failing(
+      {"FindExcludedArea",
+       [&] { return FindExcludedArea(0, 0, 1, report.c_str()); },
+       2,
+       {-1, 0, 1, 2},
+       true,
+       false});
+  ASSERT_EQ(SetExclusionPattern("", "none", "", 0, 0, 0, 0, 0, 0), 1);
+  const auto add_pair = [] {
+    ASSERT_EQ(AddStringPair("text", ""), 1);
+    SetState(ZENFO_LIST_PAIRS, 0, 1);
+  };
+  run_with_each_allocation_failing(
+      {"FindString",
+       [&] { return FindString(0, 0, 1, report.c_str(), 1, 1, 1, 0); },
+       2,
+       {-1, 0, 1, 2},
+       true,
+       false,
+       add_pair});
+  run_with_each_allocation_failing({"FindString_f",
+                                    [&] {
+                                      return FindString_f(
+                                          0, 0, 1, report.c_str(), 1, 1, 1,
+                                          list.c_str(), summary.c_str(), 0);
+                                    },
+                                    2,
+                                    {-1, 0, 1, 2},
+                                    true,
+                                    false,
+                                    add_pair});
+}
+
+// Whatever fails, the safe copies bring every file back.
+TEST_F(MemoryFaults, RunsThatWriteLoseNoFile) {
+  ASSERT_EQ(SetPattern("", "text", "", 0, 0, 0, 0, 0, 0), 1);
+  ASSERT_EQ(SetUndoFile(session.folder.path("store/undo.txt").c_str()), 1);
+  const std::pair<const char*, std::function<int32_t()>> runs[] = {
+      {"ReplaceBlock",
+       [] { return ReplaceBlock("xy", 1, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0); }},
+      {"ReplaceString", [] { return ReplaceString(1, 0, 0, 0, 0, 0, 1, 0); }},
+      {"change_case_i", [] { return change_case_i(1, 0, 0, 0, 1, 1, 0); }},
+  };
+  for (const auto& [operation, run] : runs) {
+    run_with_each_allocation_failing(
+        {operation,
+         run,
+         2,
+         {-1, 0, 1, 2},
+         true,
+         false,
+         [] {
+           ASSERT_EQ(AddStringPair("text", "a longer one"), 1);
+           SetState(ZENFO_LIST_PAIRS, 0, 1);
+         },
+         [&] {
+           EXPECT_EQ(Undo(), 0) << operation;
+           for (const char* name : {"one", "two"}) {
+             ASSERT_EQ(read_file(session.folder.path(name)), "some text")
+                 << operation;
+           }
+         }});
+  }
+}
+
+// Without memory for an index a list is walked instead.
+TEST_F(MemoryFaults, GetUndoListFails) {
+  ASSERT_EQ(SetUndoFile(session.folder.path("store/undo.txt").c_str()), 1);
+  session.folder.file("store/undo.txt", "a\tb\tc\r\nd\te\tf\r\n");
+  run_with_each_allocation_failing(
+      {"GetUndoList", [] { return GetUndoList(); }, 2, {-1, 2}});
+}
+
+// Sorts go without the memory that makes them faster.
+TEST_F(MemoryFaults, SortsFailOrDoWithout) {
+  run_with_each_allocation_failing(
+      {"Sort", [] { return Sort(1, 2, 0); }, 1, {-1, 1}});
+  run_with_each_allocation_failing(
+      {"SelectDuplicates", [] { return SelectDuplicates(1, 2); }, 0, {-1, 0}});
+  run_with_each_allocation_failing(
+      {"CompareLists",
+       [] { return CompareLists(2, 1); },
+       1,
+       {-1, 1},
+       true,
+       true,
+       [&] {
+         const std::string files = session.spelled("0~/one;two");
+         ASSERT_EQ(FindFiles(2, files.c_str(), kAllFacts.data(), ""), 2);
+       }});
+}
+
+TEST_F(MemoryFaults, ListFilesFail) {
+  const std::string list = session.folder.file("list", line_list());
+  const std::string out = session.folder.path("out");
+  const unsigned char columns[10] = {0, 0, 1, 1, 1, 1, 1, 1, 1, 1};
+  run_with_each_allocation_failing(
+      {"LoadFileList",
+       [&] { return LoadFileList(list.c_str(), kAllFacts.data()); },
+       2,
+       {-1, 2}});
+  run_with_each_allocation_failing(
+      {"SaveFileList", [&] { return SaveFileList(out.c_str()); }, 2, {-1}});
+  run_with_each_allocation_failing(
+      {"SaveSelection",
+       [&] { return SaveSelection(1, out.c_str(), ";", columns); },
+       2,
+       {-1}});
+  run_with_each_allocation_failing(
+      {"FindInList",
+       [] { return FindInList(1, 3, "e", 0, 0, 0, 0, 0, 0); },
+       2,
+       {-1, 2}});
+}
+
+TEST_F(MemoryFaults, PairAndValueFilesFail) {
+  const std::string bytes = "a find string\ta replace string\r\nb\tc\r\n";
+  const std::string list = session.folder.file("pairs", bytes);
+  const std::string out = session.folder.path("out");
+  run_with_each_allocation_failing(
+      {"LoadStringPair",
+       [&] { return LoadStringPair(list.c_str()); },
+       2,
+       {-1, 2}});
+  run_with_each_allocation_failing(
+      {"SaveStringPair",
+       [&] { return SaveStringPair(out.c_str(), 0); },
+       2,
+       {-1},
+       true,
+       true,
+       [&] { LoadStringPair(list.c_str()); }});
+  run_with_each_allocation_failing(
+      {"load_replace_list",
+       [&] { return load_replace_list(list.c_str()); },
+       2,
+       {-1, 2}});
+  run_with_each_allocation_failing(
+      {"save_replace_list",
+       [&] { return save_replace_list(out.c_str()); },
+       2,
+       {-1},
+       true,
+       true,
+       [&] { load_replace_list(list.c_str()); }});
+}
+
+TEST_F(MemoryFaults, OperationsInsideTheQuestionFail) {
+  ASSERT_EQ(SetPattern("", "text", "", 0, 0, 0, 0, 0, 0), 1);
+  const std::string out = session.folder.path("out");
+  run_with_each_allocation_failing(
+      {"save_occurrences",
+       [&] {
+         return in_question([&] { return save_occurrences(out.c_str(), ";"); });
+       },
+       1,
+       {-1}});
+  run_with_each_allocation_failing(
+      {"PrepareDisplay",
+       [] {
+         return in_question([] {
+           return PrepareDisplay("a separator that no small text holds", 0);
+         });
+       },
+       1,
+       {-1},
+       true,
+       false,
+       [] {},
+       [&] { EXPECT_THAT(session.take_log(), testing::IsEmpty()); }});
 }
 
 // An object without memory stays missing; the rest works.

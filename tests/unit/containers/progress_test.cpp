@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <vector>
+
+#include "containers/item_list.h"
+#include "containers/record.h"
 
 namespace zenfo {
 namespace {
@@ -21,6 +25,10 @@ int32_t tell(ProgressRecord* record) {
   reports.push_back(*record);
   return 5;
 }
+
+struct Empty final : Record {
+  RecordKind kind() const override { return RecordKind::kFileEntry; }
+};
 
 class ProgressTest : public testing::Test {
  protected:
@@ -118,6 +126,33 @@ TEST_F(ProgressTest, AWalkThatBeginsBehindZeroGoesOnFromTheLastStep) {
   EXPECT_TRUE(reports.empty());
   hooks.ReportPositionOf(6, 10);
   EXPECT_EQ(reports.size(), 1u);
+}
+
+// The steps that each kind of walk has come to are remembered apart.
+TEST_F(ProgressTest, WalksOverListsAndOthersRememberTheirOwnSteps) {
+  ItemList list;
+  for (int i = 0; i < 10; ++i) list.Append(std::make_unique<Empty>());
+  list.SetReportHook(tell);
+  list.ReportPosition(0);
+  list.ReportPositionOf(0, 10);
+  list.ReportPositionOf(9, 10);
+  reports.clear();
+  list.ReportPosition(1);
+  EXPECT_EQ(reports.size(), 1u);
+  list.ReportPosition(9);
+  list.ReportPositionOf(0, 10);
+  reports.clear();
+  list.ReportPositionOf(1, 10);
+  EXPECT_EQ(reports.size(), 1u);
+}
+
+TEST_F(ProgressTest, PollsAndResetsAreCountedApart) {
+  for (int i = 0; i < 60; ++i) hooks.PollInterrupt();
+  for (int i = 0; i < 100; ++i) hooks.ReportReset();
+  EXPECT_TRUE(reports.empty());
+  hooks.ReportReset();
+  EXPECT_EQ(reports.size(), 1u);
+  EXPECT_EQ(asked, 0);
 }
 
 TEST_F(ProgressTest, NothingIsReportedOfATotalOfZero) {

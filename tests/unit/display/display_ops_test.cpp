@@ -272,6 +272,23 @@ TEST_F(DisplayOps, TellWhichMatchLiesUnderAPoint) {
   EXPECT_EQ(hit_test_display(library_, -1, -1), -1);
 }
 
+TEST_F(DisplayOps, TellOfNoMatchUntilTheLayoutIsPainted) {
+  open_window();
+  const auto paint = [&] {
+    lay_out("abcd\nef", {{1, 1}, {5, 2}});
+    paint_display(library_, 0, 0, 0, 1);
+    ASSERT_EQ(hit_test_display(library_, 15, 5), 0);
+  };
+  paint();
+  EXPECT_EQ(reset_display(library_), 1);
+  EXPECT_EQ(hit_test_display(library_, 15, 5), -1);
+  paint();
+  EXPECT_EQ(prepare_display(library_, "\n", 0), 1);
+  EXPECT_EQ(hit_test_display(library_, 15, 5), -1);
+  paint_display(library_, 0, 0, 0, 1);
+  EXPECT_EQ(hit_test_display(library_, 15, 5), 0);
+}
+
 TEST_F(DisplayOps, HighlightOneGroupAtATime) {
   lay_out("ab\ncd", {{1, 3}, {4, 1}});
   int32_t position[2] = {9, 9};

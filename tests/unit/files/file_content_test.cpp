@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <random>
 #include <string>
 #include <utility>
@@ -94,6 +96,17 @@ TEST_F(FileContentTest, FailsForMissingFilesFoldersAndNoPath) {
   EXPECT_EQ(content.load_file_content(folder.path().c_str()), -1);
   EXPECT_EQ(content.load_file_content(""), -1);
   EXPECT_EQ(content.load_file_content(nullptr), -1);
+}
+
+TEST_F(FileContentTest, FilesOf2GigabytesAndMoreFail) {
+  const std::string path = folder.file("big", "x");
+  for (const uint64_t size :
+       {uint64_t{2147483647}, uint64_t{2147483648}, (uint64_t{1} << 32) + 10,
+        (uint64_t{1} << 32) + 60000}) {
+    std::filesystem::resize_file(path, size);
+    EXPECT_EQ(content.load_file_content(path.c_str()), -1) << size;
+    EXPECT_FALSE(content.loaded()) << size;
+  }
 }
 
 TEST_F(FileContentTest, AFailureLeavesNoContentOfTheFileBefore) {

@@ -93,6 +93,8 @@ TEST(Library, EveryListHasTheHostsHooks) {
     EXPECT_EQ(library.get_list(n)->interrupt_hook(), &interr) << n;
     EXPECT_EQ(library.get_list(n)->report_hook(), &report) << n;
   }
+  EXPECT_EQ(library.display->interrupt_hook(), &interr);
+  EXPECT_EQ(library.display->report_hook(), &report);
   library.terminate();
 }
 

@@ -38,5 +38,78 @@ TEST(Rows, WhatDestroysRecordsWantsTheLibraryAlone) {
   }
 }
 
+// All that a host may call inside its callbacks.
+TEST(Rows, OperationsThatReadMayRunInsideOthers) {
+  const std::set<std::string> expected = {
+      "SaveFileList",
+      "SaveResultFileList",
+      "GetFilename",
+      "GetFullName",
+      "SetFullName",
+      "GetDirectory",
+      "GetType",
+      "GetCTime",
+      "GetATime",
+      "GetMTime",
+      "GetSize",
+      "GetAttributes",
+      "SetCallBacks",
+      "SetState",
+      "GetState",
+      "GetFlag",
+      "IsTrashed",
+      "GetCount",
+      "GetFileFlagCount",
+      "Refresh",
+      "SaveSelection",
+      "GetSizeSelection",
+      "GetSizeTotal",
+      "FindInList",
+      "GetIcon",
+      "CopyToClipboard",
+      "UpdateStringPair",
+      "SaveStringPair",
+      "GetFindString",
+      "GetReplaceString",
+      "SetUndoFile",
+      "SetErrorFile",
+      "GetOrigFile",
+      "GetSafeFile",
+      "GetSafeTime",
+      "GetMatchOffset",
+      "GetMatchLength",
+      "GetMatchText",
+      "GetDisplayLineCount",
+      "GetDisplayWidth",
+      "GetDisplayTopLine",
+      "HighlightGroup",
+      "PaintDisplay",
+      "GetDisplayPageLines",
+      "GetDisplayLeftColumn",
+      "HitTestDisplay",
+      "RepaintDisplay",
+      "PrepareDisplay",
+      "ClearHighlight",
+      "MarkGroups",
+      "save_replace_list",
+      "get_replace_value",
+      "GetMatchReplace",
+      "get_match_flag",
+      "ResetDisplay",
+      "SetBytesPerLine",
+      "GetBytesPerLine",
+      "save_occurrences",
+      "SetDisplayWindow",
+      "GetDisplayScrollPos",
+      "GetDisplayScrollTrackPos",
+      "GetLineSeparator",
+  };
+  std::set<std::string> shared;
+  for (const ExportRow& row : kExportRows) {
+    if (row.access == Access::kShared) shared.insert(row.routine);
+  }
+  EXPECT_EQ(shared, expected);
+}
+
 }  // namespace
 }  // namespace zenfo

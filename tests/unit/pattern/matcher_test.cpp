@@ -450,6 +450,26 @@ TEST(FindAllByAreas, PollsBeforeEachAreaAndReportsTheEnd) {
       -1);
 }
 
+TEST(FindAllByAreas, PollsBeforeEachGapAndReportsTheEnd) {
+  TestContext context;
+  TestContext areas;
+  context.compile("a", false);
+  set_areas(areas, {{2, 2}, {6, 1}});
+  const std::string text = "aa..aaXa";
+  const auto find = [&] {
+    return find_all_by_areas(context, text.data(), text.size(), {}, &areas,
+                             false);
+  };
+  HookLog log(context, 1);
+  EXPECT_EQ(find(), 5);
+  EXPECT_EQ(HookLog::text(),
+            " 0/8=0% poll 1/8=12% poll poll 5/8=62% poll poll 8/8=100%");
+  for (int stop = 1; stop <= 6; ++stop) {
+    HookLog stopped(context, 1, stop);
+    EXPECT_EQ(find(), stop <= 5 ? -1 : 5) << stop;
+  }
+}
+
 TEST(FindAllByAreas, PassesOverOtherRecords) {
   class Alien : public Record {
    public:

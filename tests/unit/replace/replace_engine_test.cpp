@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "listops/string_pair.h"
 #include "unit/replace/engine_support.h"
@@ -205,6 +206,26 @@ TEST_F(ReplaceEngineTest, MatchesOfAnotherContextAreReplacements) {
   set("", {});
   EXPECT_EQ(set_replacements_from_matches(context, source.context, 0, false),
             -1);
+}
+
+std::vector<uint32_t> reported;
+
+TEST_F(ReplaceEngineTest, TakingMatchesReportsEachRecord) {
+  set("bbb", {{0, 1}, {1, 1}, {2, 1}});
+  replace_test::Engine source;
+  source.set("xyz", {{0, 1}, {1, 1}, {2, 1}});
+  context.SetReportHook([](ProgressRecord* record) {
+    EXPECT_EQ(record->total, 3u);
+    reported.push_back(record->position);
+    return 0;
+  });
+  for (const uint32_t index : {0u, 1u}) {
+    reported.clear();
+    EXPECT_EQ(
+        set_replacements_from_matches(context, source.context, index, false),
+        1);
+    EXPECT_EQ(reported, (std::vector<uint32_t>{0, 1, 2})) << index;
+  }
 }
 
 TEST_F(ReplaceEngineTest, TakingMatchesCanBeInterrupted) {
