@@ -6,6 +6,9 @@
 
 #include "support/run_fixture.h"
 #include "support/temp_folder.h"
+#ifndef _WIN32
+#include "support/temporary_locale.h"
+#endif
 #include "zenfofr130.h"
 
 namespace {
@@ -176,6 +179,25 @@ TEST_F(PatternRunTest, TagsAreKeptOutOfTheMatchWhenAsked) {
     EXPECT_EQ(host.option_questions.size(), 1u);
   }
 }
+
+#ifndef _WIN32
+TEST_F(PatternRunTest, ClassNamesFollowTheLocaleThatTheHostSets) {
+  ASSERT_EQ(
+      set_operators(folder.file("c", "name=\xE4\r\ninc_ranges=48-57").c_str()),
+      1);
+  const auto digits_found = [&] {
+    EXPECT_TRUE(pattern("\xC4", 1));
+    return matches("12");
+  };
+  EXPECT_EQ(digits_found(), 0);
+  {
+    const zenfo::test::HostLatinLocale locale;
+    if (!locale.in_force()) GTEST_SKIP() << "no Latin-1 locale can be made";
+    EXPECT_EQ(digits_found(), 1);
+  }
+  EXPECT_EQ(digits_found(), 0);
+}
+#endif
 
 TEST(Pattern, IsRefusedBeforeInitialize) {
   Terminate();

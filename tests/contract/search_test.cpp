@@ -9,6 +9,9 @@
 #include <utility>
 
 #include "support/run_fixture.h"
+#ifndef _WIN32
+#include "support/temporary_locale.h"
+#endif
 
 namespace {
 
@@ -904,6 +907,23 @@ TEST_F(SearchTest, PathsOfTheRunMustBeGivenAndDiffer) {
 }
 
 #ifndef _WIN32
+TEST_F(SearchTest, LettersFollowTheLocaleThatTheHostSets) {
+  ASSERT_TRUE(pattern("\xE4"));
+  add("1", "\xC4");
+  const auto matches = [] {
+    EXPECT_EQ(FindInFiles(ZENFO_LIST_FILES, "\xE4", 0, 0, 0),
+              find_block({.case_flag = 0}));
+    return GetCount(ZENFO_LIST_RESULT, -1);
+  };
+  EXPECT_EQ(matches(), 0);
+  {
+    const zenfo::test::HostLatinLocale locale;
+    if (!locale.in_force()) GTEST_SKIP() << "no Latin-1 locale can be made";
+    EXPECT_EQ(matches(), 1);
+  }
+  EXPECT_EQ(matches(), 0);
+}
+
 TEST_F(SearchTest, AListFileIsNotEmptiedThroughAnotherNameOfIt) {
   ASSERT_TRUE(pattern("a"));
   const auto list = work().file("list", "x");

@@ -10,11 +10,11 @@
 
 namespace zenfo::test {
 
-// In force (for bytes and the tables) while the object lives, if it could be
-// made: the system needs localedef and the locale sources.
-class LatinLocale {
+// As a host sets it: in force while the object lives, if it could be made (the
+// system needs localedef and the locale sources); the tables are left alone.
+class HostLatinLocale {
  public:
-  LatinLocale() {
+  HostLatinLocale() {
     char folder[] = "/tmp/zenfo_locale_XXXXXX";
     if (mkdtemp(folder) == nullptr) return;
     folder_ = folder;
@@ -24,22 +24,34 @@ class LatinLocale {
     if (std::system(make.c_str()) == -1) return;
     setenv("LOCPATH", folder_.c_str(), 1);
     in_force_ = std::setlocale(LC_CTYPE, "zenfo_latin") != nullptr;
-    refresh_byte_tables();
   }
-  ~LatinLocale() {
-    std::setlocale(LC_CTYPE, "C");
-    unsetenv("LOCPATH");
-    refresh_byte_tables();
-    if (!folder_.empty()) std::filesystem::remove_all(folder_);
-  }
-  LatinLocale(const LatinLocale&) = delete;
-  LatinLocale& operator=(const LatinLocale&) = delete;
+  ~HostLatinLocale() { leave(); }
+  HostLatinLocale(const HostLatinLocale&) = delete;
+  HostLatinLocale& operator=(const HostLatinLocale&) = delete;
 
   bool in_force() const { return in_force_; }
+
+ protected:
+  void leave() {
+    std::setlocale(LC_CTYPE, "C");
+    unsetenv("LOCPATH");
+    if (!folder_.empty()) std::filesystem::remove_all(folder_);
+    folder_.clear();
+  }
 
  private:
   std::string folder_;
   bool in_force_ = false;
+};
+
+// In force for the tables, too.
+class LatinLocale : public HostLatinLocale {
+ public:
+  LatinLocale() { refresh_byte_tables(); }
+  ~LatinLocale() {
+    leave();
+    refresh_byte_tables();
+  }
 };
 
 }  // namespace zenfo::test
