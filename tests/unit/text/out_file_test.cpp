@@ -105,14 +105,16 @@ TEST_F(OutFileTest, TruncateEmptiesAndAppendKeepsWhatIsThere) {
   EXPECT_EQ(on_disk(), "");
 }
 
-TEST_F(OutFileTest, OverwriteKeepsWhatLiesBehind) {
+TEST_F(OutFileTest, AnOverwrittenFileEndsBehindWhatWasWritten) {
   OutFile file;
   ASSERT_TRUE(open(file, OutputMode::kTruncate, LineEnds::kRaw));
   EXPECT_TRUE(file.write("abcdef"));
   ASSERT_TRUE(open(file, OutputMode::kOverwrite, LineEnds::kRaw));
   EXPECT_TRUE(file.write("XY"));
+  EXPECT_TRUE(file.flush());
+  EXPECT_EQ(on_disk(), "XYcdef") << "until it is closed";
   EXPECT_TRUE(file.close());
-  EXPECT_EQ(on_disk(), "XYcdef");
+  EXPECT_EQ(on_disk(), "XY");
 }
 
 TEST_F(OutFileTest, WritesNumbersAsDecimalDigits) {
