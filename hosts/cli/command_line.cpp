@@ -1,5 +1,6 @@
 #include "command_line.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
 #include <memory>
@@ -64,19 +65,28 @@ class HelpFormat : public CLI::Formatter {
 
 CommandLine::CommandLine(const std::string& name, const HelpTexts& texts,
                          const std::string& help_names)
-    : name_(name), options_("", "zenfo " + name) {
-  options_.set_help_flag(help_names, "Show this help and exit");
-  options_.allow_windows_style_options(false);
+    : name_(name), options_(std::make_unique<CLI::App>("", "zenfo " + name)) {
+  options_->set_help_flag(help_names, "Show this help and exit");
+  options_->allow_windows_style_options(false);
   // Unknown options are collected, for a message of our own.
-  options_.allow_extras();
-  options_.formatter(std::make_shared<HelpFormat>(texts));
+  options_->allow_extras();
+  options_->formatter(std::make_shared<HelpFormat>(texts));
+}
+
+CommandLine::~CommandLine() = default;
+
+void CommandLine::flag(const std::string& names, bool& value,
+                       const std::string& help) {
+  options_->add_flag(names, value, help)
+      ->disable_flag_override()
+      ->group(heading_);
 }
 
 void CommandLine::value(const std::string& names, std::string& value,
                         const std::string& value_name,
                         const std::string& help) {
   options_
-      .add_option_function<std::string>(
+      ->add_option_function<std::string>(
           names, [&value](const std::string& text) { value = unmarked(text); },
           help)
       ->type_name(value_name)
@@ -89,7 +99,7 @@ void CommandLine::values(const std::string& names,
                          const std::string& value_name,
                          const std::string& help) {
   options_
-      .add_option_function<std::vector<std::string>>(
+      ->add_option_function<std::vector<std::string>>(
           names,
           [&values](const std::vector<std::string>& texts) {
             for (const auto& text : texts) values.push_back(unmarked(text));
@@ -103,7 +113,7 @@ void CommandLine::values(const std::string& names,
 void CommandLine::text(const std::string& names, std::string& value,
                        const std::string& value_name, const std::string& help) {
   options_
-      .add_option_function<std::string>(
+      ->add_option_function<std::string>(
           names,
           [this, &value, names](const std::string& text) {
             if (text.empty()) throw wrong(names, "needs a value");
@@ -120,7 +130,7 @@ void CommandLine::number(const std::string& names,
                          const std::string& help) {
   const std::string name = names.substr(0, names.find(','));
   options_
-      .add_option_function<std::string>(
+      ->add_option_function<std::string>(
           names,
           [this, &value, name](const std::string& text) {
             uint64_t number = 0;
@@ -144,7 +154,7 @@ void CommandLine::two_values(const std::string& names,
                              const std::string& value_names,
                              const std::string& help) {
   options_
-      .add_option_function<std::vector<std::string>>(
+      ->add_option_function<std::vector<std::string>>(
           names,
           [&values](const std::vector<std::string>& texts) {
             values = TwoTexts(unmarked(texts[texts.size() - 2]),
@@ -158,12 +168,12 @@ void CommandLine::two_values(const std::string& names,
 }
 
 void CommandLine::argument(std::string& value) {
-  options_.add_option_function<std::string>(
+  options_->add_option_function<std::string>(
       "first", [&value](const std::string& text) { value = unmarked(text); });
 }
 
 void CommandLine::arguments(std::vector<std::string>& values) {
-  options_.add_option_function<std::vector<std::string>>(
+  options_->add_option_function<std::vector<std::string>>(
       "others", [&values](const std::vector<std::string>& texts) {
         for (const auto& text : texts) values.push_back(unmarked(text));
       });
@@ -180,9 +190,9 @@ bool CommandLine::parse(const std::vector<std::string>& arguments,
   std::transform(arguments.rbegin(), arguments.rend(), backwards.begin(),
                  marked);
   try {
-    options_.parse(std::move(backwards));
+    options_->parse(std::move(backwards));
   } catch (const CLI::CallForHelp&) {
-    output.put(options_.help());
+    output.put(options_->help());
     return false;
   } catch (const CLI::ParseError& error) {
     throw wrong(name_, error.what());
@@ -192,7 +202,7 @@ bool CommandLine::parse(const std::vector<std::string>& arguments,
 }
 
 void CommandLine::refuse_unknown_options() const {
-  for (const std::string& argument : options_.remaining()) {
+  for (const std::string& argument : options_->remaining()) {
     if (argument != "--") throw wrong(argument, "no such option");
   }
 }

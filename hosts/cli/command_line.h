@@ -5,8 +5,8 @@
 // Tested by tests/cli/command_test.cpp
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,6 +16,10 @@
 #include "file_arguments.h"
 #include "messages.h"
 #include "output.h"
+
+namespace CLI {
+class App;
+}
 
 namespace zenfo::cli {
 
@@ -30,15 +34,12 @@ class CommandLine {
  public:
   CommandLine(const std::string& name, const HelpTexts& texts,
               const std::string& help_names = "-h,--help");
+  ~CommandLine();
 
   // The heading of the options that follow.
   void heading(const std::string& text) { heading_ = text; }
 
-  void flag(const std::string& names, bool& value, const std::string& help) {
-    options_.add_flag(names, value, help)
-        ->disable_flag_override()
-        ->group(heading_);
-  }
+  void flag(const std::string& names, bool& value, const std::string& help);
   // `value_name` stands for the value in the help text. An option that is
   // given again replaces its value, or adds to its values.
   void value(const std::string& names, std::string& value,
@@ -71,7 +72,7 @@ class CommandLine {
 
   std::string name_;
   std::string heading_ = "Options";
-  CLI::App options_;
+  std::unique_ptr<CLI::App> options_;  // the parser's header takes long
 };
 
 // How the list of results is written.
