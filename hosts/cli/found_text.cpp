@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <limits>
+#include <system_error>
 #include <tuple>
 
 namespace zenfo::cli {
@@ -12,6 +14,12 @@ namespace {
 struct FileCloser {
   void operator()(std::FILE* file) const { std::fclose(file); }
 };
+
+size_t size_on_disk(const std::string& path) {
+  std::error_code failed;
+  const auto size = std::filesystem::file_size(path, failed);
+  return failed ? 0 : static_cast<size_t>(size);
+}
 
 uint64_t count_line_ends(std::string_view text) {
   return static_cast<uint64_t>(std::count(text.begin(), text.end(), '\n'));
@@ -66,7 +74,9 @@ bool FileBytes::load(const std::string& path) {
   std::setvbuf(file.get(), nullptr, _IONBF, 0);
   for (;;) {
     if (size_ == capacity_) {
-      const size_t capacity = std::max<size_t>(2 * capacity_, 256 * 1024);
+      // Large files in one step: to move a gigabyte along takes long.
+      const size_t capacity = std::max<size_t>(
+          {size_t{256} * 1024, 2 * capacity_, size_on_disk(path) + 1});
       std::unique_ptr<char[]> bytes(new char[capacity]);
       if (size_ > 0) std::memcpy(bytes.get(), bytes_.get(), size_);
       bytes_ = std::move(bytes);
