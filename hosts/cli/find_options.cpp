@@ -32,7 +32,7 @@ const HelpTexts kHelpTexts = {
     "  zenfo find 'Copyright 2024'          in all files from here down\n"
     "  zenfo find -rnw count src            'count', but not 'counter'\n"
     "  zenfo find -rli error logs --include '*.log'\n"
-    "  zenfo find -rc -e TODO -e FIXME src  count the lines with either\n"
+    "  zenfo find -rc -e tide -e ferry src  count the lines with either\n"
     "  zenfo find -ro --between '<b>' '</b>' pages\n"
     "  zenfo find -q needle notes.txt && echo found\n"
     "  zenfo find -rl0 -- -v . | xargs -0 ls -l\n"};

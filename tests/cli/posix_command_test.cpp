@@ -25,11 +25,7 @@ class PosixCommand : public ::testing::Test {
     return run_zenfo(std::move(arguments), folder_.path());
   }
   Outcome run_as_nobody(std::vector<std::string> arguments) const {
-    Start start;
-    start.arguments = std::move(arguments);
-    start.folder = folder_.path();
-    start.as_nobody = true;
-    return run_zenfo(start);
+    return run_zenfo_as_nobody(std::move(arguments), folder_.path());
   }
 
   TempFolder folder_;

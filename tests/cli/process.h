@@ -41,4 +41,14 @@ inline Outcome run_zenfo(std::vector<std::string> arguments,
   return run_zenfo(start);
 }
 
+// Linux only.
+inline Outcome run_zenfo_as_nobody(std::vector<std::string> arguments,
+                                   std::string folder) {
+  Start start;
+  start.arguments = std::move(arguments);
+  start.folder = std::move(folder);
+  start.as_nobody = true;
+  return run_zenfo(start);
+}
+
 }  // namespace zenfo::test

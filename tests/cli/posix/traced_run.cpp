@@ -130,7 +130,7 @@ Signalled signal_zenfo_before(int nth, int signal,
   Signalled result;
   do {
     const Call* call = call_ahead(child, calls);
-    if (call != nullptr && --nth == 0) {
+    if (call != nullptr && ++result.calls == nth) {
       result.call = call->name;
       kill(child, signal);
     }

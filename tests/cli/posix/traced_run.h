@@ -10,6 +10,7 @@ namespace zenfo::test {
 
 struct Signalled {
   std::string call;  // the system call ahead; empty: the command ended first
+  int calls = 0;     // made in all, of those counted
   Outcome outcome;
 };
 
