@@ -5,7 +5,8 @@
 // last run can be undone. A file gets one safe copy a run, before it is first
 // rewritten: a second one would hold the changed text.
 //
-// Tested by tests/contract/replace_test.cpp
+// Tested by tests/contract/replace_run_test.cpp,
+// tests/contract/replace_safety_test.cpp
 #pragma once
 
 #include <cstdint>

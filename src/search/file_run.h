@@ -11,7 +11,8 @@
 // Whatever way a run ends, its cleanup empties the match lists and resets the
 // display before the loaded text goes.
 //
-// Tested by tests/contract/search_test.cpp
+// Tested by tests/contract/search_test.cpp,
+// tests/contract/search_output_test.cpp
 #pragma once
 
 #include <cstdint>

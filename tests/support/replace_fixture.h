@@ -1,0 +1,27 @@
+// Replacing one file, for tests of what becomes of it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "support/run_fixture.h"
+
+namespace zenfo::test {
+
+class ReplaceTest : public RunTest {
+ protected:
+  // What one file becomes; with the number of matches, if it is of interest.
+  std::string becomes(const Operation& run, const RunArguments& arguments,
+                      std::string_view text, int32_t* answer = nullptr) {
+    EXPECT_EQ(Clear(ZENFO_LIST_FILES), 1);
+    const std::string path = add("f", text);
+    const int32_t count = run(arguments, nullptr);
+    if (answer != nullptr) *answer = count;
+    return read_file(path);
+  }
+};
+
+}  // namespace zenfo::test
