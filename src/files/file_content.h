@@ -3,7 +3,8 @@
 //
 // One buffer serves all files of a run. It is neither cleared nor freed
 // between files; one NUL byte stands behind the content. A small file costs an
-// open, one read and a close.
+// open, one read and a close; a large one that is not to be rewritten is viewed
+// where it lies in the system's memory, not copied.
 //
 // The poll counter and the last progress step are process-wide, shared by all
 // loaders, like those of the lists.
@@ -16,6 +17,7 @@
 #include <string_view>
 
 #include "containers/progress.h"
+#include "platform/file_view.h"
 #include "platform/files.h"
 #include "platform/memory.h"
 
@@ -25,6 +27,10 @@ class FileContent {
  public:
   void set_interrupt_hook(InterruptHook hook) { interrupt_hook_ = hook; }
   void set_progress_hook(ReportHook hook) { progress_hook_ = hook; }
+
+  // For files that nobody rewrites while their content is in use: views of
+  // large ones are allowed. What others write to them meanwhile may be seen.
+  void allow_views() { views_allowed_ = true; }
 
   // Throttled call of the interrupt hook; non-zero means stop. Intended: with
   // `every` 1 the hook is asked on every second call, counted across all
@@ -48,7 +54,7 @@ class FileContent {
   int32_t find_non_printable();
 
   bool loaded() const { return loaded_; }
-  const char* data() const { return buffer_.data(); }
+  const char* data() const { return data_; }
   uint32_t length() const { return length_; }
   std::string_view bytes() const {
     return loaded_ ? std::string_view(data(), length_) : std::string_view();
@@ -63,10 +69,14 @@ class FileContent {
   int32_t load(const char* path, platform::NearbyFolder* nearby);
   int32_t finish(uint32_t total, uint32_t steps);
   int32_t load_large(platform::InputFile& file);
+  bool make_room(const platform::InputFile& file, uint32_t size);
   bool read_exactly(platform::InputFile& file, uint64_t offset, uint32_t size);
 
   std::string path_;
   platform::KeptBuffer buffer_;
+  platform::FileView view_;
+  char* data_ = nullptr;  // in the buffer or the view
+  bool views_allowed_ = false;
   bool loaded_ = false;  // false for an empty file too
   uint32_t length_ = 0;
   uint64_t file_size_ = 0;

@@ -133,6 +133,7 @@ class InputFile {
   bool is_open() const { return handle_ != kNone; }
 
  private:
+  friend class FileView;
   static constexpr intptr_t kNone = -1;
   intptr_t handle_ = kNone;
 };

@@ -135,6 +135,7 @@ int32_t find_in_files(Library& library, int32_t number, const char* text,
   }
   FileContent content;
   content.set_interrupt_hook(interr);
+  content.allow_views();
   platform::NearbyFolder nearby;
   const SubstringSearcher searcher(text, case_sensitive != 0);
   auto holds = [&](std::string_view searched) {

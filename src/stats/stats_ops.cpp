@@ -62,6 +62,7 @@ int32_t count_file(FileContent& content, const char* file, TextCounts& counts) {
 FileContent& counted_content(Library& library) {
   if (library.counted_content == nullptr) {
     library.counted_content = std::make_unique<FileContent>();
+    library.counted_content->allow_views();
   }
   return *library.counted_content;
 }

@@ -81,6 +81,52 @@ TEST_F(FileContentTest, LoadsTheBytesFollowedByANul) {
   }
 }
 
+TEST_F(FileContentTest, AViewIsLoadedAsACopyIs) {
+  content.allow_views();
+  for (size_t size : {999999u, 1048575u, 1048576u, 1048577u, 5000000u, 70000u,
+                      2500001u, 4096u * 300}) {
+    const std::string bytes = noise(size);
+    const std::string path = folder.file("f", bytes);
+    ASSERT_EQ(content.load_file_content(path.c_str()),
+              static_cast<int32_t>(size));
+    EXPECT_EQ(content.file_size(), size);
+    EXPECT_TRUE(content.bytes() == bytes) << size;
+    EXPECT_EQ(content.data()[size], '\0');
+    EXPECT_TRUE(test::read_file(path) == bytes) << size;
+  }
+  content.clear();
+  EXPECT_TRUE(content.bytes().empty());
+}
+
+TEST_F(FileContentTest, AViewIsReportedAsACopyIs) {
+  const std::string path = folder.file("f", noise(50000 * 30 + 5));
+  listen();
+  content.load_file_content(path.c_str());
+  const Steps copied = steps();
+  const int asked = polls;
+  reports.clear();
+  SetUp();
+  listen();
+  content.allow_views();
+  content.load_file_content(path.c_str());
+  EXPECT_EQ(steps(), copied);
+  EXPECT_EQ(polls, asked);
+}
+
+TEST_F(FileContentTest, AnInterruptedViewIsAnInterruptedCopy) {
+  const std::string bytes = noise(50000 * 40 + 7);
+  const std::string path = folder.file("f", bytes);
+  content.allow_views();
+  listen();
+  stop_at_poll = 1;
+  EXPECT_EQ(content.load_file_content(path.c_str()), 100007);
+  EXPECT_EQ(content.file_size(), bytes.size());
+  EXPECT_TRUE(content.bytes() ==
+              bytes.substr(0, 100000) + std::string(7, '\0'));
+  EXPECT_EQ(content.data()[100007], '\0');
+  EXPECT_TRUE(test::read_file(path) == bytes);
+}
+
 TEST_F(FileContentTest, AnEmptyFileLoadsWithLengthZeroAndNoReport) {
   listen();
   const std::string path = folder.file("empty", "");
@@ -269,6 +315,35 @@ TEST_F(FileContentTest, AFileThatShrinksWhileItIsReadFails) {
   });
   EXPECT_EQ(content.load_file_content(path.c_str()), -1);
   EXPECT_FALSE(content.loaded());
+}
+
+TEST_F(FileContentTest, AViewedFileThatShrinksWhileItIsLoadedFails) {
+  content.allow_views();
+  static std::string shrinking;
+  static uint64_t left;
+  shrinking = folder.path("f");
+  content.set_progress_hook([](ProgressRecord* record) -> int32_t {
+    if (record->position == 1) std::filesystem::resize_file(shrinking, left);
+    return 0;
+  });
+  // By whole pages; within the last page.
+  for (const uint64_t size : {uint64_t{120000}, uint64_t{50000} * 80 - 1}) {
+    left = size;
+    folder.file("f", noise(50000 * 80));
+    EXPECT_EQ(content.load_file_content(shrinking.c_str()), -1) << size;
+    EXPECT_FALSE(content.loaded());
+  }
+}
+
+TEST_F(FileContentTest, AViewedFileThatShrinksLaterReadsAsZeros) {
+  content.allow_views();
+  const std::string bytes = noise(50000 * 80);
+  const std::string path = folder.file("f", bytes);
+  ASSERT_EQ(content.load_file_content(path.c_str()), 50000 * 80);
+  std::filesystem::resize_file(path, 4096 * 2);
+  EXPECT_TRUE(content.bytes() ==
+              bytes.substr(0, 4096 * 2) +
+                  std::string(bytes.size() - 4096 * 2, '\0'));
 }
 
 TEST_F(FileContentTest, APipeIsNoFileAndIsNotWaitedFor) {

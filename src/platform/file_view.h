@@ -1,0 +1,41 @@
+// An open file's bytes in memory without a copy of them.
+//
+// Tested by tests/unit/platform/file_view_test.cpp,
+// tests/unit/platform/posix_file_view_test.cpp
+#pragma once
+
+#include <cstddef>
+
+#include "platform/files.h"
+
+namespace zenfo::platform {
+
+// Natively a private mapping: what is written to it never reaches the file, and
+// what others write to the file meanwhile may be seen. A page that can no
+// longer be read, as when the file has been shortened, reads as zero bytes.
+// Windows has no views: a mapped file could not be shortened by anybody.
+class FileView {
+ public:
+  FileView() = default;
+  ~FileView() { close(); }
+  FileView(const FileView&) = delete;
+  FileView& operator=(const FileView&) = delete;
+
+  // Views the first `size` bytes (not 0), with a byte behind them that may be
+  // used too. False when there is no view to be had: read the file instead.
+  bool open(const InputFile& file, size_t size);
+  // Brings in the bytes from `begin` to `end`, to be called in order. False
+  // when they cannot be read.
+  bool fill(size_t begin, size_t end);
+  void close();
+
+  bool is_open() const { return data_ != nullptr; }
+  char* data() const { return data_; }
+
+ private:
+  char* data_ = nullptr;
+  size_t size_ = 0;
+  size_t filled_ = 0;
+};
+
+}  // namespace zenfo::platform

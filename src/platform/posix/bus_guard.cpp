@@ -1,0 +1,107 @@
+#include "platform/posix/bus_guard.h"
+
+#include <signal.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+
+namespace zenfo::platform {
+namespace {
+
+// Read by the handler, whenever it is called.
+struct Range {
+  std::atomic<uintptr_t> begin{0};
+  std::atomic<uintptr_t> end{0};  // 0: free
+};
+
+constexpr size_t kMostRanges = 8;
+Range ranges[kMostRanges];
+size_t guarded_ranges = 0;
+uintptr_t page_size = 0;
+struct sigaction handler_before;
+
+bool is_guarded(uintptr_t address) {
+  return std::any_of(
+      std::begin(ranges), std::end(ranges), [&](const Range& range) {
+        return address < range.end.load() && address >= range.begin.load();
+      });
+}
+
+bool put_zeros(uintptr_t address) {
+  void* page = reinterpret_cast<void*>(address / page_size * page_size);
+  return mmap(page, page_size, PROT_READ | PROT_WRITE,
+              MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) == page;
+}
+
+// What would have happened without this handler.
+void pass_on(int signal, siginfo_t* info, void* context) {
+  if ((handler_before.sa_flags & SA_SIGINFO) != 0) {
+    handler_before.sa_sigaction(signal, info, context);
+  } else if (handler_before.sa_handler == SIG_IGN && info->si_code <= 0) {
+    // Sent by a process: ignored.
+  } else if (handler_before.sa_handler == SIG_DFL ||
+             handler_before.sa_handler == SIG_IGN) {
+    // The fault comes again, or the signal is sent again, with no handler.
+    ::signal(signal, SIG_DFL);
+    if (info->si_code <= 0) raise(signal);
+  } else {
+    handler_before.sa_handler(signal);
+  }
+}
+
+void on_bus_error(int signal, siginfo_t* info, void* context) {
+  const int error = errno;
+  const auto address = reinterpret_cast<uintptr_t>(info->si_addr);
+  const bool ours = info->si_code > 0 && is_guarded(address);
+  if (!ours || !put_zeros(address)) pass_on(signal, info, context);
+  errno = error;
+}
+
+bool install_handler() {
+  page_size = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
+  struct sigaction handler = {};
+  handler.sa_sigaction = on_bus_error;
+  handler.sa_flags = SA_SIGINFO | SA_ONSTACK;
+  sigemptyset(&handler.sa_mask);
+  return sigaction(SIGBUS, &handler, &handler_before) == 0;
+}
+
+// A handler that the host has put in its place meanwhile stays.
+void remove_handler() {
+  struct sigaction present;
+  if (sigaction(SIGBUS, nullptr, &present) == 0 &&
+      (present.sa_flags & SA_SIGINFO) != 0 &&
+      present.sa_sigaction == on_bus_error) {
+    sigaction(SIGBUS, &handler_before, nullptr);
+  }
+}
+
+}  // namespace
+
+bool guard_range(char* begin, size_t size) {
+  Range* free = std::find_if(std::begin(ranges), std::end(ranges),
+                             [](const Range& range) { return range.end == 0; });
+  if (free == std::end(ranges)) return false;
+  if (guarded_ranges == 0 && !install_handler()) return false;
+  ++guarded_ranges;
+  const auto address = reinterpret_cast<uintptr_t>(begin);
+  free->begin = address;
+  free->end = address + size;
+  return true;
+}
+
+void release_range(char* begin) {
+  const auto address = reinterpret_cast<uintptr_t>(begin);
+  for (Range& range : ranges) {
+    if (range.end == 0 || range.begin != address) continue;
+    range.end = 0;
+    if (--guarded_ranges == 0) remove_handler();
+    return;
+  }
+}
+
+}  // namespace zenfo::platform
