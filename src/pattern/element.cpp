@@ -31,8 +31,13 @@ bool equal(const char* a, std::string_view b, bool case_flag) {
 void Element::reset(bool case_flag) {
   clear_match();
   next = resume = 0;
-  case_flag_ = case_flag;
-  prepare();
+  const uint32_t fold_version = byte_tables().fold_version;
+  if (case_flag != case_flag_ || fold_version != prepared_for_) {
+    case_flag_ = case_flag;
+    prepared_for_ = 0;
+    prepare();
+    prepared_for_ = fold_version;
+  }
   forget();
 }
 

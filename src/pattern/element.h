@@ -72,7 +72,8 @@ class Element {
   Element(ElementKind kind, bool case_flag)
       : kind_(kind), case_flag_(case_flag) {}
 
-  // Prepares for comparing with the case flag in force.
+  // Prepares for comparing with the case flag and the folding in force; called
+  // for a run that has others than the one before.
   virtual void prepare() {}
   // Sets the words: a match of `taken` bytes at p, or a failure there.
   bool matched(size_t p, size_t taken);
@@ -81,6 +82,7 @@ class Element {
  private:
   ElementKind kind_;
   bool case_flag_;
+  uint32_t prepared_for_ = 0;  // ByteTables::fold_version; 0: for none
 };
 
 using ElementList = std::vector<std::unique_ptr<Element>>;

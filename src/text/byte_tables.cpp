@@ -67,7 +67,9 @@ void refresh_byte_tables() {
   ByteTables& tables = tables_in_force();
   const auto fold = tables.fold;
   ask_c_library(tables);
-  if (tables.fold != fold) derive_fold_bits(tables);
+  if (tables.fold == fold) return;
+  derive_fold_bits(tables);
+  ++tables.fold_version;
 }
 
 int32_t compare_ignoring_case(std::string_view a, std::string_view b) {

@@ -20,6 +20,9 @@ struct ByteTables {
   // Whether the opposite holds too: alike with these bits set, so folded
   // alike. True for every byte of an ordinary locale.
   std::array<bool, 256> fold_bits_suffice;
+
+  // Another one for every other way to fold; never 0.
+  uint32_t fold_version = 1;
 };
 
 // The tables in force. Built on first use; the reference stays good for the

@@ -5,6 +5,8 @@
 #include <random>
 #include <string>
 
+#include "support/temporary_locale.h"
+
 namespace zenfo {
 namespace {
 
@@ -145,6 +147,22 @@ TEST(Element, ResetZeroesTheWordsAndTakesTheCaseFlag) {
   literal.reset(false);
   EXPECT_FALSE(literal.case_flag());
   EXPECT_EQ(literal.start + literal.length + literal.next + literal.resume, 0u);
+}
+
+TEST(Element, FoldsAsTheTablesDoThatAreInForceForTheRun) {
+  CharListElement list("\xC4", 1, 0, false);
+  LiteralElement literal("\xC4");
+  {
+    const test::LatinLocale locale;
+    if (!locale.in_force()) GTEST_SKIP() << "no localedef or locale sources";
+    expect_match(list, {"\xE4", 0, 1, true, 1, 0}, false);
+    expect_match(literal, {"\xE4", 0, 1, true, 1, 0}, false);
+  }
+  expect_match(list, {"\xE4", 0, 1, false, 0, 0}, false);
+  expect_match(list, {"\xC4", 0, 1, true, 1, 0}, false);
+  const std::string text = "\xE4";
+  literal.reset(false);
+  EXPECT_FALSE(literal.locate({text.data(), text.size(), 0}, 0));
 }
 
 // What an element remembers answers like an element that remembers nothing.

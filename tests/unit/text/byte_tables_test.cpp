@@ -71,9 +71,17 @@ TEST(ByteTables, FollowTheLocaleOnlyWhenRefreshed) {
   expect_fold_bits_to_agree_with_fold(tables);
   std::setlocale(LC_CTYPE, "C");
   EXPECT_EQ(tables.fold[0xC4], 0xE4);
+  const uint32_t version = tables.fold_version;
   refresh_byte_tables();
+  EXPECT_NE(tables.fold_version, version);
   EXPECT_EQ(tables.fold[0xC4], 0xC4);
   EXPECT_FALSE(tables.letter_or_digit[0xE4]);
+}
+
+TEST(ByteTables, KeepTheirVersionWhileTheFoldingStays) {
+  const uint32_t version = byte_tables().fold_version;
+  refresh_byte_tables();
+  EXPECT_EQ(byte_tables().fold_version, version);
 }
 
 struct Comparison {
