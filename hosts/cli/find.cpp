@@ -380,6 +380,10 @@ int run_find(const Arguments& arguments) {
     return kNothingFound;
   }
   Session session;
+  // A report and a summary are written to the end of a file at least.
+  if (options.search.report.empty() && options.summary.empty()) {
+    session.leave_at_stop();
+  }
   Search search(session, options.search);
   return options.summary.empty()
              ? run_over_files(options, session, search, output)

@@ -48,7 +48,7 @@ Session::~Session() {
 // Only what is needed: a callback that is there costs time.
 void Session::set_callbacks() {
   CallbackTable table{};
-  table.interrupt = on_interrupt;
+  if (!leaves_at_stop_) table.interrupt = on_interrupt;
   table.file_question = on_file_question;
   if (question_) table.option_question = on_option_question;
   if (changing_ || progress_.wanted()) table.status = on_status;
@@ -71,6 +71,13 @@ int32_t Session::on_interrupt() {
 // The library is done with a rewritten file once it is on one of the lists.
 bool Session::may_stop() const {
   return !hold_stop_ || (rewritten_ && files_done() > done_before_);
+}
+
+void Session::leave_at_stop() {
+  leaves_at_stop_ = true;
+  system::obey_stop();
+  set_callbacks();
+  if (system::stop_status() != 0) throw Stopped{};
 }
 
 void Session::leave(int status) {

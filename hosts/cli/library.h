@@ -139,6 +139,10 @@ class Session {
   // Complains about what the library noted in its error file since the last
   // time of asking.
   void complain_about_errors();
+  // A stop ends the process at once from now on; the library is not asked to
+  // look for one, which takes it time. For commands that write nothing but to
+  // the standard streams.
+  void leave_at_stop();
   // Ends the process from inside an operation.
   [[noreturn]] void leave(int status);
 
@@ -173,7 +177,8 @@ class Session {
   std::vector<char> buffer_;
   size_t seeds_ = 0;
   size_t copies_wanted_ = 0;  // answers "yes" left for the file question
-  bool changing_ = false;     // run_changes() is running
+  bool leaves_at_stop_ = false;
+  bool changing_ = false;  // run_changes() is running
   bool hold_stop_ = false;
   bool rewritten_ = false;    // something of the file in hand
   uint32_t done_before_ = 0;  // files before that one

@@ -24,6 +24,7 @@ constexpr int64_t kLargestFile = INT32_MAX - 1;
 // Read by the signal handler, so plain memory.
 char error_file[4096] = "";
 volatile std::sig_atomic_t stop_signal = 0;
+volatile std::sig_atomic_t stop_is_obeyed = 0;
 
 std::string reason_of(int error) {
   switch (error) {
@@ -49,12 +50,21 @@ int descriptor(Stream stream) {
   }
 }
 
+// From within a signal handler. A bar may stand on the line of a terminal.
+void tell_of_stop() {
+  constexpr std::string_view kMessage = "\nzenfo: stopped\n";
+  const size_t start = isatty(STDERR_FILENO) != 0 ? 0 : 1;
+  static_cast<void>(!::write(STDERR_FILENO, kMessage.data() + start,
+                             kMessage.size() - start));
+}
+
 extern "C" void on_stop_signal(int number) {
-  if (stop_signal != 0) {
-    remove_error_file();
-    _exit(128 + number);
-  }
+  const bool first = stop_signal == 0;
   stop_signal = number;
+  if (first && stop_is_obeyed == 0) return;
+  if (first) tell_of_stop();
+  remove_error_file();
+  _exit(128 + number);
 }
 
 }  // namespace
@@ -169,6 +179,8 @@ void watch_for_stop() {
     if (before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
   }
 }
+
+void obey_stop() { stop_is_obeyed = 1; }
 
 int stop_status() { return stop_signal == 0 ? 0 : 128 + stop_signal; }
 

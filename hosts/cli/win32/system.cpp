@@ -18,6 +18,7 @@ constexpr DWORD kVirtualTerminal = 4;
 // Read by the thread that answers Ctrl-C, so plain memory.
 char error_file[MAX_PATH] = "";
 std::atomic<bool> stop_asked{false};
+std::atomic<bool> stop_is_obeyed = false;
 
 class Handle {
  public:
@@ -67,12 +68,19 @@ HANDLE handle_of(Stream stream) {
   }
 }
 
+// A bar may stand on the line of a console.
+void tell_of_stop() {
+  write(Stream::kErrors, is_terminal(Stream::kErrors) ? "\nzenfo: stopped\n"
+                                                      : "zenfo: stopped\n");
+}
+
+// Called in a thread of its own.
 BOOL WINAPI on_stop(DWORD) {
-  if (stop_asked.exchange(true)) {
-    remove_error_file();
-    leave(kStopStatus);
-  }
-  return TRUE;
+  const bool first = !stop_asked.exchange(true);
+  if (first && !stop_is_obeyed.load()) return TRUE;
+  if (first) tell_of_stop();
+  remove_error_file();
+  leave(kStopStatus);
 }
 
 }  // namespace
@@ -193,6 +201,8 @@ std::string known_file() {
 }
 
 void watch_for_stop() { SetConsoleCtrlHandler(on_stop, TRUE); }
+
+void obey_stop() { stop_is_obeyed = true; }
 
 int stop_status() { return stop_asked.load() ? kStopStatus : 0; }
 
