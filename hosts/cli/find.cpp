@@ -79,6 +79,8 @@ class Shown {
         return options_.ask;
       case Show::kMatchCounts:
         return options_.ask || several_texts_;
+      case Show::kLineCounts:
+        return !options_.matches_are_lines;
       default:
         return true;
     }
@@ -110,10 +112,8 @@ class Shown {
         write_paths(ZENFO_LIST_NO_MATCH);
         return;
       case Show::kMatchCounts:
-        if (!asks_back()) read_counts();
-        write_counts();
-        return;
       case Show::kLineCounts:
+        if (!asks_back()) read_counts();
         write_counts();
         return;
       case Show::kJson:
@@ -234,6 +234,9 @@ class Shown {
     for_each_result(ZENFO_LIST_RESULT, [&](uint32_t index, uint32_t result) {
       counts_[index] =
           static_cast<uint32_t>(GetFlag(ZENFO_LIST_RESULT, result));
+      if (options_.show == Show::kLineCounts) {
+        counts_[index] = std::min(counts_[index], options_.form.most_lines);
+      }
     });
   }
 
@@ -370,6 +373,21 @@ int run_over_files(FindOptions& options, Session& session, Search& search,
   return status_of(found);
 }
 
+// Matches cost time, so names and counts of lines do with a few.
+void find_no_more_than_shown(FindOptions& options) {
+  switch (options.show) {
+    case Show::kPaths:
+    case Show::kOtherPaths:
+      search_once_a_file(options.search);
+      return;
+    case Show::kLineCounts:
+      options.matches_are_lines = search_once_a_line(options.search);
+      return;
+    default:
+      return;
+  }
+}
+
 }  // namespace
 
 int run_find(const Arguments& arguments) {
@@ -384,6 +402,7 @@ int run_find(const Arguments& arguments) {
   if (options.search.report.empty() && options.summary.empty()) {
     session.leave_at_stop();
   }
+  if (!options.ask) find_no_more_than_shown(options);
   Search search(session, options.search);
   return options.summary.empty()
              ? run_over_files(options, session, search, output)

@@ -1,5 +1,7 @@
 #include "search.h"
 
+#include <string_view>
+
 #include "messages.h"
 #include "text_file.h"
 #include "zenfofr130.h"
@@ -17,7 +19,45 @@ void check_compiled(int32_t result, const std::string& text) {
   if (result != 1) throw Failure{text, "there is nothing in it to search for"};
 }
 
+// Constructs that may stand for a line feed, or for anything: negation, named
+// classes, wildcards.
+constexpr std::string_view kWideConstructs = "!#?";
+
+// The bytes up to a line feed, and up to one that texts do not have.
+constexpr char kRestOfLine[] = "!'\n'[0-]";
+constexpr char kRestOfText[] = "!'\x01'[0-]";
+
+// A match that is dropped, as no word, would hide others behind it; a report
+// has all matches; what ends a match may be given already. The language is the
+// library's own as long as no file of classes changes it.
+bool takes_more(const SearchOptions& options) {
+  return options.texts.size() == 1 && !options.between &&
+         options.end.text.empty() && !options.whole_words &&
+         options.classes.empty() && options.report.empty();
+}
+
+bool stays_in_line(const SearchOptions& options, const std::string& text) {
+  if (text.find('\n') != std::string::npos) return false;
+  if (options.caret && text.find('^') != std::string::npos) return false;
+  return !options.is_pattern ||
+         text.find_first_of(kWideConstructs) == std::string::npos;
+}
+
 }  // namespace
+
+bool search_once_a_line(SearchOptions& options) {
+  if (!takes_more(options) || !options.start.text.empty() ||
+      !options.areas.pattern.empty() ||
+      !stays_in_line(options, options.texts.front())) {
+    return false;
+  }
+  options.end = {kRestOfLine, true};
+  return true;
+}
+
+void search_once_a_file(SearchOptions& options) {
+  if (takes_more(options)) options.end = {kRestOfText, true};
+}
 
 Search::Search(Session& session, const SearchOptions& options)
     : session_(session), options_(options) {

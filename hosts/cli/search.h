@@ -3,7 +3,7 @@
 // One text is compiled as the library's find pattern; several become string
 // pairs, searched for one after the other in each file.
 //
-// Tested by tests/cli/find_test.cpp
+// Tested by tests/cli/search_test.cpp, tests/cli/find_test.cpp
 #pragma once
 
 #include <cstdint>
@@ -44,6 +44,15 @@ struct SearchOptions {
   bool skip_binary = false;
   std::string report;
 };
+
+// Makes every match take the rest of its line with it, unseen, so that the
+// matches are as many as the lines they are in. False, and nothing is changed,
+// where a match might cross the end of a line or its surroundings matter.
+bool search_once_a_line(SearchOptions& options);
+// Makes the first match take what is behind it too, so that as good as nothing
+// follows: for those who only want to know whether there is one. Changes
+// nothing where the surroundings of a match matter.
+void search_once_a_file(SearchOptions& options);
 
 class Search {
  public:
