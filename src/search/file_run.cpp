@@ -36,6 +36,11 @@ Step CompiledSearch::next() {
   return Step::kGoOn;
 }
 
+void PairSearches::rewind() {
+  position_ = 0;
+  if (kept_.empty()) kept_.resize(std::min(pairs_.Count(), kMostKept));
+}
+
 Step PairSearches::next() {
   while (position_ < pairs_.Count()) {
     const Record* record = pairs_.Get(position_++);
@@ -44,11 +49,39 @@ Step PairSearches::next() {
     const auto* pair = record_cast<StringPair>(record);
     if (pair == nullptr || pair->find.missing()) return Step::kFailed;
     replacement_ = pair->replace;
-    const int32_t compiled = compile_search(
-        context_, {}, {pair->find.c_str(), is_pattern_, convert_}, {});
-    return compiled == 1 ? Step::kGoOn : Step::kFailed;
+    const uint32_t position = position_ - 1;
+    const bool compiled = position < kept_.size()
+                              ? compile_kept(kept_[position], pair->find)
+                              : compile(pair->find);
+    return compiled ? Step::kGoOn : Step::kFailed;
   }
   return Step::kStop;
+}
+
+bool PairSearches::compile(const SharedText& text) {
+  put_aside();
+  return compile_search(context_, {}, {text.c_str(), is_pattern_, convert_},
+                        {}) == 1;
+}
+
+// The host may change a pair's text while a file is in hand.
+bool PairSearches::compile_kept(Kept& kept, const SharedText& text) {
+  if (kept.text.missing() || kept.text.view() != text.view()) {
+    if (!compile(text)) return false;
+    kept.text = text;
+  } else if (in_context_ != &kept) {
+    put_aside();
+    std::swap(context_.pattern, kept.pattern);
+  }
+  in_context_ = &kept;
+  return true;
+}
+
+// The pattern in the context goes back to where it is kept.
+void PairSearches::put_aside() {
+  if (in_context_ == nullptr) return;
+  in_context_->pattern = std::move(context_.pattern);
+  in_context_ = nullptr;
 }
 
 FileRun::FileRun(Library& library, const RunOptions& options)

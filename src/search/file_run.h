@@ -12,11 +12,13 @@
 // display before the loaded text goes.
 //
 // Tested by tests/contract/search_test.cpp,
+// tests/contract/search_strings_test.cpp,
 // tests/contract/search_output_test.cpp
 #pragma once
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 #include "files/file_content.h"
 #include "frame/library.h"
@@ -71,7 +73,9 @@ class CompiledSearch final : public Searches {
   bool done_ = false;
 };
 
-// The find string of every selected pair, compiled in turn.
+// The find string of every selected pair, compiled in turn. The first pairs are
+// compiled once for all files; their patterns wait here while another is in the
+// context.
 class PairSearches final : public Searches {
  public:
   PairSearches(ItemList& pairs, PatternContext& context, int32_t is_pattern,
@@ -81,19 +85,32 @@ class PairSearches final : public Searches {
         is_pattern_(is_pattern != 0),
         convert_(convert != 0) {}
 
-  void rewind() override { position_ = 0; }
+  void rewind() override;
   Step next() override;
   bool single() const override { return false; }
   // Of the pair whose find string is searched for; may be missing.
   const SharedText& replacement() const { return replacement_; }
 
  private:
+  // A compiled pattern takes a kilobyte or two, pairs may be a million.
+  static constexpr uint32_t kMostKept = 1000;
+  struct Kept {
+    SharedText text;  // missing until compiled
+    CompiledPattern pattern;
+  };
+
+  bool compile(const SharedText& text);
+  bool compile_kept(Kept& kept, const SharedText& text);
+  void put_aside();
+
   ItemList& pairs_;
   PatternContext& context_;
   bool is_pattern_;
   bool convert_;
   uint32_t position_ = 0;
   SharedText replacement_;
+  std::vector<Kept> kept_;  // by position
+  Kept* in_context_ = nullptr;
 };
 
 class FileRun {
