@@ -53,6 +53,11 @@ Match match_in_hand(uint32_t index) {
           match_number(GetMatchLength, index)};
 }
 
+// A report and a summary are written to the end of a file at least.
+bool leaves_nothing_half_done(const FindOptions& options) {
+  return options.search.report.empty() && options.summary.empty();
+}
+
 // Writes the files that a run finds matches in, one after the other.
 class Shown {
  public:
@@ -148,11 +153,16 @@ class Shown {
   }
 
   std::string_view text() {
-    if (!loaded_ && !bytes_.load(path_)) {
+    if (!loaded_ && !load_text()) {
       complain(files_.path(index_), "cannot be read again");
     }
     loaded_ = true;
     return bytes_.view();
+  }
+
+  bool load_text() {
+    return leaves_nothing_half_done(options_) ? bytes_.load_or_map(path_)
+                                              : bytes_.load(path_);
   }
 
   // Whether any of the matches in hand is taken.
@@ -397,11 +407,9 @@ int run_find(const Arguments& arguments) {
   if (options.form.most_lines == 0 && options.show != Show::kOtherPaths) {
     return kNothingFound;
   }
+  MappedFile::prepare();
   Session session;
-  // A report and a summary are written to the end of a file at least.
-  if (options.search.report.empty() && options.summary.empty()) {
-    session.leave_at_stop();
-  }
+  if (leaves_nothing_half_done(options)) session.leave_at_stop();
   if (!options.ask) find_no_more_than_shown(options);
   Search search(session, options.search);
   return options.summary.empty()

@@ -14,6 +14,8 @@
 #include <string_view>
 #include <vector>
 
+#include "mapped_file.h"
+
 namespace zenfo::cli {
 
 struct Match {
@@ -32,9 +34,15 @@ class FileBytes {
  public:
   // False when the file cannot be read; it is then empty.
   bool load(const std::string& path);
-  std::string_view view() const { return {bytes_.get(), size_}; }
+  // The same, or a large file mapped; see there when that will do.
+  bool load_or_map(const std::string& path);
+  std::string_view view() const {
+    return mapped_.is_open() ? mapped_.view()
+                             : std::string_view(bytes_.get(), size_);
+  }
 
  private:
+  MappedFile mapped_;
   std::unique_ptr<char[]> bytes_;
   size_t size_ = 0;
   size_t capacity_ = 0;

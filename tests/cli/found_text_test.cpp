@@ -127,6 +127,16 @@ TEST(VisitLines, ShowsContextOnce) {
   EXPECT_EQ(walk({{2, 1}, {4, 1}, {10, 1}}, 0, 0), "|12|5");
 }
 
+TEST(CountLines, CountsInLongTextsAsInShortOnes) {
+  std::string text;
+  for (size_t n = 0; n < 700; ++n) {
+    text += std::string(n % 90, n % 7 == 0 ? '\n' : 'x') + '\n';
+    const auto line_ends = std::count(text.begin(), text.end(), '\n');
+    EXPECT_EQ(count_lines(text), static_cast<uint64_t>(line_ends));
+  }
+  EXPECT_EQ(count_lines(std::string(100000, '\n')), 100000u);
+}
+
 TEST(FileBytes, LoadsOneFileAfterTheOther) {
   const test::TempFolder folder;
   FileBytes bytes;
@@ -136,6 +146,20 @@ TEST(FileBytes, LoadsOneFileAfterTheOther) {
   EXPECT_TRUE(bytes.load(folder.file("small", "ab")));
   EXPECT_EQ(bytes.view(), "ab");
   EXPECT_FALSE(bytes.load(folder.path("none")));
+  EXPECT_EQ(bytes.view(), "");
+}
+
+TEST(FileBytes, MapsAsItLoads) {
+  const test::TempFolder folder;
+  FileBytes bytes;
+  const std::string large = std::string(2 << 20, 'x') + "y";
+  EXPECT_TRUE(bytes.load_or_map(folder.file("large", large)));
+  EXPECT_EQ(bytes.view(), large);
+  EXPECT_TRUE(bytes.load_or_map(folder.file("small", "ab")));
+  EXPECT_EQ(bytes.view(), "ab");
+  EXPECT_TRUE(bytes.load_or_map(folder.path("large")));
+  EXPECT_EQ(bytes.view(), large);
+  EXPECT_FALSE(bytes.load_or_map(folder.path("none")));
   EXPECT_EQ(bytes.view(), "");
 }
 

@@ -1,7 +1,9 @@
 // zenfo find from end to end: what only Linux can show. Questions are answered
 // over a terminal that the test holds the other end of.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -11,6 +13,8 @@
 
 namespace zenfo::test {
 namespace {
+
+using testing::HasSubstr;
 
 class PosixFind : public ::testing::Test {
  protected:
@@ -88,6 +92,22 @@ TEST_F(PosixFind, AsksForEachOfSeveralTexts) {
 
 TEST_F(PosixFind, EndsWhenItIsInterruptedWhileItAsks) {
   EXPECT_EQ(answer({"plum", "a", "b"}, {"y\n", "\x03"}, 130), "");
+}
+
+// Large files are looked at where they lie.
+TEST_F(PosixFind, SaysThatAFileHasBeenShortenedWhileItWasShown) {
+  const std::string filler(size_t{3} << 20, '\n');
+  const std::string path =
+      folder_.file("large", "first plum\n" + filler + "last plum\n");
+  const std::string out = folder_.path("out");
+  Conversation conversation({"find", "--ask", "plum", "large", "a"},
+                            folder_.path(), out);
+  EXPECT_THAT(conversation.hear("stop: "), HasSubstr("first >>>plum<<<"));
+  std::filesystem::resize_file(path, 11);
+  conversation.say("y\n");
+  EXPECT_THAT(conversation.hear("shown"),
+              HasSubstr("zenfo: large: has been shortened while it was shown"));
+  EXPECT_EQ(conversation.wait(), 2);
 }
 
 TEST_F(PosixFind, AsksOnATerminalOnly) {
