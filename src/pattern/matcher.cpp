@@ -22,6 +22,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 
 #include "frame/guard.h"
 #include "pattern/attempt.h"
@@ -117,18 +118,17 @@ class Search {
         length_(length),
         options_(options),
         plan_(make_plan(context.pattern, options.path)),
-        attempt_(context.pattern),
         ticks_(context, length),
         letter_or_digit_(byte_tables().letter_or_digit) {}
 
   // Searches one area, which is not empty.
   Outcome area(size_t begin, size_t end) {
-    attempt_.enter(text_, end);
     scope_ = {text_, end, 0};
     switch (plan_.lead) {
       case Lead::kLiteral:
         return literals(begin, end);
       case Lead::kRun:
+        plan_.first->forget();
         return only_counts() && whole_runs() ? count_runs(begin, end)
                                              : runs(begin, end);
       default:
@@ -151,6 +151,8 @@ class Search {
 
   // The definition: attempt by attempt, but for those that are skipped.
   Outcome attempts(size_t s, size_t end) {
+    if (!attempt_) attempt_.emplace(context_.pattern);
+    attempt_->enter(text_, end);
     while (true) {
       if (plan_.lead != Lead::kNone) {
         Skip skip = skip_from(s, end);
@@ -158,11 +160,11 @@ class Search {
           return skip == Skip::kEnd ? Outcome::kSearched : Outcome::kCancelled;
         }
       }
-      bool found = attempt_.try_at(s);
-      if (found && take(attempt_.match_start(), attempt_.match_length())) {
+      bool found = attempt_->try_at(s);
+      if (found && take(attempt_->match_start(), attempt_->match_length())) {
         return Outcome::kFull;
       }
-      s = attempt_.next_start();
+      s = attempt_->next_start();
       if (s >= end) return Outcome::kSearched;
       if (ticks_.attempt_at(s)) return Outcome::kCancelled;
     }
@@ -173,11 +175,11 @@ class Search {
   // Moves s to the next start that is worth an attempt.
   Skip skip_from(size_t& s, size_t end) {
     while (true) {
-      if (plan_.has_literal && !attempt_.literals_in_place(s)) {
+      if (plan_.has_literal && !attempt_->literals_in_place(s)) {
         return Skip::kGoOn;  // the attempt says what follows
       }
       // Up to here all attempts meet the same literals.
-      const size_t limit = plan_.has_literal ? attempt_.first_literal() : end;
+      const size_t limit = plan_.has_literal ? attempt_->first_literal() : end;
       const size_t start = next_start_worth(s, limit);
       if (start != kNoPosition) {
         if (skipped(s, start, limit)) return Skip::kCancelled;
@@ -388,7 +390,7 @@ class Search {
   size_t length_;
   const FindOptions& options_;
   Plan plan_;
-  Attempt attempt_;
+  std::optional<Attempt> attempt_;  // made when the first is
   Ticks ticks_;
   const std::array<bool, 256>& letter_or_digit_;
   MatchScope scope_{};
