@@ -1,6 +1,9 @@
 #include "search.h"
 
+#include <algorithm>
+#include <cctype>
 #include <string_view>
+#include <utility>
 
 #include "messages.h"
 #include "text_file.h"
@@ -27,6 +30,38 @@ constexpr std::string_view kWideConstructs = "!#?";
 constexpr char kRestOfLine[] = "!'\n'[0-]";
 constexpr char kRestOfText[] = "!'\x01'[0-]";
 
+// Takes what may mean something in the pattern language as it is.
+std::string escaped(const std::string& text) {
+  std::string pattern;
+  for (const char c : text) {
+    if (std::ispunct(static_cast<unsigned char>(c)) != 0) pattern += '\\';
+    pattern += c;
+  }
+  return pattern;
+}
+
+// In a list of texts there are no blanks.
+bool can_be_listed(const std::string& text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+    return c > ' ' && c < '\x7f';
+  });
+}
+
+// Makes one pattern of several texts: any of them.
+void unite_texts(SearchOptions& options) {
+  const std::vector<std::string>& texts = options.texts;
+  if (texts.size() < 2 || options.is_pattern || options.caret ||
+      !std::all_of(texts.begin(), texts.end(), can_be_listed)) {
+    return;
+  }
+  std::string pattern;
+  for (const std::string& text : texts) {
+    pattern += (pattern.empty() ? '"' : '|') + escaped(text);
+  }
+  options.texts = {pattern + '"'};
+  options.is_pattern = true;
+}
+
 // A match that is dropped, as no word, would hide others behind it; a report
 // has all matches; what ends a match may be given already. The language is the
 // library's own as long as no file of classes changes it.
@@ -36,27 +71,44 @@ bool takes_more(const SearchOptions& options) {
          options.classes.empty() && options.report.empty();
 }
 
+bool has_wide_construct(const std::string& pattern) {
+  for (size_t i = 0; i < pattern.size(); ++i) {
+    if (pattern[i] == '\\') {
+      ++i;  // what follows stands for itself
+    } else if (kWideConstructs.find(pattern[i]) != std::string_view::npos) {
+      return true;
+    }
+  }
+  return false;
+}
+
 bool stays_in_line(const SearchOptions& options, const std::string& text) {
   if (text.find('\n') != std::string::npos) return false;
   if (options.caret && text.find('^') != std::string::npos) return false;
-  return !options.is_pattern ||
-         text.find_first_of(kWideConstructs) == std::string::npos;
+  return !options.is_pattern || !has_wide_construct(text);
 }
 
 }  // namespace
 
 bool search_once_a_line(SearchOptions& options) {
-  if (!takes_more(options) || !options.start.text.empty() ||
-      !options.areas.pattern.empty() ||
-      !stays_in_line(options, options.texts.front())) {
+  SearchOptions changed = options;
+  unite_texts(changed);
+  if (!takes_more(changed) || !changed.start.text.empty() ||
+      !changed.areas.pattern.empty() ||
+      !stays_in_line(changed, changed.texts.front())) {
     return false;
   }
-  options.end = {kRestOfLine, true};
+  changed.end = {kRestOfLine, true};
+  options = std::move(changed);
   return true;
 }
 
 void search_once_a_file(SearchOptions& options) {
-  if (takes_more(options)) options.end = {kRestOfText, true};
+  SearchOptions changed = options;
+  unite_texts(changed);
+  if (!takes_more(changed)) return;
+  changed.end = {kRestOfText, true};
+  options = std::move(changed);
 }
 
 Search::Search(Session& session, const SearchOptions& options)

@@ -45,6 +45,8 @@ struct SearchOptions {
   std::string report;
 };
 
+// Both below make one pattern of several texts where they can.
+
 // Makes every match take the rest of its line with it, unseen, so that the
 // matches are as many as the lines they are in. False, and nothing is changed,
 // where a match might cross the end of a line or its surroundings matter.

@@ -114,6 +114,14 @@ const Arguments kSearches[] = {
     {"--outside", "x", "ab"},
     {"--between", "a", "b"},
     {"-e", "ab", "-e", "x"},
+    {"-e", "a", "-e", "ab", "-e", "bb"},
+    {"-i", "-e", "AB", "-e", "x 1"},
+    {"-w", "-e", "ab", "-e", "x"},
+    {"-e", "a\n", "-e", "x"},
+    {"-e", "\"", "-e", "'", "-e", "ab"},
+    {"-e", "a|b", "-e", "!", "-e", "?", "-e", "\\", "-e", "12"},
+    {"--caret", "-e", "b^J", "-e", "12"},
+    {"--pattern", "-e", "'a|b'x", "-e", "12"},
     {"--pattern", "'a|b'"},
     {"--pattern", "'1|2'a"},
     {"--pattern", "'a|b'[2]"},
@@ -144,7 +152,12 @@ TEST(SearchOnceALine, IsForMatchesThatStayInTheirLines) {
     EXPECT_TRUE(cli::search_once_a_line(options)) << text;
     EXPECT_TRUE(options.end.is_pattern);
   }
-  cli::SearchOptions pattern = options_for("'a|b'[2-]c\"d|e\"");
+  cli::SearchOptions texts = options_for("a");
+  texts.texts.push_back("\"?|b");
+  EXPECT_TRUE(cli::search_once_a_line(texts));
+  EXPECT_EQ(texts.texts, Arguments{R"("a|\"\?\|b")"});
+  EXPECT_TRUE(texts.is_pattern);
+  cli::SearchOptions pattern = options_for("'a|b'[2-]c\"d|e\"\\!");
   pattern.is_pattern = true;
   EXPECT_TRUE(cli::search_once_a_line(pattern));
 }
@@ -154,7 +167,16 @@ TEST(SearchOnceALine, LeavesOthersAlone) {
   const Change changes[] = {
       [](auto& o) { o.texts = {"a\nb"}; },
       [](auto& o) {
-        o.texts = {"a", "b"};
+        o.texts = {"a", "b"}, o.is_pattern = true;
+      },
+      [](auto& o) {
+        o.texts = {"a", "b"}, o.caret = true;
+      },
+      [](auto& o) {
+        o.texts = {"a", "b c"}, o.is_pattern = false;
+      },
+      [](auto& o) {
+        o.texts = {"a", "\xC4"}, o.is_pattern = false;
       },
       [](auto& o) { o.texts.clear(), o.between.emplace("a", "b"); },
       [](auto& o) { o.texts = {"a^J"}, o.caret = true; },
@@ -188,7 +210,7 @@ TEST(SearchOnceAFile, IsForMatchesWithFreeSurroundings) {
   using Change = void (*)(cli::SearchOptions&);
   const Change changes[] = {
       [](auto& o) {
-        o.texts = {"a", "b"};
+        o.texts = {"a", "b"}, o.is_pattern = true;
       },
       [](auto& o) { o.texts.clear(), o.between.emplace("a", "b"); },
       [](auto& o) { o.end.text = "e"; },
