@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <cstring>
 
 namespace zenfo {
 namespace {
@@ -164,6 +165,12 @@ const char* ByteSet::find_by_ranges(const char* from, const char* end,
 
 const char* ByteSet::find_far(const char* from, const char* end,
                               bool member) const {
+  const bool one_byte = range_count_ == 1 && ranges_[0].width == 0;
+  if (one_byte && member != inverted_) {
+    const size_t size = static_cast<size_t>(end - from);
+    const void* found = std::memchr(from, ranges_[0].low, size);
+    return found != nullptr ? static_cast<const char*>(found) : end;
+  }
   switch (range_count_) {
     case 1:
       return find_by_ranges<1>(from, end, member);

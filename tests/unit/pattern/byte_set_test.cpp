@@ -27,6 +27,7 @@ std::vector<Flags> sets() {
       flags_of({{0, 255}}),
       flags_of({{48, 57}}),
       flags_of({{0, 0}}),
+      flags_of({{10, 10}}),
       flags_of({{255, 255}}),
       flags_of({{33, 126}, {128, 255}}),
       flags_of({{65, 90}, {97, 122}}),
