@@ -65,6 +65,7 @@ int32_t Library::terminate() {
   error_log.reset();
   display.reset();
   counted_content.reset();
+  counting_context.reset();
   free_shared_wide_buffer();
   return 1;
 }

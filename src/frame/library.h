@@ -54,6 +54,8 @@ class Library {
   // Where files are loaded whose words are counted, kept from one to the next;
   // the first count creates it. It has no hooks.
   std::unique_ptr<FileContent> counted_content;
+  // The hooks of these counts, kept likewise. It holds no pattern.
+  std::unique_ptr<PatternContext> counting_context;
 };
 
 // The one library of the process; empty until Initialize.

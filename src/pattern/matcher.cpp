@@ -27,7 +27,6 @@
 #include "frame/guard.h"
 #include "pattern/attempt.h"
 #include "pattern/match_record.h"
-#include "pattern/pair_count.h"
 #include "pattern/ticks.h"
 #include "text/byte_tables.h"
 
@@ -129,8 +128,7 @@ class Search {
         return literals(begin, end);
       case Lead::kRun:
         plan_.first->forget();
-        return only_counts() && whole_runs() ? count_runs(begin, end)
-                                             : runs(begin, end);
+        return runs(begin, end);
       default:
         return attempts(begin, end);
     }
@@ -142,9 +140,6 @@ class Search {
   }
 
  private:
-  // Counted at once; still cached when its attempts are counted.
-  static constexpr size_t kPiece = size_t{32} * 1024;
-
   const RunElement& run() const {
     return static_cast<const RunElement&>(*plan_.first);
   }
@@ -264,19 +259,6 @@ class Search {
     const size_t size = literal.text().size();
     const char* hits[kAtOnce];
     while (s < end) {
-      if (counts_pairs(literal)) {
-        // Up to the next report no call but polls falls due.
-        size_t stop = std::min(
-            {end - 1, ticks_.next_report() - 1, s + std::min(end - s, kPiece)});
-        if (stop > s + 1) {
-          size_t found = count_pairs(text_ + s, text_ + stop, literal.text()[0],
-                                     literal.text()[1]);
-          count_ += found;
-          if (ticks_.attempts(found, s + 1)) return Outcome::kCancelled;
-          s = stop - 1;  // may be the first half of a pair
-          continue;
-        }
-      }
       // A window at a time: looking far ahead is in vain when the run stops.
       const size_t starts_end = s + std::min(end - s, Occurrences::kWindow);
       const char* stop =
@@ -292,20 +274,8 @@ class Search {
     return Outcome::kSearched;
   }
 
-  // Pairs of different bytes, exactly as given, can be counted without
-  // locating them.
-  bool counts_pairs(const LiteralElement& literal) const {
-    const std::string& text = literal.text();
-    return only_counts() && options_.case_flag && text.size() == 2 &&
-           text[0] != text[1];
-  }
-
   Outcome take_literals(const char* const* hits, size_t found, size_t size,
                         size_t end) {
-    if (only_counts() && ticks_.silent()) {
-      count_ += found;
-      return Outcome::kSearched;
-    }
     for (size_t i = 0; i < found; ++i) {
       const size_t start = offset(hits[i]);
       if (take(start, size)) return Outcome::kFull;
@@ -333,27 +303,6 @@ class Search {
       if (s >= end) return Outcome::kSearched;
       if (ticks_.attempt_at(s)) return Outcome::kCancelled;
     }
-  }
-
-  bool only_counts() const {
-    return !options_.store && !options_.whole_words && options_.maximum == 0;
-  }
-  bool whole_runs() const { return run().minimum <= 1 && run().maximum == 0; }
-
-  // The same without looking at each run.
-  Outcome count_runs(size_t begin, size_t end) {
-    bool in_run = false;
-    for (size_t from = begin; from < end;) {
-      const size_t to = from + std::min(end - from, kPiece);
-      count_ += run().counted().tally(text_ + from, text_ + to, in_run).runs;
-      in_run = run().counted().contains(text_[to - 1]);
-      if (ticks_.attempts_at_breaks(text_, run().counted(),
-                                    from == begin ? begin : from - 1, to - 1)) {
-        return Outcome::kCancelled;
-      }
-      from = to;
-    }
-    return Outcome::kSearched;
   }
 
   // Counts a match, and records it when asked to; true when the maximum is

@@ -7,50 +7,29 @@
 
 #include "files/file_content.h"
 #include "frame/callbacks.h"
-#include "pattern/compiler.h"
+#include "pattern/context.h"
 #include "pattern/match_record.h"
-#include "pattern/matcher.h"
-#include "text/byte_tables.h"
+#include "stats/word_count.h"
 #include "text/c_text.h"
 #include "text/out_file.h"
 
 namespace zenfo {
 namespace {
 
-// A word is a run of these: neither control character, space nor DEL.
-CharClass word_bytes() {
-  CharClass bytes;
-  bytes.add_include_range(33, 255);
-  bytes.add_exclude_range(127, 127);
-  return bytes;
-}
-
-// Counts the matches of a context's pattern; -1 when the host stops it.
-int32_t count_matches(PatternContext& context, const FileContent& content) {
-  FindOptions options;
-  options.case_flag = true;  // neither pattern has letters
-  options.store = false;
-  return find_all(context, content.data(), content.length(), options);
-}
-
-int32_t count_file(FileContent& content, const char* file, TextCounts& counts) {
+int32_t count_file(FileContent& content, PatternContext& context,
+                   const char* file, TextCounts& counts) {
   const int32_t size = content.load_file_content(file);
   if (size < 0) return -1;
   if (size == 0) {
     counts = {};
     return 1;
   }
-  refresh_byte_tables();
-  PatternContext context;
-  context.SetInterruptHook(interr);
-  context.SetReportHook(report);
-  compile_class(context, word_bytes());
-  send_status(std::string("Now counting words in ") + file);
-  const int32_t words = count_matches(context, content);
+  WordCount count(context, content.bytes());
+  send_status("Now counting words in", file);
+  const int32_t words = count.words();
   if (words < 0) return -1;
-  compile_literal(context, "\r\n");
-  send_status(std::string("Now counting lines in ") + file);
-  const int32_t lines = count_matches(context, content);
+  send_status("Now counting lines in", file);
+  const int32_t lines = count.lines();
   if (lines < 0) return -1;
   // All together at the end: a count that is stopped stores nothing.
   counts = {static_cast<uint32_t>(size), static_cast<uint32_t>(words),
@@ -67,6 +46,16 @@ FileContent& counted_content(Library& library) {
   return *library.counted_content;
 }
 
+// Likewise. It never holds a pattern, only the hooks of the counts.
+PatternContext& counting_context(Library& library) {
+  if (library.counting_context == nullptr) {
+    library.counting_context = std::make_unique<PatternContext>();
+    library.counting_context->SetInterruptHook(interr);
+    library.counting_context->SetReportHook(report);
+  }
+  return *library.counting_context;
+}
+
 // More is given back: it would be lacking elsewhere in a small address space.
 constexpr uint32_t kKeptContent = 1 << 20;
 
@@ -79,7 +68,8 @@ int32_t get_word_count(Library& library, const char* file, TextCounts* counts) {
   }
   // Loaded without hooks: an interrupted load would be counted short.
   FileContent& content = counted_content(library);
-  const int32_t result = count_file(content, file, *counts);
+  const int32_t result =
+      count_file(content, counting_context(library), file, *counts);
   if (content.length() > kKeptContent) library.counted_content.reset();
   return result;
 }
