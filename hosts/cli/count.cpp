@@ -63,7 +63,13 @@ struct Sums {
 
 struct CountedFile {
   std::string path;
-  TextCounts counts;
+  Sums sums;
+};
+
+struct Counted {
+  std::vector<CountedFile> files;  // empty when only the total is shown
+  size_t count = 0;
+  Sums total;
 };
 
 // False when only help was asked for.
@@ -86,17 +92,22 @@ std::string why_not_counted(const std::string& file) {
   return reason.empty() ? "cannot be counted" : reason;
 }
 
-std::vector<CountedFile> count_all(Session& session, FileList& files) {
-  std::vector<CountedFile> counted;
+Counted count_all(Session& session, FileList& files, bool only_total) {
+  Counted counted;
+  std::string name;
   for (uint32_t i = 0; i < files.count(); ++i) {
     if (system::stop_status() != 0) throw Stopped{};
-    const std::string name(session.full_name(i));
-    const std::string path(files.path(i));
-    if (const auto counts = session.count_words(name)) {
-      counted.push_back({path, *counts});
-    } else {
-      complain(path, why_not_counted(name));
+    name = session.full_name(i);
+    const auto counts = session.count_words(name);
+    if (!counts) {
+      complain(files.shown(name), why_not_counted(name));
+      continue;
     }
+    ++counted.count;
+    counted.total.add(*counts);
+    if (only_total) continue;
+    counted.files.push_back({std::string(files.shown(name)), {}});
+    counted.files.back().sums.add(*counts);
   }
   return counted;
 }
@@ -142,29 +153,24 @@ void write_rows(const std::vector<Row>& rows, Output& output) {
   }
 }
 
-void write_counts(const std::vector<CountedFile>& files,
-                  const CountOptions& options, Output& output) {
-  std::vector<Row> rows = {{{"bytes", "words", "lines"}, "path"}};
-  Sums total;
-  for (const CountedFile& file : files) {
-    Sums sums;
-    sums.add(file.counts);
-    total.add(file.counts);
-    if (options.total) continue;
-    if (options.json) {
-      output.put(json_object("path", file.path, sums) + '\n');
-    } else {
-      rows.push_back(row_of(sums, file.path));
-    }
-  }
-  const size_t count = files.size();
-  const bool with_total = count > 1 || options.total;
+void write_counts(const Counted& counted, const CountOptions& options,
+                  Output& output) {
+  const bool with_total = counted.count > 1 || options.total;
   if (options.json) {
-    if (with_total) output.put(json_object("files", count, total) + '\n');
+    for (const CountedFile& file : counted.files) {
+      output.put(json_object("path", file.path, file.sums) + '\n');
+    }
+    if (with_total) {
+      output.put(json_object("files", counted.count, counted.total) + '\n');
+    }
     return;
   }
-  if (count == 0 && !options.total) return;
-  if (with_total) rows.push_back(row_of(total, "total"));
+  if (counted.count == 0 && !options.total) return;
+  std::vector<Row> rows = {{{"bytes", "words", "lines"}, "path"}};
+  for (const CountedFile& file : counted.files) {
+    rows.push_back(row_of(file.sums, file.path));
+  }
+  if (with_total) rows.push_back(row_of(counted.total, "total"));
   write_rows(rows, output);
 }
 
@@ -176,7 +182,7 @@ int run_count(const Arguments& arguments) {
   if (!parse(arguments, options, output)) return kDone;
   Session session;
   FileList files(session, options.files, options.choice, FactOptions{});
-  write_counts(count_all(session, files), options, output);
+  write_counts(count_all(session, files, options.total), options, output);
   session.complain_about_errors();
   return kDone;
 }
