@@ -150,16 +150,11 @@ class Listing {
       : options_(options), session_(session), files_(files), output_(output) {}
 
   void write() {
-    const bool aligned = !options_.form.null && !options_.form.json;
-    if (aligned && options_.columns.size() > 1) measure();
-    widths_.resize(options_.columns.size());
-    for_each_file([&](uint32_t index) {
-      const Cells cells = cells_of(index);
-      end(options_.form.json ? json_line(options_.columns, cells)
-          : options_.form.null
-              ? tabbed_line(cells)
-              : aligned_line(options_.columns, cells, widths_));
-    });
+    if (options_.columns.size() == 1 && !options_.form.json) {
+      write_single(*options_.columns.front());
+    } else {
+      write_lines();
+    }
     if (options_.total) write_total();
   }
 
@@ -172,17 +167,33 @@ class Listing {
     }
   }
 
-  std::optional<std::string> cell(const Column& column, uint32_t index) {
-    if (column.accessor == nullptr) return std::string(files_.path(index));
-    const auto text = session_.text(column.accessor, index);
-    if (!text) return std::nullopt;
-    return std::string(*text);
+  // Most lists are one column, which aligns with nothing.
+  void write_single(const Column& column) {
+    for_each_file(
+        [&](uint32_t index) { end(text(column, index).value_or("")); });
+  }
+
+  void write_lines() {
+    if (!options_.form.null && !options_.form.json) measure();
+    for_each_file([&](uint32_t index) {
+      const Cells cells = cells_of(index);
+      end(options_.form.json ? json_line(options_.columns, cells)
+          : options_.form.null
+              ? tabbed_line(cells)
+              : aligned_line(options_.columns, cells, widths_));
+    });
+  }
+
+  // Valid until the next call; none when the file has no such text.
+  std::optional<std::string_view> text(const Column& column, uint32_t index) {
+    if (column.accessor == nullptr) return files_.path(index);
+    return session_.text(column.accessor, index);
   }
 
   Cells cells_of(uint32_t index) {
     Cells cells;
     for (const Column* column : options_.columns) {
-      cells.push_back(cell(*column, index));
+      cells.emplace_back(text(*column, index));
     }
     return cells;
   }

@@ -157,6 +157,10 @@ TEST_F(SortedFiles, KeepFormsAndTotals) {
   using namespace std::string_literals;
   EXPECT_EQ(run({"-0", "--sort", "size", "--columns", "name,size"}),
             (Outcome{"cat.c\t1 B\0ant.png\t2 B\0Bee.txt\t3 B\0"s, "", 0}));
+  EXPECT_EQ(run({"-0", "--sort", "size", "--columns", "size", "--total"}),
+            (Outcome{"1 B\0002 B\0003 B\0003 files, 6 Bytes\0"s, "", 0}));
+  EXPECT_EQ(run({"--sort", "size", "--columns", "size", "--total"}),
+            (Outcome{"1 B\n2 B\n3 B\n3 files, 6 Bytes\n", "", 0}));
 }
 
 // A sort mixes what was written with "./" and what was written without.
