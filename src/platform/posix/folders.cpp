@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -20,7 +21,7 @@
 namespace zenfo::platform {
 namespace {
 
-constexpr size_t kReadSize = 64 * 1024;
+constexpr size_t kReadSize = 32 * 1024;
 
 enum class Kind : unsigned char { kFile, kFolder, kLinkToFolder, kOther };
 
@@ -61,6 +62,16 @@ Kind kind_of(int folder, const dirent64& entry) {
   }
 }
 
+// Orders names as their first eight bytes do; what is shorter ends in zeros.
+uint64_t head_of(std::string_view name) {
+  uint64_t head = 0;
+  for (size_t i = 0; i < sizeof head; ++i) {
+    const char byte = i < name.size() ? name[i] : '\0';
+    head = head << 8 | static_cast<unsigned char>(byte);
+  }
+  return head;
+}
+
 // "/" behind the path makes "" the root, as it is in "" + "/" + name, and
 // refuses what is no folder.
 int open_folder(const std::string& path) {
@@ -71,12 +82,12 @@ int open_folder(const std::string& path) {
 // out.
 template <class Take>
 void read_folder(int folder, Take take) {
-  const auto buffer = std::make_unique_for_overwrite<char[]>(kReadSize);
+  alignas(dirent64) char buffer[kReadSize];
   for (;;) {
-    const ssize_t size = getdents64(folder, buffer.get(), kReadSize);
+    const ssize_t size = getdents64(folder, buffer, kReadSize);
     if (size <= 0) return;
     for (ssize_t at = 0; at < size;) {
-      const auto& entry = *reinterpret_cast<const dirent64*>(buffer.get() + at);
+      const auto& entry = *reinterpret_cast<const dirent64*>(buffer + at);
       take(entry);
       at += entry.d_reclen;
     }
@@ -87,6 +98,7 @@ void read_folder(int folder, Take take) {
 
 struct FolderListing::State {
   struct Entry {
+    uint64_t head;  // the first bytes, for most comparisons
     size_t offset;
     unsigned short length;
     Kind kind;
@@ -101,6 +113,7 @@ struct FolderListing::State {
   }
   void read(const std::string& path);
   void add(int folder, const dirent64& entry);
+  void sort();
   template <class Wanted>
   bool visit(const std::string& path, Wanted wanted, const Visitor& visitor);
 };
@@ -110,8 +123,8 @@ void FolderListing::State::add(int folder, const dirent64& entry) {
   const Kind kind = kind_of(folder, entry);
   if (kind != Kind::kFile && kind != Kind::kFolder) return;
   const std::string_view found(entry.d_name);
-  entries.push_back(
-      {names.size(), static_cast<unsigned short>(found.size()), kind});
+  entries.push_back({head_of(found), names.size(),
+                     static_cast<unsigned short>(found.size()), kind});
   names += found;
 }
 
@@ -121,10 +134,16 @@ void FolderListing::State::read(const std::string& path) {
   if (!folder.is_open()) return;
   read_folder(folder.get(),
               [&](const dirent64& entry) { add(folder.get(), entry); });
-  std::sort(entries.begin(), entries.end(),
-            [&](const Entry& a, const Entry& b) { return name(a) < name(b); });
+  sort();
   names.shrink_to_fit();
   entries.shrink_to_fit();
+}
+
+void FolderListing::State::sort() {
+  std::sort(entries.begin(), entries.end(),
+            [&](const Entry& a, const Entry& b) {
+              return a.head != b.head ? a.head < b.head : name(a) < name(b);
+            });
 }
 
 // The visitor may move the listing, not destroy it.

@@ -94,6 +94,21 @@ TEST(PosixFolderListing, SortsByByte) {
   EXPECT_EQ(names, files_of(listing));
 }
 
+TEST(PosixFolderListing, SortsNamesThatBeginAlike) {
+  const TempFolder folder;
+  Names names;
+  for (size_t length = 1; length <= 20; ++length) {
+    const std::string alike(length, 'n');
+    for (const char* rest : {"", "-", "\xFF", "a\x01", "a\x80"}) {
+      names.push_back(alike + rest);
+    }
+  }
+  for (const std::string& name : names) folder.file(name, "");
+  std::sort(names.begin(), names.end());
+  FolderListing listing(folder.path());
+  EXPECT_EQ(names, files_of(listing));
+}
+
 TEST(PosixFolderListing, ReadsMoreThanOnePieceOfNames) {
   const TempFolder folder;
   Names names;
