@@ -354,11 +354,6 @@ int32_t answer(const CompiledPattern& pattern) {
   return pattern.empty() ? 0 : 1;
 }
 
-void compile_only(PatternContext& context, std::unique_ptr<Element> only) {
-  context.pattern.clear();
-  context.pattern.elements.push_back(std::move(only));
-}
-
 }  // namespace
 
 int32_t compile_search(PatternContext& context, const PatternText& start,
@@ -387,14 +382,6 @@ int32_t compile_tag(PatternContext& context, const char* first,
   compile_text(context, {second, is_pattern, convert}, pattern.elements);
   pattern.last_main = static_cast<ptrdiff_t>(pattern.elements.size()) - 1;
   return answer(pattern);
-}
-
-void compile_class(PatternContext& context, const CharClass& only) {
-  compile_only(context, std::make_unique<ClassElement>(only, 0, 0, false));
-}
-
-void compile_literal(PatternContext& context, std::string_view only) {
-  compile_only(context, std::make_unique<LiteralElement>(only));
 }
 
 }  // namespace zenfo

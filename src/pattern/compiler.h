@@ -37,8 +37,4 @@ int32_t compile_tag(PatternContext& context, const char* first,
                     const char* second, bool count_start, bool is_pattern,
                     bool convert);
 
-// One element as the whole pattern: a class without bounds, a literal.
-void compile_class(PatternContext& context, const CharClass& only);
-void compile_literal(PatternContext& context, std::string_view only);
-
 }  // namespace zenfo

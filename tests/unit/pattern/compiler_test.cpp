@@ -267,15 +267,5 @@ TEST(CompileTag, ClearsAndFailsOnAnEmptyText) {
   }
 }
 
-TEST(CompileClass, MakesOneRunWithoutBounds) {
-  TestContext context;
-  context.compile("a?b");
-  compile_class(context, context.any_character);
-  EXPECT_EQ(spell_elements(context), "C(0-255){0,0}");
-  compile_literal(context, "\r\n");
-  EXPECT_EQ(spell_elements(context), "L(<0D><0A>)");
-  EXPECT_TRUE(context.pattern.has_main());
-}
-
 }  // namespace
 }  // namespace zenfo

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "pattern/compiler.h"
@@ -23,6 +24,10 @@ class TestContext : public PatternContext {
   int32_t compile(const char* main, bool is_pattern = true,
                   bool convert = false);
 };
+
+// One element as the whole pattern: a class without bounds, a literal.
+void compile_class(PatternContext& context, const CharClass& only);
+void compile_literal(PatternContext& context, std::string_view only);
 
 // "L(a) W(?){2,2} L(b)": L literal, C class, W wildcard, H character list, S
 // string list, a leading ! for negated; control and high bytes as <0D>.
@@ -136,6 +141,20 @@ inline TestContext::TestContext() {
 inline int32_t TestContext::compile(const char* main, bool is_pattern,
                                     bool convert) {
   return compile_search(*this, {}, {main, is_pattern, convert}, {});
+}
+
+inline void compile_only(PatternContext& context,
+                         std::unique_ptr<Element> only) {
+  context.pattern.clear();
+  context.pattern.elements.push_back(std::move(only));
+}
+
+inline void compile_class(PatternContext& context, const CharClass& only) {
+  compile_only(context, std::make_unique<ClassElement>(only, 0, 0, false));
+}
+
+inline void compile_literal(PatternContext& context, std::string_view only) {
+  compile_only(context, std::make_unique<LiteralElement>(only));
 }
 
 inline std::string spell_elements(const PatternContext& context) {

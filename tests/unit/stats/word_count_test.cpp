@@ -67,11 +67,11 @@ Counted count_by_searching(std::string_view text, const Listeners& listeners,
         CharClass word_bytes;
         word_bytes.add_include_range(33, 255);
         word_bytes.add_exclude_range(127, 127);
-        compile_class(context, word_bytes);
+        pattern_test::compile_class(context, word_bytes);
         return search();
       },
       [&] {
-        compile_literal(context, "\r\n");
+        pattern_test::compile_literal(context, "\r\n");
         return search();
       });
 }
