@@ -123,6 +123,32 @@ TEST_F(CountTest, AStopWhileLinesAreCountedStoresNothing) {
   EXPECT_EQ(host.statuses.size(), 2u);
 }
 
+// What is kept from count to count remembers neither hosts nor stops.
+TEST_F(CountTest, AHostThatComesLaterIsAskedAndAStopEndsOneCountOnly) {
+  std::string text;
+  for (int i = 0; i < 5000; ++i) text += "a\r\n";
+  const TextCounts whole{15000, 5000, 5000};
+  EXPECT_EQ(count(text), whole);
+  const std::string path = folder.file("f", text);
+  {
+    HostRecorder host;
+    host.interrupt = [] { return 1; };
+    TextCounts counts;
+    EXPECT_EQ(get_word_count(path.c_str(), &counts), -1);
+    host.interrupt = [] { return 0; };
+    host.interrupt_polls = 0;
+    host.reports.clear();
+    EXPECT_EQ(get_word_count(path.c_str(), &counts), 1);
+    EXPECT_EQ(counts, whole);
+    // 14999 attempts behind the first at words, 4999 at lines.
+    EXPECT_EQ(host.interrupt_polls, 199);
+    EXPECT_EQ(host.reports.size(), 200u);
+  }
+  EXPECT_EQ(count(text), whole);
+  EXPECT_EQ(Initialize(), 1);
+  EXPECT_EQ(count(text), whole);
+}
+
 TEST_F(CountTest, LeavesTheHostsPatternsAlone) {
   ASSERT_EQ(SetPattern(nullptr, "x", nullptr, 0, 0, 0, 0, 0, 0), 1);
   count("a b");
