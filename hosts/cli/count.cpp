@@ -96,7 +96,6 @@ Counted count_all(Session& session, FileList& files, bool only_total) {
   Counted counted;
   std::string name;
   for (uint32_t i = 0; i < files.count(); ++i) {
-    if (system::stop_status() != 0) throw Stopped{};
     name = session.full_name(i);
     const auto counts = session.count_words(name);
     if (!counts) {
@@ -181,6 +180,7 @@ int run_count(const Arguments& arguments) {
   Output output;
   if (!parse(arguments, options, output)) return kDone;
   Session session;
+  session.leave_at_stop();
   FileList files(session, options.files, options.choice, FactOptions{});
   write_counts(count_all(session, files, options.total), options, output);
   session.complain_about_errors();

@@ -70,7 +70,7 @@ int32_t get_word_count(Library& library, const char* file, TextCounts* counts) {
   FileContent& content = counted_content(library);
   const int32_t result =
       count_file(content, counting_context(library), file, *counts);
-  if (content.length() > kKeptContent) library.counted_content.reset();
+  if (content.length() >= kKeptContent) library.counted_content.reset();
   return result;
 }
 
