@@ -105,6 +105,7 @@ int32_t ask_and_append(ItemList& source, ItemList& target) {
   for (uint32_t i = 0; i < count; ++i) {
     const auto* entry = record_cast<FileEntry>(source.Get(i));
     if (entry == nullptr) continue;
+    const ItemList::Place here = source.CursorPlace();
     // A copy, as the host may change the entry while it is asked.
     const SharedText name = entry->full_name();
     if (ask) {
@@ -118,6 +119,9 @@ int32_t ask_and_append(ItemList& source, ItemList& target) {
       ask = answer != static_cast<int32_t>(Answer::kAddAll);
     }
     target.Append(std::make_unique<FileEntry>(name));
+    // Appending to the source moved its cursor to the end: from there every
+    // Get would have to look for its entry anew.
+    source.SetCursor(here);
     ++added;
   }
   return added;

@@ -519,6 +519,17 @@ TEST_F(AddFileToListTest, TheSourceMayBeTheTarget) {
                                             "~/b", "~/c", "~/d"));
 }
 
+// Half a million entries: any look through the list for each of them would
+// take minutes.
+TEST_F(AddFileToListTest, AListIsDoubledInTimeThatGrowsWithIt) {
+  host.answer_file = [](const std::string&) { return 3; };
+  for (int32_t count = 4; count < 500'000; count *= 2) {
+    ASSERT_EQ(AddFileToList(0, 0, kNoFacts.data()), count);
+  }
+  EXPECT_EQ(read_text(GetFullName, 0, 500'000),
+            (Text{1, session.spelled("~/a")}));
+}
+
 TEST_F(AddFileToListTest, FactsAreGatheredForTheAddedEntriesOnly) {
   session.find(1, "0~/a", kNoFacts);
   EXPECT_EQ(add({0, 1, 2}, asking_for({2, 5})), 1);
