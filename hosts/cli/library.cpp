@@ -14,6 +14,13 @@ namespace {
 constexpr int32_t kSeeds = ZENFO_LIST_FILES_1;
 constexpr int32_t kFiles = ZENFO_LIST_FILES;
 
+// Phases are told in plain characters.
+bool starts_with(const ZenfoWideChar* text, std::string_view phase) {
+  return std::all_of(phase.begin(), phase.end(), [&](char c) {
+    return *text++ == static_cast<ZenfoWideChar>(c);
+  });
+}
+
 // More than any path the library finds below a folder, and than any other text.
 constexpr size_t kTextRoom = 64 * 1024;
 
@@ -87,16 +94,16 @@ void Session::leave(int status) {
 }
 
 int32_t Session::on_status(const ZenfoWideChar* text) {
-  if (current_->changing_) current_->note_phase(narrow(text));
+  if (current_->changing_) current_->note_phase(text);
   if (current_->progress_.wanted()) current_->progress_.show_status(text);
   return 0;
 }
 
 // A file that was rewritten is in hand until the next one has been loaded: its
 // other string pairs may follow.
-void Session::note_phase(const std::string& status) {
+void Session::note_phase(const ZenfoWideChar* status) {
   const auto is = [&](std::string_view phase) {
-    return status.starts_with(phase);
+    return starts_with(status, phase);
   };
   if (is("Now loading file")) {
     hold_stop_ = true;

@@ -155,7 +155,7 @@ class Session {
                                                int32_t number);
 
   void set_callbacks();
-  void note_phase(const std::string& status);
+  void note_phase(const ZenfoWideChar* status);
   bool may_stop() const;
   int32_t ask_while(const std::function<int32_t()>& operation,
                     Question question);

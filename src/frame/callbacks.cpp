@@ -20,8 +20,8 @@ bool put_wide(const char* text) {
   return true;
 }
 
-std::string cut_to_buffer(std::string_view text) {
-  return std::string(text.substr(0, platform::kWideBufferLength - 1));
+std::string_view cut_to_buffer(std::string_view text) {
+  return text.substr(0, platform::kWideBufferLength - 1);
 }
 
 }  // namespace
@@ -81,24 +81,28 @@ int32_t report(ProgressRecord* record) {
 
 void send_status(std::string_view text) {
   if (callbacks.status == nullptr) return;
-  cb_lng_str(callbacks.status, cut_to_buffer(text).c_str());
+  cb_lng_str(callbacks.status, std::string(cut_to_buffer(text)).c_str());
 }
 
 void send_status(std::string_view text, std::string_view path) {
   if (callbacks.status == nullptr) return;
-  std::string whole(text);
+  std::string whole;
+  whole.reserve(text.size() + 1 + path.size());
+  whole += text;
   whole += ' ';
   whole += path;
-  send_status(whole);
+  whole.resize(cut_to_buffer(whole).size());
+  cb_lng_str(callbacks.status, whole.c_str());
 }
 
 int32_t ask_about_file(std::string_view full_name) {
-  return cb_lng_str(callbacks.file_question, cut_to_buffer(full_name).c_str());
+  const std::string name(cut_to_buffer(full_name));
+  return cb_lng_str(callbacks.file_question, name.c_str());
 }
 
 int32_t ask_option(std::string_view path, int32_t number) {
-  return cb_lng_str_lng(callbacks.option_question, cut_to_buffer(path).c_str(),
-                        number);
+  const std::string shown(cut_to_buffer(path));
+  return cb_lng_str_lng(callbacks.option_question, shown.c_str(), number);
 }
 
 }  // namespace zenfo

@@ -48,6 +48,7 @@ bool decode(const unsigned char* text, const Form& form, Character& out) {
 
 Character next_character(const unsigned char* text) {
   Character character{text[0], 1};
+  if (text[0] < 0x80) return character;
   for (const Form& form : kForms) {
     if ((text[0] & form.mask) == form.mark) decode(text, form, character);
   }
