@@ -223,10 +223,13 @@ int32_t ItemList::CountState(int32_t state) {
   return unlogged(-1, [&]() -> int32_t {
     int32_t found = 0;
     ReportPosition(0);
+    uint64_t due = next_position(count_);
     for (uint32_t i = 0; i < count_; ++i) {
       if (Get(i)->state == static_cast<uint32_t>(state)) ++found;
       if (PollInterrupt() != 0) return found;
-      if (i > 0) ReportPosition(i);
+      if (i < due) continue;
+      ReportPosition(i);
+      due = next_position(count_);
     }
     ReportPosition(count_);
     return found;

@@ -30,6 +30,10 @@ void set_default(uint32_t& period) {
   if (period == 0) period = kDefaultPeriod;
 }
 
+uint32_t step_size(uint32_t total) {
+  return std::max(total / kReportsPerWalk, uint32_t{1});
+}
+
 }  // namespace
 
 int32_t single_precision_percent(uint32_t position, uint32_t total) {
@@ -70,13 +74,17 @@ int32_t ProgressHooks::report_position(uint32_t position, uint32_t count) {
   return report_step(position, count, counters.last_position_step);
 }
 
+uint64_t ProgressHooks::next_position(uint32_t count) {
+  return (uint64_t{counters.last_position_step} + 1) * step_size(count);
+}
+
 int32_t ProgressHooks::report_step(uint32_t position, uint32_t total,
                                    uint32_t& last_step) {
   if (report_hook_ == nullptr || total == 0) return 0;
   if (position == 0) {
     last_step = 0;
   } else {
-    uint32_t step = position / std::max(total / kReportsPerWalk, uint32_t{1});
+    uint32_t step = position / step_size(total);
     if (step <= last_step && position < total) return 0;
     last_step = step;
   }

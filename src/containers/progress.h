@@ -44,6 +44,8 @@ class ProgressHooks {
  protected:
   // The same, remembering its last step apart from ReportPositionOf.
   int32_t report_position(uint32_t position, uint32_t count);
+  // The least position above those reported that it tells of.
+  static uint64_t next_position(uint32_t count);
 
  private:
   int32_t report_step(uint32_t position, uint32_t total, uint32_t& last_step);

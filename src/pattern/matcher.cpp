@@ -369,7 +369,6 @@ int32_t end_run(PatternContext& context, const Search& search,
                 Outcome outcome) {
   context.cancelled = outcome == Outcome::kCancelled;
   if (context.cancelled) return -1;
-  context.matches.BuildIndex();
   return search.count();
 }
 

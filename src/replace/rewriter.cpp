@@ -2,11 +2,16 @@
 
 namespace zenfo {
 
+void Rewriter::report(uint32_t position) {
+  context_.ReportProgress(position, context_.matches.Count());
+  next_report_ = PatternContext::next_report(context_.matches.Count());
+}
+
 const MatchRecord* Rewriter::next_match() {
   ItemList& matches = context_.matches;
   while (position_ < matches.Count()) {
     const uint32_t position = position_++;
-    context_.ReportProgress(position, matches.Count());
+    if (position >= next_report_ && context_.reports()) report(position);
     failed_ = context_.PollCancel() != 0;
     const auto* match = record_cast<MatchRecord>(matches.Get(position));
     if (match == nullptr) failed_ = true;

@@ -39,6 +39,7 @@ class Rewriter {
   }
   // The next selected match; null at the end or on failure.
   const MatchRecord* next_match();
+  void report(uint32_t position);
   void write_gap(size_t offset);
 
   PatternContext& context_;
@@ -46,11 +47,14 @@ class Rewriter {
   OutFile file_;
   size_t cursor_ = 0;  // text before it is written
   uint32_t position_ = 0;
+  size_t next_report_ = 0;  // the least position worth a report
   bool failed_ = false;
 };
 
 template <class Put>
 int32_t Rewriter::write(const char* path, Put put) {
+  // Before the file is opened: a lack of memory here leaves it whole.
+  file_.expect(text_.size());
   if (!open(path)) return -1;
   int32_t count = 0;
   context_.ReportProgress(0, context_.matches.Count());

@@ -8,6 +8,7 @@
 // Tested by tests/unit/text/out_file_test.cpp
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -32,6 +33,9 @@ class OutFile {
   bool open(const char* path, platform::OutputMode mode, LineEnds line_ends);
   bool is_open() const { return file_.is_open(); }
 
+  // Takes room for so many bytes to come, as far as they are gathered: one
+  // allocation in place of several. Throws for lack of memory.
+  void expect(size_t size) { buffer_.reserve(std::min(size, kBufferSize)); }
   // Appends a piece; false once any write has failed, or when nothing is open.
   // Throws for lack of memory, with nothing of the piece taken.
   bool write(std::string_view piece);

@@ -78,6 +78,11 @@ TEST_F(RewriterTest, ARecordThatIsNoMatchLeavesTheFileAsFarAsWritten) {
 std::vector<uint32_t> reported;
 int polls;
 
+int32_t note_report(ProgressRecord* record) {
+  reported.push_back(record->position);
+  return 0;
+}
+
 TEST_F(RewriterTest, ReportsEachMatchAndPollsAtTheContextsInterval) {
   set("abc", {{0, 1}, {1, 1}, {2, 1}});
   reported.clear();
@@ -96,6 +101,28 @@ TEST_F(RewriterTest, ReportsEachMatchAndPollsAtTheContextsInterval) {
     EXPECT_EQ(write(), stop <= 3 ? -1 : 3);
     EXPECT_EQ(written(), std::string("[a][b][c]").substr(0, (stop - 1) * 3));
   }
+}
+
+// The same calls as when every match is offered to be reported.
+TEST_F(RewriterTest, ReportsAboutAHundredMatchesOfMany) {
+  const std::string text(1234, 'x');
+  set(text, {});
+  for (uint32_t i = 0; i < text.size(); ++i) {
+    context.matches.Append(
+        std::make_unique<MatchRecord>(context.text() + i, 1, i));
+  }
+  context.SetReportHook(note_report);
+  reported.clear();
+  EXPECT_EQ(write(), 1234);
+  const std::vector<uint32_t> seen = reported;
+  reported.clear();
+  context.ReportProgress(0, text.size());
+  for (size_t i = 0; i < text.size(); ++i) {
+    context.ReportProgress(i, text.size());
+  }
+  context.ReportProgress(text.size(), text.size());
+  EXPECT_EQ(seen, reported);
+  EXPECT_EQ(seen.size(), 105u);
 }
 
 }  // namespace

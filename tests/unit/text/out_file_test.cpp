@@ -117,6 +117,20 @@ TEST_F(OutFileTest, AnOverwrittenFileEndsBehindWhatWasWritten) {
   EXPECT_EQ(on_disk(), "XY");
 }
 
+// What is expected changes nothing of what is written.
+TEST_F(OutFileTest, TakesMoreAndLessThanItExpects) {
+  for (const size_t expected : {size_t{0}, size_t{3}, size_t{1} << 40}) {
+    OutFile file;
+    file.expect(expected);
+    ASSERT_TRUE(open(file, OutputMode::kTruncate, LineEnds::kRaw));
+    EXPECT_TRUE(file.write("abc"));
+    EXPECT_TRUE(file.write(std::string(300'000, 'x')));
+    EXPECT_TRUE(file.write("def"));
+    EXPECT_TRUE(file.close());
+    EXPECT_EQ(on_disk(), "abc" + std::string(300'000, 'x') + "def");
+  }
+}
+
 TEST_F(OutFileTest, WritesNumbersAsDecimalDigits) {
   OutFile file;
   ASSERT_TRUE(open(file, OutputMode::kTruncate, LineEnds::kRaw));
