@@ -7,8 +7,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <memory>
-
 #include "platform/files.h"
 #include "platform/posix/descriptor.h"
 
@@ -16,7 +14,7 @@ namespace zenfo::platform {
 namespace {
 
 constexpr size_t kMostPerCall = size_t{1} << 30;
-constexpr size_t kBlockSize = 256 * 1024;
+constexpr size_t kBlockSize = size_t{64} * 1024;
 constexpr int kOpenFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
 bool same_file(const struct stat& a, const struct stat& b) {
@@ -34,33 +32,45 @@ bool write_all(int to, const char* data, size_t size) {
 }
 
 // Both move the positions of both files; the loop goes on where the system's
-// own copy gave up, and finds the end where it did not.
-void copy_in_system(int from, int to) {
-  while (copy_file_range(from, nullptr, to, nullptr, kMostPerCall, 0) > 0) {
+// own copy gave up, and finds the end where it did not. Only the loop looks for
+// more than the source had to begin with.
+void copy_in_system(int from, int to, off_t size) {
+  while (size > 0) {
+    const ssize_t count =
+        copy_file_range(from, nullptr, to, nullptr, kMostPerCall, 0);
+    if (count <= 0) return;
+    size -= count;
   }
 }
 
 bool copy_in_blocks(int from, int to) {
-  const auto block = std::make_unique_for_overwrite<char[]>(kBlockSize);
+  char block[kBlockSize];
   for (;;) {
     const ssize_t count =
-        uninterrupted([&] { return read(from, block.get(), kBlockSize); });
+        uninterrupted([&] { return read(from, block, kBlockSize); });
     if (count == 0) return true;
     if (count < 0) return false;
-    if (!write_all(to, block.get(), static_cast<size_t>(count))) return false;
+    if (!write_all(to, block, static_cast<size_t>(count))) return false;
   }
 }
 
-// A longer file of that name keeps nothing of its old end.
+// A longer file of that name keeps nothing of its old end. To look is cheaper
+// than to cut a file where it ends anyway.
 bool cut_behind_copy(int to) {
   const off_t end = lseek(to, 0, SEEK_CUR);
-  return end >= 0 && ftruncate(to, end) == 0;
+  struct stat copied;
+  if (end < 0 || fstat(to, &copied) != 0) return false;
+  return copied.st_size == end || ftruncate(to, end) == 0;
 }
 
 // As far as the target's owner and file system allow: the bytes count.
-void copy_mode_and_times(const struct stat& source, int to) {
+void copy_mode_and_times(const struct stat& source, const struct stat& target,
+                         int to) {
   const struct timespec times[] = {source.st_atim, source.st_mtim};
-  [[maybe_unused]] const int mode_result = fchmod(to, source.st_mode & 0777);
+  const mode_t mode = source.st_mode & 0777;
+  if ((target.st_mode & 07777) != mode) {
+    [[maybe_unused]] const int mode_result = fchmod(to, mode);
+  }
   futimens(to, times);
 }
 
@@ -91,13 +101,13 @@ bool copy_file(const char* from, const char* to) {
       !S_ISREG(target.st_mode) || same_file(source, target)) {
     return false;
   }
-  copy_in_system(source_file.get(), target_file.get());
+  copy_in_system(source_file.get(), target_file.get(), source.st_size);
   if (!copy_in_blocks(source_file.get(), target_file.get()) ||
       !cut_behind_copy(target_file.get())) {
     discard(target_file.get(), target, to);
     return false;
   }
-  copy_mode_and_times(source, target_file.get());
+  copy_mode_and_times(source, target, target_file.get());
   if (target_file.close()) return true;
   unlink(to);
   return false;

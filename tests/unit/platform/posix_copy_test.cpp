@@ -61,6 +61,18 @@ TEST(PosixCopyFile, KeepsModeAndTimesToTheNanosecond) {
   }
 }
 
+TEST(PosixCopyFile, TakesOffTheMarksOfAnExistingTarget) {
+  const TempFolder folder;
+  const std::string from = folder.file("from", "content");
+  const std::string to = folder.file("to", "old");
+  ASSERT_EQ(0, chmod(from.c_str(), 0755));
+  for (const mode_t marks : {S_ISUID, S_ISGID, S_ISVTX}) {
+    ASSERT_EQ(0, chmod(to.c_str(), 0755 | marks));
+    ASSERT_TRUE(copy_file(from.c_str(), to.c_str()));
+    EXPECT_EQ(mode_t{0755}, stat_of(to).st_mode & 07777);
+  }
+}
+
 TEST(PosixCopyFile, TakesLinksForWhatTheyLeadTo) {
   const TempFolder folder;
   const std::string file = folder.file("file", "content");

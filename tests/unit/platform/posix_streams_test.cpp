@@ -122,6 +122,28 @@ TEST(PosixOutputFile, DoesNotWaitForTheReaderOfAPipe) {
   EXPECT_FALSE(file.open(path.c_str(), OutputMode::kTruncate));
 }
 
+// What others wrote behind it meanwhile goes, too.
+TEST(PosixOutputFile, CutsOffWhatTheFileHasGrownBy) {
+  const TempFolder folder;
+  const std::string path = folder.file("a", "0123");
+  OutputFile file;
+  ASSERT_TRUE(file.open(path.c_str(), OutputMode::kOverwrite));
+  EXPECT_TRUE(file.write("abcd", 4));
+  OutputFile other;
+  ASSERT_TRUE(other.open(path.c_str(), OutputMode::kAppend));
+  EXPECT_TRUE(other.write("more", 4));
+  EXPECT_TRUE(other.close());
+  EXPECT_TRUE(file.set_end());
+  EXPECT_TRUE(file.close());
+  EXPECT_EQ("abcd", read_file(path));
+}
+
+TEST(PosixOutputFile, CannotEndADevice) {
+  OutputFile file;
+  ASSERT_TRUE(file.open("/dev/null", OutputMode::kOverwrite));
+  EXPECT_FALSE(file.set_end());
+}
+
 // Once open, a slow reader is waited for: a full pipe is no error.
 TEST(PosixOutputFile, WritesMoreThanAPipeHoldsAtOnce) {
   const TempFolder folder;

@@ -168,6 +168,19 @@ TEST(OutputFile, OverwritesAndKeepsTheRestUntilItIsCut) {
   EXPECT_EQ("abc", read_file(path));
 }
 
+TEST(OutputFile, CutsNothingOffWhereTheFileEndsAnyway) {
+  const TempFolder folder;
+  const std::string path = folder.file("a", "0123");
+  for (const char* text : {"abcd", "abcdef"}) {
+    OutputFile file;
+    ASSERT_TRUE(file.open(path.c_str(), OutputMode::kOverwrite));
+    EXPECT_TRUE(write_text(file, text));
+    EXPECT_TRUE(file.set_end());
+    EXPECT_TRUE(file.close());
+    EXPECT_EQ(text, read_file(path));
+  }
+}
+
 TEST(OutputFile, CutsToNothingWhenNothingWasWritten) {
   const TempFolder folder;
   const std::string path = folder.file("a", "0123456789");
