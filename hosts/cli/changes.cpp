@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <filesystem>
+#include <cstdio>
 #include <fstream>
 #include <map>
 #include <memory>
@@ -23,8 +23,6 @@
 
 namespace zenfo::cli {
 namespace {
-
-namespace fs = std::filesystem;
 
 // A file with matches that may be changed.
 struct Target {
@@ -61,10 +59,18 @@ bool is_control(char c) {
   return byte < 0x20 && c != '\t' && c != '\n' && c != '\r';
 }
 
-// The library does not look at the first byte.
+struct FileCloser {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+
+// The library does not look at the first byte. Without a buffer: asked of very
+// many files.
 bool begins_with_control(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  const int first = file.get();
+  const std::unique_ptr<std::FILE, FileCloser> file(
+      std::fopen(path.c_str(), "rb"));
+  if (file == nullptr) return false;
+  std::setvbuf(file.get(), nullptr, _IONBF, 0);
+  const int first = std::fgetc(file.get());
   return first >= 0 && is_control(static_cast<char>(first));
 }
 
@@ -127,7 +133,6 @@ class Targets {
     session_.select_all(true);
     for (uint32_t i = 0; i < files.count(); ++i) {
       const std::string path(files.path(i));
-      shown_.emplace(session_.full_name(i), path);
       if (files.is_repeat(i) ||
           !options_.filter.takes(path, files.is_named(i))) {
         session_.select(i, false);
@@ -135,20 +140,13 @@ class Targets {
     }
   }
 
-  std::string shown(int32_t list, uint32_t index) {
-    const std::string path(session_.full_name(list, index));
-    const auto known = shown_.find(path);
-    return known == shown_.end() ? path : known->second;
-  }
-
-  void take_found(FileList&) {
+  void take_found(const FileList& files) {
     const uint32_t count = records_in(ZENFO_LIST_RESULT);
     for (uint32_t i = 0; i < count; ++i) {
+      const std::string path(session_.full_name(ZENFO_LIST_RESULT, i));
       Target target;
-      target.shown = shown(ZENFO_LIST_RESULT, i);
-      target.path =
-          fs::absolute(std::string(session_.full_name(ZENFO_LIST_RESULT, i)))
-              .string();
+      target.shown = files.shown(path);
+      target.path = complete_path(path);
       target.matches = static_cast<uint32_t>(GetFlag(ZENFO_LIST_RESULT, i));
       take(std::move(target));
     }
@@ -163,7 +161,7 @@ class Targets {
     // A file may have several names, or be named several times.
     if (!identities_.insert(state->identity).second) return;
     target.modified = state->modified;
-    if (is_read_only(target.path) && !options_.read_only) {
+    if (!options_.read_only && is_read_only(target.path, *state)) {
       skipped_.complain_of(target.shown, "read-only");
     } else if (!options_.binary && begins_with_control(target.path)) {
       skipped_.add(target.shown, "binary");
@@ -184,12 +182,12 @@ class Targets {
     }
   }
 
-  void name_rejected(FileList&) {
+  void name_rejected(const FileList& files) {
     const uint32_t count = records_in(ZENFO_LIST_ERROR);
     for (uint32_t i = 0; i < count; ++i) {
-      const std::string name = shown(ZENFO_LIST_ERROR, i);
-      const std::string reason = system::why_not_loaded(
-          std::string(session_.full_name(ZENFO_LIST_ERROR, i)));
+      const std::string path(session_.full_name(ZENFO_LIST_ERROR, i));
+      const std::string_view name = files.shown(path);
+      const std::string reason = system::why_not_loaded(path);
       if (reason.empty()) {
         skipped_.add(name, "binary");
       } else {
@@ -203,7 +201,6 @@ class Targets {
   const ChangeOptions& options_;
   Skipped& skipped_;
   std::vector<Target> targets_;
-  std::unordered_map<std::string, std::string> shown_;
   std::unordered_set<std::string> identities_;
 };
 
@@ -365,7 +362,7 @@ class ChangeRun {
     uint64_t matches = 0;
     for (uint32_t i = 0; i < files; ++i) {
       const auto found = static_cast<uint64_t>(GetFlag(ZENFO_LIST_RESULT, i));
-      done_.emplace(session_.full_name(ZENFO_LIST_RESULT, i));
+      if (store_) done_.emplace(session_.full_name(ZENFO_LIST_RESULT, i));
       matches += found;
       changed_ += found > 0;
     }
@@ -463,7 +460,7 @@ class ChangeRun {
     if (!store_->save(run_)) {
       complain(run_.name, "its record cannot be finished");
     }
-    store_->remove_old();
+    store_->remove_old(&run_);
     undo_command_ = "zenfo undo " + run_.name;
   }
 
@@ -492,8 +489,8 @@ class ChangeRun {
   const std::vector<Target>& targets_;
   const ChangeOptions& options_;
   Skipped& skipped_;
-  std::unordered_map<std::string, const Target*> by_path_;
-  std::unordered_set<std::string> done_;
+  std::unordered_map<std::string_view, const Target*> by_path_;
+  std::unordered_set<std::string> done_;  // where there are safe copies
   std::optional<RunStore> store_;
   Run run_;
   Asking asking_;

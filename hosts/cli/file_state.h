@@ -14,17 +14,22 @@ namespace zenfo::cli {
 
 struct FileState {
   uint64_t size = 0;
-  int64_t modified = 0;  // in the system's own unit and from its own start
-  std::string identity;  // the same for all names of a file
+  int64_t modified = 0;    // in the system's own unit and from its own start
+  std::string identity;    // the same for all names of a file
+  bool read_only = false;  // marked as not to be written
 };
 
 // None when there is no such file or nothing can be learnt of it.
 std::optional<FileState> state_of(const std::string& path);
+// The path from the root, good from any folder.
+std::string complete_path(const std::string& path);
 // False when the time cannot be set.
 bool set_modified(const std::string& path, int64_t modified);
 // Marked as not to be written. Rights that come from elsewhere show when it is
 // written.
 bool is_read_only(const std::string& path);
+// The same for a file whose state was just asked.
+bool is_read_only(const std::string& path, const FileState& state);
 // False when the mark cannot be changed.
 bool set_read_only(const std::string& path, bool on);
 // Tells this process apart from others that run now.

@@ -204,7 +204,7 @@ std::optional<Run> RunStore::find_unrecorded(const std::string& name) const {
   return Run{name, time_in(name), "", {}};
 }
 
-std::vector<Run> RunStore::runs() const {
+std::vector<Run> RunStore::runs(const Run* known) const {
   std::set<std::string> names;
   std::error_code error;
   for (const auto& entry : fs::directory_iterator(folder_, error)) {
@@ -214,7 +214,11 @@ std::vector<Run> RunStore::runs() const {
   }
   std::vector<Run> runs;
   for (const std::string& name : names) {
-    if (auto run = find(name)) runs.push_back(std::move(*run));
+    if (known != nullptr && name == known->name) {
+      runs.push_back(*known);
+    } else if (auto run = find(name)) {
+      runs.push_back(std::move(*run));
+    }
   }
   std::sort(runs.begin(), runs.end(), [](const Run& a, const Run& b) {
     return std::tie(a.time, a.name) < std::tie(b.time, b.name);
@@ -264,8 +268,8 @@ bool RunStore::is_old(const std::string& name) const {
   return !error && fs::file_time_type::clock::now() - written > kOldest;
 }
 
-void RunStore::remove_old() const {
-  std::vector<Run> newest_first = runs();
+void RunStore::remove_old(const Run* known) const {
+  std::vector<Run> newest_first = runs(known);
   std::reverse(newest_first.begin(), newest_first.end());
   uint64_t size = 0;
   for (const Run& run : newest_first) {

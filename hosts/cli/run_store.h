@@ -47,10 +47,11 @@ class RunStore {
   bool save(const Run& run) const;
   // A run whose record is missing or damaged is known by its list of copies.
   std::optional<Run> find(const std::string& name) const;
-  // By time, the oldest first.
-  std::vector<Run> runs() const;
+  // By time, the oldest first. The record of a run that the caller knows is
+  // not read: it can be long.
+  std::vector<Run> runs(const Run* known = nullptr) const;
   void remove(const std::string& name) const;
-  void remove_old() const;
+  void remove_old(const Run* known = nullptr) const;
   // Whether there are files in its folder that the library did not list there.
   bool has_copies(const std::string& name) const;
   std::string undo_file(const std::string& name) const;

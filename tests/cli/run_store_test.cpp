@@ -94,6 +94,19 @@ TEST_F(RunStore, RemovesARunWithoutARecordWhenItIsOld) {
   EXPECT_EQ(names(), (std::vector<std::string>{last.name}));
 }
 
+TEST_F(RunStore, DoesNotReadTheRecordOfAKnownRun) {
+  const cli::Run one = begin("2026-01-01 00:00:00");
+  const cli::Run two = begin("2026-01-02 00:00:00");
+  for (const cli::Run& run : {one, two}) {
+    folder_.file(run.name + ".json", "damaged");
+  }
+  EXPECT_TRUE(names().empty());
+  const std::vector<cli::Run> runs = store_.runs(&two);
+  ASSERT_EQ(runs.size(), 1u);
+  EXPECT_EQ(runs[0].name, two.name);
+  EXPECT_EQ(runs[0].time, two.time);
+}
+
 TEST_F(RunStore, KeepsTheRecordThatCannotBeReplaced) {
   cli::Run run = begin("2026-01-01 00:00:00");
   run.files = {{"/a", 1, 2, 3}};
@@ -125,7 +138,7 @@ TEST_F(RunStore, RemovesTheOldestOfTooManyCopiesButNeverTheLastRun) {
   store_.remove_old();
   EXPECT_EQ(names(), (std::vector<std::string>{two.name, three.name}));
   fs::resize_file(folder_.path(three.name + "/a_0"), 1'100'000'000);
-  store_.remove_old();
+  store_.remove_old(&three);
   EXPECT_EQ(names(), (std::vector<std::string>{three.name}));
 }
 

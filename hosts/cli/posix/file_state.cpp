@@ -4,6 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <filesystem>
+
 namespace zenfo::cli {
 namespace {
 
@@ -18,7 +20,13 @@ std::optional<FileState> state_of(const std::string& path) {
   return FileState{
       static_cast<uint64_t>(facts.st_size),
       facts.st_mtim.tv_sec * kNanoseconds + facts.st_mtim.tv_nsec,
-      std::to_string(facts.st_dev) + ':' + std::to_string(facts.st_ino)};
+      std::to_string(facts.st_dev) + ':' + std::to_string(facts.st_ino),
+      (facts.st_mode & kAnyWrite) == 0};
+}
+
+std::string complete_path(const std::string& path) {
+  if (path.starts_with('/')) return path;
+  return std::filesystem::absolute(path).string();
 }
 
 bool set_modified(const std::string& path, int64_t modified) {
@@ -32,9 +40,12 @@ bool set_modified(const std::string& path, int64_t modified) {
 }
 
 bool is_read_only(const std::string& path) {
-  struct stat facts;
-  if (stat(path.c_str(), &facts) != 0) return false;
-  return (facts.st_mode & kAnyWrite) == 0 || access(path.c_str(), W_OK) != 0;
+  const std::optional<FileState> state = state_of(path);
+  return state && is_read_only(path, *state);
+}
+
+bool is_read_only(const std::string& path, const FileState& state) {
+  return state.read_only || access(path.c_str(), W_OK) != 0;
 }
 
 bool set_read_only(const std::string& path, bool on) {

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <filesystem>
+
 namespace zenfo::cli {
 namespace {
 
@@ -39,7 +41,12 @@ std::optional<FileState> state_of(const std::string& path) {
       static_cast<int64_t>(joined(facts.ftLastWriteTime.dwHighDateTime,
                                   facts.ftLastWriteTime.dwLowDateTime)),
       std::to_string(facts.dwVolumeSerialNumber) + ':' +
-          std::to_string(joined(facts.nFileIndexHigh, facts.nFileIndexLow))};
+          std::to_string(joined(facts.nFileIndexHigh, facts.nFileIndexLow)),
+      (facts.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0};
+}
+
+std::string complete_path(const std::string& path) {
+  return std::filesystem::absolute(path).string();
 }
 
 bool set_modified(const std::string& path, int64_t modified) {
@@ -55,6 +62,10 @@ bool is_read_only(const std::string& path) {
   const DWORD attributes = GetFileAttributesA(path.c_str());
   return attributes != INVALID_FILE_ATTRIBUTES &&
          (attributes & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+bool is_read_only(const std::string&, const FileState& state) {
+  return state.read_only;
 }
 
 bool set_read_only(const std::string& path, bool on) {
