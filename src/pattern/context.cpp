@@ -7,7 +7,6 @@
 namespace zenfo {
 namespace {
 
-constexpr uint32_t kDefaultPollInterval = 100;
 constexpr size_t kReportsPerRun = 100;
 
 size_t report_step_size(size_t total) {
@@ -26,11 +25,6 @@ int32_t percent(size_t position, size_t total) {
 }
 
 }  // namespace
-
-SearchCounters& search_counters() {
-  static SearchCounters counters;
-  return counters;
-}
 
 void CompiledPattern::clear() {
   elements.clear();
@@ -69,10 +63,6 @@ void PatternContext::SetReportHook(ReportHook hook) {
   matches.SetReportHook(hook);
 }
 
-uint32_t PatternContext::poll_interval() const {
-  return poll_interval_ != 0 ? poll_interval_ : kDefaultPollInterval;
-}
-
 bool PatternContext::polls() const {
   if (cancel_pending_) return true;
   InterruptHook hook = matches.interrupt_hook();
@@ -86,9 +76,7 @@ bool PatternContext::reports() const {
          !(hook == &report && host_callbacks().report == nullptr);
 }
 
-int32_t PatternContext::PollCancel() { return PollCancelTimes(1); }
-
-int32_t PatternContext::PollCancelTimes(size_t count) {
+int32_t PatternContext::poll_due(size_t count) {
   if (count == 0) return 0;
   if (cancel_pending_) {
     cancel_pending_ = false;

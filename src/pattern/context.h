@@ -28,7 +28,10 @@ struct SearchCounters {
   uint32_t polls = 0;        // since the cancel hook was last called
   uint32_t report_step = 0;  // last step of a search that was reported
 };
-SearchCounters& search_counters();
+inline SearchCounters& search_counters() {
+  static SearchCounters counters;
+  return counters;
+}
 
 // A compiled pattern: start-marker elements, main elements, end-marker
 // elements, one after the other. Owns them.
@@ -61,12 +64,24 @@ class PatternContext {
   void SetReportHook(ReportHook hook);
   // Every how many polls the interrupt hook is called; 0 means 100.
   void SetPollInterval(uint32_t interval) { poll_interval_ = interval; }
-  uint32_t poll_interval() const;
+  uint32_t poll_interval() const {
+    return poll_interval_ != 0 ? poll_interval_ : kDefaultPollInterval;
+  }
 
   // Counts a poll and, when it is due, asks the hook; non-zero: stop.
-  int32_t PollCancel();
+  int32_t PollCancel() { return PollCancelTimes(1); }
   // The same for `count` polls in a row; stops counting at the first stop.
-  int32_t PollCancelTimes(size_t count);
+  int32_t PollCancelTimes(size_t count) {
+    uint32_t& polls = search_counters().polls;
+    const uint32_t interval = poll_interval();
+    if (cancel_pending_ || polls >= interval || count >= interval - polls) {
+      return poll_due(count);
+    }
+    if (matches.interrupt_hook() != nullptr) {
+      polls += static_cast<uint32_t>(count);
+    }
+    return 0;
+  }
   // While set, the next poll answers "stop" whether it is due or not, and
   // unsets it: for a cancellation that must reach the next run too.
   void SetCancelPending(bool pending) { cancel_pending_ = pending; }
@@ -113,6 +128,10 @@ class PatternContext {
   ItemList matches;  // of MatchRecord
 
  private:
+  static constexpr uint32_t kDefaultPollInterval = 100;
+
+  int32_t poll_due(size_t count);
+
   uint32_t poll_interval_ = 0;
   bool cancel_pending_ = false;
   uint32_t interrupt_argument_ = 0;

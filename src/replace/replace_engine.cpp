@@ -5,18 +5,12 @@
 #include "listops/string_pair.h"
 #include "pattern/match_record.h"
 #include "replace/rewriter.h"
-#include "text/c_text.h"
 #include "text/records.h"
 
 namespace zenfo {
 namespace {
 
-std::string_view written_text(const PatternContext& context) {
-  if (context.text() == nullptr) return {};
-  return up_to_nul({context.text(), context.text_length()});
-}
-
-bool is_missing(const char* path) { return path == nullptr || *path == '\0'; }
+bool is_missing(const char* text) { return text == nullptr || *text == '\0'; }
 
 std::string expanded(const PatternContext& context, std::string_view text,
                      bool expand) {
@@ -27,9 +21,12 @@ std::string expanded(const PatternContext& context, std::string_view text,
 template <class Replacement>
 int32_t rewrite(PatternContext& context, const char* path, EditMode mode,
                 Replacement replacement) {
-  const std::string_view text = written_text(context);
-  if (is_missing(path) || text.empty()) return -1;
-  return Rewriter(context, text)
+  if (is_missing(path) || context.text_length() == 0 ||
+      is_missing(context.text())) {
+    return -1;
+  }
+  return Rewriter(context, {context.text(), context.text_length()},
+                  Rewriter::Until::kNul)
       .write(path, [&](OutFile& file, const MatchRecord& match,
                        std::string_view matched) {
         const std::string_view inserted = replacement(match);

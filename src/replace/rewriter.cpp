@@ -1,5 +1,7 @@
 #include "replace/rewriter.h"
 
+#include <cstring>
+
 namespace zenfo {
 
 void Rewriter::report(uint32_t position) {
@@ -16,10 +18,25 @@ const MatchRecord* Rewriter::next_match() {
     const auto* match = record_cast<MatchRecord>(matches.Get(position));
     if (match == nullptr) failed_ = true;
     if (failed_) return nullptr;
+    if (match->state == 0) continue;
     // A match behind the text's end is neither written nor counted.
-    if (match->state != 0 && match->offset < text_.size()) return match;
+    find_end(size_t{match->offset} + 1);
+    if (match->offset < text_.size()) return match;
   }
   return nullptr;
+}
+
+void Rewriter::find_end(size_t offset) {
+  constexpr size_t kPiece = size_t{128} * 1024;
+  if (offset <= searched_ || searched_ == text_.size()) return;
+  const size_t end =
+      std::min(std::max(offset, searched_ + kPiece), text_.size());
+  const void* nul =
+      std::memchr(text_.data() + searched_, '\0', end - searched_);
+  searched_ = end;
+  if (nul == nullptr) return;
+  searched_ = static_cast<size_t>(static_cast<const char*>(nul) - text_.data());
+  text_ = text_.substr(0, searched_);
 }
 
 void Rewriter::write_gap(size_t offset) {

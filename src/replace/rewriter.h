@@ -20,9 +20,15 @@ namespace zenfo {
 
 class Rewriter {
  public:
-  // `text` is what is written of the context's text, from its start.
-  Rewriter(PatternContext& context, std::string_view text)
-      : context_(context), text_(text) {}
+  enum class Until { kEnd, kNul };
+
+  // `text` is what is written of the context's text, from its start; perhaps
+  // only up to its first NUL.
+  Rewriter(PatternContext& context, std::string_view text,
+           Until until = Until::kEnd)
+      : context_(context),
+        text_(text),
+        searched_(until == Until::kEnd ? text.size() : 0) {}
 
   // Walks the matches in list order. `put(file, match, matched)` writes what
   // takes the place of a selected match, of which `matched` are the bytes
@@ -40,10 +46,14 @@ class Rewriter {
   // The next selected match; null at the end or on failure.
   const MatchRecord* next_match();
   void report(uint32_t position);
+  // Cuts the text at its first NUL if that is in front of `offset`. Looks
+  // piece by piece, so that what is written next is still cached.
+  void find_end(size_t offset);
   void write_gap(size_t offset);
 
   PatternContext& context_;
   std::string_view text_;
+  size_t searched_;  // text before it holds no NUL that would end it
   OutFile file_;
   size_t cursor_ = 0;  // text before it is written
   uint32_t position_ = 0;
@@ -60,6 +70,7 @@ int32_t Rewriter::write(const char* path, Put put) {
   context_.ReportProgress(0, context_.matches.Count());
   while (const MatchRecord* match = next_match()) {
     write_gap(match->offset);
+    find_end(size_t{match->offset} + match->length);
     // Intended: a match that overlaps the one before is written all the same.
     const std::string_view matched = text_.substr(match->offset, match->length);
     put(file_, *match, matched);
@@ -67,6 +78,7 @@ int32_t Rewriter::write(const char* path, Put put) {
     ++count;
   }
   if (failed_) return -1;
+  find_end(text_.size());
   write_gap(text_.size());
   const uint32_t matches = context_.matches.Count();
   context_.ReportProgress(matches, matches);

@@ -22,7 +22,7 @@ bool OutFile::open(const char* path, platform::OutputMode mode,
   return file_.open(path, mode);
 }
 
-bool OutFile::write(std::string_view piece) {
+bool OutFile::write_elsewhere(std::string_view piece) {
   if (!is_open() || failed_) return false;
   return line_ends_ == LineEnds::kRaw ? write_raw(piece)
                                       : write_expanded(piece);

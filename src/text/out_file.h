@@ -38,7 +38,15 @@ class OutFile {
   void expect(size_t size) { buffer_.reserve(std::min(size, kBufferSize)); }
   // Appends a piece; false once any write has failed, or when nothing is open.
   // Throws for lack of memory, with nothing of the piece taken.
-  bool write(std::string_view piece);
+  bool write(std::string_view piece) {
+    // Nearly always.
+    if (is_open() && !failed_ && line_ends_ == LineEnds::kRaw &&
+        piece.size() < kBufferSize - buffer_.size()) {
+      buffer_.append(piece);
+      return true;
+    }
+    return write_elsewhere(piece);
+  }
   bool write(char byte) { return write(std::string_view(&byte, 1)); }
   // Decimal digits of a number.
   bool write_number(unsigned long long number);
@@ -53,6 +61,7 @@ class OutFile {
  private:
   static constexpr size_t kBufferSize = size_t{1} << 18;
 
+  bool write_elsewhere(std::string_view piece);
   bool write_raw(std::string_view piece);
   bool write_expanded(std::string_view piece);
   bool hand_over(std::string_view bytes);

@@ -18,12 +18,20 @@ class RewriterTest : public testing::Test, protected replace_test::Engine {
   int32_t write(size_t length = std::string::npos, const char* to = nullptr) {
     const std::string_view text(context.text(), context.text_length());
     return Rewriter(context, text.substr(0, length))
-        .write(to != nullptr ? to : path.c_str(),
-               [](OutFile& file, const MatchRecord&, std::string_view matched) {
-                 file.write('[');
-                 file.write(matched);
-                 file.write(']');
-               });
+        .write(to != nullptr ? to : path.c_str(), put);
+  }
+  // The text up to its first NUL, left to the writer to find.
+  int32_t write_until_nul() {
+    const std::string_view text(context.text(), context.text_length());
+    return Rewriter(context, text, Rewriter::Until::kNul)
+        .write(path.c_str(), put);
+  }
+
+ private:
+  static void put(OutFile& file, const MatchRecord&, std::string_view matched) {
+    file.write('[');
+    file.write(matched);
+    file.write(']');
   }
 };
 
@@ -59,6 +67,33 @@ TEST_F(RewriterTest, ClipsMatchesToTheTextThatIsWritten) {
   EXPECT_EQ(written(), "a[b][cd]");
   EXPECT_EQ(write(1), 0);
   EXPECT_EQ(written(), "a");
+}
+
+// Wherever the NUL stands, as if the text had been cut there beforehand.
+TEST_F(RewriterTest, EndsAtTheFirstNulWhenAskedTo) {
+  constexpr size_t kFar = 300'000;
+  for (const size_t nul :
+       {size_t{1}, size_t{2}, size_t{4}, size_t{6}, size_t{8}, size_t{131'071},
+        size_t{131'072}, size_t{131'073}, kFar - 2, kFar - 1, kFar}) {
+    std::string text(kFar, 'x');
+    if (nul < kFar) text[nul] = text.back() = '\0';
+    for (const uint32_t last :
+         {uint32_t{8}, uint32_t{131'070}, uint32_t{kFar - 4}}) {
+      const std::initializer_list<Span> spans = {{2, 3}, {7, 1}, {last, 3}};
+      set(text, spans);
+      const int32_t cut = write(nul);
+      const std::string expected = written();
+      EXPECT_EQ(write_until_nul(), cut) << nul << ' ' << last;
+      EXPECT_EQ(written(), expected) << nul << ' ' << last;
+    }
+  }
+}
+
+// An earlier look further on has found the NUL already.
+TEST_F(RewriterTest, MatchesInAnyOrderEndAtTheFirstNul) {
+  set(std::string_view("abcdef\0hij", 10), {{8, 1}, {4, 6}, {0, 1}, {6, 1}});
+  EXPECT_EQ(write_until_nul(), 2);
+  EXPECT_EQ(written(), "abcd[ef][a]");
 }
 
 TEST_F(RewriterTest, FailsWithoutTouchingAFileItCannotOpen) {
