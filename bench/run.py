@@ -95,6 +95,7 @@ class Bench:
         if "{copy" not in command:
             return
         self.remove_copies()
+        self.copy.parent.mkdir(parents=True, exist_ok=True)
         subprocess.run(["cp", "-r", self.places[source], self.copy],
                        check=True)
         os.sync()
