@@ -95,6 +95,11 @@ void send_status(std::string_view text, std::string_view path) {
   cb_lng_str(callbacks.status, whole.c_str());
 }
 
+bool host_listens() {
+  return callbacks.interrupt != nullptr || callbacks.report != nullptr ||
+         callbacks.status != nullptr;
+}
+
 int32_t ask_about_file(std::string_view full_name) {
   const std::string name(cut_to_buffer(full_name));
   return cb_lng_str(callbacks.file_question, name.c_str());

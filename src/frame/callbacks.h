@@ -45,6 +45,8 @@ int32_t report(ProgressRecord* record);
 void send_status(std::string_view text);
 // The same for a fixed text, a blank and a path.
 void send_status(std::string_view text, std::string_view path);
+// Whether a run calls the host unasked: to stop it, for its progress or phases.
+bool host_listens();
 // The two questions; -1 when the host has no such callback.
 int32_t ask_about_file(std::string_view full_name);
 int32_t ask_option(std::string_view path, int32_t number);

@@ -78,11 +78,9 @@ Step BlockRun::prepare_matches() {
 }
 
 Step BlockRun::take_pattern_matches() {
-  FindOptions options;
-  options.case_flag = options_.case_flag != 0;
-  options.whole_words = options_.whole_words != 0;
   PatternContext& sources = *library_.replace_context;
-  if (find_all(sources, content_.data(), content_.length(), options) < 0) {
+  if (find_all(sources, content_.data(), content_.length(), find_options()) <
+      0) {
     return Step::kFailed;
   }
   const int32_t set = unlogged(-1, [&] {

@@ -237,6 +237,7 @@ Step FileRun::search_once(FileInHand& file) {
   announce(Phase::kParsing, file);
   const int32_t found = find_matches();
   if (found < 0) return Step::kFailed;
+  counted_ = static_cast<uint32_t>(found);
   const Step prepared = prepare_matches();
   if (prepared != Step::kGoOn) return prepared;
   switch (found > 0 && ask_ ? ask(file) : Answer::kTake) {
@@ -261,13 +262,12 @@ Step FileRun::search_once(FileInHand& file) {
 // none because it is empty the whole text is searched; a cancellation ends the
 // search too, since matches inside the areas would be taken.
 int32_t FileRun::find_matches() {
-  FindOptions options;
-  options.case_flag = options_.case_flag != 0;
-  options.whole_words = options_.whole_words != 0;
+  FindOptions options = find_options();
   PatternContext& areas = *library_.exclusion_context;
   areas_found_ =
       find_all(areas, content_.data(), content_.length(), options) >= 0;
   if (areas.cancelled) return -1;
+  options.store = !only_counts();
   return find_all_by_areas(
       *library_.find_context, content_.data(), content_.length(), options,
       areas_found_ ? &areas : nullptr, options_.display != 0);
@@ -296,7 +296,15 @@ void FileRun::record(FileInHand& file) {
 }
 
 uint32_t FileRun::count_selected() {
+  if (only_counts()) return counted_;
   return static_cast<uint32_t>(std::max(context().matches.CountState(1), 0));
+}
+
+FindOptions FileRun::find_options() const {
+  FindOptions options;
+  options.case_flag = options_.case_flag != 0;
+  options.whole_words = options_.whole_words != 0;
+  return options;
 }
 
 void FileRun::announce(Phase phase, const FileInHand& file) const {

@@ -144,6 +144,8 @@ class FileRun {
   virtual Step begin_search(FileInHand&) { return Step::kGoOn; }
   // Searches the content: the number of matches, or -1.
   virtual int32_t find_matches();
+  // Whether the number is all that is wanted, and no match is kept.
+  virtual bool only_counts() const { return false; }
   // The context whose matches are taken.
   virtual PatternContext& context() { return *library_.find_context; }
   // Loads the file in hand, or loads it again: the loader's answer.
@@ -160,6 +162,8 @@ class FileRun {
   void log_unopened(const FileInHand& file) const;
   // Number of selected matches of the file in hand.
   uint32_t count_selected();
+  FindOptions find_options() const;
+  bool asks() const { return ask_; }
   void record(FileInHand& file);
 
   Library& library_;
@@ -186,6 +190,7 @@ class FileRun {
   void empty_matches();
 
   platform::NearbyFolder nearby_;
+  uint32_t counted_ = 0;      // matches of the last search
   bool ask_ = false;          // until the user answers for all
   bool areas_found_ = false;  // the exclusion pattern took part
 };

@@ -22,6 +22,10 @@ class SearchRun : public FileRun {
   Step take(FileInHand& file) override;
   Step end_file(FileInHand& file) override;
   int32_t question_number() const override { return report_.is_open(); }
+  // From other callbacks than the question the host could see them too.
+  bool only_counts() const override {
+    return !asks() && !report_.is_open() && !host_listens();
+  }
   bool finish() override { return report_.close(); }
 
  private:
@@ -61,9 +65,8 @@ class AreaRun final : public SearchRun {
 
  protected:
   int32_t find_matches() override {
-    FindOptions options;
-    options.case_flag = options_.case_flag != 0;
-    options.whole_words = options_.whole_words != 0;
+    FindOptions options = find_options();
+    options.store = !only_counts();
     return find_all(context(), content_.data(), content_.length(), options);
   }
   PatternContext& context() override { return *library_.exclusion_context; }

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 
 #include "support/search_fixture.h"
@@ -167,6 +168,42 @@ TEST_F(SearchTest, AllSearchesKeepTheSameRules) {
     EXPECT_EQ(run({}), 3);
     EXPECT_EQ(errors().size(), 1u);
     expect_no_matches();
+  }
+}
+
+// Without callbacks matches are counted, not kept.
+TEST_F(SearchTest, FindsTheSameWhetherTheHostListensOrNot) {
+  ASSERT_TRUE(pattern("ab"));
+  pair("ab", "");
+  pair("b", "");
+  pair("'a|b'[2]", "");
+  std::mt19937 random(3);
+  for (int file = 0; file < 30; ++file) {
+    std::string text;
+    for (size_t n = random() % 300; n > 0; --n) text += "aab1x "[random() % 6];
+    add(std::to_string(file), text);
+  }
+  for (const Search& search : kSearches) {
+    if (search.lines) continue;
+    SCOPED_TRACE(search.routine);
+    int32_t all = 0;
+    for (int bits = 0; bits < 16; ++bits) {
+      ASSERT_TRUE(exclusion(bits & 1 ? "x" : "'a|b'", 1));
+      RunArguments arguments;
+      arguments.case_flag = bits >> 1 & 1;
+      arguments.whole_words = bits >> 2 & 1;
+      arguments.display = bits >> 3 & 1;
+      arguments.is_pattern = arguments.display;
+      const int32_t alone = search.run(arguments, nullptr);
+      const auto flags_alone = flags(ZENFO_LIST_RESULT);
+      const auto not_found_alone = not_found();
+      HostRecorder host;
+      EXPECT_EQ(search.run(arguments, nullptr), alone);
+      EXPECT_EQ(flags(ZENFO_LIST_RESULT), flags_alone);
+      EXPECT_EQ(not_found(), not_found_alone);
+      all += alone;
+    }
+    EXPECT_GT(all, 1000) << "the texts are chosen to have matches";
   }
 }
 
