@@ -605,7 +605,9 @@ std::string shell_command(const std::string& name, const Arguments& arguments) {
 int run_change(Session& session, Search& search, const ChangeOptions& options,
                const Change& change, Output& output) {
   Skipped skipped;
+  session.leave_at_stop(true);
   const Targets targets(session, search, options, skipped);
+  session.leave_at_stop(false);
   if (targets.all().empty()) {
     if (skipped.count() > 0 && !options.dry_run) {
       output.put("0 files changed\n" + skipped.summary() + '\n');

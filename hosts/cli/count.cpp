@@ -180,7 +180,7 @@ int run_count(const Arguments& arguments) {
   Output output;
   if (!parse(arguments, options, output)) return kDone;
   Session session;
-  session.leave_at_stop();
+  session.leave_at_stop(true);
   FileList files(session, options.files, options.choice, FactOptions{});
   write_counts(count_all(session, files, options.total), options, output);
   session.complain_about_errors();

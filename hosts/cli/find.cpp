@@ -409,7 +409,7 @@ int run_find(const Arguments& arguments) {
   }
   MappedFile::prepare();
   Session session;
-  if (leaves_nothing_half_done(options)) session.leave_at_stop();
+  if (leaves_nothing_half_done(options)) session.leave_at_stop(true);
   if (!options.ask) find_no_more_than_shown(options);
   Search search(session, options.search);
   return options.summary.empty()

@@ -80,9 +80,9 @@ bool Session::may_stop() const {
   return !hold_stop_ || (rewritten_ && files_done() > done_before_);
 }
 
-void Session::leave_at_stop() {
-  leaves_at_stop_ = true;
-  system::obey_stop();
+void Session::leave_at_stop(bool on) {
+  leaves_at_stop_ = on;
+  system::obey_stop(on);
   set_callbacks();
   if (system::stop_status() != 0) throw Stopped{};
 }

@@ -139,10 +139,10 @@ class Session {
   // Complains about what the library noted in its error file since the last
   // time of asking.
   void complain_about_errors();
-  // A stop ends the process at once from now on; the library is not asked to
-  // look for one, which takes it time. For commands that write nothing but to
-  // the standard streams.
-  void leave_at_stop();
+  // While on, a stop ends the process at once; the library is not asked to look
+  // for one, which takes it time. For work that writes nothing but to the
+  // standard streams.
+  void leave_at_stop(bool on);
   // Ends the process from inside an operation.
   [[noreturn]] void leave(int status);
 

@@ -67,9 +67,9 @@ std::string known_file();
 // From now on Ctrl-C and its like are noted rather than obeyed. The second one
 // ends the process at once.
 void watch_for_stop();
-// From now on the first one ends the process at once too, with a word to the
-// user. For commands that leave nothing half done.
-void obey_stop();
+// While on, the first one ends the process at once too, with a word to the
+// user. For work that leaves nothing half done.
+void obey_stop(bool on);
 // Exit status for a process that was told to stop; 0 while it was not.
 int stop_status();
 // Ends the process without running destructors.

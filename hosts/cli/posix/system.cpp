@@ -180,7 +180,7 @@ void watch_for_stop() {
   }
 }
 
-void obey_stop() { stop_is_obeyed = 1; }
+void obey_stop(bool on) { stop_is_obeyed = on; }
 
 int stop_status() { return stop_signal == 0 ? 0 : 128 + stop_signal; }
 

@@ -202,7 +202,7 @@ std::string known_file() {
 
 void watch_for_stop() { SetConsoleCtrlHandler(on_stop, TRUE); }
 
-void obey_stop() { stop_is_obeyed = true; }
+void obey_stop(bool on) { stop_is_obeyed = on; }
 
 int stop_status() { return stop_asked.load() ? kStopStatus : 0; }
 
