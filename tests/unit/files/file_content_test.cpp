@@ -293,8 +293,9 @@ TEST_F(FileContentTest, TheCheckReportsItsBeginningAndItsEnd) {
 TEST(FindControlByte, AgreesWithTheRuleForEveryByteAndPosition) {
   for (int byte = 0; byte < 256; ++byte) {
     const bool bad = byte < 0x20 && byte != 9 && byte != 10 && byte != 13;
-    for (size_t position : {1u, 2u, 15u, 16u, 17u, 31u, 33u}) {
-      std::string text(40, 'x');
+    for (size_t position :
+         {1u, 2u, 17u, 63u, 64u, 65u, 80u, 128u, 129u, 199u}) {
+      std::string text(200, 'x');
       text[position] = static_cast<char>(byte);
       EXPECT_EQ(find_control_byte(text, 1), bad ? position : text.size())
           << byte;
