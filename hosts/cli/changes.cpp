@@ -256,6 +256,11 @@ int preview(Session& session, const std::vector<Target>& targets,
   return result > 0 ? kFound : kNothingFound;
 }
 
+// Whether the user is told of the number of matches before anything is done.
+bool names_matches_first(const ChangeOptions& options) {
+  return !options.yes && !options.ask && !options.dry_run;
+}
+
 // Throws Failure where nobody can be asked, Stopped for a no.
 void confirm(const Targets& targets, const ChangeOptions& options) {
   if (options.yes) return;
@@ -606,7 +611,15 @@ int run_change(Session& session, Search& search, const ChangeOptions& options,
                const Change& change, Output& output) {
   Skipped skipped;
   session.leave_at_stop(true);
-  const Targets targets(session, search, options, skipped);
+  SearchOptions first = options.search;
+  const bool one_match_will_do = !names_matches_first(options) &&
+                                 !search.several_texts() &&
+                                 search_once_a_file(first);
+  std::optional<Search> first_search;
+  if (one_match_will_do) first_search.emplace(session, first);
+  const Targets targets(session, first_search ? *first_search : search, options,
+                        skipped);
+  if (one_match_will_do) search.compile_again();
   session.leave_at_stop(false);
   if (targets.all().empty()) {
     if (skipped.count() > 0 && !options.dry_run) {

@@ -103,12 +103,13 @@ bool search_once_a_line(SearchOptions& options) {
   return true;
 }
 
-void search_once_a_file(SearchOptions& options) {
+bool search_once_a_file(SearchOptions& options) {
   SearchOptions changed = options;
   unite_texts(changed);
-  if (!takes_more(changed)) return;
+  if (!takes_more(changed)) return false;
   changed.end = {kRestOfText, true};
   options = std::move(changed);
+  return true;
 }
 
 Search::Search(Session& session, const SearchOptions& options)

@@ -52,9 +52,9 @@ struct SearchOptions {
 // where a match might cross the end of a line or its surroundings matter.
 bool search_once_a_line(SearchOptions& options);
 // Makes the first match take what is behind it too, so that as good as nothing
-// follows: for those who only want to know whether there is one. Changes
-// nothing where the surroundings of a match matter.
-void search_once_a_file(SearchOptions& options);
+// follows: for those who only want to know whether there is one. False, and
+// nothing is changed, where the surroundings of a match matter.
+bool search_once_a_file(SearchOptions& options);
 
 class Search {
  public:
@@ -62,6 +62,8 @@ class Search {
   // classes or a report that cannot be used.
   Search(Session& session, const SearchOptions& options);
 
+  // Of a single text, after another search was compiled.
+  void compile_again() { compile(options_.texts.front()); }
   // The question comes once for each text of each file.
   bool several_texts() const { return options_.texts.size() > 1; }
   // Runs over the selected files; the number of matches. Without a question

@@ -205,7 +205,7 @@ TEST(SearchOnceAFile, IsForMatchesWithFreeSurroundings) {
   options.is_pattern = true;
   options.start.text = "s";
   options.areas.pattern = "area";
-  cli::search_once_a_file(options);
+  EXPECT_TRUE(cli::search_once_a_file(options));
   EXPECT_NE(options.end.text, "");
   using Change = void (*)(cli::SearchOptions&);
   const Change changes[] = {
@@ -222,7 +222,7 @@ TEST(SearchOnceAFile, IsForMatchesWithFreeSurroundings) {
     cli::SearchOptions given = options_for("a");
     change(given);
     const std::string end = given.end.text;
-    cli::search_once_a_file(given);
+    EXPECT_FALSE(cli::search_once_a_file(given));
     EXPECT_EQ(given.end.text, end) << "change " << &change - changes;
   }
 }
