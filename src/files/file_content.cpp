@@ -121,7 +121,9 @@ int32_t FileContent::load_file_content(const char* path,
   file_size_ = 0;
   path_ = path != nullptr ? path : "";
   if (path_.empty()) return -1;
-  return load(path_.c_str(), nearby);
+  const int32_t length = load(path_.c_str(), nearby);
+  if (length < 0) clear();  // lets go of a view too
+  return length;
 }
 
 // The first read asks for one block. A short answer is the whole file, and

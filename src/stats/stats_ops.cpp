@@ -7,6 +7,7 @@
 
 #include "files/file_content.h"
 #include "frame/callbacks.h"
+#include "frame/guard.h"
 #include "pattern/context.h"
 #include "pattern/match_record.h"
 #include "stats/word_count.h"
@@ -26,7 +27,7 @@ int32_t count_file(FileContent& content, PatternContext& context,
   }
   WordCount count(context, content.bytes());
   send_status("Now counting words in", file);
-  const int32_t words = count.words();
+  const int32_t words = unlogged(-1, [&] { return count.words(); });
   if (words < 0) return -1;
   send_status("Now counting lines in", file);
   const int32_t lines = count.lines();

@@ -23,6 +23,7 @@ Range ranges[kMostRanges];
 size_t guarded_ranges = 0;
 uintptr_t page_size = 0;
 struct sigaction handler_before;
+volatile sig_atomic_t passing_on = 0;
 
 bool is_guarded(uintptr_t address) {
   return std::any_of(
@@ -37,20 +38,31 @@ bool put_zeros(uintptr_t address) {
               MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) == page;
 }
 
-// What would have happened without this handler.
+// The fault comes again, or the signal is sent again, with no handler.
+void leave_to_system(int signal, const siginfo_t* info) {
+  ::signal(signal, SIG_DFL);
+  if (info->si_code <= 0) raise(signal);
+}
+
+// What would have happened without this handler. The host's may have found this
+// one when it was installed, and pass on to it in turn: that ends here.
 void pass_on(int signal, siginfo_t* info, void* context) {
+  if (passing_on != 0) {
+    leave_to_system(signal, info);
+    return;
+  }
+  passing_on = 1;
   if ((handler_before.sa_flags & SA_SIGINFO) != 0) {
     handler_before.sa_sigaction(signal, info, context);
   } else if (handler_before.sa_handler == SIG_IGN && info->si_code <= 0) {
     // Sent by a process: ignored.
   } else if (handler_before.sa_handler == SIG_DFL ||
              handler_before.sa_handler == SIG_IGN) {
-    // The fault comes again, or the signal is sent again, with no handler.
-    ::signal(signal, SIG_DFL);
-    if (info->si_code <= 0) raise(signal);
+    leave_to_system(signal, info);
   } else {
     handler_before.sa_handler(signal);
   }
+  passing_on = 0;
 }
 
 void on_bus_error(int signal, siginfo_t* info, void* context) {
@@ -62,6 +74,7 @@ void on_bus_error(int signal, siginfo_t* info, void* context) {
 }
 
 bool install_handler() {
+  passing_on = 0;
   page_size = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
   struct sigaction handler = {};
   handler.sa_sigaction = on_bus_error;

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <signal.h>
+#endif
+
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -331,8 +335,12 @@ TEST_F(FileContentTest, AViewedFileThatShrinksWhileItIsLoadedFails) {
   for (const uint64_t size : {uint64_t{120000}, uint64_t{50000} * 80 - 1}) {
     left = size;
     folder.file("f", noise(50000 * 80));
+    struct sigaction before, after;
+    sigaction(SIGBUS, nullptr, &before);
     EXPECT_EQ(content.load_file_content(shrinking.c_str()), -1) << size;
     EXPECT_FALSE(content.loaded());
+    sigaction(SIGBUS, nullptr, &after);
+    EXPECT_EQ(after.sa_sigaction, before.sa_sigaction) << "the view is closed";
   }
 }
 

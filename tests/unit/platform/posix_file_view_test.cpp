@@ -202,5 +202,26 @@ TEST_F(PosixFileViewDeathTest, FaultsElsewhereGoToTheHostsHandler) {
       testing::ExitedWithCode(8), "");
 }
 
+struct sigaction found_by_host;
+
+// A host that came later, and goes on with what it found.
+TEST_F(PosixFileViewDeathTest, HandlersThatPassOnToEachOtherEnd) {
+  EXPECT_EXIT(
+      {
+        ::signal(SIGBUS, SIG_DFL);
+        open(pattern_of(kPage));
+        struct sigaction handler = {};
+        handler.sa_flags = SA_SIGINFO;
+        handler.sa_sigaction = [](int number, siginfo_t* info, void* context) {
+          found_by_host.sa_sigaction(number, info, context);
+        };
+        sigaction(SIGBUS, &handler, &found_by_host);
+        view.close();
+        open(pattern_of(kPage));  // finds the host's
+        touch_lost_page(folder);
+      },
+      testing::KilledBySignal(SIGBUS), "");
+}
+
 }  // namespace
 }  // namespace zenfo::platform
