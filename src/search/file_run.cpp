@@ -267,7 +267,7 @@ int32_t FileRun::find_matches() {
   areas_found_ =
       find_all(areas, content_.data(), content_.length(), options) >= 0;
   if (areas.cancelled) return -1;
-  options.store = !only_counts();
+  options.store = keep_matches();
   return find_all_by_areas(
       *library_.find_context, content_.data(), content_.length(), options,
       areas_found_ ? &areas : nullptr, options_.display != 0);
@@ -296,8 +296,14 @@ void FileRun::record(FileInHand& file) {
 }
 
 uint32_t FileRun::count_selected() {
-  if (only_counts()) return counted_;
+  if (!matches_kept_) return counted_;
   return static_cast<uint32_t>(std::max(context().matches.CountState(1), 0));
+}
+
+// Decided once a search: an answer to its question may change the rest.
+bool FileRun::keep_matches() {
+  matches_kept_ = !only_counts();
+  return matches_kept_;
 }
 
 FindOptions FileRun::find_options() const {

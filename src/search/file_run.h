@@ -163,6 +163,8 @@ class FileRun {
   // Number of selected matches of the file in hand.
   uint32_t count_selected();
   FindOptions find_options() const;
+  // Whether the search that begins is to keep its matches.
+  bool keep_matches();
   bool asks() const { return ask_; }
   void record(FileInHand& file);
 
@@ -191,6 +193,7 @@ class FileRun {
 
   platform::NearbyFolder nearby_;
   uint32_t counted_ = 0;      // matches of the last search
+  bool matches_kept_ = true;  // by it
   bool ask_ = false;          // until the user answers for all
   bool areas_found_ = false;  // the exclusion pattern took part
 };

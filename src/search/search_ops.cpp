@@ -66,7 +66,7 @@ class AreaRun final : public SearchRun {
  protected:
   int32_t find_matches() override {
     FindOptions options = find_options();
-    options.store = !only_counts();
+    options.store = keep_matches();
     return find_all(context(), content_.data(), content_.length(), options);
   }
   PatternContext& context() override { return *library_.exclusion_context; }

@@ -207,6 +207,28 @@ TEST_F(SearchTest, FindsTheSameWhetherTheHostListensOrNot) {
   }
 }
 
+// A host with nothing but the question.
+TEST_F(SearchTest, WhatWasDeselectedIsNotCountedWhenAllIsTaken) {
+  ASSERT_TRUE(pattern("a"));
+  pair("a", "");
+  const auto one = add("1", "a a a");
+  add("2", "a a");
+  add("3", "x");
+  CallbackTable table{};
+  table.option_question = [](const ZenfoWideChar*, int32_t) -> int32_t {
+    SetState(ZENFO_LIST_MATCHES, 0, 0);
+    return 3;
+  };
+  SetCallBacks(&table);
+  for (const Operation& run : {Operation(find_block), Operation(find_string)}) {
+    EXPECT_EQ(run({.ask = 1}, nullptr), 4);
+    EXPECT_THAT(flags(ZENFO_LIST_RESULT), ElementsAre(2, 2));
+    EXPECT_EQ(over_lines(run, {.ask = 1}, one + "\r\n"), 2);
+  }
+  const CallbackTable none{};
+  SetCallBacks(&none);
+}
+
 TEST_F(SearchTest, EmptyFilesAreFilesWithoutMatches) {
   ASSERT_TRUE(pattern("a"));
   const auto empty = add("1", "");
