@@ -383,18 +383,18 @@ int run_over_files(FindOptions& options, Session& session, Search& search,
   return status_of(found);
 }
 
-// Matches cost time, so names and counts of lines do with a few.
-void find_no_more_than_shown(FindOptions& options) {
+// Matches cost time, so names and counts of lines do with a few. Changes
+// nothing and answers false where there is no such search.
+bool find_no_more_than_shown(FindOptions& options) {
   switch (options.show) {
     case Show::kPaths:
     case Show::kOtherPaths:
-      search_once_a_file(options.search);
-      return;
+      return search_once_a_file(options.search);
     case Show::kLineCounts:
       options.matches_are_lines = search_once_a_line(options.search);
-      return;
+      return options.matches_are_lines;
     default:
-      return;
+      return false;
   }
 }
 
@@ -410,7 +410,11 @@ int run_find(const Arguments& arguments) {
   MappedFile::prepare();
   Session session;
   if (leaves_nothing_half_done(options)) session.leave_at_stop(true);
-  if (!options.ask) find_no_more_than_shown(options);
+  const SearchOptions given = options.search;
+  if (!options.ask && find_no_more_than_shown(options)) {
+    // Refuses what compiles to nothing: with more behind it it would not.
+    static_cast<void>(Search(session, given));
+  }
   Search search(session, options.search);
   return options.summary.empty()
              ? run_over_files(options, session, search, output)

@@ -62,13 +62,22 @@ void unite_texts(SearchOptions& options) {
   options.is_pattern = true;
 }
 
+// Whether a match may be empty, which makes it none. With what it takes along
+// it would still lead behind that.
+bool may_be_empty(const SearchOptions& options) {
+  constexpr std::string_view kNoneAtLeast = "[0";
+  return options.is_pattern &&
+         options.texts.front().find(kNoneAtLeast) != std::string::npos;
+}
+
 // A match that is dropped, as no word, would hide others behind it; a report
 // has all matches; what ends a match may be given already. The language is the
 // library's own as long as no file of classes changes it.
 bool takes_more(const SearchOptions& options) {
   return options.texts.size() == 1 && !options.between &&
          options.end.text.empty() && !options.whole_words &&
-         options.classes.empty() && options.report.empty();
+         options.classes.empty() && options.report.empty() &&
+         !may_be_empty(options);
 }
 
 bool has_wide_construct(const std::string& pattern) {
@@ -91,6 +100,9 @@ bool stays_in_line(const SearchOptions& options, const std::string& text) {
 }  // namespace
 
 bool search_once_a_line(SearchOptions& options) {
+  // Where many of them are near, one after the other is found sooner.
+  constexpr size_t kMostTexts = 100;
+  if (options.texts.size() > kMostTexts) return false;
   SearchOptions changed = options;
   unite_texts(changed);
   if (!takes_more(changed) || !changed.start.text.empty() ||

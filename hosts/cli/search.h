@@ -49,11 +49,12 @@ struct SearchOptions {
 
 // Makes every match take the rest of its line with it, unseen, so that the
 // matches are as many as the lines they are in. False, and nothing is changed,
-// where a match might cross the end of a line or its surroundings matter.
+// where a match might be empty or cross the end of a line, or its surroundings
+// matter.
 bool search_once_a_line(SearchOptions& options);
 // Makes the first match take what is behind it too, so that as good as nothing
 // follows: for those who only want to know whether there is one. False, and
-// nothing is changed, where the surroundings of a match matter.
+// nothing is changed, where a match might be empty or its surroundings matter.
 bool search_once_a_file(SearchOptions& options);
 
 class Search {

@@ -269,9 +269,11 @@ TEST_F(Find, TakesPatternsOnDemand) {
 }
 
 TEST_F(Find, NamesAPatternThatHasNothingInIt) {
-  EXPECT_EQ(
-      find({"--pattern", "\\"}),
-      (Outcome{"", "zenfo: \\: there is nothing in it to search for\n", 2}));
+  for (const char* show : {"-n", "-c", "-l", "-L", "--json"}) {
+    EXPECT_EQ(
+        find({show, "--pattern", "\\"}),
+        (Outcome{"", "zenfo: \\: there is nothing in it to search for\n", 2}));
+  }
   EXPECT_EQ(
       find({"--pattern", "-e", "x", "-e", "\\"}),
       (Outcome{"", "zenfo: \\: there is nothing in it to search for\n", 2}));

@@ -128,6 +128,10 @@ const Arguments kSearches[] = {
     {"--pattern", "'a|b'[-2]x"},
     {"--pattern", "a'1|2'[0-]"},
     {"--pattern", "\"ab|12\""},
+    {"--pattern", "'a'[0-]"},
+    {"--pattern", "'a|b'[0-1]"},
+    {"--pattern", "?'x|a'[0-1]b"},
+    {"--pattern", "'A'[0-]'a|b'[2]"},
     {"--pattern", "-i", "\"ab|12\"'a|b'"},
     {"--pattern", "!'a|b'"},
     {"--pattern", "!'a'[3]"},
@@ -183,6 +187,8 @@ TEST(SearchOnceALine, LeavesOthersAlone) {
       [](auto& o) { o.texts = {"!'a'"}, o.is_pattern = true; },
       [](auto& o) { o.texts = {"#word"}, o.is_pattern = true; },
       [](auto& o) { o.texts = {"a?b"}, o.is_pattern = true; },
+      [](auto& o) { o.texts = {"'a'[0-]"}, o.is_pattern = true; },
+      [](auto& o) { o.texts = std::vector<std::string>(101, "a"); },
       [](auto& o) { o.start.text = "s"; },
       [](auto& o) { o.end.text = "e"; },
       [](auto& o) { o.areas.pattern = "area"; },
@@ -212,6 +218,7 @@ TEST(SearchOnceAFile, IsForMatchesWithFreeSurroundings) {
       [](auto& o) {
         o.texts = {"a", "b"}, o.is_pattern = true;
       },
+      [](auto& o) { o.texts = {"'a'[0-1]"}, o.is_pattern = true; },
       [](auto& o) { o.texts.clear(), o.between.emplace("a", "b"); },
       [](auto& o) { o.end.text = "e"; },
       [](auto& o) { o.classes = "file"; },

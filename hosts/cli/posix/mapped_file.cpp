@@ -22,7 +22,12 @@ constexpr off_t kWorthIt = 1 << 20;
 char message[8192];
 size_t message_size = 0;
 
-void leave_without_file(int) {
+void leave_without_file(int signal) {
+  if (message_size == 0) {  // nothing of this is mapped
+    ::signal(signal, SIG_DFL);
+    raise(signal);
+    return;
+  }
   static_cast<void>(!write(STDERR_FILENO, message, message_size));
   system::remove_error_file();
   system::leave(kError);
@@ -61,6 +66,7 @@ bool MappedFile::open(const std::string& path) {
 void MappedFile::close() {
   if (data_ == nullptr) return;
   munmap(const_cast<char*>(data_), size_);
+  message_size = 0;
   data_ = nullptr;
   size_ = 0;
 }

@@ -50,8 +50,13 @@ int descriptor(Stream stream) {
   }
 }
 
-// From within a signal handler. A bar may stand on the line of a terminal.
+// From within a signal handler. A bar may stand on the line of a terminal, and
+// a colour be in force.
 void tell_of_stop() {
+  constexpr std::string_view kPlain = "\x1b[m";
+  if (isatty(STDOUT_FILENO) != 0) {
+    static_cast<void>(!::write(STDOUT_FILENO, kPlain.data(), kPlain.size()));
+  }
   constexpr std::string_view kMessage = "\nzenfo: stopped\n";
   const size_t start = isatty(STDERR_FILENO) != 0 ? 0 : 1;
   static_cast<void>(!::write(STDERR_FILENO, kMessage.data() + start,
