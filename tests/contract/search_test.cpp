@@ -207,6 +207,11 @@ TEST_F(SearchTest, FindsTheSameWhetherTheHostListensOrNot) {
   }
 }
 
+int32_t ZENFO_CALL take_all_but_the_first(const ZenfoWideChar*, int32_t) {
+  SetState(ZENFO_LIST_MATCHES, 0, 0);
+  return 3;
+}
+
 // A host with nothing but the question.
 TEST_F(SearchTest, WhatWasDeselectedIsNotCountedWhenAllIsTaken) {
   ASSERT_TRUE(pattern("a"));
@@ -215,10 +220,7 @@ TEST_F(SearchTest, WhatWasDeselectedIsNotCountedWhenAllIsTaken) {
   add("2", "a a");
   add("3", "x");
   CallbackTable table{};
-  table.option_question = [](const ZenfoWideChar*, int32_t) -> int32_t {
-    SetState(ZENFO_LIST_MATCHES, 0, 0);
-    return 3;
-  };
+  table.option_question = take_all_but_the_first;
   SetCallBacks(&table);
   for (const Operation& run : {Operation(find_block), Operation(find_string)}) {
     EXPECT_EQ(run({.ask = 1}, nullptr), 4);
