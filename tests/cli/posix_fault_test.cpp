@@ -28,7 +28,7 @@ using ::testing::IsEmpty;
 
 // A sanitized process takes long to start: there every change would be too
 // much.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZENFO_SANITIZED_PROGRAM
 constexpr int kStride = 13;
 #else
 constexpr int kStride = 1;
