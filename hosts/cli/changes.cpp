@@ -1,8 +1,6 @@
 #include "changes.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <cstdio>
 #include <fstream>
 #include <map>
@@ -15,6 +13,7 @@
 #include "asking.h"
 #include "file_state.h"
 #include "found_text.h"
+#include "input_stream.h"
 #include "messages.h"
 #include "preview.h"
 #include "run_store.h"
@@ -37,19 +36,6 @@ std::string counted(uint64_t number, const std::string& one,
   return std::to_string(number) + ' ' + (number == 1 ? one : many);
 }
 
-std::string text_of(TextAccessor accessor, int32_t list, uint32_t index) {
-  std::array<char, 16> text{};
-  accessor(list, index, text.data(), static_cast<uint32_t>(text.size()));
-  return text.data();
-}
-
-uint32_t number_of(TextAccessor accessor, uint32_t index) {
-  const std::string text = text_of(accessor, ZENFO_LIST_MATCHES, index);
-  uint32_t number = 0;
-  std::from_chars(text.data(), text.data() + text.size(), number);
-  return number;
-}
-
 uint32_t records_in(int32_t list) {
   return static_cast<uint32_t>(std::max(GetCount(list, -1), 0));
 }
@@ -59,17 +45,10 @@ bool is_control(char c) {
   return byte < 0x20 && c != '\t' && c != '\n' && c != '\r';
 }
 
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-// The library does not look at the first byte. Without a buffer: asked of very
-// many files.
+// The library does not look at the first byte.
 bool begins_with_control(const std::string& path) {
-  const std::unique_ptr<std::FILE, FileCloser> file(
-      std::fopen(path.c_str(), "rb"));
+  const InputStream file = open_unbuffered(path);
   if (file == nullptr) return false;
-  std::setvbuf(file.get(), nullptr, _IONBF, 0);
   const int first = std::fgetc(file.get());
   return first >= 0 && is_control(static_cast<char>(first));
 }
@@ -350,10 +329,9 @@ class ChangeRun {
     const Target& target = targets_[Session::files_done()];
     FileBytes bytes;
     bytes.load(target.path);
-    const uint32_t matches = records_in(ZENFO_LIST_MATCHES);
+    const uint32_t matches = matches_in_hand();
     for (uint32_t i = 0; i < matches; ++i) {
-      const Match match{number_of(GetMatchOffset, i),
-                        number_of(GetMatchLength, i)};
+      const Match match = match_in_hand(i);
       if (GetState(ZENFO_LIST_MATCHES, i) != 1) continue;
       if (!asking_.take(target.shown, bytes.view(), match)) {
         SetState(ZENFO_LIST_MATCHES, static_cast<int32_t>(i), 0);
@@ -506,106 +484,7 @@ class ChangeRun {
   std::string undo_command_;
 };
 
-// For a shell: quoted where it would be taken apart.
-std::string quoted(const std::string& text) {
-  constexpr char kPlain[] =
-      "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"
-      "-_./,:=@%+";
-  if (!text.empty() && text.find_first_not_of(kPlain) == std::string::npos) {
-    return text;
-  }
-  std::string result = "'";
-  for (const char c : text) {
-    if (c == '\'') {
-      result += "'\\''";
-    } else {
-      result += c;
-    }
-  }
-  return result + '\'';
-}
-
 }  // namespace
-
-void declare_text_options(CommandLine& line, SearchOptions& search,
-                          std::string& outside, std::string& inside) {
-  line.heading("What to find");
-  line.two_values("--between", search.between, "FIRST SECOND",
-                  "In place of TEXT: what begins with FIRST and ends\n"
-                  "with the next SECOND");
-  line.flag("--pattern", search.is_pattern, "TEXT is in the pattern language");
-  line.flag("-i,--ignore-case", search.ignore_case,
-            "Take capital and small letters as the same");
-  line.flag("-w,--word", search.whole_words,
-            "Find the text where no letter or digit touches it");
-  line.value("--start", search.start.text, "TEXT",
-             "Find only where TEXT stands directly in front");
-  line.value("--end", search.end.text, "TEXT",
-             "Find only where TEXT stands directly behind");
-  line.flag("--caret", search.caret,
-            "In texts and patterns, names such as ^M mean\n"
-            "control characters");
-  line.value("--classes", search.classes, "FILE",
-             "Take character classes for patterns from FILE");
-  line.value("--outside", outside, "PATTERN",
-             "Find only outside what PATTERN matches");
-  line.value("--inside", inside, "PATTERN",
-             "Find only inside what PATTERN matches");
-}
-
-void declare_change_options(CommandLine& line, ChangeOptions& options) {
-  line.heading("Which files");
-  line.flag("-r,--recursive", options.choice.subfolders,
-            "Take the subfolders of folders too");
-  line.values("--include", options.filter.includes, "GLOB",
-              "Change only files with such names, as '*.c'");
-  line.values("--exclude", options.filter.excludes, "GLOB",
-              "Pass over files with such names");
-  line.values("--exclude-dir", options.filter.excluded_folders, "GLOB",
-              "Pass over files in and below folders with such\nnames");
-  line.flag("--binary", options.binary,
-            options.cuts_at_zero_byte
-                ? "Change files with control characters too; what\n"
-                  "stands behind a zero byte is cut off"
-                : "Change files with control characters too");
-  line.flag("--read-only", options.read_only, "Change read-only files too");
-  line.heading("How to go about it");
-  line.flag("-n,--dry-run", options.dry_run,
-            "Show each change and touch nothing");
-  line.flag("-y,--yes", options.yes, "Change without asking");
-  line.flag("--ask", options.ask, "Ask for each match whether to take it");
-  line.flag("--no-backup", options.no_backup,
-            "Keep no safe copies: there is no undo");
-  line.flag("--keep-date", options.keep_date,
-            "Keep the modification times of the files");
-  line.heading("Options");
-}
-
-void settle_change_options(const CommandLine& line, ChangeOptions& options,
-                           const std::string& outside,
-                           const std::string& inside) {
-  if (!outside.empty() && !inside.empty()) {
-    throw line.wrong("--inside", "does not go with --outside");
-  }
-  if (options.ask && (options.yes || options.dry_run)) {
-    throw line.wrong("--ask", "does not go with --yes or --dry-run");
-  }
-  if (options.paths.empty()) {
-    throw line.wrong("", "which files? A PATH is missing");
-  }
-  options.search.areas.inside = !inside.empty();
-  options.search.areas.pattern = inside.empty() ? outside : inside;
-  options.search.skip_binary = !options.binary;
-  options.choice.folders_need_subfolders = true;
-}
-
-std::string shell_command(const std::string& name, const Arguments& arguments) {
-  std::string command = "zenfo " + name;
-  for (const std::string& argument : arguments) {
-    command += ' ' + quoted(argument);
-  }
-  return command;
-}
 
 int run_change(Session& session, Search& search, const ChangeOptions& options,
                const Change& change, Output& output) {

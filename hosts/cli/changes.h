@@ -10,46 +10,13 @@
 
 #include <cstdint>
 #include <functional>
-#include <string>
-#include <vector>
 
-#include "command_line.h"
-#include "commands.h"
-#include "file_arguments.h"
+#include "change_options.h"
 #include "library.h"
-#include "name_filter.h"
 #include "output.h"
 #include "search.h"
 
 namespace zenfo::cli {
-
-struct ChangeOptions {
-  std::string command;  // as it was typed, for the record of the run
-  std::string done;     // "replaced"
-  bool cuts_at_zero_byte = false;
-  SearchOptions search;
-  std::vector<std::string> paths;
-  FileChoice choice;
-  NameFilter filter;
-  bool dry_run = false;
-  bool yes = false;
-  bool ask = false;
-  bool no_backup = false;
-  bool binary = false;
-  bool read_only = false;
-  bool keep_date = false;
-};
-
-// What both commands declare.
-void declare_text_options(CommandLine& line, SearchOptions& search,
-                          std::string& outside, std::string& inside);
-void declare_change_options(CommandLine& line, ChangeOptions& options);
-// Throws Failure for options that do not go together.
-void settle_change_options(const CommandLine& line, ChangeOptions& options,
-                           const std::string& outside,
-                           const std::string& inside);
-// "zenfo replace 'a b' c", for a shell.
-std::string shell_command(const std::string& name, const Arguments& arguments);
 
 // Runs the operation over the selected files and answers what it answers.
 using Change = std::function<int32_t(bool ask, bool safe_copies)>;

@@ -7,8 +7,6 @@
 // Tested by tests/cli/find_test.cpp, tests/cli/posix_find_test.cpp; compared
 // with grep by tests/cli/compare_with_grep
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <string>
 #include <vector>
 
@@ -31,27 +29,6 @@ namespace zenfo::cli {
 namespace {
 
 using Answer = Session::Answer;
-
-// One number of a match in list 5.
-template <class Accessor>
-uint32_t match_number(Accessor accessor, uint32_t index) {
-  std::array<char, 16> text{};
-  uint32_t number = 0;
-  accessor(ZENFO_LIST_MATCHES, index, text.data(),
-           static_cast<uint32_t>(text.size()));
-  std::from_chars(text.data(), text.data() + text.size(), number);
-  return number;
-}
-
-uint32_t matches_in_hand() {
-  const int32_t count = GetCount(ZENFO_LIST_MATCHES, -1);
-  return count > 0 ? static_cast<uint32_t>(count) : 0;
-}
-
-Match match_in_hand(uint32_t index) {
-  return {match_number(GetMatchOffset, index),
-          match_number(GetMatchLength, index)};
-}
 
 // A report and a summary are written to the end of a file at least.
 bool leaves_nothing_half_done(const FindOptions& options) {

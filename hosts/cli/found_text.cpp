@@ -10,12 +10,10 @@
 #include <system_error>
 #include <tuple>
 
+#include "input_stream.h"
+
 namespace zenfo::cli {
 namespace {
-
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
 
 size_t size_on_disk(const std::string& path) {
   std::error_code failed;
@@ -89,10 +87,8 @@ bool FileBytes::load_or_map(const std::string& path) {
 bool FileBytes::load(const std::string& path) {
   mapped_.close();
   size_ = 0;
-  const std::unique_ptr<std::FILE, FileCloser> file(
-      std::fopen(path.c_str(), "rb"));
+  const InputStream file = open_unbuffered(path);
   if (file == nullptr) return false;
-  std::setvbuf(file.get(), nullptr, _IONBF, 0);
   for (;;) {
     if (size_ == capacity_) {
       // Large files in one step: to move a gigabyte along takes long.

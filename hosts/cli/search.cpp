@@ -1,7 +1,9 @@
 #include "search.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
+#include <charconv>
 #include <string_view>
 #include <utility>
 
@@ -25,6 +27,15 @@ void check_compiled(int32_t result, const std::string& text) {
 // Constructs that may stand for a line feed, or for anything: negation, named
 // classes, wildcards.
 constexpr std::string_view kWideConstructs = "!#?";
+
+uint32_t match_number(TextAccessor accessor, uint32_t index) {
+  std::array<char, 16> text{};
+  uint32_t number = 0;
+  accessor(ZENFO_LIST_MATCHES, index, text.data(),
+           static_cast<uint32_t>(text.size()));
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
 
 // The bytes up to a line feed, and up to one that texts do not have.
 constexpr char kRestOfLine[] = "!'\n'[0-]";
@@ -198,6 +209,15 @@ uint32_t Search::run_over_lines(const std::string& list,
                                  summary.c_str(), o.areas.inside);
       },
       nullptr);
+}
+
+uint32_t matches_in_hand() {
+  return static_cast<uint32_t>(std::max(GetCount(ZENFO_LIST_MATCHES, -1), 0));
+}
+
+Match match_in_hand(uint32_t index) {
+  return {match_number(GetMatchOffset, index),
+          match_number(GetMatchLength, index)};
 }
 
 }  // namespace zenfo::cli

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "found_text.h"
 #include "library.h"
 
 namespace zenfo::cli {
@@ -81,5 +82,9 @@ class Search {
   Session& session_;
   const SearchOptions& options_;
 };
+
+// Inside the question: the matches of the file in hand, list 5.
+uint32_t matches_in_hand();
+Match match_in_hand(uint32_t index);
 
 }  // namespace zenfo::cli

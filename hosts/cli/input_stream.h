@@ -1,0 +1,25 @@
+// A file to read, closed by itself.
+//
+// Tested by tests/cli/found_text_test.cpp, tests/cli/replace_test.cpp
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+
+namespace zenfo::cli {
+
+struct StreamCloser {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+using InputStream = std::unique_ptr<std::FILE, StreamCloser>;
+
+// Null when it cannot be opened. Without a buffer, for a read or two in each of
+// very many files.
+inline InputStream open_unbuffered(const std::string& path) {
+  InputStream file(std::fopen(path.c_str(), "rb"));
+  if (file != nullptr) std::setvbuf(file.get(), nullptr, _IONBF, 0);
+  return file;
+}
+
+}  // namespace zenfo::cli
