@@ -20,6 +20,28 @@ bool put_wide(const char* text) {
   return true;
 }
 
+// Marks a callback as running. What the host does inside it could call it again
+// without end, so it is not called while it runs.
+class Running {
+ public:
+  explicit Running(bool& running) : running_(running), again_(running) {
+    running_ = true;
+  }
+  ~Running() { running_ = again_; }
+  Running(const Running&) = delete;
+  Running& operator=(const Running&) = delete;
+  bool again() const { return again_; }
+
+ private:
+  bool& running_;
+  const bool again_;
+};
+
+// Process-wide, like the slots.
+bool interrupt_runs = false;
+bool report_runs = false;
+bool status_runs = false;
+
 std::string_view cut_to_buffer(std::string_view text) {
   return text.substr(0, platform::kWideBufferLength - 1);
 }
@@ -70,22 +92,30 @@ int32_t cb_lng_report(ZenfoReportCallback callback, ProgressRecord* record) {
 
 int32_t interr(void* /*argument*/) {
   if (callbacks.interrupt == nullptr) return 0;
+  const Running running(interrupt_runs);
+  if (running.again()) return 0;
   return cb_lng(callbacks.interrupt) != 0 ? 1 : 0;
 }
 
 int32_t report(ProgressRecord* record) {
   if (callbacks.report == nullptr || record == nullptr) return 0;
+  const Running running(report_runs);
+  if (running.again()) return 0;
   cb_lng_report(callbacks.report, record);
   return 1;
 }
 
 void send_status(std::string_view text) {
   if (callbacks.status == nullptr) return;
+  const Running running(status_runs);
+  if (running.again()) return;
   cb_lng_str(callbacks.status, std::string(cut_to_buffer(text)).c_str());
 }
 
 void send_status(std::string_view text, std::string_view path) {
   if (callbacks.status == nullptr) return;
+  const Running running(status_runs);
+  if (running.again()) return;
   std::string whole;
   whole.reserve(text.size() + 1 + path.size());
   whole += text;

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
 
@@ -226,6 +227,51 @@ TEST_F(SearchTest, WhatWasDeselectedIsNotCountedWhenAllIsTaken) {
     EXPECT_EQ(run({.ask = 1}, nullptr), 4);
     EXPECT_THAT(flags(ZENFO_LIST_RESULT), ElementsAre(2, 2));
     EXPECT_EQ(over_lines(run, {.ask = 1}, one + "\r\n"), 2);
+  }
+  const CallbackTable none{};
+  SetCallBacks(&none);
+}
+
+int32_t most_matches_seen = 0;
+// Counting tells the host of itself, and asks it now and then.
+void look_at_matches() {
+  most_matches_seen =
+      std::max({most_matches_seen, GetCount(ZENFO_LIST_MATCHES, -1),
+                GetCount(ZENFO_LIST_MATCHES, 1)});
+}
+int32_t ZENFO_CALL look_when_polled() {
+  look_at_matches();
+  return 0;
+}
+int32_t ZENFO_CALL look_at_step(ProgressRecord*) {
+  look_at_matches();
+  return 0;
+}
+int32_t ZENFO_CALL look_at_status(const ZenfoWideChar*) {
+  look_at_matches();
+  return 0;
+}
+
+// Not in the question alone: a host may look whenever it is called.
+TEST_F(SearchTest, MatchesAreThereForEveryCallbackOfTheHost) {
+  ASSERT_TRUE(pattern("a"));
+  pair("a", "");
+  std::string text;
+  for (int i = 0; i < 500; ++i) text += "a ";
+  add("1", text);
+  add("2", text);
+  CallbackTable tables[3] = {};
+  tables[0].interrupt = look_when_polled;
+  tables[1].report = look_at_step;
+  tables[2].status = look_at_status;
+  for (const CallbackTable& table : tables) {
+    for (const Operation& run :
+         {Operation(find_block), Operation(find_string)}) {
+      SetCallBacks(&table);
+      most_matches_seen = 0;
+      EXPECT_EQ(run({}, nullptr), 1000);
+      EXPECT_EQ(most_matches_seen, 500) << "table " << &table - tables;
+    }
   }
   const CallbackTable none{};
   SetCallBacks(&none);
