@@ -66,9 +66,10 @@ int run_case(const Arguments& arguments) {
   Session session;
   Search search(session, options.change.search);
   const SearchOptions& s = options.change.search;
+  constexpr int32_t kAnyBytes = 0;
   const Change change = [&](bool ask, bool safe) {
-    return change_case_i(!s.ignore_case, s.whole_words, s.skip_binary, ask,
-                         safe, options.upper, s.areas.inside);
+    return change_case_i(!s.ignore_case, s.whole_words, kAnyBytes, ask, safe,
+                         options.upper, s.areas.inside);
   };
   return run_change(session, search, options.change, change, output);
 }

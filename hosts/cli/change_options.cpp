@@ -67,9 +67,9 @@ void declare_change_options(CommandLine& line, ChangeOptions& options) {
               "Pass over files in and below folders with such\nnames");
   line.flag("--binary", options.binary,
             options.cuts_at_zero_byte
-                ? "Change files with control characters too; what\n"
-                  "stands behind a zero byte is cut off"
-                : "Change files with control characters too");
+                ? "Has no effect: what follows a zero byte would be\n"
+                  "lost, so files with one stay as they are"
+                : "Change files with zero bytes too");
   line.flag("--read-only", options.read_only, "Change read-only files too");
   line.heading("How to go about it");
   line.flag("-n,--dry-run", options.dry_run,
@@ -97,7 +97,6 @@ void settle_change_options(const CommandLine& line, ChangeOptions& options,
   }
   options.search.areas.inside = !inside.empty();
   options.search.areas.pattern = inside.empty() ? outside : inside;
-  options.search.skip_binary = !options.binary;
   options.choice.folders_need_subfolders = true;
 }
 

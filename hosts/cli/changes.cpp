@@ -1,7 +1,6 @@
 #include "changes.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <fstream>
 #include <map>
 #include <memory>
@@ -11,9 +10,9 @@
 #include <utility>
 
 #include "asking.h"
+#include "binary.h"
 #include "file_state.h"
 #include "found_text.h"
-#include "input_stream.h"
 #include "messages.h"
 #include "preview.h"
 #include "run_store.h"
@@ -40,33 +39,14 @@ uint32_t records_in(int32_t list) {
   return static_cast<uint32_t>(std::max(GetCount(list, -1), 0));
 }
 
-bool is_control(char c) {
-  const auto byte = static_cast<unsigned char>(c);
-  return byte < 0x20 && c != '\t' && c != '\n' && c != '\r';
+std::string why_not_read(const std::string& path) {
+  const std::string reason = system::why_not_loaded(path);
+  return reason.empty() ? "cannot be read" : reason;
 }
 
-// The library does not look at the first byte.
-bool begins_with_control(const std::string& path) {
-  const InputStream file = open_unbuffered(path);
-  if (file == nullptr) return false;
-  const int first = std::fgetc(file.get());
-  return first >= 0 && is_control(static_cast<char>(first));
-}
-
-bool has_zero_byte(const std::string& path) {
-  FileBytes bytes;
-  return bytes.load(path) && bytes.view().find('\0') != std::string_view::npos;
-}
-
-// Files passed over, by reason.
+// Files that hold the text and stay as they are, by reason.
 class Skipped {
  public:
-  void add(std::string_view path, const std::string& reason) {
-    remark(path, "skipped: " + reason);
-    ++reasons_[reason];
-    ++count_;
-  }
-  // What the user has to see to.
   void complain_of(std::string_view path, const std::string& reason) {
     complain(path, "skipped: " + reason);
     ++reasons_[reason];
@@ -142,36 +122,34 @@ class Targets {
     target.modified = state->modified;
     if (!options_.read_only && is_read_only(target.path, *state)) {
       skipped_.complain_of(target.shown, "read-only");
-    } else if (!options_.binary && begins_with_control(target.path)) {
-      skipped_.add(target.shown, "binary");
     } else if (!options_.no_backup &&
                target.path.find_first_of("\t\r\n") != std::string::npos) {
       skipped_.complain_of(target.shown,
                            "with such a name it could not be undone");
+    } else if (const std::string reason = why_not_text(target.path);
+               !reason.empty()) {
+      skipped_.complain_of(target.shown, reason);
     } else {
-      tell_of_zero_byte(target);
       targets_.push_back(std::move(target));
     }
   }
 
-  void tell_of_zero_byte(const Target& target) {
-    if (options_.binary && options_.cuts_at_zero_byte &&
-        has_zero_byte(target.path)) {
-      remark(target.shown, "what stands behind its first zero byte is cut off");
-    }
+  // The library ends a text that it rewrites at its first zero byte, but for
+  // changes of case.
+  std::string why_not_text(const std::string& path) const {
+    if (options_.binary && !options_.cuts_at_zero_byte) return "";
+    const std::optional<bool> zero = has_zero_byte(path);
+    if (!zero) return why_not_read(path);
+    if (!*zero) return "";
+    return options_.binary ? "what follows its first zero byte would be lost"
+                           : "binary";
   }
 
   void name_rejected(const FileList& files) {
     const uint32_t count = records_in(ZENFO_LIST_ERROR);
     for (uint32_t i = 0; i < count; ++i) {
       const std::string path(session_.full_name(ZENFO_LIST_ERROR, i));
-      const std::string_view name = files.shown(path);
-      const std::string reason = system::why_not_loaded(path);
-      if (reason.empty()) {
-        skipped_.add(name, "binary");
-      } else {
-        skipped_.complain_of(name, reason);
-      }
+      skipped_.complain_of(files.shown(path), why_not_read(path));
     }
     session_.new_errors();  // said in the user's words
   }

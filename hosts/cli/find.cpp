@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "asking.h"
+#include "binary.h"
 #include "commands.h"
 #include "file_arguments.h"
 #include "find_options.h"
@@ -269,32 +270,42 @@ void select_files(Session& session, FileList& files, const NameFilter& filter) {
   }
 }
 
+// Answers how many were selected and are not any more.
+uint32_t deselect_binary(Session& session, const FileList& files) {
+  uint32_t binary = 0;
+  for (uint32_t i = 0; i < files.count(); ++i) {
+    if (system::stop_status() != 0) throw Stopped{};
+    if (!session.selected(i) ||
+        !begins_as_binary(std::string(session.full_name(i)))) {
+      continue;
+    }
+    session.select(i, false);
+    ++binary;
+  }
+  return binary;
+}
+
+void tell_of_binary(uint32_t files) {
+  if (files == 0) return;
+  remark("", std::to_string(files) +
+                 (files == 1 ? " binary file was" : " binary files were") +
+                 " passed over");
+}
+
 // What the library says of a file that it rejects, behind the file's path.
 constexpr std::string_view kNotOpened = " could not be opened";
-constexpr std::string_view kNotPrintable =
-    " contains a non printable character";
 
 // The path in such a message.
 std::string path_in(const std::string& message) {
-  const size_t end = message.ends_with(kNotOpened)
-                         ? message.size() - kNotOpened.size()
-                         : message.rfind(kNotPrintable);
-  return message.substr(0, end);
+  return message.ends_with(kNotOpened)
+             ? message.substr(0, message.size() - kNotOpened.size())
+             : message;
 }
 
-// A file that was to be passed over is no error. Why a file could not be
-// opened the system knows better.
-void tell_rejected_file(const std::string& path, std::string_view shown_path,
-                        const std::string& message, bool quiet) {
-  const bool printable = message.rfind(kNotPrintable) == std::string::npos;
-  if (printable || message.ends_with(kNotOpened)) {
-    const std::string reason = system::why_not_loaded(path);
-    complain(shown_path, reason.empty() ? "could not be opened" : reason);
-  } else if (!quiet) {
-    std::string reason = message.substr(message.rfind(kNotPrintable) + 1);
-    while (reason.ends_with(' ')) reason.pop_back();
-    remark(shown_path, reason);
-  }
+// Why a file could not be opened the system knows better.
+void tell_rejected_file(const std::string& path, std::string_view shown_path) {
+  const std::string reason = system::why_not_loaded(path);
+  complain(shown_path, reason.empty() ? "could not be opened" : reason);
 }
 
 // The new messages about rejected files. Complains about all others.
@@ -310,9 +321,8 @@ std::vector<std::string> rejections(Session& session) {
   return messages;
 }
 
-// List 7 and the error file have the rejected files in the same order.
-void tell_rejected(Session& session, FileList& files, bool quiet) {
-  const std::vector<std::string> messages = rejections(session);
+void tell_rejected(Session& session, FileList& files) {
+  rejections(session);  // list 7 names them
   const uint32_t rejected = session.count(ZENFO_LIST_ERROR);
   uint32_t index = 0;
   for (uint32_t i = 0; i < rejected; ++i, ++index) {
@@ -321,8 +331,7 @@ void tell_rejected(Session& session, FileList& files, bool quiet) {
            (!session.selected(index) || session.full_name(index) != path)) {
       ++index;
     }
-    const std::string message = i < messages.size() ? messages[i] : "";
-    tell_rejected_file(path, files.path(index), message, quiet);
+    tell_rejected_file(path, files.path(index));
   }
 }
 
@@ -335,7 +344,7 @@ int run_over_lines(const FindOptions& options, Session& session,
       search.run_over_lines(options.files_from, options.summary);
   for (const std::string& message : rejections(session)) {
     const std::string path = path_in(message);
-    tell_rejected_file(path, path, message, options.show == Show::kNothing);
+    tell_rejected_file(path, path);
   }
   return status_of(found);
 }
@@ -349,13 +358,16 @@ int run_over_files(FindOptions& options, Session& session, Search& search,
   }
   FileList files(session, options.paths, options.choice, FactOptions{});
   select_files(session, files, options.filter);
+  const uint32_t binary =
+      options.skip_binary ? deselect_binary(session, files) : 0;
   Shown shown(options, session, files, search.several_texts(), output);
   Session::Question question;
   if (shown.asks_back()) question = [&] { return shown.question(); };
   const uint32_t found = search.run(question);
   shown.finish();
   const bool quiet = options.show == Show::kNothing;
-  tell_rejected(session, files, quiet);
+  tell_rejected(session, files);
+  if (!quiet) tell_of_binary(binary);
   if (quiet && found > 0) session.leave(kFound);
   return status_of(found);
 }

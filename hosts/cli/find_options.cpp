@@ -24,7 +24,9 @@ const HelpTexts kHelpTexts = {
     "A PATH is a file, a folder (with -r), or a pattern for the files of one\n"
     "folder, as 'src/*.c'. Without any, the current folder and all below it\n"
     "are searched. Names that begin with a point are passed over unless given\n"
-    "in full.",
+    "in full. A file is binary when it has a zero byte, among its first\n"
+    "32,768 bytes or before the line in hand: of its lines nothing more is\n"
+    "shown than that it matches.",
     "The exit status is 0 when something was found, 1 when nothing was, and 2\n"
     "after an error, even though something was found, unless -q was given.\n"
     "\n"
@@ -115,9 +117,9 @@ void declare_files(CommandLine& line, FindOptions& options) {
               "Pass over files in and below folders with such\nnames");
   line.value("--files-from", options.files_from, "FILE",
              "Search the files on the lines of FILE too");
-  line.flag("--skip-binary", options.search.skip_binary,
-            "Pass over files with control characters, other\n"
-            "than tab, line feed and carriage return");
+  line.flag("--skip-binary", options.skip_binary,
+            "Pass over files with a zero byte among their\n"
+            "first 32,768");
 }
 
 void declare_results(CommandLine& line, FindOptions& options, Given& given) {
@@ -141,7 +143,7 @@ void declare_results(CommandLine& line, FindOptions& options, Given& given) {
   line.number("-m,--max-count", given.most_lines,
               "Show at most NUM lines with matches of each file");
   line.flag("-a,--as-text", options.form.as_text,
-            "Show lines of files with zero bytes too");
+            "Show lines of binary files too");
   line.flag("--ask", options.ask, "Ask for each match whether to take it");
   line.value("--report", options.search.report, "FILE",
              "Write all matches with their places to FILE too");
@@ -334,6 +336,8 @@ void check_together(const CommandLine& line, const FindOptions& options,
       {summary && (paths || counts || given.json || given.hex || options.ask ||
                    !options.paths.empty() || !options.filter.empty()),
        "--summary", "goes with no PATH and no other form of results"},
+      {summary && options.skip_binary, "--skip-binary",
+       "does not go with --summary"},
       {summary && options.search.texts.size() > 1 &&
            options.search.areas.inside,
        "--summary", "with several texts does not go with --inside"},

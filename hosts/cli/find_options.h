@@ -38,6 +38,7 @@ struct FindOptions {
   Show show = Show::kLines;
   LineForm form;
   bool ask = false;
+  bool skip_binary = false;
   bool matches_are_lines = false;  // see search_once_a_line()
 };
 

@@ -1,8 +1,9 @@
 #include "line_printer.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
+
+#include "binary.h"
 
 namespace zenfo::cli {
 namespace {
@@ -19,9 +20,12 @@ size_t end_of(const Match& match) {
   return size_t{match.offset} + match.length;
 }
 
-bool is_binary(std::string_view text) {
-  return !text.empty() &&
-         std::memchr(text.data(), '\0', text.size()) != nullptr;
+// Where lines are no longer shown: at the line of the first zero byte, and at
+// the start of the text when there is one in the first block.
+size_t end_of_shown(std::string_view text) {
+  const size_t zero = first_zero_byte(text);
+  if (zero == text.size()) return zero;
+  return zero < kFirstBlock ? 0 : start_of_line(text, zero);
 }
 
 }  // namespace
@@ -149,12 +153,20 @@ class LinePrinter::Walk : public LineVisitor {
 void LinePrinter::print_file(std::string_view path, std::string_view text,
                              const std::vector<Block>& blocks) {
   if (blocks.empty()) return;
-  if (!form_.as_text && is_binary(text)) {
-    output_.put("Binary file ");
-    output_.put(path);
-    output_.put(" matches\n");
-    return;
-  }
+  const size_t end = form_.as_text ? text.size() : end_of_shown(text);
+  const auto behind =
+      std::find_if(blocks.begin(), blocks.end(),
+                   [&](const Block& block) { return block.end > end; });
+  print_text(path, text.substr(0, end), {blocks.begin(), behind});
+  if (behind == blocks.end()) return;
+  output_.put("Binary file ");
+  output_.put(path);
+  output_.put(" matches\n");
+}
+
+void LinePrinter::print_text(std::string_view path, std::string_view text,
+                             const std::vector<Block>& blocks) {
+  if (blocks.empty()) return;
   Walk walk(*this, path, text);
   const bool context = !form_.matches_only;
   visit_lines(text, blocks, context ? form_.before : 0,

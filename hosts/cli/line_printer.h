@@ -27,7 +27,7 @@ struct LineForm {
   bool offsets = false;
   bool matches_only = false;
   bool null = false;     // a zero byte behind a path
-  bool as_text = false;  // though it has zero bytes
+  bool as_text = false;  // though it is binary
   bool colours = false;
   uint64_t before = 0;
   uint64_t after = 0;
@@ -39,6 +39,7 @@ class LinePrinter {
   LinePrinter(const LineForm& form, Output& output)
       : form_(form), output_(output) {}
 
+  // What is binary of the file is left out, see binary.h, and said to match.
   void print_file(std::string_view path, std::string_view text,
                   const std::vector<Block>& blocks);
   // "path" or, with paths, "path:12".
@@ -48,6 +49,8 @@ class LinePrinter {
  private:
   class Walk;
 
+  void print_text(std::string_view path, std::string_view text,
+                  const std::vector<Block>& blocks);
   void put(const char* colour, std::string_view text);
   void put_path(std::string_view path, char separator);
   void put_number(uint64_t number, char separator);

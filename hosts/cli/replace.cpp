@@ -28,8 +28,9 @@ const HelpTexts kHelpTexts = {
     "Replaces TEXT by REPLACEMENT, which may be empty, in files.\n"
     "\n"
     "A PATH is a file, a folder (with -r), or a pattern for the files of one\n"
-    "folder, as 'src/*.c'. Links are followed. Files with control characters\n"
-    "and read-only files are passed over and named.\n"
+    "folder, as 'src/*.c'. Links are followed. Files with a zero byte, which\n"
+    "are binary, and read-only files are not changed: those that hold TEXT\n"
+    "are named, and the exit status is 2.\n"
     "\n"
     "Nothing is changed unseen: on a terminal you are asked first, elsewhere\n"
     "--yes is needed. Safe copies are kept, and the last line names the "
@@ -245,6 +246,9 @@ void enter_replacements(const ReplaceOptions& options) {
   }
 }
 
+// Files with zero bytes are not among those to change.
+constexpr int32_t kAnyBytes = 0;
+
 class Replacing {
  public:
   explicit Replacing(const ReplaceOptions& options) : o_(options) {}
@@ -264,26 +268,26 @@ class Replacing {
   int32_t block(bool ask, bool safe) const {
     const SearchOptions& s = search();
     return ReplaceBlock(o_.replacement.c_str(), !s.ignore_case, s.whole_words,
-                        s.skip_binary, ask, safe, o_.edit_mode(),
+                        kAnyBytes, ask, safe, o_.edit_mode(),
                         !o_.values.empty(), !o_.from_pattern.empty(), take(),
                         s.areas.inside, o_.expand);
   }
   int32_t block_nbr(bool ask, bool safe) const {
     const SearchOptions& s = search();
     return ReplaceBlockNbr(o_.replacement.c_str(), !s.ignore_case,
-                           s.whole_words, s.skip_binary, ask, safe,
-                           o_.edit_mode(), 0, 0, 0, s.areas.inside, o_.expand,
+                           s.whole_words, kAnyBytes, ask, safe, o_.edit_mode(),
+                           0, 0, 0, s.areas.inside, o_.expand,
                            o_.placeholder.c_str(), first(), step(), o_.run_on);
   }
   // Caret names are one option for both texts here.
   int32_t pairs(bool ask, bool safe) const {
     const SearchOptions& s = search();
-    return ReplaceString(!s.ignore_case, s.whole_words, s.skip_binary,
-                         s.is_pattern, s.caret, ask, safe, s.areas.inside);
+    return ReplaceString(!s.ignore_case, s.whole_words, kAnyBytes, s.is_pattern,
+                         s.caret, ask, safe, s.areas.inside);
   }
   int32_t pairs_nbr(bool ask, bool safe) const {
     const SearchOptions& s = search();
-    return ReplaceStringNbr(!s.ignore_case, s.whole_words, s.skip_binary,
+    return ReplaceStringNbr(!s.ignore_case, s.whole_words, kAnyBytes,
                             s.is_pattern, s.caret, ask, safe, s.areas.inside,
                             o_.placeholder.c_str(), first(), step(), o_.run_on);
   }

@@ -28,6 +28,9 @@ void check_compiled(int32_t result, const std::string& text) {
 // classes, wildcards.
 constexpr std::string_view kWideConstructs = "!#?";
 
+// The library's own check would reject every control byte.
+constexpr int32_t kAnyBytes = 0;
+
 uint32_t match_number(TextAccessor accessor, uint32_t index) {
   std::array<char, 16> text{};
   uint32_t number = 0;
@@ -186,10 +189,10 @@ uint32_t Search::run(const Session::Question& question) {
   return session_.run(
       [&] {
         return several_texts()
-                   ? FindString(!o.ignore_case, o.whole_words, o.skip_binary,
+                   ? FindString(!o.ignore_case, o.whole_words, kAnyBytes,
                                 o.report.c_str(), o.is_pattern, o.caret, ask,
                                 o.areas.inside)
-                   : FindBlock(!o.ignore_case, o.whole_words, o.skip_binary,
+                   : FindBlock(!o.ignore_case, o.whole_words, kAnyBytes,
                                o.report.c_str(), ask, o.areas.inside);
       },
       question);
@@ -201,10 +204,10 @@ uint32_t Search::run_over_lines(const std::string& list,
   return session_.run(
       [&] {
         return several_texts()
-                   ? FindString_f(!o.ignore_case, o.whole_words, o.skip_binary,
+                   ? FindString_f(!o.ignore_case, o.whole_words, kAnyBytes,
                                   o.report.c_str(), o.is_pattern, o.caret, 0,
                                   list.c_str(), summary.c_str(), 0)
-                   : FindBlock_f(!o.ignore_case, o.whole_words, o.skip_binary,
+                   : FindBlock_f(!o.ignore_case, o.whole_words, kAnyBytes,
                                  o.report.c_str(), 0, list.c_str(),
                                  summary.c_str(), o.areas.inside);
       },

@@ -42,7 +42,6 @@ struct SearchOptions {
   std::string classes;  // a file of character classes
   bool ignore_case = false;
   bool whole_words = false;
-  bool skip_binary = false;
   std::string report;
 };
 

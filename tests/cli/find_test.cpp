@@ -148,6 +148,32 @@ TEST_F(Find, TellsOfMatchesInBinaryFiles) {
   EXPECT_EQ(find({"-c", "quince", "z.bin"}), found("1\n"));
 }
 
+TEST_F(Find, ShowsLinesWithOtherControlBytes) {
+  folder_.file("page.txt", "\fplum\x01\n");
+  EXPECT_EQ(find({"plum", "page.txt"}), found("\fplum\x01\n"));
+}
+
+// As grep: what was shown before the first zero byte stays shown.
+TEST_F(Find, TakesAFileForTextUntilItMeetsAZeroByte) {
+  const std::string block(32768, '\n');
+  folder_.file("z.bin", "plum\n" + block + "fig plum\n\0\nlast plum\n"s);
+  EXPECT_EQ(find({"plum", "z.bin"}),
+            found("plum\nfig plum\nBinary file z.bin matches\n"));
+  EXPECT_EQ(find({"-A2", "fig", "z.bin"}), found("fig plum\n"));
+  EXPECT_EQ(find({"last", "z.bin"}), found("Binary file z.bin matches\n"));
+  EXPECT_EQ(find({"-c", "plum", "z.bin"}), found("3\n"));
+  EXPECT_EQ(find({"-l", "--skip-binary", "plum", "z.bin"}), found("z.bin\n"));
+}
+
+TEST_F(Find, TakesAZeroByteInTheFirstBlockForBinary) {
+  std::string text = "plum\n" + std::string(32768 - 5, 'x');
+  text.back() = '\0';
+  folder_.file("in.bin", text);
+  folder_.file("behind.bin", ' ' + text);
+  EXPECT_EQ(find({"plum", "in.bin"}), found("Binary file in.bin matches\n"));
+  EXPECT_EQ(find({"plum", "behind.bin"}), found(" plum\n"));
+}
+
 TEST_F(Find, MarksMatchesByColours) {
   EXPECT_EQ(
       find({"--color=always", "-n", "apple", "a.txt", "-H", "-m1"}),
@@ -377,12 +403,19 @@ TEST_F(Find, PassesOverFolders) {
 }
 
 TEST_F(Find, PassesOverBinaryFilesOnDemand) {
-  folder_.file("z.bin", "pl\x01um");
-  EXPECT_EQ(find({"-l", "--skip-binary", "pl", "a.txt", "z.bin"}),
-            (Outcome{lines({"a.txt"}),
-                     "zenfo: z.bin: contains a non printable character at "
-                     "position 2 (0x1)\n",
-                     0}));
+  folder_.file("page.txt", "\fplum\x01\n");
+  folder_.file("z.bin", "plum\0"s);
+  EXPECT_EQ(
+      find({"-l", "--skip-binary", "plum", "page.txt", "z.bin"}),
+      (Outcome{"page.txt\n", "zenfo: 1 binary file was passed over\n", 0}));
+  EXPECT_EQ(find({"--skip-binary", "plum", "z.bin", "z.bin"}),
+            (Outcome{"", "zenfo: 2 binary files were passed over\n", 1}));
+  EXPECT_EQ(find({"-q", "--skip-binary", "plum", "z.bin"}),
+            (Outcome{"", "", 1}));
+  folder_.file("list", "z.bin\r\n");
+  EXPECT_EQ(find({"--skip-binary", "--files-from", "list", "--summary", "sum",
+                  "plum"}),
+            wrong("--skip-binary: does not go with --summary"));
 }
 
 TEST_F(Find, TakesFilesFromAList) {

@@ -332,31 +332,6 @@ TEST_F(Replace, HeedsIncludeAndExclude) {
             "yxxx");
 }
 
-TEST_F(Replace, PassesOverBinaryFilesUnlessAsked) {
-  const std::string inside("plum\0plum", 9);
-  folder_.file("inside", inside);
-  folder_.file("first", "\x01plum");
-  folder_.file("text", "\tplum\r\n");
-  const Outcome outcome =
-      run({"replace", "-y", "plum", "x", "inside", "first", "text"});
-  EXPECT_THAT(outcome.out, StartsWith("1 file changed, 1 match replaced\n"
-                                      "2 files skipped (2: binary)\n"));
-  EXPECT_EQ(outcome.err,
-            "zenfo: first: skipped: binary\nzenfo: inside: skipped: binary\n");
-  EXPECT_EQ(outcome.status, 0);
-  EXPECT_EQ(bytes("inside"), inside);
-  EXPECT_EQ(bytes("first"), "\x01plum");
-  EXPECT_EQ(run({"replace", "-y", "--binary", "plum", "x", "first"}).status, 0);
-  EXPECT_EQ(bytes("first"), "\x01x");
-  const Outcome cut = run({"replace", "-y", "--binary", "plum", "x", "inside"});
-  EXPECT_EQ(
-      cut.err,
-      "zenfo: inside: what stands behind its first zero byte is cut off\n");
-  EXPECT_EQ(bytes("inside"), "x");
-  EXPECT_EQ(run({"undo"}).status, 0);
-  EXPECT_EQ(bytes("inside"), inside);
-}
-
 TEST_F(Replace, PassesOverReadOnlyFilesUnlessAsked) {
   const std::string path = folder_.file("a.txt", "plum");
   chmod(path.c_str(), 0440);

@@ -13,6 +13,7 @@
 namespace zenfo::test {
 namespace {
 
+using namespace std::string_literals;
 using ::testing::HasSubstr;
 
 // For the commands started from here: where they keep their runs, and that no
@@ -72,6 +73,53 @@ TEST_F(Change, NothingIsTouchedUnseen) {
   EXPECT_EQ(run({"replace", "-rn", "plum", "fig", "."}).status, 0);
   EXPECT_EQ(texts(), kBefore);
   EXPECT_EQ(run({"undo"}).status, 1) << "there is no run";
+}
+
+TEST_F(Change, TakesFilesWithoutZeroBytesForText) {
+  const std::string page = folder_.file("page.txt", "\x01\fplum\x1A");
+  EXPECT_EQ(run({"replace", "-y", "plum", "fig", "page.txt"}).status, 0);
+  EXPECT_EQ(read_file(page),
+            "\x01\f"
+            "fig\x1A");
+  EXPECT_EQ(run({"case", "-y", "--upper", "fig", "page.txt"}).status, 0);
+  EXPECT_EQ(read_file(page),
+            "\x01\f"
+            "FIG\x1A");
+}
+
+// Wherever the zero byte stands, what follows it would be lost.
+TEST_F(Change, LeavesFilesWithZeroBytesAsTheyAre) {
+  const std::string near = "plum\0plum"s;
+  const std::string far = "plum" + std::string(300'000, '\n') + '\0';
+  const std::string near_path = folder_.file("near.bin", near);
+  const std::string far_path = folder_.file("far.bin", far);
+  folder_.file("other.bin", "no fruit\0"s);
+  const Outcome outcome = run({"replace", "-y", "plum", "fig", "near.bin",
+                               "far.bin", "other.bin", "three.txt"});
+  EXPECT_THAT(outcome.out, HasSubstr("1 file changed, 1 match replaced\n"
+                                     "2 files skipped (2: binary)\n"));
+  EXPECT_EQ(outcome.err,
+            "zenfo: near.bin: skipped: binary\n"
+            "zenfo: far.bin: skipped: binary\n");
+  EXPECT_EQ(outcome.status, 2);
+  const std::string reason = "what follows its first zero byte would be lost";
+  EXPECT_EQ(run({"replace", "-y", "--binary", "plum", "fig", "near.bin"}),
+            (Outcome{"0 files changed\n1 file skipped (1: " + reason + ")\n",
+                     "zenfo: near.bin: skipped: " + reason + '\n', 2}));
+  EXPECT_EQ(run({"replace", "-n", "plum", "fig", "near.bin"}),
+            (Outcome{"", "zenfo: near.bin: skipped: binary\n", 2}));
+  EXPECT_EQ(read_file(near_path), near);
+  EXPECT_EQ(read_file(far_path), far);
+  EXPECT_EQ(read_file(three_), "fig");
+}
+
+TEST_F(Change, ChangesTheCaseInBinaryFilesOnDemand) {
+  const std::string path = folder_.file("near.bin", "plum\0plum"s);
+  EXPECT_EQ(run({"case", "-y", "--upper", "plum", "near.bin"}).status, 2);
+  EXPECT_EQ(read_file(path), "plum\0plum"s);
+  EXPECT_EQ(
+      run({"case", "-y", "--upper", "--binary", "plum", "near.bin"}).status, 0);
+  EXPECT_EQ(read_file(path), "PLUM\0PLUM"s);
 }
 
 }  // namespace
