@@ -16,9 +16,28 @@ constexpr size_t kHelpColumn = 28;
 // The parser takes "[a,b]" for a list; a mark in front keeps it a text.
 constexpr char kMark = '\1';
 
-std::string marked(const std::string& argument) {
-  const bool needed = argument.starts_with('[') || argument.starts_with(kMark);
+bool looks_like_option(const std::string& argument) {
+  return argument.size() > 1 && argument.starts_with('-');
+}
+
+// Behind "--" nothing is an option: what looks like one is marked too.
+std::string marked(const std::string& argument, bool only_texts) {
+  const bool needed = argument.starts_with('[') || argument.starts_with(kMark) ||
+                      (only_texts && looks_like_option(argument));
   return needed ? kMark + argument : argument;
+}
+
+// In the order in which the parser takes them.
+std::vector<std::string> marked_backwards(
+    const std::vector<std::string>& arguments) {
+  std::vector<std::string> backwards;
+  bool only_texts = false;
+  for (const std::string& argument : arguments) {
+    backwards.push_back(marked(argument, only_texts));
+    only_texts |= argument == "--";
+  }
+  std::reverse(backwards.begin(), backwards.end());
+  return backwards;
 }
 
 std::string unmarked(const std::string& text) {
@@ -169,14 +188,21 @@ void CommandLine::two_values(const std::string& names,
 
 void CommandLine::argument(std::string& value) {
   options_->add_option_function<std::string>(
-      "first", [&value](const std::string& text) { value = unmarked(text); });
+      "first",
+      [this, &value](const std::string& text) { value = taken(text); });
 }
 
 void CommandLine::arguments(std::vector<std::string>& values) {
   options_->add_option_function<std::vector<std::string>>(
-      "others", [&values](const std::vector<std::string>& texts) {
-        for (const auto& text : texts) values.push_back(unmarked(text));
+      "others", [this, &values](const std::vector<std::string>& texts) {
+        for (const auto& text : texts) values.push_back(taken(text));
       });
+}
+
+// The parser takes "-5" for an argument, and what follows an option in "-n5".
+std::string CommandLine::taken(const std::string& argument) const {
+  if (looks_like_option(argument)) throw wrong(argument, "no such option");
+  return unmarked(argument);
 }
 
 Failure CommandLine::wrong(const std::string& subject,
@@ -186,11 +212,8 @@ Failure CommandLine::wrong(const std::string& subject,
 
 bool CommandLine::parse(const std::vector<std::string>& arguments,
                         Output& output) {
-  std::vector<std::string> backwards(arguments.size());
-  std::transform(arguments.rbegin(), arguments.rend(), backwards.begin(),
-                 marked);
   try {
-    options_->parse(std::move(backwards));
+    options_->parse(marked_backwards(arguments));
   } catch (const CLI::CallForHelp&) {
     output.put(options_->help());
     return false;

@@ -68,6 +68,8 @@ class CommandLine {
   Failure wrong(const std::string& subject, const std::string& reason) const;
 
  private:
+  // An argument as it was given, unless it is an option that there is not.
+  std::string taken(const std::string& argument) const;
   void refuse_unknown_options() const;
 
   std::string name_;

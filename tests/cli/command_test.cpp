@@ -208,6 +208,22 @@ TEST_F(Command, RefusesUnknownOptions) {
       (Outcome{"", "zenfo: -iz: no such option; see 'zenfo help files'\n", 2}));
 }
 
+TEST_F(Command, RefusesNumbersAndUnknownLettersAsOptions) {
+  const auto refused = [](const std::string& option) {
+    return Outcome{
+        "", "zenfo: " + option + ": no such option; see 'zenfo help find'\n",
+        2};
+  };
+  folder_.file("-5", "plum\n");
+  EXPECT_EQ(run({"find", "-5", "plum", "a.txt"}), refused("-5"));
+  EXPECT_EQ(run({"find", "plum", "-5"}), refused("-5"));
+  EXPECT_EQ(run({"find", "-n5", "plum"}), refused("-5"));
+  EXPECT_EQ(run({"find", "-nZ", "plum"}), refused("-Z"));
+  EXPECT_EQ(run({"find", "-\xC3\xA9", "plum"}), refused("-\xC3\xA9"));
+  EXPECT_EQ(run({"find", "-l", "-e", "-5", "--", "-5"}).status, 1);
+  EXPECT_EQ(run({"find", "-l", "--", "plum", "-5"}), (Outcome{"-5\n", "", 0}));
+}
+
 TEST_F(Command, RefusesAnOptionWithoutItsValue) {
   EXPECT_EQ(run({"files", "--include"}),
             (Outcome{"",
