@@ -57,8 +57,9 @@ constexpr std::string_view kHelpEnd =
     "\n"
     "The exit status is 0 for success, 1 when a search found nothing or what "
     "is\n"
-    "compared differs, 2 after an error and 130 when the command was "
-    "stopped.\n";
+    "compared differs, 2 after an error, 130 when the command was stopped, "
+    "and\n"
+    "141 when its output was not read to the end.\n";
 
 const Command& find_command(std::string_view name) {
   for (const Command& command : kCommands) {
@@ -128,5 +129,6 @@ int main(int count, char** arguments) {
   Arguments texts;
   for (int i = 1; i < count; ++i) texts.emplace_back(arguments[i]);
   const int status = run_and_explain(std::move(texts));
+  if (system::reader_is_gone()) system::leave_without_reader();
   return status <= kNothingFound && complained() ? kError : status;
 }

@@ -9,7 +9,9 @@ void Output::flush() {
   if (!failed_ && !buffer_.empty()) {
     const std::string reason = system::write(system::Stream::kOutput, buffer_);
     failed_ = !reason.empty();
-    if (failed_) complain("standard output", reason);
+    if (failed_ && !system::reader_is_gone()) {
+      complain("standard output", reason);
+    }
   }
   buffer_.clear();
 }

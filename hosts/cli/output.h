@@ -1,5 +1,7 @@
 // Standard output through one buffer of 64 KB. The first write that fails is
-// complained about; what follows is dropped, and the command ends with 2.
+// complained about; what follows is dropped, and the command ends with 2. A
+// reader that has had enough is no failure: what follows is dropped, and the
+// command ends quietly.
 //
 // Tested by tests/cli/command_test.cpp
 #pragma once

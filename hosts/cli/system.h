@@ -46,6 +46,11 @@ enum class Stream { kInput, kOutput, kErrors };
 void prepare_streams();
 // Writes all bytes. Answers the reason for a failure, empty for success.
 std::string write(Stream stream, std::string_view bytes);
+// Whether standard output was a pipe that nobody reads any more, and nobody
+// asked to be told so. Its reader had enough, which is no error.
+bool reader_is_gone();
+// Ends the process as other programs end then: on Linux by SIGPIPE.
+[[noreturn]] void leave_without_reader();
 bool is_terminal(Stream stream);
 // Whether escape sequences in what is written to the output become colours;
 // makes them do so where that takes a call.

@@ -26,6 +26,11 @@ char error_file[4096] = "";
 volatile std::sig_atomic_t stop_signal = 0;
 volatile std::sig_atomic_t stop_is_obeyed = 0;
 
+// Whoever started the process may have it ignore lost pipes; then they count
+// as errors.
+bool ends_without_reader = false;
+bool reader_lost = false;
+
 std::string reason_of(int error) {
   switch (error) {
     case ENOENT:
@@ -106,7 +111,7 @@ std::string why_not_loaded(const std::string& file) {
 }
 
 void prepare_streams() {
-  std::signal(SIGPIPE, SIG_IGN);
+  ends_without_reader = std::signal(SIGPIPE, SIG_IGN) != SIG_IGN;
   // A closed stream would lend its number to the next file that is opened.
   // Read-only, so that writing to it fails.
   for (int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
@@ -120,10 +125,21 @@ std::string write(Stream stream, std::string_view bytes) {
     const ssize_t written =
         ::write(descriptor(stream), bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return std::strerror(errno);
+    if (written < 0) {
+      reader_lost |= errno == EPIPE && stream == Stream::kOutput;
+      return std::strerror(errno);
+    }
     bytes.remove_prefix(static_cast<size_t>(written));
   }
   return "";
+}
+
+bool reader_is_gone() { return reader_lost && ends_without_reader; }
+
+void leave_without_reader() {
+  std::signal(SIGPIPE, SIG_DFL);
+  std::raise(SIGPIPE);
+  leave(128 + SIGPIPE);
 }
 
 bool is_terminal(Stream stream) { return isatty(descriptor(stream)) == 1; }

@@ -12,6 +12,7 @@ namespace {
 // The library loads no larger file.
 constexpr int64_t kLargestFile = INT32_MAX - 1;
 constexpr int kStopStatus = 130;
+constexpr int kReaderGoneStatus = 141;
 // ENABLE_VIRTUAL_TERMINAL_PROCESSING, which older headers lack.
 constexpr DWORD kVirtualTerminal = 4;
 
@@ -19,6 +20,7 @@ constexpr DWORD kVirtualTerminal = 4;
 char error_file[MAX_PATH] = "";
 std::atomic<bool> stop_asked{false};
 std::atomic<bool> stop_is_obeyed = false;
+bool reader_lost = false;
 
 class Handle {
  public:
@@ -137,12 +139,19 @@ std::string write(Stream stream, std::string_view bytes) {
     DWORD written = 0;
     if (!WriteFile(handle_of(stream), bytes.data(),
                    static_cast<DWORD>(bytes.size()), &written, nullptr)) {
-      return reason_of(GetLastError());
+      const DWORD error = GetLastError();
+      reader_lost |= stream == Stream::kOutput &&
+                     (error == ERROR_BROKEN_PIPE || error == ERROR_NO_DATA);
+      return reason_of(error);
     }
     bytes.remove_prefix(written);
   }
   return "";
 }
+
+bool reader_is_gone() { return reader_lost; }
+
+void leave_without_reader() { leave(kReaderGoneStatus); }
 
 bool is_terminal(Stream stream) {
   DWORD mode;
