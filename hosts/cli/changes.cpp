@@ -14,6 +14,7 @@
 #include "file_state.h"
 #include "found_text.h"
 #include "messages.h"
+#include "paths.h"
 #include "preview.h"
 #include "run_store.h"
 #include "system.h"
@@ -171,7 +172,7 @@ void enter(Session& session, const std::vector<std::string>& paths) {
 // A file's bytes, without its rights: the copy can be written.
 void copy_bytes(const std::string& from, const std::string& to) {
   FileBytes bytes;
-  std::ofstream file(to, std::ios::binary);
+  std::ofstream file(to_path(to), std::ios::binary);
   if (!bytes.load(from)) throw Failure{from, "cannot be read"};
   file.write(bytes.view().data(),
              static_cast<std::streamsize>(bytes.view().size()));

@@ -22,7 +22,8 @@ bool looks_like_option(const std::string& argument) {
 
 // Behind "--" nothing is an option: what looks like one is marked too.
 std::string marked(const std::string& argument, bool only_texts) {
-  const bool needed = argument.starts_with('[') || argument.starts_with(kMark) ||
+  const bool needed = argument.starts_with('[') ||
+                      argument.starts_with(kMark) ||
                       (only_texts && looks_like_option(argument));
   return needed ? kMark + argument : argument;
 }

@@ -1,12 +1,12 @@
 #include "find_options.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <optional>
 #include <string_view>
 
 #include "command_line.h"
 #include "messages.h"
+#include "paths.h"
 #include "system.h"
 #include "text_file.h"
 
@@ -292,9 +292,7 @@ bool wants_colours(const CommandLine& line, const std::string& when) {
   if (when != "auto") {
     throw line.wrong("--color " + when, "is auto, always or never");
   }
-  const char* no_colour = std::getenv("NO_COLOR");
-  const bool refused = no_colour != nullptr && *no_colour != '\0';
-  return !refused && system::shows_colours();
+  return environment("NO_COLOR").empty() && system::shows_colours();
 }
 
 void settle_form(const CommandLine& line, FindOptions& options,

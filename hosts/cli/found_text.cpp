@@ -11,13 +11,14 @@
 #include <tuple>
 
 #include "input_stream.h"
+#include "paths.h"
 
 namespace zenfo::cli {
 namespace {
 
 size_t size_on_disk(const std::string& path) {
   std::error_code failed;
-  const auto size = std::filesystem::file_size(path, failed);
+  const auto size = std::filesystem::file_size(to_path(path), failed);
   return failed ? 0 : static_cast<size_t>(size);
 }
 

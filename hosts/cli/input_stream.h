@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+#include "paths.h"
+
 namespace zenfo::cli {
 
 struct StreamCloser {
@@ -17,7 +19,7 @@ using InputStream = std::unique_ptr<std::FILE, StreamCloser>;
 // Null when it cannot be opened. Without a buffer, for a read or two in each of
 // very many files.
 inline InputStream open_unbuffered(const std::string& path) {
-  InputStream file(std::fopen(path.c_str(), "rb"));
+  InputStream file(open_file(path, "rb"));
   if (file != nullptr) std::setvbuf(file.get(), nullptr, _IONBF, 0);
   return file;
 }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "messages.h"
+#include "paths.h"
 #include "system.h"
 
 namespace zenfo::cli {
@@ -340,7 +341,7 @@ std::optional<TextCounts> Session::count_words(const std::string& path) {
 }
 
 std::vector<ErrorRecord> Session::new_errors() {
-  std::ifstream file(error_file_, std::ios::binary);
+  std::ifstream file(to_path(error_file_), std::ios::binary);
   file.seekg(static_cast<std::streamoff>(error_bytes_read_));
   const std::string bytes{std::istreambuf_iterator<char>(file), {}};
   error_bytes_read_ += bytes.size();

@@ -10,6 +10,7 @@
 #include "commands.h"
 #include "messages.h"
 #include "output.h"
+#include "paths.h"
 #include "system.h"
 
 #ifdef _WIN32
@@ -103,9 +104,22 @@ int run(Arguments arguments) {
   return find_command(first).run(arguments);
 }
 
-int run_and_explain(Arguments arguments) {
+// A character that is lost could become a "?", which stands for others.
+Arguments texts_of(int count, NativeChar** arguments) {
+  Arguments texts;
+  for (int i = 1; i < count; ++i) {
+    texts.push_back(narrow(arguments[i]));
+    if (to_path(texts.back()).native() != arguments[i]) {
+      throw Failure{texts.back(),
+                    "has characters that the system's character set lacks"};
+    }
+  }
+  return texts;
+}
+
+int run_and_explain(int count, NativeChar** arguments) {
   try {
-    return run(std::move(arguments));
+    return run(texts_of(count, arguments));
   } catch (const Failure& failure) {
     complain(failure.subject, failure.reason);
   } catch (const Stopped&) {
@@ -122,13 +136,17 @@ int run_and_explain(Arguments arguments) {
 }  // namespace
 }  // namespace zenfo::cli
 
+// Wide on Windows: narrow arguments may have lost characters before they get
+// here.
+#ifdef _WIN32
+int wmain(int count, wchar_t** arguments) {
+#else
 int main(int count, char** arguments) {
+#endif
   using namespace zenfo::cli;
   system::prepare_streams();
   system::watch_for_stop();
-  Arguments texts;
-  for (int i = 1; i < count; ++i) texts.emplace_back(arguments[i]);
-  const int status = run_and_explain(std::move(texts));
+  const int status = run_and_explain(count, arguments);
   if (system::reader_is_gone()) system::leave_without_reader();
   return status <= kNothingFound && complained() ? kError : status;
 }

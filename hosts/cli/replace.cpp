@@ -12,6 +12,7 @@
 #include "changes.h"
 #include "commands.h"
 #include "messages.h"
+#include "paths.h"
 #include "temporary_folder.h"
 #include "text_file.h"
 
@@ -211,7 +212,7 @@ bool parse(const Arguments& arguments, ReplaceOptions& options,
 void enter_values(const std::string& path) {
   const TemporaryFolder folder;
   const std::string own = folder.file("values");
-  std::ofstream file(own, std::ios::binary);
+  std::ofstream file(to_path(own), std::ios::binary);
   for (const std::string& value : read_text_lines(path)) {
     if (value.empty() ||
         value.find_first_of(std::string("\0\r", 2)) != std::string::npos) {

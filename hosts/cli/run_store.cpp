@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <ctime>
 #include <fstream>
 #include <iterator>
@@ -14,6 +13,7 @@
 
 #include "file_state.h"
 #include "messages.h"
+#include "paths.h"
 
 namespace zenfo::cli {
 namespace {
@@ -22,23 +22,25 @@ namespace fs = std::filesystem;
 using nlohmann::json;
 
 constexpr auto kOldest = std::chrono::hours(30 * 24);
+constexpr char kUndoFile[] = "undo.txt";
+#ifdef _WIN32
+constexpr char kHomeVariable[] = "LOCALAPPDATA";
+#else
+constexpr char kHomeVariable[] = "HOME";
+#endif
 constexpr uint64_t kLargest = 1'000'000'000;
-
-std::string environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value == nullptr ? "" : value;
-}
 
 fs::path state_folder() {
 #ifdef _WIN32
-  const fs::path local = environment("LOCALAPPDATA");
+  const fs::path local = to_path(environment(kHomeVariable));
   return local.is_absolute() ? local : fs::path();
 #else
   // A relative one is to be ignored, the rule says.
-  const fs::path given = environment("XDG_STATE_HOME");
+  const fs::path given = to_path(environment("XDG_STATE_HOME"));
   if (given.is_absolute()) return given;
-  const fs::path home = environment("HOME");
-  return home.is_absolute() ? home / ".local" / "state" : fs::path();
+  const fs::path home = to_path(environment(kHomeVariable));
+  return home.is_absolute() ? home / to_path(".local") / to_path("state")
+                            : fs::path();
 #endif
 }
 
@@ -125,7 +127,7 @@ std::string time_in(const std::string& name) {
 void make_folder(const fs::path& folder) {
   std::error_code error;
   fs::create_directories(folder, error);
-  if (error) throw Failure{folder.string(), error.message()};
+  if (error) throw Failure{narrow(folder), error.message()};
   fs::permissions(folder, fs::perms::owner_all, error);
 }
 
@@ -133,21 +135,30 @@ void make_folder(const fs::path& folder) {
 
 RunStore::RunStore() : folder_(state_folder()) {
   if (folder_.empty()) {
-    throw Failure{"", "no folder for safe copies is known, as HOME is not set"};
+    throw Failure{"", "no folder for safe copies is known, as " +
+                          std::string(kHomeVariable) + " is not set"};
   }
-  folder_ = folder_ / "zenfo" / "runs";
+  folder_ = folder_ / to_path("zenfo") / to_path("runs");
+}
+
+fs::path RunStore::folder_of(const std::string& name) const {
+  return folder_ / to_path(name);
+}
+
+fs::path RunStore::undo_path(const std::string& name) const {
+  return folder_of(name) / to_path(kUndoFile);
 }
 
 fs::path RunStore::record(const std::string& name) const {
-  return folder_ / (name + ".json");
+  return folder_ / to_path(name + ".json");
 }
 
 fs::path RunStore::fresh_record(const std::string& name) const {
-  return folder_ / (name + ".json.new");
+  return folder_ / to_path(name + ".json.new");
 }
 
 std::string RunStore::undo_file(const std::string& name) const {
-  return (folder_ / name / "undo.txt").string();
+  return narrow(undo_path(name));
 }
 
 Run RunStore::begin(const std::string& command) {
@@ -158,16 +169,16 @@ Run RunStore::begin(const std::string& command) {
   for (int n = 0; run.name.empty(); ++n) {
     const std::string name = start + std::to_string(n);
     std::error_code error;
-    if (fs::create_directory(folder_ / name, error)) run.name = name;
-    if (error) throw Failure{(folder_ / name).string(), error.message()};
+    if (fs::create_directory(folder_of(name), error)) run.name = name;
+    if (error) throw Failure{narrow(folder_of(name)), error.message()};
   }
   // The library would delete whatever is there.
-  if (!fs::is_empty(folder_ / run.name)) {
-    throw Failure{(folder_ / run.name).string(), "there are foreign files"};
+  if (!fs::is_empty(folder_of(run.name))) {
+    throw Failure{narrow(folder_of(run.name)), "there are foreign files"};
   }
   if (!save(run)) {
     remove(run.name);
-    throw Failure{record(run.name).string(), "cannot be written"};
+    throw Failure{narrow(record(run.name)), "cannot be written"};
   }
   return run;
 }
@@ -187,7 +198,7 @@ bool RunStore::save(const Run& run) const {
 }
 
 std::optional<Run> RunStore::find(const std::string& name) const {
-  if (fs::path(name).filename() != name) return std::nullopt;
+  if (to_path(name).filename() != to_path(name)) return std::nullopt;
   std::ifstream file(record(name), std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), {}};
   try {
@@ -199,7 +210,7 @@ std::optional<Run> RunStore::find(const std::string& name) const {
 
 std::optional<Run> RunStore::find_unrecorded(const std::string& name) const {
   std::error_code error;
-  const auto size = fs::file_size(undo_file(name), error);
+  const auto size = fs::file_size(undo_path(name), error);
   if (error || size == 0) return std::nullopt;
   return Run{name, time_in(name), "", {}};
 }
@@ -208,9 +219,9 @@ std::vector<Run> RunStore::runs(const Run* known) const {
   std::set<std::string> names;
   std::error_code error;
   for (const auto& entry : fs::directory_iterator(folder_, error)) {
-    const bool is_record = entry.path().extension() == ".json";
+    const bool is_record = narrow(entry.path().extension()) == ".json";
     const fs::path& path = entry.path();
-    names.insert((is_record ? path.stem() : path.filename()).string());
+    names.insert(narrow(is_record ? path.stem() : path.filename()));
   }
   std::vector<Run> runs;
   for (const std::string& name : names) {
@@ -230,11 +241,11 @@ std::vector<Run> RunStore::runs(const Run* known) const {
 void RunStore::remove(const std::string& name) const {
   std::error_code error;
   std::vector<fs::path> files;
-  for (const auto& entry : fs::directory_iterator(folder_ / name, error)) {
+  for (const auto& entry : fs::directory_iterator(folder_of(name), error)) {
     if (!entry.is_directory(error)) files.push_back(entry.path());
   }
   for (const fs::path& file : files) fs::remove(file, error);
-  fs::remove(folder_ / name, error);
+  fs::remove(folder_of(name), error);
   fs::remove(fresh_record(name), error);
   fs::remove(record(name), error);
 }
@@ -242,29 +253,27 @@ void RunStore::remove(const std::string& name) const {
 uint64_t RunStore::size_of(const std::string& name) const {
   uint64_t size = 0;
   std::error_code error;
-  for (const auto& entry : fs::directory_iterator(folder_ / name, error)) {
+  for (const auto& entry : fs::directory_iterator(folder_of(name), error)) {
     if (entry.is_regular_file(error)) size += entry.file_size(error);
   }
   return size;
 }
 
 bool RunStore::has_copies(const std::string& name) const {
-  const fs::path list = undo_file(name);
   std::error_code error;
-  const fs::directory_iterator entries(folder_ / name, error);
-  return std::any_of(fs::begin(entries), fs::end(entries),
-                     [&](const auto& entry) {
-                       return entry.is_regular_file(error) &&
-                              !entry.path().filename().string().starts_with(
-                                  list.filename().string());
-                     });
+  const fs::directory_iterator entries(folder_of(name), error);
+  return std::any_of(
+      fs::begin(entries), fs::end(entries), [&](const auto& entry) {
+        return entry.is_regular_file(error) &&
+               !narrow(entry.path().filename()).starts_with(kUndoFile);
+      });
 }
 
 // By the time of what the run wrote last.
 bool RunStore::is_old(const std::string& name) const {
   std::error_code error;
   auto written = fs::last_write_time(record(name), error);
-  if (error) written = fs::last_write_time(undo_file(name), error);
+  if (error) written = fs::last_write_time(undo_path(name), error);
   return !error && fs::file_time_type::clock::now() - written > kOldest;
 }
 

@@ -18,6 +18,8 @@
 #include <string>
 #include <vector>
 
+#include "paths.h"
+
 namespace zenfo::cli {
 
 // A file that a run changed, as it stood when the run had ended.
@@ -39,7 +41,7 @@ class RunStore {
  public:
   // Throws Failure when no folder for it is known.
   RunStore();
-  explicit RunStore(const std::filesystem::path& folder) : folder_(folder) {}
+  explicit RunStore(const std::string& folder) : folder_(to_path(folder)) {}
 
   // Makes an empty folder for a new run and writes its record. Throws Failure.
   Run begin(const std::string& command);
@@ -57,6 +59,8 @@ class RunStore {
   std::string undo_file(const std::string& name) const;
 
  private:
+  std::filesystem::path folder_of(const std::string& name) const;
+  std::filesystem::path undo_path(const std::string& name) const;
   std::filesystem::path record(const std::string& name) const;
   std::filesystem::path fresh_record(const std::string& name) const;
   std::optional<Run> find_unrecorded(const std::string& name) const;

@@ -9,19 +9,19 @@
 #include <system_error>
 
 #include "file_state.h"
+#include "paths.h"
 
 namespace zenfo::cli {
 
 class TemporaryFolder {
  public:
   TemporaryFolder() {
-    const std::string base =
-        (std::filesystem::temp_directory_path() /
-         ("zenfo-work-" + std::to_string(process_number()) + '-'))
-            .string();
+    const std::filesystem::path base = std::filesystem::temp_directory_path();
+    const std::string name =
+        "zenfo-work-" + std::to_string(process_number()) + '-';
     for (int n = 0; folder_.empty(); ++n) {
-      const std::string name = base + std::to_string(n);
-      if (std::filesystem::create_directory(name)) folder_ = name;
+      const auto folder = base / to_path(name + std::to_string(n));
+      if (std::filesystem::create_directory(folder)) folder_ = folder;
     }
     std::filesystem::permissions(folder_, std::filesystem::perms::owner_all);
   }
@@ -33,7 +33,7 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   std::string file(const std::string& name) const {
-    return (folder_ / name).string();
+    return narrow(folder_ / to_path(name));
   }
 
  private:

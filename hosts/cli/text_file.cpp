@@ -6,6 +6,7 @@
 
 #include "found_text.h"
 #include "messages.h"
+#include "paths.h"
 #include "system.h"
 
 namespace zenfo::cli {
@@ -72,7 +73,7 @@ size_t longest_list_line(const std::string& path) {
 }
 
 bool can_be_written(const std::string& path) {
-  std::FILE* file = std::fopen(path.c_str(), "ab");
+  std::FILE* file = open_file(path, "ab");
   if (file == nullptr) return false;
   std::fclose(file);
   return true;

@@ -3,7 +3,6 @@
 // Tested by tests/cli/posix_replace_test.cpp
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -79,8 +78,8 @@ class Undoing {
     const std::string undo_file = store_.undo_file(run_.name);
     session_.hold_stop(true);
     // The library would make the file anew.
-    const bool listed = std::filesystem::exists(undo_file) &&
-                        SetUndoFile(undo_file.c_str()) == 1;
+    const bool listed =
+        state_of(undo_file).has_value() && SetUndoFile(undo_file.c_str()) == 1;
     const int32_t records = listed ? GetUndoList() : 0;
     if (records <= 0) refuse_without_records();
     // No path can be longer than the file of all.
@@ -197,7 +196,7 @@ class Undoing {
 
   // The same file may be named in another way than it was in the run.
   void find_wanted(const std::string& file, std::vector<size_t>& wanted) {
-    const std::string path = std::filesystem::absolute(file).string();
+    const std::string path = complete_path(file);
     const auto state = state_of(file);
     for (size_t i = 0; i < paths_.size(); ++i) {
       const auto other = state ? state_of(paths_[i]) : std::nullopt;

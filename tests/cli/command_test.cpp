@@ -177,10 +177,7 @@ TEST_F(Command, FilesTakesManyPathsInTheirOrder) {
 
 TEST_F(Command, TakesNamesWithBlanksAndOtherBytes) {
   folder_.file("my notes.txt", "plum\n");
-  const std::string folder = folder_.path("\xC3\x84pfel");
-  std::filesystem::create_directory(
-      std::u8string(folder.begin(), folder.end()));
-  write_file(join(folder, "gr\xC3\xBCn.txt"), "plum\n");
+  folder_.file("\xC3\x84pfel/gr\xC3\xBCn.txt", "plum\n");
   EXPECT_EQ(run({"find", "-l", "plum"}),
             (Outcome{lines({"my notes.txt", "\xC3\x84pfel/gr\xC3\xBCn.txt"}),
                      "", 0}));

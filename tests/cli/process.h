@@ -13,7 +13,7 @@ struct Start {
   std::string output_file;       // for standard output; empty: into the outcome
   bool output_closed = false;    // Linux only
   bool as_nobody = false;        // Linux only: gives up root's rights
-  std::string temporary_folder;  // Linux only: TMPDIR for the command
+  std::string temporary_folder;  // for the command; empty: the test's own
 };
 
 struct Outcome {

@@ -1,13 +1,17 @@
-// replace, case and undo from end to end, on both systems.
+// replace, case and undo from end to end, on both systems, and once more where
+// all names have letters beyond ASCII.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <ostream>
 #include <string>
 #include <vector>
 
 #include "cli/process.h"
+#include "cli/results.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::test {
@@ -20,7 +24,7 @@ using ::testing::HasSubstr;
 // terminal answers their questions.
 void prepare_commands(const std::string& state_folder) {
 #ifdef _WIN32
-  _putenv_s("LOCALAPPDATA", state_folder.c_str());
+  _wputenv_s(L"LOCALAPPDATA", native(state_folder).c_str());
   ASSERT_NE(std::freopen("NUL", "r", stdin), nullptr);
 #else
   setenv("XDG_STATE_HOME", state_folder.c_str(), 1);
@@ -28,30 +32,67 @@ void prepare_commands(const std::string& state_folder) {
 #endif
 }
 
-class Change : public ::testing::Test {
+struct Names {
+  const char* test;
+  const char* folder_mark;  // in the names of the folders of user and profile
+  const char* folder;
+  const char* file;
+  const char* other_file;
+};
+
+// For messages of tests.
+void PrintTo(const Names& names, std::ostream* stream) {
+  *stream << names.test;
+}
+
+constexpr Names kNames[] = {
+    {"Plain", "", "sub", "one.txt", "two.txt"},
+    // Of two, three and four bytes in UTF-8, combined letters and a blank.
+    {"Umlauts", "J\xC3\xBCrgen", "\xC3\x84pfel", "\xC3\xBCmlaut.txt",
+     "u\xCC\x88 zwei.txt"},
+    {"OtherScripts", "\xE6\x97\xA5\xE6\x9C\xAC", "\xD0\x9F",
+     "\xF0\x9F\x98\x80.txt", "\xE2\x82\xAC.txt"}};
+
+class Change : public ::testing::TestWithParam<Names> {
  protected:
   Change() {
     prepare_commands(state_.path());
-    one_ = folder_.file("sub/one.txt", "a plum\r\nplums\r\n");
-    two_ = folder_.file("two.txt", "no fruit");
+    one_ = folder_.file(one_name_, "a plum\r\nplums\r\n");
+    two_ = folder_.file(GetParam().other_file, "no fruit");
     three_ = folder_.file("three.txt", "plum");
   }
 
   Outcome run(std::vector<std::string> arguments) const {
-    return run_zenfo(std::move(arguments), folder_.path());
+    Start start;
+    start.arguments = std::move(arguments);
+    start.folder = folder_.path();
+    start.temporary_folder = temporary_;
+    return run_zenfo(start);
   }
   std::string texts() const {
     return read_file(one_) + '|' + read_file(two_) + '|' + read_file(three_);
   }
+  // The folder that holds nothing but the runs.
+  static bool is_empty(const std::string& folder) {
+    return std::filesystem::is_empty(native(folder));
+  }
 
-  TempFolder state_;
-  TempFolder folder_;
+  TempFolder state_{GetParam().folder_mark};
+  TempFolder folder_{GetParam().folder_mark};
+  std::string temporary_ = state_.folder("Temp");
+  std::string one_name_ =
+      std::string(GetParam().folder) + '/' + GetParam().file;
   std::string one_, two_, three_;
 };
 
 constexpr char kBefore[] = "a plum\r\nplums\r\n|no fruit|plum";
 
-TEST_F(Change, ReplacedTextsComeBack) {
+INSTANTIATE_TEST_SUITE_P(Names, Change, ::testing::ValuesIn(kNames),
+                         [](const auto& param_info) {
+                           return param_info.param.test;
+                         });
+
+TEST_P(Change, ReplacedTextsComeBack) {
   const Outcome outcome = run({"replace", "-ry", "plum", "fig", "."});
   EXPECT_EQ(outcome.status, 0) << outcome.err;
   EXPECT_THAT(outcome.out, HasSubstr("2 files changed, 3 matches replaced"));
@@ -61,21 +102,78 @@ TEST_F(Change, ReplacedTextsComeBack) {
   EXPECT_EQ(texts(), kBefore);
 }
 
-TEST_F(Change, ChangedLettersComeBack) {
+TEST_P(Change, ChangedLettersComeBack) {
   EXPECT_EQ(run({"case", "-ryw", "--upper", "plum", "."}).status, 0);
   EXPECT_EQ(texts(), "a PLUM\r\nplums\r\n|no fruit|PLUM");
   EXPECT_EQ(run({"undo"}).status, 0);
   EXPECT_EQ(texts(), kBefore);
 }
 
-TEST_F(Change, NothingIsTouchedUnseen) {
+TEST_P(Change, NothingIsTouchedUnseen) {
   EXPECT_EQ(run({"replace", "-r", "plum", "fig", "."}).status, 2);
   EXPECT_EQ(run({"replace", "-rn", "plum", "fig", "."}).status, 0);
   EXPECT_EQ(texts(), kBefore);
   EXPECT_EQ(run({"undo"}).status, 1) << "there is no run";
+  EXPECT_TRUE(is_empty(temporary_));
 }
 
-TEST_F(Change, TakesFilesWithoutZeroBytesForText) {
+// From another folder than the run was started in, and by another spelling.
+TEST_P(Change, NamedFilesAreChangedAndComeBack) {
+  const Outcome outcome =
+      run({"replace", "-y", "plum", "fig", one_name_, three_});
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(texts(), "a fig\r\nfigs\r\n|no fruit|fig");
+  EXPECT_EQ(run({"undo", own("./" + one_name_)}),
+            (Outcome{"1 file restored\n", "", 0}));
+  EXPECT_EQ(texts(), "a plum\r\nplums\r\n|no fruit|fig");
+  EXPECT_EQ(run_zenfo({"undo", three_}, state_.path()),
+            (Outcome{"1 file restored\n", "", 0}));
+  EXPECT_EQ(texts(), kBefore);
+}
+
+TEST_P(Change, UndoNamesTheFileThatIsNotOfTheRun) {
+  EXPECT_EQ(run({"replace", "-y", "plum", "fig", one_name_}).status, 0);
+  const std::string other = GetParam().other_file;
+  const Outcome outcome = run({"undo", other});
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_THAT(outcome.err, HasSubstr("zenfo: " + other + ": was not changed"));
+}
+
+TEST_P(Change, ADryRunShowsTheNames) {
+  const Outcome outcome = run({"replace", "-n", "plum", "fig", one_name_});
+  EXPECT_EQ(outcome.status, 0) << outcome.err;
+  EXPECT_THAT(outcome.out, HasSubstr(own(one_name_)));
+  EXPECT_EQ(texts(), kBefore);
+}
+
+// Lists of texts are files of the user's; one of them goes through a file in
+// the temporary folder.
+TEST_P(Change, TextsComeFromNamedFiles) {
+  const std::string values = std::string(GetParam().file) + ".values";
+  folder_.file(values, "fig\npear\n");
+  EXPECT_EQ(run({"replace", "-y", "--values", values, "plum", one_name_}).err,
+            "");
+  EXPECT_EQ(read_file(one_), "a fig\r\npears\r\n");
+  folder_.file(values, "fig\tplum\r\npear\tplum\r\n");
+  const Outcome outcome = run({"replace", "-y", "--pairs", values, one_name_});
+  EXPECT_EQ(outcome.err, "");
+  EXPECT_EQ(texts(), kBefore);
+}
+
+// A read-only file is made writable and read-only again.
+TEST_P(Change, ReadOnlyFilesAreKnownByTheirNames) {
+  using std::filesystem::perms;
+  std::filesystem::permissions(native(one_), perms::owner_read);
+  EXPECT_THAT(run({"replace", "-y", "plum", "fig", one_name_}).err,
+              HasSubstr(own(one_name_) + ": skipped: read-only"));
+  EXPECT_EQ(run({"replace", "-y", "--read-only", "plum", "fig", one_name_}).err,
+            "");
+  EXPECT_EQ(run({"undo"}).status, 0);
+  EXPECT_EQ(texts(), kBefore);
+  std::filesystem::permissions(native(one_), perms::owner_all);
+}
+
+TEST_P(Change, TakesFilesWithoutZeroBytesForText) {
   const std::string page = folder_.file("page.txt", "\x01\fplum\x1A");
   EXPECT_EQ(run({"replace", "-y", "plum", "fig", "page.txt"}).status, 0);
   EXPECT_EQ(read_file(page),
@@ -88,7 +186,7 @@ TEST_F(Change, TakesFilesWithoutZeroBytesForText) {
 }
 
 // Wherever the zero byte stands, what follows it would be lost.
-TEST_F(Change, LeavesFilesWithZeroBytesAsTheyAre) {
+TEST_P(Change, LeavesFilesWithZeroBytesAsTheyAre) {
   const std::string near = "plum\0plum"s;
   const std::string far = "plum" + std::string(300'000, '\n') + '\0';
   const std::string near_path = folder_.file("near.bin", near);
@@ -113,7 +211,7 @@ TEST_F(Change, LeavesFilesWithZeroBytesAsTheyAre) {
   EXPECT_EQ(read_file(three_), "fig");
 }
 
-TEST_F(Change, ChangesTheCaseInBinaryFilesOnDemand) {
+TEST_P(Change, ChangesTheCaseInBinaryFilesOnDemand) {
   const std::string path = folder_.file("near.bin", "plum\0plum"s);
   EXPECT_EQ(run({"case", "-y", "--upper", "plum", "near.bin"}).status, 2);
   EXPECT_EQ(read_file(path), "plum\0plum"s);

@@ -21,6 +21,16 @@ inline constexpr char kSeparator = '/';
 inline constexpr size_t kLongestName = 255;
 #endif
 
+// For the standard library, which would read a narrow text on Windows in a
+// character set of its own choice: texts of tests are UTF-8 there.
+inline std::filesystem::path native(std::string_view path) {
+  return std::u8string(path.begin(), path.end());
+}
+inline std::string utf8(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
 // Joins with the system's separator; a slash in `name` stands for it too.
 inline std::string join(std::string_view folder, std::string_view name) {
   std::string path(folder);
@@ -30,37 +40,39 @@ inline std::string join(std::string_view folder, std::string_view name) {
 }
 
 inline void write_file(const std::string& path, std::string_view bytes) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  std::ofstream file(native(path), std::ios::binary | std::ios::trunc);
   file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   file.close();
   if (!file) throw std::runtime_error("cannot write " + path);
 }
 
 inline std::string read_file(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(native(path), std::ios::binary);
   if (!file) throw std::runtime_error("cannot read " + path);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
 inline bool file_exists(const std::string& path) {
   std::error_code error;
-  return std::filesystem::exists(path, error);
+  return std::filesystem::exists(native(path), error);
 }
 
 class TempFolder {
  public:
-  TempFolder() {
+  // `mark`, in UTF-8, becomes a part of the folder's name.
+  explicit TempFolder(std::string_view mark = "") {
     static int number = 0;
-    std::string base = std::filesystem::temp_directory_path().string();
+    std::string base = utf8(std::filesystem::temp_directory_path());
     while (!base.empty() && base.back() == kSeparator) base.pop_back();
     do {
       path_ = base + kSeparator + "zenfo_test_" + std::to_string(unique()) +
               "_" + std::to_string(number++);
-    } while (!std::filesystem::create_directory(path_));
+      path_ += mark;
+    } while (!std::filesystem::create_directory(native(path_)));
   }
   ~TempFolder() {
     std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
+    std::filesystem::remove_all(native(path_), ignored);
   }
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
@@ -71,13 +83,14 @@ class TempFolder {
   // Creates the file and the folders above it; answers its path.
   std::string file(std::string_view name, std::string_view bytes) const {
     const std::string full = path(name);
-    std::filesystem::create_directories(full.substr(0, full.rfind(kSeparator)));
+    std::filesystem::create_directories(
+        native(full.substr(0, full.rfind(kSeparator))));
     write_file(full, bytes);
     return full;
   }
   std::string folder(std::string_view name) const {
     const std::string full = path(name);
-    std::filesystem::create_directories(full);
+    std::filesystem::create_directories(native(full));
     return full;
   }
 

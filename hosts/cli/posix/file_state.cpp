@@ -6,6 +6,8 @@
 
 #include <filesystem>
 
+#include "paths.h"
+
 namespace zenfo::cli {
 namespace {
 
@@ -26,7 +28,7 @@ std::optional<FileState> state_of(const std::string& path) {
 
 std::string complete_path(const std::string& path) {
   if (path.starts_with('/')) return path;
-  return std::filesystem::absolute(path).string();
+  return narrow(std::filesystem::absolute(to_path(path)));
 }
 
 bool set_modified(const std::string& path, int64_t modified) {

@@ -4,6 +4,8 @@
 
 #include <filesystem>
 
+#include "paths.h"
+
 namespace zenfo::cli {
 namespace {
 
@@ -46,7 +48,7 @@ std::optional<FileState> state_of(const std::string& path) {
 }
 
 std::string complete_path(const std::string& path) {
-  return std::filesystem::absolute(path).string();
+  return narrow(std::filesystem::absolute(to_path(path)));
 }
 
 bool set_modified(const std::string& path, int64_t modified) {

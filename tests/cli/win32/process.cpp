@@ -38,6 +38,25 @@ HANDLE open_for_writing(const std::string& path) {
                      CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
+// What the processes started meanwhile take for the temporary folder.
+class TemporaryFolderVariable {
+ public:
+  explicit TemporaryFolderVariable(const std::string& folder) {
+    if (folder.empty()) return;
+    GetEnvironmentVariableW(kName, before_, MAX_PATH);
+    SetEnvironmentVariableW(kName, wide(folder).c_str());
+  }
+  ~TemporaryFolderVariable() {
+    if (before_[0] != 0) SetEnvironmentVariableW(kName, before_);
+  }
+  TemporaryFolderVariable(const TemporaryFolderVariable&) = delete;
+  TemporaryFolderVariable& operator=(const TemporaryFolderVariable&) = delete;
+
+ private:
+  static constexpr const wchar_t* kName = L"TMP";
+  wchar_t before_[MAX_PATH] = L"";
+};
+
 int run(const Start& start, HANDLE out, HANDLE err) {
   std::string line = quoted(ZENFO_PROGRAM);
   for (const std::string& argument : start.arguments) {
@@ -45,6 +64,7 @@ int run(const Start& start, HANDLE out, HANDLE err) {
   }
   std::wstring wide_line = wide(line);
   const std::wstring folder = wide(start.folder);
+  const TemporaryFolderVariable temporary_folder(start.temporary_folder);
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;

@@ -1,0 +1,35 @@
+// Between texts and what the system takes for paths, arguments and variables.
+//
+// Texts are those of the library: bytes on Linux; on Windows the program's
+// narrow character set, which its manifest makes UTF-8. There the standard
+// library and the C library would read them in a character set of their own
+// choice. So paths are made, files opened and variables read through these
+// alone.
+//
+// posix/paths.cpp and win32/paths.cpp are twins.
+//
+// Tested by tests/cli/paths_test.cpp
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace zenfo::cli {
+
+// Wide on Windows.
+using NativeText = std::filesystem::path::string_type;
+using NativeChar = std::filesystem::path::value_type;
+
+// What is no text of the character set becomes a path with marks of doubt.
+std::filesystem::path to_path(std::string_view text);
+// Of a path, too. to_path() gives back another one where the character set
+// lacks something.
+std::string narrow(const NativeText& native);
+// Null when it cannot be opened, as std::fopen().
+std::FILE* open_file(const std::string& path, const char* mode);
+// Empty for a variable that is not set.
+std::string environment(const char* name);
+
+}  // namespace zenfo::cli
