@@ -20,27 +20,24 @@ bool put_wide(const char* text) {
   return true;
 }
 
-// Marks a callback as running. What the host does inside it could call it again
-// without end, so it is not called while it runs.
+// A callback that runs. What the host does inside it may call it again, and so
+// on without end: it is called from inside itself once, not deeper.
 class Running {
  public:
-  explicit Running(bool& running) : running_(running), again_(running) {
-    running_ = true;
-  }
-  ~Running() { running_ = again_; }
+  explicit Running(int& depth) : depth_(depth) { ++depth_; }
+  ~Running() { --depth_; }
   Running(const Running&) = delete;
   Running& operator=(const Running&) = delete;
-  bool again() const { return again_; }
+  bool too_deep() const { return depth_ > 2; }
 
  private:
-  bool& running_;
-  const bool again_;
+  int& depth_;
 };
 
 // Process-wide, like the slots.
-bool interrupt_runs = false;
-bool report_runs = false;
-bool status_runs = false;
+int interrupt_depth = 0;
+int report_depth = 0;
+int status_depth = 0;
 
 std::string_view cut_to_buffer(std::string_view text) {
   return text.substr(0, platform::kWideBufferLength - 1);
@@ -92,30 +89,30 @@ int32_t cb_lng_report(ZenfoReportCallback callback, ProgressRecord* record) {
 
 int32_t interr(void* /*argument*/) {
   if (callbacks.interrupt == nullptr) return 0;
-  const Running running(interrupt_runs);
-  if (running.again()) return 0;
+  const Running running(interrupt_depth);
+  if (running.too_deep()) return 0;
   return cb_lng(callbacks.interrupt) != 0 ? 1 : 0;
 }
 
 int32_t report(ProgressRecord* record) {
   if (callbacks.report == nullptr || record == nullptr) return 0;
-  const Running running(report_runs);
-  if (running.again()) return 0;
+  const Running running(report_depth);
+  if (running.too_deep()) return 0;
   cb_lng_report(callbacks.report, record);
   return 1;
 }
 
 void send_status(std::string_view text) {
   if (callbacks.status == nullptr) return;
-  const Running running(status_runs);
-  if (running.again()) return;
+  const Running running(status_depth);
+  if (running.too_deep()) return;
   cb_lng_str(callbacks.status, std::string(cut_to_buffer(text)).c_str());
 }
 
 void send_status(std::string_view text, std::string_view path) {
   if (callbacks.status == nullptr) return;
-  const Running running(status_runs);
-  if (running.again()) return;
+  const Running running(status_depth);
+  if (running.too_deep()) return;
   std::string whole;
   whole.reserve(text.size() + 1 + path.size());
   whole += text;

@@ -34,8 +34,8 @@ int32_t cb_lng_str_lng(ZenfoOptionCallback callback, const char* text,
 int32_t cb_lng_lng(int32_t(ZENFO_CALL* callback)(int32_t), int32_t number);
 int32_t cb_lng_report(ZenfoReportCallback callback, ProgressRecord* record);
 
-// The hooks and the status below do not call a callback from inside itself:
-// what the host does there could call it again without end.
+// The hooks and the status below call a callback from inside itself once, not
+// deeper: what the host does there could call it again without end.
 
 // The interrupt hook: 1 when the host asks to stop, else 0. Its argument is
 // ignored.
