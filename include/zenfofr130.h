@@ -635,6 +635,11 @@ ZENFO_API int32_t ZENFO_CALL FindExcludedArea(int32_t case_flag,
  *   expand        non-zero: caret names in the replacement become control
  *                 characters
  *
+ * A file that another program changed, replaced or removed after it was loaded
+ * is not touched: it is skipped in the same way, with the message "PATH was
+ * changed meanwhile. File has been skipped". So is a file that another run is
+ * rewriting at that moment.
+ *
  * The question's number is 2. Empty files count as files that cannot be loaded.
  * The _f summaries read "path, found 3, replaced 3".
  *

@@ -139,6 +139,7 @@ int32_t FileContent::load(const char* path, platform::NearbyFolder* nearby) {
         facts.size == 0;
     return empty && platform::is_file(path) ? 0 : -1;
   }
+  version_known_ = versions_wanted_ && file.version(version_);
   if (!buffer_.reserve(kBlock + 1, 0)) return -1;
   data_ = buffer_.data();
   const int64_t got = file.read(data_, kBlock);

@@ -32,6 +32,15 @@ class FileContent {
   // large ones are allowed. What others write to them meanwhile may be seen.
   void allow_views() { views_allowed_ = true; }
 
+  // For files that are rewritten later: each is asked for its version before it
+  // is read.
+  void note_versions() { versions_wanted_ = true; }
+  // Of the file loaded last, before it was read; null where the system does not
+  // say.
+  const platform::FileVersion* version() const {
+    return version_known_ ? &version_ : nullptr;
+  }
+
   // Throttled call of the interrupt hook; non-zero means stop. Intended: with
   // `every` 1 the hook is asked on every second call, counted across all
   // files and operations.
@@ -77,6 +86,9 @@ class FileContent {
   platform::FileView view_;
   char* data_ = nullptr;  // in the buffer or the view
   bool views_allowed_ = false;
+  bool versions_wanted_ = false;
+  bool version_known_ = false;
+  platform::FileVersion version_;
   bool loaded_ = false;  // false for an empty file too
   uint32_t length_ = 0;
   uint64_t file_size_ = 0;

@@ -51,6 +51,18 @@ struct FileFacts {
   uint64_t write_time = 0;
 };
 
+// Tells whether a file is the one that was looked at before, and as it was
+// then: every write changes the time, as finely as the file system keeps it.
+// The numbers mean something in comparison only.
+struct FileVersion {
+  uint64_t volume = 0;
+  uint64_t number = 0;  // of the file on its volume
+  uint64_t size = 0;
+  uint64_t write_time = 0;
+
+  bool operator==(const FileVersion&) const = default;
+};
+
 // Remembers the folder of the path asked last, so that a walk over entries of
 // one folder resolves only their bare names. Lives for one walk: a folder that
 // is renamed meanwhile is still read under its old name.
@@ -129,6 +141,8 @@ class InputFile {
   int64_t read(void* buffer, size_t size);
   // Size in bytes now; -1 on failure, or when it is no ordinary file.
   int64_t size();
+  // False when the system does not say, or when it is no ordinary file.
+  bool version(FileVersion& version) const;
   void close();
   bool is_open() const { return handle_ != kNone; }
 
@@ -144,6 +158,13 @@ enum class OutputMode {
   kOverwrite,  // write from the start, keep what lies behind (see set_end)
 };
 
+// What came of opening a file that was looked at before.
+enum class Opened {
+  kOpen,
+  kFailed,
+  kChanged,  // another file, changed since, gone, or being rewritten by a run
+};
+
 // A file opened for binary writing, unbuffered.
 class OutputFile {
  public:
@@ -154,6 +175,11 @@ class OutputFile {
 
   // Creates the file when missing; false leaves nothing open.
   bool open(const char* path, OutputMode mode);
+  // Opens an existing file to write it over from its start (kOverwrite), if it
+  // is of the version expected. What does not open is not touched. While it is
+  // open, no other process can open it in this way, where the system can see to
+  // that.
+  Opened open_unchanged(const char* path, const FileVersion& expected);
   // All bytes, or false with some of them written.
   bool write(const void* data, size_t size);
   // Cuts the file behind the bytes written so far. For kOverwrite; the other
@@ -175,7 +201,9 @@ class OutputFile {
 // `to` when it exists. False when the copy is not complete; natively no part of
 // it is left then, nor the old content. A file is never copied onto itself, and
 // natively nothing but ordinary files onto such; these leave both alone.
-bool copy_file(const char* from, const char* to);
+// `version`, when not null, becomes that of `from` before it was read.
+bool copy_file(const char* from, const char* to,
+               FileVersion* version = nullptr);
 bool delete_file(const char* path);
 // Cuts an existing file to its first `size` bytes.
 bool cut_file(const char* path, uint64_t size);

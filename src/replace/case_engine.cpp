@@ -16,11 +16,14 @@ char changed(char c, bool upper) {
 
 }  // namespace
 
-int32_t change_case(PatternContext& context, const char* path, bool upper) {
-  if (path == nullptr || *path == '\0' || context.text_length() == 0) return -1;
+int32_t change_case(PatternContext& context, const Destination& destination,
+                    bool upper) {
+  if (destination.path == nullptr || *destination.path == '\0' ||
+      context.text_length() == 0)
+    return -1;
   std::string copy;
   return Rewriter(context, {context.text(), context.text_length()})
-      .write(path,
+      .write(destination,
              [&](OutFile& file, const MatchRecord&, std::string_view matched) {
                copy = matched;
                const auto end = std::find(copy.begin(), copy.end(), '\0');

@@ -9,12 +9,14 @@
 #include <cstdint>
 
 #include "pattern/context.h"
+#include "replace/rewriter.h"
 
 namespace zenfo {
 
 // Turns a-z to upper case (or A-Z to lower case), no other byte. Answers the
 // number of matches changed; -1 for no path, no text, a file that cannot be
 // written, or an interrupt.
-int32_t change_case(PatternContext& context, const char* path, bool upper);
+int32_t change_case(PatternContext& context, const Destination& destination,
+                    bool upper);
 
 }  // namespace zenfo

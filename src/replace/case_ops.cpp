@@ -13,8 +13,8 @@ class CaseRun : public ReplaceRun {
       : ReplaceRun(library, options, safe_store), upper_(upper) {}
 
  protected:
-  int32_t rewrite(const char* path) override {
-    return change_case(context(), path, upper_);
+  int32_t rewrite(const Destination& file) override {
+    return change_case(context(), file, upper_);
   }
   Phase phase() const override { return Phase::kChangingCase; }
   // The flag of the copy tells how many matches were changed.

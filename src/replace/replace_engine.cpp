@@ -19,16 +19,16 @@ std::string expanded(const PatternContext& context, std::string_view text,
 
 // Writes the file with what `replacement(match)` answers for each match.
 template <class Replacement>
-int32_t rewrite(PatternContext& context, const char* path, EditMode mode,
-                Replacement replacement) {
-  if (is_missing(path) || context.text_length() == 0 ||
+int32_t rewrite(PatternContext& context, const Destination& destination,
+                EditMode mode, Replacement replacement) {
+  if (is_missing(destination.path) || context.text_length() == 0 ||
       is_missing(context.text())) {
     return -1;
   }
   return Rewriter(context, {context.text(), context.text_length()},
                   Rewriter::Until::kNul)
-      .write(path, [&](OutFile& file, const MatchRecord& match,
-                       std::string_view matched) {
+      .write(destination, [&](OutFile& file, const MatchRecord& match,
+                              std::string_view matched) {
         const std::string_view inserted = replacement(match);
         if (mode == EditMode::kInsertAfter) file.write(matched);
         file.write(inserted);
@@ -54,15 +54,17 @@ EditMode edit_mode(int32_t number) {
   return number == 2 ? EditMode::kInsertAfter : EditMode::kReplace;
 }
 
-int32_t replace_with_text(PatternContext& context, const char* path,
+int32_t replace_with_text(PatternContext& context,
+                          const Destination& destination,
                           std::string_view replacement, EditMode mode,
                           bool expand) {
   const std::string text = expanded(context, replacement, expand);
-  return rewrite(context, path, mode,
+  return rewrite(context, destination, mode,
                  [&](const MatchRecord&) { return std::string_view(text); });
 }
 
-int32_t replace_with_numbers(PatternContext& context, const char* path,
+int32_t replace_with_numbers(PatternContext& context,
+                             const Destination& destination,
                              std::string_view replacement,
                              std::string_view placeholder,
                              RunningNumber& number, EditMode mode,
@@ -70,15 +72,15 @@ int32_t replace_with_numbers(PatternContext& context, const char* path,
   if (replacement.empty() || placeholder.empty()) return -1;
   const std::string text = expanded(context, replacement, expand);
   std::string numbered;
-  return rewrite(context, path, mode, [&](const MatchRecord&) {
+  return rewrite(context, destination, mode, [&](const MatchRecord&) {
     insert_number(text, placeholder, std::to_string(number.take()), numbered);
     return std::string_view(numbered);
   });
 }
 
-int32_t replace_with_records(PatternContext& context, const char* path,
-                             EditMode mode) {
-  return rewrite(context, path, mode, [&](const MatchRecord& match) {
+int32_t replace_with_records(PatternContext& context,
+                             const Destination& destination, EditMode mode) {
+  return rewrite(context, destination, mode, [&](const MatchRecord& match) {
     return std::string_view(
         match.replacement() != nullptr ? match.replacement() : "",
         match.replacement_length());

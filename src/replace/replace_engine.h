@@ -14,6 +14,7 @@
 
 #include "containers/item_list.h"
 #include "pattern/context.h"
+#include "replace/rewriter.h"
 
 namespace zenfo {
 
@@ -37,22 +38,24 @@ class RunningNumber {
   int32_t step_;
 };
 
-// All write the file at `path` and answer the number of matches written, or
+// All write the destination and answer the number of matches written, or
 // -1: no path, an empty text, a file that cannot be written, an interrupt.
 
 // The same text for every selected match; null or empty for none.
-int32_t replace_with_text(PatternContext& context, const char* path,
+int32_t replace_with_text(PatternContext& context,
+                          const Destination& destination,
                           std::string_view replacement, EditMode mode,
                           bool expand);
 // The text with every placeholder replaced by a number that grows from match to
 // match. -1 also for an empty text or placeholder.
-int32_t replace_with_numbers(PatternContext& context, const char* path,
+int32_t replace_with_numbers(PatternContext& context,
+                             const Destination& destination,
                              std::string_view replacement,
                              std::string_view placeholder,
                              RunningNumber& number, EditMode mode, bool expand);
 // Each match's own replacement, as the next two prepare them.
-int32_t replace_with_records(PatternContext& context, const char* path,
-                             EditMode mode);
+int32_t replace_with_records(PatternContext& context,
+                             const Destination& destination, EditMode mode);
 
 // Value i of a list of replace values goes to match i; matches without a value
 // are deselected, their flag 0. 1, or -1 for a record that is no match or no

@@ -54,7 +54,7 @@ class BlockRun final : public ReplaceRun {
 
  protected:
   Step prepare_matches() override;
-  int32_t rewrite(const char* path) override;
+  int32_t rewrite(const Destination& file) override;
   Phase phase() const override;
 
  private:
@@ -91,14 +91,14 @@ Step BlockRun::take_pattern_matches() {
   return set == 1 ? Step::kGoOn : Step::kFailed;
 }
 
-int32_t BlockRun::rewrite(const char* path) {
+int32_t BlockRun::rewrite(const Destination& file) {
   if (replacement_.use_list != 0 || replacement_.use_pattern != 0) {
-    return replace_with_records(context(), path, mode_);
+    return replace_with_records(context(), file, mode_);
   }
   const std::string_view text = view(replacement_.text);
   const bool expand = replacement_.expand != 0;
-  if (!numbers_) return replace_with_text(context(), path, text, mode_, expand);
-  return replace_with_numbers(context(), path, text, numbers_->placeholder(),
+  if (!numbers_) return replace_with_text(context(), file, text, mode_, expand);
+  return replace_with_numbers(context(), file, text, numbers_->placeholder(),
                               numbers_->for_next_file(), mode_, expand);
 }
 
@@ -131,14 +131,14 @@ class StringRun final : public ReplaceRun {
   Searches& searches() { return searches_of_pairs_; }
 
  protected:
-  int32_t rewrite(const char* path) override {
+  int32_t rewrite(const Destination& file) override {
     const std::string_view text =
         up_to_nul(searches_of_pairs_.replacement().view());
     if (!numbers_) {
-      return replace_with_text(context(), path, text, EditMode::kReplace,
+      return replace_with_text(context(), file, text, EditMode::kReplace,
                                expand_);
     }
-    return replace_with_numbers(context(), path, text, numbers_->placeholder(),
+    return replace_with_numbers(context(), file, text, numbers_->placeholder(),
                                 numbers_->for_next_file(), EditMode::kReplace,
                                 expand_);
   }

@@ -75,11 +75,18 @@ Step ReplaceRun::take(FileInHand& file) {
   file.found += selected;
   if (searches_->single()) results_->counted(file);
   if (selected == 0) return Step::kGoOn;
-  if (safe_store_ && !store(file)) return leave_unsaved(file);
+  const Stored stored = store(file);
+  if (stored == Stored::kFailed) return leave_unstored(file);
+  if (stored == Stored::kChanged) return leave_changed(file);
   announce(phase(), file);
+  platform::Opened opened = platform::Opened::kFailed;
+  const Destination destination(file.path.c_str(), content_.version(), &opened);
   // A fault while writing ends the run without a record of its own.
-  const int32_t count =
-      unlogged(-1, [&] { return rewrite(file.path.c_str()); });
+  const int32_t count = unlogged(-1, [&] { return rewrite(destination); });
+  if (opened == platform::Opened::kChanged) {
+    if (stored == Stored::kNow) take_back();
+    return leave_changed(file);
+  }
   if (count < 0) return Step::kFailed;
   content_stale_ = true;
   file.changed += static_cast<uint32_t>(count);
@@ -87,21 +94,45 @@ Step ReplaceRun::take(FileInHand& file) {
   return rewritten(file);
 }
 
-bool ReplaceRun::store(const FileInHand& file) {
-  const std::string key = platform::file_key(file.path.c_str());
-  if (stored_.contains(key)) return true;
-  if (library_.safe_store->store_safe_copy(file.path.c_str()) != 1) {
-    return false;
+ReplaceRun::Stored ReplaceRun::store(const FileInHand& file) {
+  if (!safe_store_) return Stored::kNotWanted;
+  const char* path = file.path.c_str();
+  const std::string key = platform::file_key(path);
+  if (stored_.contains(key)) return Stored::kBefore;
+  SafeStore& store = *library_.safe_store;
+  platform::FileVersion copied;
+  if (store.store_safe_copy(path, &copied) != 1) return Stored::kFailed;
+  if (content_.version() != nullptr && copied != *content_.version()) {
+    store.take_back_safe_copy();
+    return Stored::kChanged;
   }
   stored_.insert(key);
-  return true;
+  last_stored_ = key;
+  return Stored::kNow;
 }
 
-Step ReplaceRun::leave_unsaved(FileInHand& file) {
+void ReplaceRun::take_back() {
+  library_.safe_store->take_back_safe_copy();
+  stored_.erase(last_stored_);
+}
+
+Step ReplaceRun::leave_unstored(FileInHand& file) {
   log(("Error safe storing file " + std::string(file.path.view()) +
        ". File has been skipped")
           .c_str(),
       "Error saving file for undo purpose");
+  return leave(file);
+}
+
+Step ReplaceRun::leave_changed(FileInHand& file) {
+  log((std::string(file.path.view()) +
+       " was changed meanwhile. File has been skipped")
+          .c_str(),
+      "Error writing file");
+  return leave(file);
+}
+
+Step ReplaceRun::leave(FileInHand& file) {
   results_->unsaved(file);
   file.recorded = true;
   skip_rest_ = true;

@@ -5,8 +5,13 @@
 // last run can be undone. A file gets one safe copy a run, before it is first
 // rewritten: a second one would hold the changed text.
 //
+// A file that somebody else has changed since it was loaded is left alone: the
+// matches are not those of its text any more. It is looked at before its safe
+// copy counts, and again before its first byte is written.
+//
 // Tested by tests/contract/replace_run_test.cpp,
-// tests/contract/replace_safety_test.cpp
+// tests/contract/replace_safety_test.cpp,
+// tests/contract/replace_changed_test.cpp
 #pragma once
 
 #include <cstdint>
@@ -14,6 +19,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "replace/rewriter.h"
 #include "search/file_run.h"
 
 namespace zenfo {
@@ -49,7 +55,7 @@ class ReplaceRun : public FileRun {
 
  protected:
   // Rewrites the file in hand: the number of matches written, or -1.
-  virtual int32_t rewrite(const char* path) = 0;
+  virtual int32_t rewrite(const Destination& file) = 0;
   virtual Phase phase() const = 0;
   // After a file was rewritten.
   virtual Step rewritten(FileInHand&) { return Step::kGoOn; }
@@ -62,12 +68,18 @@ class ReplaceRun : public FileRun {
   int32_t question_number() const override { return 2; }
 
  private:
-  bool store(const FileInHand& file);
-  Step leave_unsaved(FileInHand& file);
+  enum class Stored { kNow, kBefore, kNotWanted, kFailed, kChanged };
+
+  Stored store(const FileInHand& file);
+  void take_back();
+  Step leave_unstored(FileInHand& file);
+  Step leave_changed(FileInHand& file);
+  Step leave(FileInHand& file);
 
   bool safe_store_;
   std::vector<std::string> open_files_;     // of the run itself
   std::unordered_set<std::string> stored_;  // keys of the files
+  std::string last_stored_;                 // the key of the last one
   bool content_stale_ = false;  // the file was rewritten since it was loaded
   bool skip_rest_ = false;      // of the searches of the file in hand
 };

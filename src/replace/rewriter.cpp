@@ -4,6 +4,16 @@
 
 namespace zenfo {
 
+bool Rewriter::open(const Destination& destination) {
+  if (destination.loaded == nullptr) {
+    return file_.open(destination.path, platform::OutputMode::kOverwrite,
+                      OutFile::LineEnds::kRaw);
+  }
+  *destination.opened =
+      file_.open_unchanged(destination.path, *destination.loaded);
+  return *destination.opened == platform::Opened::kOpen;
+}
+
 void Rewriter::report(uint32_t position) {
   context_.ReportProgress(position, context_.matches.Count());
   next_report_ = PatternContext::next_report(context_.matches.Count());

@@ -18,6 +18,21 @@
 
 namespace zenfo {
 
+// The file that a rewritten text goes to.
+struct Destination {
+  // Whatever stands at that path is written over.
+  Destination(const char* file) : path(file) {}
+  // Only while it is of the version loaded, if that is known. Tells in `result`
+  // how it opened.
+  Destination(const char* file, const platform::FileVersion* version,
+              platform::Opened* result)
+      : path(file), loaded(version), opened(result) {}
+
+  const char* path;
+  const platform::FileVersion* loaded = nullptr;
+  platform::Opened* opened = nullptr;
+};
+
 class Rewriter {
  public:
   enum class Until { kEnd, kNul };
@@ -36,13 +51,10 @@ class Rewriter {
   // opened or written, the host interrupts, or a record is no match. A file
   // that was opened is then left as far as it was written.
   template <class Put>
-  int32_t write(const char* path, Put put);
+  int32_t write(const Destination& destination, Put put);
 
  private:
-  bool open(const char* path) {
-    return file_.open(path, platform::OutputMode::kOverwrite,
-                      OutFile::LineEnds::kRaw);
-  }
+  bool open(const Destination& destination);
   // The next selected match; null at the end or on failure.
   const MatchRecord* next_match();
   void report(uint32_t position);
@@ -62,10 +74,10 @@ class Rewriter {
 };
 
 template <class Put>
-int32_t Rewriter::write(const char* path, Put put) {
+int32_t Rewriter::write(const Destination& destination, Put put) {
   // Before the file is opened: a lack of memory here leaves it whole.
   file_.expect(text_.size());
-  if (!open(path)) return -1;
+  if (!open(destination)) return -1;
   int32_t count = 0;
   context_.ReportProgress(0, context_.matches.Count());
   while (const MatchRecord* match = next_match()) {

@@ -88,7 +88,11 @@ FileRun::FileRun(Library& library, const RunOptions& options)
     : library_(library), options_(options), ask_(options.ask_user != 0) {
   content_.set_interrupt_hook(interr);
   content_.set_progress_hook(report);
-  if (!options.rewrites) content_.allow_views();
+  if (options.rewrites) {
+    content_.note_versions();
+  } else {
+    content_.allow_views();
+  }
   refresh_byte_tables();
 }
 

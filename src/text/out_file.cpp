@@ -22,6 +22,15 @@ bool OutFile::open(const char* path, platform::OutputMode mode,
   return file_.open(path, mode);
 }
 
+platform::Opened OutFile::open_unchanged(
+    const char* path, const platform::FileVersion& expected) {
+  close();
+  line_ends_ = LineEnds::kRaw;
+  cut_at_end_ = true;
+  failed_ = false;
+  return file_.open_unchanged(path, expected);
+}
+
 bool OutFile::write_elsewhere(std::string_view piece) {
   if (!is_open() || failed_) return false;
   return line_ends_ == LineEnds::kRaw ? write_raw(piece)

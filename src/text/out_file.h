@@ -31,6 +31,10 @@ class OutFile {
 
   // Opens a file, closing the one before. False leaves nothing open.
   bool open(const char* path, platform::OutputMode mode, LineEnds line_ends);
+  // Opens a file that was looked at before, to write it over with bytes as
+  // given, if it is still of that version; closes the file before.
+  platform::Opened open_unchanged(const char* path,
+                                  const platform::FileVersion& expected);
   bool is_open() const { return file_.is_open(); }
 
   // Takes room for so many bytes to come, as far as they are gathered: one

@@ -208,14 +208,15 @@ std::string SafeStore::next_copy_path(std::string_view name) {
   }
 }
 
-int32_t SafeStore::store_safe_copy(const char* path) {
+int32_t SafeStore::store_safe_copy(const char* path,
+                                   platform::FileVersion* version) {
   if (path == nullptr || *path == '\0' || folder().empty()) return -1;
   if (!platform::is_file(path)) return -1;
   const std::string_view original(path);
   const size_t last = original.rfind(kPathSeparator);
   const std::string copy = next_copy_path(
       original.substr(last == std::string_view::npos ? 0 : last + 1));
-  if (!platform::copy_file(path, copy.c_str())) return -1;
+  if (!platform::copy_file(path, copy.c_str(), version)) return -1;
   ++copies_;
   auto record = std::make_unique<UndoRecord>(
       SharedText(original), SharedText(copy), SharedText(time_text()));
@@ -225,11 +226,24 @@ int32_t SafeStore::store_safe_copy(const char* path) {
   return 1;
 }
 
+// In the order in which a kill in between leaves a record whose copy is there.
+void SafeStore::take_back_safe_copy() {
+  const uint32_t count = undo_list.Count();
+  if (count == 0) return;
+  const auto* record = record_cast<UndoRecord>(undo_list.Get(count - 1));
+  if (record == nullptr) return;
+  const std::string copy(record->safe_copy.view());
+  if (!platform::cut_file(undo_file_.c_str(), lines_before_)) return;
+  platform::delete_file(copy.c_str());
+  undo_list.RemoveAt(count - 1);
+}
+
 // A line that cannot be written whole is taken back, or it would spoil the
 // next one.
 bool SafeStore::append_record(const UndoRecord& record) {
   platform::FileFacts before;
   platform::read_file_facts(undo_file_.c_str(), before);
+  lines_before_ = before.size;
   OutFile file;
   if (!file.open(undo_file_.c_str(), platform::OutputMode::kAppend,
                  OutFile::LineEnds::kExpand)) {
@@ -237,7 +251,7 @@ bool SafeStore::append_record(const UndoRecord& record) {
   }
   write_line(file, record, "\n");
   if (file.close()) return true;
-  platform::cut_file(undo_file_.c_str(), before.size);
+  platform::cut_file(undo_file_.c_str(), lines_before_);
   return false;
 }
 

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "containers/item_list.h"
+#include "platform/files.h"
 #include "text/out_file.h"
 #include "undo/undo_record.h"
 
@@ -36,8 +37,13 @@ class SafeStore {
   // The open files stay out of the store until the next run.
   int32_t start_safe_store_run(std::vector<std::string> open_files);
   // Copies a file into the store and records it, on disk and in the list. 1
-  // only when the copy and its line are complete; else -1.
-  int32_t store_safe_copy(const char* path);
+  // only when the copy and its line are complete; else -1. `version`, when not
+  // null, becomes that of the file before it was copied.
+  int32_t store_safe_copy(const char* path,
+                          platform::FileVersion* version = nullptr);
+  // Takes the copy stored last back, with its line and its record: the file is
+  // not to be changed after all.
+  void take_back_safe_copy();
 
   // Replaces the list by what the undo list file holds: the number of records,
   // 0 without such a file, -1 when none is named.
@@ -69,8 +75,9 @@ class SafeStore {
   bool report_unrestored(const std::string& error_file,
                          const UndoRecord& record);
 
-  std::string undo_file_;  // empty: none
-  uint32_t copies_ = 0;    // of this run; part of the copies' names
+  std::string undo_file_;      // empty: none
+  uint64_t lines_before_ = 0;  // bytes of it in front of the line written last
+  uint32_t copies_ = 0;        // of this run; part of the copies' names
   std::vector<std::string> open_files_;  // by the run: list and summary
 };
 

@@ -9,6 +9,7 @@
 
 #include "platform/files.h"
 #include "platform/posix/descriptor.h"
+#include "platform/posix/version.h"
 
 namespace zenfo::platform {
 namespace {
@@ -87,13 +88,14 @@ void discard(int to_file, const struct stat& target, const char* to) {
 
 }  // namespace
 
-bool copy_file(const char* from, const char* to) {
+bool copy_file(const char* from, const char* to, FileVersion* version) {
   const Descriptor source_file(open(from, O_RDONLY | kOpenFlags));
   struct stat source;
   if (!source_file.is_open() || fstat(source_file.get(), &source) != 0 ||
       !S_ISREG(source.st_mode)) {
     return false;
   }
+  if (version != nullptr) *version = version_of(source);
   Descriptor target_file(open(to, O_WRONLY | O_CREAT | kOpenFlags,
                               (source.st_mode & 0777) | 0200));
   struct stat target;

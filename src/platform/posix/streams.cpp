@@ -4,6 +4,7 @@
 // Tested by tests/unit/platform/streams_test.cpp,
 // tests/unit/platform/posix_streams_test.cpp
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +12,7 @@
 
 #include "platform/files.h"
 #include "platform/posix/nearby_folder.h"
+#include "platform/posix/version.h"
 
 namespace zenfo::platform {
 namespace {
@@ -38,6 +40,14 @@ bool wait_from_now_on(int descriptor) {
   const int flags = fcntl(descriptor, F_GETFL);
   if (flags < 0 || (flags & O_NONBLOCK) == 0) return false;
   return fcntl(descriptor, F_SETFL, flags & ~O_NONBLOCK) == 0;
+}
+
+// The lock goes with the descriptor. File systems without locks, and those who
+// do not ask for them, are left to the comparison of versions.
+bool is_locked_by_others(int descriptor) {
+  return uninterrupted([&] { return flock(descriptor, LOCK_EX | LOCK_NB); }) !=
+             0 &&
+         errno == EWOULDBLOCK;
 }
 
 ssize_t write_some(int descriptor, const char* data, size_t size) {
@@ -85,6 +95,10 @@ int64_t InputFile::size() {
   return S_ISREG(found.st_mode) ? static_cast<int64_t>(found.st_size) : -1;
 }
 
+bool InputFile::version(FileVersion& version) const {
+  return read_version(static_cast<int>(handle_), version);
+}
+
 void InputFile::close() {
   if (is_open()) ::close(static_cast<int>(handle_));
   handle_ = kNone;
@@ -96,6 +110,24 @@ bool OutputFile::open(const char* path, OutputMode mode) {
   handle_ = uninterrupted([&] { return ::open(path, flags, 0666); });
   mode_ = mode;
   return is_open();
+}
+
+Opened OutputFile::open_unchanged(const char* path,
+                                  const FileVersion& expected) {
+  close();
+  Descriptor file(
+      uninterrupted([&] { return ::open(path, O_WRONLY | kOpenFlags); }));
+  if (!file.is_open()) {
+    return errno == ENOENT ? Opened::kChanged : Opened::kFailed;
+  }
+  FileVersion now;
+  if (is_locked_by_others(file.get()) || !read_version(file.get(), now) ||
+      now != expected) {
+    return Opened::kChanged;
+  }
+  handle_ = file.release();
+  mode_ = OutputMode::kOverwrite;
+  return Opened::kOpen;
 }
 
 bool OutputFile::write(const void* data, size_t size) {

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "platform/win32/system.h"
+#include "platform/win32/version.h"
 
 namespace zenfo::platform {
 namespace {
@@ -19,8 +20,6 @@ static_assert(kAttributeDirectory == FILE_ATTRIBUTE_DIRECTORY);
 static_assert(kAttributeArchive == FILE_ATTRIBUTE_ARCHIVE);
 static_assert(kAttributeNormal == FILE_ATTRIBUTE_NORMAL);
 static_assert(kAttributeCompressed == FILE_ATTRIBUTE_COMPRESSED);
-
-uint64_t joined(DWORD high, DWORD low) { return uint64_t{high} << 32 | low; }
 
 uint64_t to_number(const FILETIME& time) {
   return joined(time.dwHighDateTime, time.dwLowDateTime);
@@ -69,7 +68,11 @@ bool exists(const char* path) {
   return true;
 }
 
-bool copy_file(const char* from, const char* to) {
+bool copy_file(const char* from, const char* to, FileVersion* version) {
+  InputFile source;
+  if (version != nullptr && (!source.open(from) || !source.version(*version))) {
+    return false;
+  }
   return CopyFileA(from, to, FALSE) != 0;
 }
 

@@ -6,6 +6,7 @@
 
 #include "platform/files.h"
 #include "platform/win32/system.h"
+#include "platform/win32/version.h"
 
 namespace zenfo::platform {
 namespace {
@@ -32,6 +33,16 @@ constexpr Access access_of(OutputMode mode) {
       break;
   }
   return {GENERIC_WRITE, OPEN_ALWAYS};
+}
+
+// Locks one byte far behind every content, which keeps nobody but another run
+// from the file. The lock goes with the handle. False when a run has it.
+bool lock(HANDLE file) {
+  OVERLAPPED place{};
+  place.OffsetHigh = 0x40000000;
+  return LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY,
+                    0, 1, 0, &place) != 0 ||
+         GetLastError() != ERROR_LOCK_VIOLATION;
 }
 
 }  // namespace
@@ -71,6 +82,10 @@ int64_t InputFile::size() {
   return size.QuadPart;
 }
 
+bool InputFile::version(FileVersion& version) const {
+  return read_version(to_handle(handle_), version);
+}
+
 void InputFile::close() {
   if (is_open()) CloseHandle(to_handle(handle_));
   handle_ = kNone;
@@ -84,6 +99,30 @@ bool OutputFile::open(const char* path, OutputMode mode) {
                                   nullptr));
   mode_ = mode;
   return is_open();
+}
+
+Opened OutputFile::open_unchanged(const char* path,
+                                  const FileVersion& expected) {
+  close();
+  const HANDLE file =
+      CreateFileA(path, GENERIC_READ | GENERIC_WRITE, kShared, nullptr,
+                  OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    return GetLastError() == ERROR_FILE_NOT_FOUND ? Opened::kChanged
+                                                  : Opened::kFailed;
+  }
+  handle_ = to_number(file);
+  mode_ = OutputMode::kOverwrite;
+  FileVersion now;
+  Opened opened = Opened::kOpen;
+  if (!lock(file) || !read_version(file, now) || now != expected) {
+    opened = Opened::kChanged;
+  } else if (SetEndOfFile(file) == 0) {
+    // Mapped by another program, which keeps it from being cut later as well.
+    opened = Opened::kFailed;
+  }
+  if (opened != Opened::kOpen) close();
+  return opened;
 }
 
 bool OutputFile::write(const void* data, size_t size) {
