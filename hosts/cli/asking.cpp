@@ -3,23 +3,12 @@
 #include <algorithm>
 #include <optional>
 
+#include "messages.h"
 #include "system.h"
+#include "visible.h"
 
 namespace zenfo::cli {
 namespace {
-
-// Control characters could do anything to a terminal.
-std::string printable(std::string_view text) {
-  std::string shown(text);
-  std::replace_if(
-      shown.begin(), shown.end(),
-      [](char c) {
-        const auto byte = static_cast<unsigned char>(c);
-        return (byte < 0x20 && c != '\t' && c != '\n') || byte == 0x7F;
-      },
-      '?');
-  return shown;
-}
 
 // "path:12: the line with the [match] marked".
 std::string question(std::string_view path, std::string_view text,
@@ -29,11 +18,11 @@ std::string question(std::string_view path, std::string_view text,
   const size_t start = start_of_line(text, from);
   const size_t end = to > from ? end_of_line(text, to - 1) : to;
   const auto part = [&](size_t first, size_t last) {
-    return printable(text.substr(first, last - first));
+    return visible_text(text.substr(first, last - first));
   };
-  return printable(path) + ':' + std::to_string(LineNumbers(text).at(from)) +
+  return visible_name(path) + ':' + std::to_string(LineNumbers(text).at(from)) +
          ": " + part(start, from) + ">>>" + part(from, to) + "<<<" +
-         printable(without_end(text.substr(to, end - to))) +
+         visible_text(without_end(text.substr(to, end - to))) +
          "\nTake it? yes, no, all, stop: ";
 }
 
@@ -45,7 +34,7 @@ bool Asking::take(std::string_view path, std::string_view text,
   if (all_) return true;
   std::string line = question(path, text, match);
   for (;;) {
-    system::write(system::Stream::kErrors, line);
+    say(line);
     const std::optional<std::string> answer = system::read_line();
     const char first = answer && !answer->empty() ? answer->front() : ' ';
     all_ = first == 'a';

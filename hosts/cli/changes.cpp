@@ -230,10 +230,9 @@ void confirm(const Targets& targets, const ChangeOptions& options) {
                   "them with --yes"};
   }
   if (options.ask) return;
-  system::write(system::Stream::kErrors,
-                counted(targets.matches(), "match", "matches") + " in " +
-                    counted(targets.all().size(), "file", "files") +
-                    " would be " + options.done + ". Go on? [y/N] ");
+  say(counted(targets.matches(), "match", "matches") + " in " +
+      counted(targets.all().size(), "file", "files") + " would be " +
+      options.done + ". Go on? [y/N] ");
   const std::optional<std::string> answer = system::read_line();
   if (system::stop_status() != 0) throw Stopped{};
   if (!answer || answer->empty() || (answer->front() | 0x20) != 'y') {

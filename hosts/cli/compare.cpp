@@ -141,11 +141,11 @@ class Writer {
  private:
   void write_file(const Side& side, std::string_view path) {
     if (form_.json) {
-      output_.put(json_file(side, path));
+      output_.put_json(json_file(side, path));
     } else {
       output_.put(side.mark);
       output_.put(' ');
-      output_.put(path);
+      output_.put_name(path);
     }
     output_.put(form_.null ? '\0' : '\n');
   }

@@ -147,7 +147,7 @@ void write_rows(const std::vector<Row>& rows, Output& output) {
       output.put(row.numbers[i]);
       output.put("  ");
     }
-    output.put(row.name);
+    output.put_name(row.name);
     output.put('\n');
   }
 }
@@ -157,7 +157,7 @@ void write_counts(const Counted& counted, const CountOptions& options,
   const bool with_total = counted.count > 1 || options.total;
   if (options.json) {
     for (const CountedFile& file : counted.files) {
-      output.put(json_object("path", file.path, file.sums) + '\n');
+      output.put_json(json_object("path", file.path, file.sums) + '\n');
     }
     if (with_total) {
       output.put(json_object("files", counted.count, counted.total) + '\n');

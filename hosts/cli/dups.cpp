@@ -149,12 +149,12 @@ class Writer {
 
   void write(const Group& paths) {
     if (form_.json) {
-      output_.put(json_group(paths) + '\n');
+      output_.put_json(json_group(paths) + '\n');
       return;
     }
     if (!form_.null && !first_) output_.put('\n');
     for (const std::string& path : paths) {
-      output_.put(path);
+      output_.put_name(path);
       output_.put(form_.null ? '\0' : '\n');
     }
     if (form_.null) output_.put('\0');

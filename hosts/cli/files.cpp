@@ -169,8 +169,10 @@ class Listing {
 
   // Most lists are one column, which aligns with nothing.
   void write_single(const Column& column) {
-    for_each_file(
-        [&](uint32_t index) { end(text(column, index).value_or("")); });
+    for_each_file([&](uint32_t index) {
+      output_.put_name(text(column, index).value_or(""));
+      end("");
+    });
   }
 
   void write_lines() {
@@ -193,7 +195,12 @@ class Listing {
   Cells cells_of(uint32_t index) {
     Cells cells;
     for (const Column* column : options_.columns) {
-      cells.emplace_back(text(*column, index));
+      const std::optional<std::string_view> bytes = text(*column, index);
+      if (bytes && !options_.form.json) {
+        cells.emplace_back(output_.shown_name(*bytes));
+      } else {
+        cells.emplace_back(bytes);
+      }
     }
     return cells;
   }
@@ -209,7 +216,11 @@ class Listing {
   }
 
   void end(std::string_view line) {
-    output_.put(line);
+    if (options_.form.json) {
+      output_.put_json(line);
+    } else {
+      output_.put(line);
+    }
     output_.put(options_.form.null ? '\0' : '\n');
   }
 

@@ -21,9 +21,11 @@ bool is_marked(size_t position, std::span<const Match> matches) {
   });
 }
 
-char shown(char byte) {
+// A terminal takes a byte of a longer character for none.
+char shown(char byte, bool on_terminal) {
   const auto value = static_cast<unsigned char>(byte);
-  return value < 32 || value == 127 ? '.' : byte;
+  const bool lone = on_terminal && value > 127;
+  return value < 32 || value == 127 || lone ? '.' : byte;
 }
 
 }  // namespace
@@ -32,7 +34,7 @@ void HexPrinter::print_file(std::string_view path, std::string_view text,
                             std::span<const Match> matches) {
   if (matches.empty()) return;
   if (paths_) {
-    output_.put(path);
+    output_.put_name(path);
     output_.put('\n');
   }
   size_t last_row = kNoRow;
@@ -68,16 +70,16 @@ void HexPrinter::print_row(std::string_view text, size_t start,
   }
   output_.put(std::string(3 * (kRow - row.size()) + 3, ' '));
   for (size_t i = 0; i < row.size(); ++i) {
-    const char character = shown(row[i]);
+    const char character = shown(row[i], output_.on_terminal());
     put_marked(is_marked(start + i, matches), {&character, 1});
   }
   output_.put('\n');
 }
 
 void HexPrinter::put_marked(bool marked, std::string_view text) {
-  if (marked && colours_) output_.put(kMatchColour);
+  if (marked && colours_) output_.put_bytes(kMatchColour);
   output_.put(text);
-  if (marked && colours_) output_.put(kPlainColour);
+  if (marked && colours_) output_.put_bytes(kPlainColour);
 }
 
 }  // namespace zenfo::cli

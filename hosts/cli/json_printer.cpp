@@ -133,12 +133,13 @@ class JsonPrinter::Walk : public LineVisitor {
   }
 
   void begin() {
-    output_.put("{\"type\":\"begin\",\"data\":{\"path\":" + path_ + "}}\n");
+    output_.put_json("{\"type\":\"begin\",\"data\":{\"path\":" + path_ +
+                     "}}\n");
   }
   Counts end() {
     const size_t zero = text_.find('\0');
     const bool binary = zero != std::string_view::npos;
-    output_.put(
+    output_.put_json(
         "{\"type\":\"end\",\"data\":{\"path\":" + path_ +
         ",\"binary_offset\":" + (binary ? std::to_string(zero) : "null") +
         ",\"stats\":{\"matched_lines\":" + std::to_string(counts_.lines) +
@@ -169,7 +170,7 @@ class JsonPrinter::Walk : public LineVisitor {
       line_ += ",\"end\":" + std::to_string(from + match.length) + '}';
     }
     line_ += "]}}\n";
-    output_.put(line_);
+    output_.put_json(line_);
   }
 
   Output& output_;
@@ -193,11 +194,11 @@ void JsonPrinter::print_file(std::string_view path, std::string_view text,
 }
 
 void JsonPrinter::print_summary(uint64_t files_searched) {
-  output_.put("{\"type\":\"summary\",\"data\":{\"stats\":{\"searches\":" +
-              std::to_string(files_searched) +
-              ",\"searches_with_match\":" + std::to_string(files_) +
-              ",\"matched_lines\":" + std::to_string(total_.lines) +
-              ",\"matches\":" + std::to_string(total_.matches) + "}}}\n");
+  output_.put_json("{\"type\":\"summary\",\"data\":{\"stats\":{\"searches\":" +
+                   std::to_string(files_searched) +
+                   ",\"searches_with_match\":" + std::to_string(files_) +
+                   ",\"matched_lines\":" + std::to_string(total_.lines) +
+                   ",\"matches\":" + std::to_string(total_.matches) + "}}}\n");
 }
 
 }  // namespace zenfo::cli

@@ -38,18 +38,24 @@ void put_marked(Output& output, std::string_view text, size_t start, size_t end,
     const size_t to = std::min(end_of(match), end);
     if (!colours || from >= to) continue;
     output.put(part(text, shown, from));
-    output.put(kMatchColour);
+    output.put_bytes(kMatchColour);
     output.put(part(text, from, to));
-    output.put(kPlainColour);
+    output.put_bytes(kPlainColour);
     shown = to;
   }
   if (shown < end) output.put(part(text, shown, end));
 }
 
 void LinePrinter::put(const char* colour, std::string_view text) {
-  if (form_.colours) output_.put(colour);
+  if (form_.colours) output_.put_bytes(colour);
   output_.put(text);
-  if (form_.colours) output_.put(kPlainColour);
+  if (form_.colours) output_.put_bytes(kPlainColour);
+}
+
+void LinePrinter::put_name(std::string_view path) {
+  if (form_.colours) output_.put_bytes(kPathColour);
+  output_.put_name(path);
+  if (form_.colours) output_.put_bytes(kPlainColour);
 }
 
 void LinePrinter::put_separator(char separator) {
@@ -58,7 +64,7 @@ void LinePrinter::put_separator(char separator) {
 
 void LinePrinter::put_path(std::string_view path, char separator) {
   if (!form_.paths) return;
-  put(kPathColour, path);
+  put_name(path);
   if (form_.null) {
     output_.put('\0');
   } else {
@@ -72,7 +78,7 @@ void LinePrinter::put_number(uint64_t number, char separator) {
 }
 
 void LinePrinter::print_path(std::string_view path) {
-  put(kPathColour, path);
+  put_name(path);
   output_.put(form_.null ? '\0' : '\n');
 }
 

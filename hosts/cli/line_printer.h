@@ -52,6 +52,7 @@ class LinePrinter {
   void print_text(std::string_view path, std::string_view text,
                   const std::vector<Block>& blocks);
   void put(const char* colour, std::string_view text);
+  void put_name(std::string_view path);
   void put_path(std::string_view path, char separator);
   void put_number(uint64_t number, char separator);
   void put_separator(char separator);

@@ -60,7 +60,10 @@ constexpr std::string_view kHelpEnd =
     "is\n"
     "compared differs, 2 after an error, 130 when the command was stopped, "
     "and\n"
-    "141 when its output was not read to the end.\n";
+    "141 when its output was not read to the end.\n"
+    "\n"
+    "On a terminal, control characters in names and text are shown as digits,\n"
+    "as \\x1b. Into pipes and files all bytes go as they are.\n";
 
 const Command& find_command(std::string_view name) {
   for (const Command& command : kCommands) {

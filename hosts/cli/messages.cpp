@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "progress.h"
 #include "system.h"
+#include "visible.h"
 
 namespace zenfo::cli {
 namespace {
@@ -26,11 +28,16 @@ void remark(std::string_view subject, std::string_view reason) {
     line += subject.size() > kLongestSubject ? "...: " : ": ";
   }
   line += reason;
+  if (system::is_terminal(system::Stream::kErrors)) line = visible_name(line);
   std::replace_if(
       line.begin(), line.end(), [](char c) { return c == '\n' || c == '\r'; },
       '?');
-  line += '\n';
-  system::write(system::Stream::kErrors, line);
+  say(line + '\n');
+}
+
+void say(std::string_view text) {
+  erase_progress();
+  system::write(system::Stream::kErrors, text);
 }
 
 bool complained() { return any_complaint; }

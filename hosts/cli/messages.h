@@ -28,10 +28,13 @@ struct Failure {
 struct Stopped {};
 
 // Line feeds inside the subject are shown as "?", so that a message stays one
-// line; a subject too long for a path is cut, an empty one left out.
+// line; on a terminal all control characters are shown, as visible.h tells. A
+// subject too long for a path is cut, an empty one left out.
 void complain(std::string_view subject, std::string_view reason);
 // The same for what is worth telling but no error.
 void remark(std::string_view subject, std::string_view reason);
+// Writes a question, or any other text for people, to the error stream.
+void say(std::string_view text);
 // Whether there was a complaint since the program began.
 bool complained();
 

@@ -101,7 +101,7 @@ class Comparison {
   }
 
   void put_line(size_t number, char sign, std::string_view line) {
-    output_.put(path_);
+    output_.put_name(path_);
     output_.put(':' + std::to_string(number) + ':');
     output_.put(sign);
     output_.put(line);

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "system.h"
+#include "visible.h"
 
 namespace zenfo::cli {
 namespace {
@@ -11,6 +12,8 @@ namespace {
 constexpr auto kFirstDrawing = std::chrono::milliseconds(300);
 constexpr auto kBetweenDrawings = std::chrono::milliseconds(100);
 constexpr size_t kBarWidth = 24;
+
+Progress* drawn_bar = nullptr;  // the one that stands on the terminal
 
 void append_utf8(std::string& text, uint32_t point) {
   auto add = [&](uint32_t byte) { text += static_cast<char>(byte); };
@@ -75,12 +78,16 @@ std::string progress_line(const std::string& status, int percent,
   return line;
 }
 
+void erase_progress() {
+  if (drawn_bar != nullptr) drawn_bar->erase();
+}
+
 Progress::Progress()
     : wanted_(system::is_terminal(system::Stream::kErrors)),
       next_drawing_(Clock::now() + kFirstDrawing) {}
 
 void Progress::show_status(const ZenfoWideChar* text) {
-  status_ = narrow(text);
+  status_ = visible_name(narrow(text));
 }
 
 void Progress::show_step(const ProgressRecord& step) {
@@ -93,6 +100,7 @@ void Progress::show_step(const ProgressRecord& step) {
   system::write(system::Stream::kErrors,
                 '\r' + line + std::string(blanks, ' '));
   drawn_ = std::max(drawn_, line.size());
+  drawn_bar = this;
 }
 
 void Progress::erase() {
@@ -100,6 +108,7 @@ void Progress::erase() {
   system::write(system::Stream::kErrors,
                 '\r' + std::string(drawn_, ' ') + '\r');
   drawn_ = 0;
+  drawn_bar = nullptr;
 }
 
 }  // namespace zenfo::cli

@@ -1,6 +1,7 @@
-// The progress bar: one line on the error stream that is drawn over and over
-// and erased at the end. It appears only on a terminal, only when an operation
-// takes a while, and changes at most ten times a second.
+// The progress bar: one line on the error stream that is drawn over and over.
+// It is erased at the end, and before anything else goes to the terminal. It
+// appears only there, only when an operation takes a while, and changes at most
+// ten times a second.
 //
 //   [############            ]  52% Now looking for files
 //
@@ -20,6 +21,9 @@ std::string progress_line(const std::string& status, int percent,
                           size_t columns);
 // A callback's text as UTF-8; a half of a pair that stands alone becomes "?".
 std::string narrow(const ZenfoWideChar* text);
+
+// Erases the bar that stands on the terminal, if any.
+void erase_progress();
 
 class Progress {
  public:

@@ -158,7 +158,7 @@ void check_together(const CommandLine& line, const ReplaceOptions& options) {
       {pairs &&
            (sources || search.between || marked || options.edit_mode() != 0),
        "--pairs",
-       "does not go with --values, --from-pattern, --between, --start, --end,\n"
+       "does not go with --values, --from-pattern, --between, --start, --end, "
        "--before or --after"},
       {marked && search.between.has_value(), "--between",
        "does not go with --start or --end"},

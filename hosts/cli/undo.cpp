@@ -62,8 +62,9 @@ int list_runs(const RunStore& store, Output& output) {
     const std::string count =
         files == 0 ? "unfinished"
                    : std::to_string(files) + (files == 1 ? " file" : " files");
-    output.put(run.name + "  " + run.time + "  " + count + "  " + run.command +
-               '\n');
+    output.put_name(run.name + "  " + run.time + "  " + count + "  " +
+                    run.command);
+    output.put('\n');
   }
   return runs.empty() ? kNothingFound : kDone;
 }

@@ -17,7 +17,9 @@ Conversation::Conversation(std::vector<std::string> arguments,
   texts.push_back(nullptr);
   child_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
   if (child_ != 0) return;
-  dup2(open(output_file.c_str(), O_WRONLY | O_CREAT, 0600), STDOUT_FILENO);
+  if (!output_file.empty()) {
+    dup2(open(output_file.c_str(), O_WRONLY | O_CREAT, 0600), STDOUT_FILENO);
+  }
   if (chdir(folder.c_str()) == 0) execv(ZENFO_PROGRAM, texts.data());
   _exit(127);
 }

@@ -8,7 +8,8 @@
 
 namespace zenfo::test {
 
-// A command with a terminal for input and errors, and a file for output.
+// A command with a terminal for input and errors, and a file for output; with
+// no such file the output goes to the terminal too.
 class Conversation {
  public:
   Conversation(std::vector<std::string> arguments, const std::string& folder,
