@@ -1,24 +1,38 @@
 #include "name_filter.h"
 
 #include <algorithm>
-#include <cctype>
 
+#include "paths.h"
 #include "system.h"
 
 namespace zenfo::cli {
 namespace {
 
 #ifdef _WIN32
-constexpr bool kFoldCase = true;
 constexpr bool kHasEscape = false;
 #else
-constexpr bool kFoldCase = false;
 constexpr bool kHasEscape = true;
 #endif
 
-int folded(char byte) {
-  const auto value = static_cast<unsigned char>(byte);
-  return kFoldCase ? std::tolower(value) : value;
+bool goes_on(char byte) {
+  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+// The bytes of the character that begins a text; 1 where that is no UTF-8.
+size_t character_length(std::string_view text) {
+  const auto first = static_cast<unsigned char>(text.front());
+  if (first < 0xC2 || first > 0xF4) return 1;
+  const size_t length = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+  const std::string_view rest = text.substr(1, length - 1);
+  const bool whole = rest.size() == length - 1 &&
+                     std::all_of(rest.begin(), rest.end(), goes_on);
+  return whole ? length : 1;
+}
+
+std::string_view take_character(std::string_view& text) {
+  const std::string_view character = text.substr(0, character_length(text));
+  text.remove_prefix(character.size());
+  return character;
 }
 
 // The length of the set that begins a pattern; 0 when the bracket is not
@@ -30,49 +44,42 @@ size_t set_length(std::string_view pattern) {
   return close == std::string_view::npos ? 0 : close + 1;
 }
 
-bool set_holds(std::string_view set, char byte) {
+// Characters are in the order of their bytes.
+bool set_holds(std::string_view set, std::string_view character) {
   set = set.substr(1, set.size() - 2);
   const bool negated = set.front() == '!' || set.front() == '^';
   if (negated) set.remove_prefix(1);
   bool found = false;
-  for (size_t i = 0; i < set.size(); ++i) {
-    const bool is_range = i + 2 < set.size() && set[i + 1] == '-';
-    const char last = is_range ? set[i + 2] : set[i];
-    found = found ||
-            (folded(byte) >= folded(set[i]) && folded(byte) <= folded(last));
-    if (is_range) i += 2;
+  while (!set.empty()) {
+    const std::string_view first = take_character(set);
+    std::string_view last = first;
+    if (set.size() > 1 && set.front() == '-') {
+      set.remove_prefix(1);
+      last = take_character(set);
+    }
+    found = found || (character >= first && character <= last);
   }
   return found != negated;
 }
 
-// Takes one element other than "*" off the pattern; whether it fits the byte.
-bool take_element(std::string_view& pattern, char byte) {
-  const char first = pattern.front();
-  size_t length = 1;
-  bool fits = first == '?' || folded(first) == folded(byte);
-  if (first == '[' && set_length(pattern) > 0) {
-    length = set_length(pattern);
-    fits = set_holds(pattern.substr(0, length), byte);
-  } else if (kHasEscape && first == '\\' && pattern.size() > 1) {
-    length = 2;
-    fits = pattern[1] == byte;
+// Takes one element other than "*" off the pattern; whether it fits the
+// character.
+bool take_element(std::string_view& pattern, std::string_view character) {
+  if (pattern.front() == '[' && set_length(pattern) > 0) {
+    const std::string_view set = pattern.substr(0, set_length(pattern));
+    pattern.remove_prefix(set.size());
+    return set_holds(set, character);
   }
-  pattern.remove_prefix(length);
-  return fits;
+  const bool escaped =
+      kHasEscape && pattern.front() == '\\' && pattern.size() > 1;
+  if (escaped) pattern.remove_prefix(1);
+  const std::string_view first = take_character(pattern);
+  return (first == "?" && !escaped) || first == character;
 }
 
-bool any_matches(const std::vector<std::string>& patterns,
-                 std::string_view name) {
-  return std::any_of(
-      patterns.begin(), patterns.end(),
-      [&](const std::string& pattern) { return matches_glob(pattern, name); });
-}
-
-}  // namespace
-
-// The last star is tried again with one byte more, so that the time is at most
-// the product of the lengths.
-bool matches_glob(std::string_view pattern, std::string_view name) {
+// The last star is tried again with one character more, so that the time is at
+// most the product of the lengths.
+bool fits(std::string_view pattern, std::string_view name) {
   bool any_star = false;
   std::string_view pattern_behind_star;
   std::string_view name_at_star;
@@ -85,16 +92,28 @@ bool matches_glob(std::string_view pattern, std::string_view name) {
       continue;
     }
     if (!name.empty() && !pattern.empty() &&
-        take_element(pattern, name.front())) {
-      name.remove_prefix(1);
+        take_element(pattern, take_character(name))) {
       continue;
     }
     if (!any_star || name_at_star.empty()) return false;
-    name_at_star.remove_prefix(1);
+    take_character(name_at_star);
     name = name_at_star;
     pattern = pattern_behind_star;
   }
   return true;
+}
+
+bool any_matches(const std::vector<std::string>& patterns,
+                 std::string_view name) {
+  return std::any_of(
+      patterns.begin(), patterns.end(),
+      [&](const std::string& pattern) { return matches_glob(pattern, name); });
+}
+
+}  // namespace
+
+bool matches_glob(std::string_view pattern, std::string_view name) {
+  return fits(without_case(pattern), without_case(name));
 }
 
 bool NameFilter::takes(std::string_view path, bool is_named) const {

@@ -11,7 +11,8 @@
 namespace zenfo::cli {
 
 // Shell patterns: "*", "?", "[a-z]", "[!a-z]"; "\" before a character takes it
-// as it is. Case is ignored where the system's file names ignore it.
+// as it is. A character is one of UTF-8, or a byte that belongs to none. Case
+// is ignored where the system's file names ignore it.
 bool matches_glob(std::string_view pattern, std::string_view name);
 
 struct NameFilter {

@@ -4,7 +4,7 @@
 // narrow character set, which its manifest makes UTF-8. There the standard
 // library and the C library would read them in a character set of their own
 // choice. So paths are made, files opened and variables read through these
-// alone.
+// alone; tests/cli/check_paths tells when they are not.
 //
 // posix/paths.cpp and win32/paths.cpp are twins.
 //
@@ -29,6 +29,9 @@ std::filesystem::path to_path(std::string_view text);
 std::string narrow(const NativeText& native);
 // Null when it cannot be opened, as std::fopen().
 std::FILE* open_file(const std::string& path, const char* mode);
+// The same text for all names that the system takes for the same but for the
+// case of their letters.
+std::string without_case(std::string_view name);
 // Empty for a variable that is not set.
 std::string environment(const char* name);
 

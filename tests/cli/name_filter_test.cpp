@@ -47,6 +47,15 @@ TEST(MatchesGlob, KnowsStarsMarksAndSets) {
       {"[!", "[!", true},
       {"[", "[", true},
       {"*[ab]*[cd]", "xaxbxd", true},
+      // Characters of several bytes.
+      {"gr?n", "gr\xC3\xBCn", true},
+      {"??", "\xC3\xBC", false},
+      {"*??", "\xC3\xBC", false},
+      {"?", "\xF0\x9F\x98\x80", true},
+      {"[\xC3\xA4\xC3\xBC]", "\xC3\xBC", true},
+      {"[\xC3\xA4\xC3\xBC]", "\xC3\xB6", false},
+      {"[\xC3\xA4-\xC3\xBC]", "\xC3\xB6", true},
+      {"[!\xC3\xA4]", "\xC3\xBC", true},
       // Former traps: many stars must not take for ever.
       {"*a*a*a*a*a*a*a*a*a*a*b", "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa",
        false},
@@ -60,6 +69,7 @@ TEST(MatchesGlob, KnowsStarsMarksAndSets) {
 #ifdef _WIN32
 TEST(MatchesGlob, IgnoresCaseAsFileNamesDo) {
   EXPECT_TRUE(matches_glob("*.C", "a.c"));
+  EXPECT_TRUE(matches_glob("*\xC3\x9C", "\xC3\xBC"));
   EXPECT_TRUE(matches_glob("[A-C]", "b"));
 }
 #else
@@ -71,6 +81,16 @@ TEST(MatchesGlob, MindsCaseAsFileNamesDo) {
 TEST(MatchesGlob, TakesWhatIsEscapedAsItIs) {
   EXPECT_TRUE(matches_glob("a\\*", "a*"));
   EXPECT_FALSE(matches_glob("a\\*", "ab"));
+  EXPECT_TRUE(matches_glob("\\?", "?"));
+  EXPECT_FALSE(matches_glob("\\?", "a"));
+}
+
+TEST(MatchesGlob, TakesBytesThatAreNoTextOneByOne) {
+  EXPECT_TRUE(matches_glob("?", "\xC3"));
+  EXPECT_TRUE(matches_glob("??", "\xC3x"));
+  EXPECT_TRUE(matches_glob("??", "\xE2\x82"));
+  EXPECT_TRUE(matches_glob("?\xFF*", "\xFF\xFF\xFF"));
+  EXPECT_FALSE(matches_glob("\xC3", "\xC3\xBC"));
 }
 #endif
 

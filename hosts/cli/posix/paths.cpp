@@ -12,6 +12,8 @@ std::FILE* open_file(const std::string& path, const char* mode) {
   return std::fopen(path.c_str(), mode);
 }
 
+std::string without_case(std::string_view name) { return std::string(name); }
+
 std::string environment(const char* name) {
   const char* value = std::getenv(name);
   return value == nullptr ? "" : value;

@@ -36,6 +36,12 @@ std::FILE* open_file(const std::string& path, const char* mode) {
   return _wfopen(widened(path).c_str(), widened(mode).c_str());
 }
 
+std::string without_case(std::string_view name) {
+  std::wstring wide = widened(name);
+  CharLowerBuffW(wide.data(), static_cast<DWORD>(wide.size()));
+  return narrow(wide);
+}
+
 std::string environment(const char* name) {
   const wchar_t* value = _wgetenv(widened(name).c_str());
   return value == nullptr ? "" : narrow(value);
