@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 #include <regex>
 #include <string>
 
@@ -10,7 +11,9 @@
 
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 using zenfo::test::file_exists;
 using zenfo::test::HostRecorder;
@@ -41,6 +44,40 @@ Texts times() {
     all.push_back(text);
   }
   return all;
+}
+
+// The character set is the process's own; what it makes of the names is asked
+// of the library, and must be what the system has.
+TEST_F(UndoTest, FilesAndStoresNamedBeyondAsciiAreTaken) {
+  namespace fs = std::filesystem;
+  const fs::path home = fs::path(work().path()) / u"J\u00FCrgen";
+  const fs::path file = home / u"\u00FC.txt";
+  fs::create_directory(home);
+  std::ofstream(file) << "a";
+  const unsigned char options[ZENFO_OPTION_COUNT] = {};
+  const std::string separator(1, zenfo::test::kSeparator);
+  ASSERT_EQ(FindFiles(ZENFO_LIST_FILES,
+                      ("1" + work().path() + separator + "*.txt").c_str(),
+                      options, ""),
+            1);
+  ASSERT_EQ(SetState(ZENFO_LIST_FILES, -1, 1), 1);
+  const std::string name = files(ZENFO_LIST_FILES).at(0);
+  const std::string store = name.substr(0, name.rfind(separator) + 1) + "store";
+  ASSERT_EQ(SetUndoFile((store + separator + "undo").c_str()), 1);
+  EXPECT_TRUE(fs::exists(home / "store" / "undo"));
+
+  HostRecorder host;
+  ASSERT_TRUE(pattern("a"));
+  EXPECT_EQ(replace_block({.safe = 1}), 1);
+  EXPECT_EQ(fs::file_size(file), 1u);
+  EXPECT_EQ(std::ifstream(file).get(), 'X');
+  EXPECT_TRUE(fs::exists(home / "store" / u"\u00FC.txt_0"));
+  EXPECT_THAT(host.statuses,
+              Contains(HasSubstr("J\xFCrgen" + separator + "\xFC.txt")));
+  EXPECT_EQ(GetUndoList(), 1);
+  EXPECT_THAT(originals(), ElementsAre(name));
+  EXPECT_EQ(Undo(), 0);
+  EXPECT_EQ(std::ifstream(file).get(), 'a');
 }
 
 // ---- SetUndoFile -----------------------------------------------------------
