@@ -98,6 +98,7 @@ void settle_change_options(const CommandLine& line, ChangeOptions& options,
   options.search.areas.inside = !inside.empty();
   options.search.areas.pattern = inside.empty() ? outside : inside;
   options.choice.folders_need_subfolders = true;
+  options.choice.excluded_folders = options.filter.excluded_folders;
 }
 
 std::string shell_command(const std::string& name, const Arguments& arguments) {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "folder_check.h"
 #include "messages.h"
+#include "name_filter.h"
 #include "system.h"
 #include "text_file.h"
 
@@ -33,6 +35,15 @@ std::string why_left_out(Session& session, uint32_t index,
   const system::PathFacts facts = system::look_at(path);
   if (facts.kind == PathKind::kNone) return facts.reason;
   return session.trashed(index) ? "lies in a recycle bin" : "";
+}
+
+// The library's search passes these over.
+bool is_recycle_bin(std::string_view name) {
+  const auto is = [&](std::string_view bin) {
+    return std::equal(name.begin(), name.end(), bin.begin(), bin.end(),
+                      [](char a, char b) { return (a | 0x20) == (b | 0x20); });
+  };
+  return is("recycled") || is("recycler");
 }
 
 }  // namespace
@@ -90,10 +101,9 @@ FileList::FileList(Session& session, const std::vector<std::string>& arguments,
   for (const std::string& argument : arguments) {
     add(system::own_form(argument), choice);
   }
-  if (arguments.empty() && choice.here_by_default) {
-    append_group(runs_, search_group(".", true, choice.patterns), kHereLength);
-  }
+  if (arguments.empty() && choice.here_by_default) add_here(choice);
   load(facts);
+  complain_about_unlisted();
   note_written_prefixes();
   if (choice.patterns.size() > 1) note_repeats();
 }
@@ -137,6 +147,38 @@ void FileList::add_folder(const std::string& folder, const FileChoice& choice) {
   }
   append_group(runs_, search_group(folder, choice.subfolders, choice.patterns),
                0);
+  if (choice.subfolders) check_below(folder, choice, 0);
+}
+
+void FileList::add_here(const FileChoice& choice) {
+  append_group(runs_, search_group(".", true, choice.patterns), kHereLength);
+  check_below(".", choice, kHereLength);
+}
+
+void FileList::check_below(std::string folder, const FileChoice& choice,
+                           size_t added_prefix) {
+  while (folder.ends_with(kSeparator)) folder.pop_back();
+  const NameFilter wanted{{}, {}, choice.excluded_folders};
+  if (!wanted.takes(folder + kSeparator, false)) return;
+  checks_.push_back(std::async([=, patterns = choice.excluded_folders] {
+    std::vector<UnlistedFolder> unlisted =
+        find_unlisted(folder, [&](std::string_view name) {
+          return !is_recycle_bin(name) && !any_matches(patterns, name);
+        });
+    for (UnlistedFolder& found : unlisted) {
+      if (found.path != folder) found.path.erase(0, added_prefix);
+    }
+    return unlisted;
+  }));
+}
+
+void FileList::complain_about_unlisted() {
+  for (auto& check : checks_) {
+    std::vector<UnlistedFolder> unlisted = check.get();
+    std::sort(unlisted.begin(), unlisted.end(),
+              [](const auto& a, const auto& b) { return a.path < b.path; });
+    for (const auto& [path, reason] : unlisted) complain(path, reason);
+  }
 }
 
 void FileList::add_pattern(const std::string& argument) {
@@ -145,6 +187,10 @@ void FileList::add_pattern(const std::string& argument) {
   if (facts.kind != PathKind::kFolder) {
     complain(argument,
              facts.kind == PathKind::kNone ? facts.reason : "is in no folder");
+  } else if (const std::string reason =
+                 system::why_not_listed(halves.folder + kSeparator);
+             !reason.empty()) {
+    complain(argument, reason);
   } else if (!is_sayable(argument)) {
     complain(argument, "a pattern with ';' or '|' cannot be searched for");
   } else {

@@ -11,12 +11,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <future>
 #include <set>
 #include <string>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
 
+#include "folder_check.h"
 #include "library.h"
 
 namespace zenfo::cli {
@@ -29,6 +31,8 @@ struct FileChoice {
   bool here_by_default = true;
   // Filename patterns for the files of folders; none means all files.
   std::vector<std::string> patterns;
+  // Shell patterns for folders whose files are not wanted.
+  std::vector<std::string> excluded_folders;
   // Whose lines are taken in the place of arguments; none when empty.
   std::string list_file;
 };
@@ -64,7 +68,8 @@ void append_path(std::vector<ArgumentRun>& runs, const std::string& path);
 // The list of files that the arguments make.
 class FileList {
  public:
-  // Complains about each argument that names nothing and goes on without it.
+  // Complains about each argument that names nothing, and each folder that
+  // cannot be listed, and goes on without it.
   FileList(Session& session, const std::vector<std::string>& arguments,
            const FileChoice& choice, const FactOptions& facts);
 
@@ -94,6 +99,12 @@ class FileList {
   void add(const std::string& argument, const FileChoice& choice);
   void add_folder(const std::string& folder, const FileChoice& choice);
   void add_pattern(const std::string& argument);
+  void add_here(const FileChoice& choice);
+  // Looks for folders that cannot be listed, while the library works.
+  // `added_prefix` as in a run.
+  void check_below(std::string folder, const FileChoice& choice,
+                   size_t added_prefix);
+  void complain_about_unlisted();
   void load(const FactOptions& facts);
   void load_list(const std::string& file, const FactOptions& facts);
   void note_repeats();
@@ -101,6 +112,7 @@ class FileList {
 
   Session& session_;
   std::vector<ArgumentRun> runs_;
+  std::vector<std::future<std::vector<UnlistedFolder>>> checks_;
   std::vector<Stretch> stretches_;  // by first
   std::unordered_set<uint32_t> repeats_;
   bool prefix_added_ = false;  // in front of some paths

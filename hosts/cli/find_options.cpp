@@ -354,6 +354,7 @@ void settle_choice(FindOptions& options) {
   FileChoice& choice = options.choice;
   choice.folders_need_subfolders = true;
   choice.here_by_default = options.files_from.empty();
+  choice.excluded_folders = options.filter.excluded_folders;
   for (const std::string& pattern : options.filter.includes) {
     const bool simple = !pattern.empty() &&
                         pattern.find_first_of("[]\\;|/") == std::string::npos;

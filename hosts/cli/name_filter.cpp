@@ -103,17 +103,17 @@ bool fits(std::string_view pattern, std::string_view name) {
   return true;
 }
 
+}  // namespace
+
+bool matches_glob(std::string_view pattern, std::string_view name) {
+  return fits(without_case(pattern), without_case(name));
+}
+
 bool any_matches(const std::vector<std::string>& patterns,
                  std::string_view name) {
   return std::any_of(
       patterns.begin(), patterns.end(),
       [&](const std::string& pattern) { return matches_glob(pattern, name); });
-}
-
-}  // namespace
-
-bool matches_glob(std::string_view pattern, std::string_view name) {
-  return fits(without_case(pattern), without_case(name));
 }
 
 bool NameFilter::takes(std::string_view path, bool is_named) const {

@@ -15,6 +15,9 @@ namespace zenfo::cli {
 // is ignored where the system's file names ignore it.
 bool matches_glob(std::string_view pattern, std::string_view name);
 
+bool any_matches(const std::vector<std::string>& patterns,
+                 std::string_view name);
+
 struct NameFilter {
   std::vector<std::string> includes;  // none: all
   std::vector<std::string> excludes;

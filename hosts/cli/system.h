@@ -32,6 +32,8 @@ struct PathFacts {
 std::string own_form(std::string path);
 // The end of the drive in front of a path ("C:" gives 2); 0 on Linux.
 size_t drive_length(std::string_view path);
+// What an error number of the system says.
+std::string reason_of(unsigned error);
 // Links are followed.
 PathFacts look_at(const std::string& path);
 // Why a folder cannot be listed; empty when it can.

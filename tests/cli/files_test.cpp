@@ -351,6 +351,27 @@ TEST_F(SortedFiles, AreExportedAsTheyAreShown) {
   EXPECT_EQ(read_file(folder_.path("out")), expected);
 }
 
+#ifdef _WIN32
+// The prefix lets folders be made that are too deep for all others.
+TEST_F(Files, NameAFolderWhosePathIsTooLong) {
+  folder_.file("d/a.txt", "");
+  std::filesystem::path deep =
+      L"\\\\?\\" + std::filesystem::path(folder_.path("d")).native();
+  std::string shown = "d";
+  std::vector<std::filesystem::path> made;
+  for (const char letter : {'x', 'y', 'z'}) {
+    deep = deep.native() + L'\\' + std::wstring(100, letter);
+    ASSERT_TRUE(std::filesystem::create_directory(deep));
+    made.push_back(deep);
+    shown += '\\' + std::string(100, letter);
+  }
+  EXPECT_EQ(run({"-r", "d"}),
+            (Outcome{"d\\a.txt\n",
+                     "zenfo: " + shown + ": its path is too long\n", 2}));
+  for (; !made.empty(); made.pop_back()) std::filesystem::remove(made.back());
+}
+#endif
+
 TEST_F(Files, RefusesWrongExports) {
   EXPECT_EQ(run({"--export", "out"}),
             refusal("--export: needs --columns without 'path'"));

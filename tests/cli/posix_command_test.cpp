@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,80 @@ TEST_F(PosixCommand, NamesFoldersThatItMayNotList) {
   EXPECT_EQ(run_as_nobody({"files", "closed"}),
             (Outcome{"", "zenfo: closed: permission denied\n", 2}));
   chmod(closed.c_str(), 0700);
+}
+
+// Each command that walks through folders.
+TEST_F(PosixCommand, NamesFoldersBelowThatItMayNotList) {
+  folder_.file("d/open/a.txt", "plum\n");
+  folder_.folder("e");
+  const std::string closed[] = {folder_.folder("d/a/closed"),
+                                folder_.folder("d/closed")};
+  for (const std::string& path : closed) chmod(path.c_str(), 0);
+  const std::string error =
+      "zenfo: d/a/closed: permission denied\n"
+      "zenfo: d/closed: permission denied\n";
+  const std::vector<std::string> commands[] = {
+      {"files", "-r", "d"},
+      {"find", "-rl", "plum", "d/"},
+      {"count", "-r", "--total", "d"},
+      {"dups", "-r", "d"},
+      {"compare", "-r", "d", "e"},
+      {"replace", "-rn", "nothing", "x", "d"},
+      {"case", "-rn", "--upper", "nothing", "d"}};
+  for (const auto& command : commands) {
+    const Outcome outcome = run_as_nobody(command);
+    EXPECT_EQ(outcome.err, error) << command[0];
+    EXPECT_EQ(outcome.status, 2) << command[0];
+  }
+  EXPECT_EQ(run_as_nobody({"find", "-l", "plum"}),
+            (Outcome{"d/open/a.txt\n", error, 2}));
+  for (const std::string& path : closed) chmod(path.c_str(), 0700);
+}
+
+TEST_F(PosixCommand, DoesNotMissFoldersThatItWouldNotEnter) {
+  folder_.file("d/a.txt", "plum\n");
+  folder_.folder("d/.hidden/closed");
+  folder_.folder("d/Recycled/closed");
+  folder_.folder("elsewhere");
+  const std::string closed[] = {
+      folder_.path("d/.hidden"), folder_.path("d/Recycled"),
+      folder_.folder("d/old"), folder_.folder("elsewhere/closed")};
+  for (const std::string& path : closed) chmod(path.c_str(), 0);
+  symlink("../elsewhere/closed", folder_.path("d/link").c_str());
+  EXPECT_EQ(run_as_nobody({"find", "-rl", "plum", "--exclude-dir", "o*", "d"}),
+            (Outcome{"d/a.txt\n", "", 0}));
+  EXPECT_EQ(run_as_nobody({"find", "-rl", "plum", "--exclude-dir", "d", "d"}),
+            (Outcome{"", "", 1}));
+  for (const std::string& path : closed) chmod(path.c_str(), 0700);
+}
+
+TEST_F(PosixCommand, NamesAPatternInAFolderThatItMayNotList) {
+  const std::string closed = folder_.folder("closed");
+  chmod(closed.c_str(), 0111);
+  EXPECT_EQ(run_as_nobody({"files", "closed/*.c"}),
+            (Outcome{"", "zenfo: closed/*.c: permission denied\n", 2}));
+  chmod(closed.c_str(), 0700);
+}
+
+// A folder can be made where its path is too long to be said.
+TEST_F(PosixCommand, NamesAFolderWhosePathIsTooLong) {
+  const std::string name(200, 'x');
+  std::string path = "d";
+  const std::filesystem::path here = std::filesystem::current_path();
+  folder_.file("d/a.txt", "plum\n");
+  std::filesystem::current_path(folder_.path("d"));
+  for (int depth = 0; depth < 25; ++depth) {
+    ASSERT_EQ(mkdir(name.c_str(), 0755), 0);
+    ASSERT_EQ(chdir(name.c_str()), 0);
+    if (path.size() + 1 < 4096) path += '/' + name;
+  }
+  std::filesystem::current_path(here);
+  const std::string error = "zenfo: " + path.substr(0, 4096) +
+                            (path.size() > 4096 ? "..." : "") +
+                            ": its path is too long\n";
+  EXPECT_EQ(run({"files", "-r", "d"}), (Outcome{"d/a.txt\n", error, 2}));
+  EXPECT_EQ(run({"find", "-rl", "plum", "d"}),
+            (Outcome{"d/a.txt\n", error, 2}));
 }
 
 TEST_F(PosixCommand, TakesAFileWithAnyBytesInItsName) {

@@ -61,8 +61,8 @@ std::vector<Change> changes() {
        "c1"},
       {"only its time",
        [](const std::string& path) {
-         fs::last_write_time(path, fs::last_write_time(path) +
-                                       std::chrono::seconds(1));
+         fs::last_write_time(
+             path, fs::last_write_time(path) + std::chrono::seconds(1));
        },
        "a1"},
   };

@@ -31,19 +31,6 @@ volatile std::sig_atomic_t stop_is_obeyed = 0;
 bool ends_without_reader = false;
 bool reader_lost = false;
 
-std::string reason_of(int error) {
-  switch (error) {
-    case ENOENT:
-    case ENOTDIR:
-      return "no such file or folder";
-    case EACCES:
-    case EPERM:
-      return "permission denied";
-    default:
-      return std::strerror(error);
-  }
-}
-
 int descriptor(Stream stream) {
   switch (stream) {
     case Stream::kInput:
@@ -78,6 +65,21 @@ extern "C" void on_stop_signal(int number) {
 }
 
 }  // namespace
+
+std::string reason_of(unsigned error) {
+  switch (static_cast<int>(error)) {
+    case ENOENT:
+    case ENOTDIR:
+      return "no such file or folder";
+    case EACCES:
+    case EPERM:
+      return "permission denied";
+    case ENAMETOOLONG:
+      return "its path is too long";
+    default:
+      return std::strerror(static_cast<int>(error));
+  }
+}
 
 std::string own_form(std::string path) { return path; }
 

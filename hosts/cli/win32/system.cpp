@@ -37,28 +37,6 @@ class Handle {
   HANDLE handle_;
 };
 
-std::string reason_of(DWORD error) {
-  switch (error) {
-    case ERROR_FILE_NOT_FOUND:
-    case ERROR_PATH_NOT_FOUND:
-    case ERROR_INVALID_NAME:
-    case ERROR_BAD_NETPATH:
-    case ERROR_DIRECTORY:
-      return "no such file or folder";
-    case ERROR_ACCESS_DENIED:
-      return "permission denied";
-    case ERROR_SHARING_VIOLATION:
-      return "in use by another program";
-    case ERROR_BROKEN_PIPE:
-    case ERROR_NO_DATA:
-      return "nobody reads it any more";
-    case ERROR_DISK_FULL:
-      return "the disk is full";
-    default:
-      return "system error " + std::to_string(error);
-  }
-}
-
 HANDLE handle_of(Stream stream) {
   switch (stream) {
     case Stream::kInput:
@@ -86,6 +64,30 @@ BOOL WINAPI on_stop(DWORD) {
 }
 
 }  // namespace
+
+std::string reason_of(unsigned error) {
+  switch (error) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+    case ERROR_INVALID_NAME:
+    case ERROR_BAD_NETPATH:
+    case ERROR_DIRECTORY:
+      return "no such file or folder";
+    case ERROR_ACCESS_DENIED:
+      return "permission denied";
+    case ERROR_SHARING_VIOLATION:
+      return "in use by another program";
+    case ERROR_BROKEN_PIPE:
+    case ERROR_NO_DATA:
+      return "nobody reads it any more";
+    case ERROR_FILENAME_EXCED_RANGE:
+      return "its path is too long";
+    case ERROR_DISK_FULL:
+      return "the disk is full";
+    default:
+      return "system error " + std::to_string(error);
+  }
+}
 
 std::string own_form(std::string path) {
   std::replace(path.begin(), path.end(), '/', kSeparator);
