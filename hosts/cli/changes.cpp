@@ -173,7 +173,7 @@ void enter(Session& session, const std::vector<std::string>& paths) {
 void copy_bytes(const std::string& from, const std::string& to) {
   FileBytes bytes;
   std::ofstream file(to_path(to), std::ios::binary);
-  if (!bytes.load(from)) throw Failure{from, "cannot be read"};
+  if (!bytes.load(from)) throw Failure{from, why_not_read(from)};
   file.write(bytes.view().data(),
              static_cast<std::streamsize>(bytes.view().size()));
   file.close();
@@ -202,7 +202,7 @@ int preview(Session& session, const std::vector<Target>& targets,
   uint64_t files = 0;
   for (size_t i = 0; i < targets.size(); ++i) {
     if (!before.load(targets[i].path) || !after.load(copies[i])) {
-      throw Failure{targets[i].shown, "cannot be read"};
+      throw Failure{targets[i].shown, why_not_read(targets[i].path)};
     }
     files += before.view() != after.view();
     put_changes(output, targets[i].shown, before.view(), after.view());
@@ -391,11 +391,23 @@ class ChangeRun {
   // more.
   void name_unchanged() {
     const uint32_t count = records_in(ZENFO_LIST_ERROR);
+    if (count == 0) return;
+    const std::vector<ErrorRecord> errors = session_.new_errors();
     for (uint32_t i = 0; i < count; ++i) {
-      skipped_.complain_of(
-          shown(std::string(session_.full_name(ZENFO_LIST_ERROR, i))),
-          "it could not be loaded or kept safe");
+      const std::string path(session_.full_name(ZENFO_LIST_ERROR, i));
+      skipped_.complain_of(shown(path), why_unchanged(path, errors));
     }
+  }
+
+  static std::string why_unchanged(const std::string& path,
+                                   const std::vector<ErrorRecord>& errors) {
+    const bool changed =
+        std::any_of(errors.begin(), errors.end(), [&](const auto& error) {
+          return error.message.starts_with(path + " was changed meanwhile");
+        });
+    if (changed) return "it was changed meanwhile";
+    const std::string reason = system::why_not_loaded(path);
+    return reason.empty() ? "it could not be loaded or kept safe" : reason;
   }
 
   void restore_dates() {

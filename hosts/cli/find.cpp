@@ -132,7 +132,9 @@ class Shown {
 
   std::string_view text() {
     if (!loaded_ && !load_text()) {
-      complain(files_.path(index_), "cannot be read again");
+      const std::string reason = system::why_not_loaded(path_);
+      complain(files_.path(index_),
+               "cannot be read again" + (reason.empty() ? "" : ": " + reason));
     }
     loaded_ = true;
     return bytes_.view();

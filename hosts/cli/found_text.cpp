@@ -6,6 +6,7 @@
 #include <cstring>
 #include <filesystem>
 #include <limits>
+#include <new>
 #include <numeric>
 #include <system_error>
 #include <tuple>
@@ -86,28 +87,42 @@ bool FileBytes::load_or_map(const std::string& path) {
 }
 
 bool FileBytes::load(const std::string& path) {
+  const InputStream file = open_unbuffered(path);
+  return read(file.get(), size_on_disk(path), SIZE_MAX);
+}
+
+bool FileBytes::load_start(const std::string& path, size_t most) {
+  const InputStream file = without_buffer(open_file(path, "rb"));
+  return read(file.get(), 0, most);
+}
+
+bool FileBytes::read(std::FILE* file, size_t expected, size_t most) {
+  constexpr size_t kLeast = size_t{256} * 1024;
   mapped_.close();
   size_ = 0;
-  const InputStream file = open_unbuffered(path);
-  if (file == nullptr) return false;
-  for (;;) {
-    if (size_ == capacity_) {
-      // Large files in one step: to move a gigabyte along takes long.
-      const size_t capacity = std::max<size_t>(
-          {size_t{256} * 1024, 2 * capacity_, size_on_disk(path) + 1});
-      std::unique_ptr<char[]> bytes(new char[capacity]);
-      if (size_ > 0) std::memcpy(bytes.get(), bytes_.get(), size_);
-      bytes_ = std::move(bytes);
-      capacity_ = capacity;
+  bool good = file != nullptr;
+  for (size_t got = 1; good && got > 0 && size_ < most; size_ += got) {
+    if (size_ == capacity_ &&
+        !grow(std::max({kLeast, 2 * capacity_, expected + 1}))) {
+      good = false;
+      break;
     }
-    const size_t read =
-        std::fread(bytes_.get() + size_, 1, capacity_ - size_, file.get());
-    size_ += read;
-    if (read == 0) break;
+    got = std::fread(bytes_.get() + size_, 1, std::min(capacity_, most) - size_,
+                     file);
+    good = std::ferror(file) == 0;
   }
-  const bool good = std::ferror(file.get()) == 0;
   if (!good) size_ = 0;
   return good;
+}
+
+// Large files in one step: to move a gigabyte along takes long.
+bool FileBytes::grow(size_t capacity) {
+  std::unique_ptr<char[]> bytes(new (std::nothrow) char[capacity]);
+  if (bytes == nullptr) return false;
+  if (size_ > 0) std::memcpy(bytes.get(), bytes_.get(), size_);
+  bytes_ = std::move(bytes);
+  capacity_ = capacity;
+  return true;
 }
 
 std::vector<Block> find_blocks(std::string_view text,

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <memory>
 #include <span>
 #include <string>
@@ -32,8 +33,12 @@ void unite(std::vector<Match>& matches);
 // The bytes of one file after the other.
 class FileBytes {
  public:
-  // False when the file cannot be read; it is then empty.
+  // False when the file cannot be read or is no ordinary one, or there is no
+  // memory for it; it is then empty.
   bool load(const std::string& path);
+  // The same for anything that can be read, up to `most` bytes. Waits for the
+  // writer of a pipe.
+  bool load_start(const std::string& path, size_t most);
   // The same, or a large file mapped; see there when that will do.
   bool load_or_map(const std::string& path);
   std::string_view view() const {
@@ -42,6 +47,9 @@ class FileBytes {
   }
 
  private:
+  bool read(std::FILE* file, size_t expected, size_t most);
+  bool grow(size_t capacity);
+
   MappedFile mapped_;
   std::unique_ptr<char[]> bytes_;
   size_t size_ = 0;

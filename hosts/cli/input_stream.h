@@ -16,12 +16,16 @@ struct StreamCloser {
 };
 using InputStream = std::unique_ptr<std::FILE, StreamCloser>;
 
-// Null when it cannot be opened. Without a buffer, for a read or two in each of
-// very many files.
-inline InputStream open_unbuffered(const std::string& path) {
-  InputStream file(open_file(path, "rb"));
+inline InputStream without_buffer(std::FILE* opened) {
+  InputStream file(opened);
   if (file != nullptr) std::setvbuf(file.get(), nullptr, _IONBF, 0);
   return file;
+}
+
+// Null when it cannot be opened or is no ordinary file. Without a buffer, for a
+// read or two in each of very many files.
+inline InputStream open_unbuffered(const std::string& path) {
+  return without_buffer(open_ordinary(path));
 }
 
 }  // namespace zenfo::cli

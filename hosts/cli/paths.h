@@ -29,6 +29,9 @@ std::filesystem::path to_path(std::string_view text);
 std::string narrow(const NativeText& native);
 // Null when it cannot be opened, as std::fopen().
 std::FILE* open_file(const std::string& path, const char* mode);
+// For reading. Null for what is no ordinary file, too: a pipe that took a
+// file's place is not waited for.
+std::FILE* open_ordinary(const std::string& path);
 // The same text for all names that the system takes for the same but for the
 // case of their letters.
 std::string without_case(std::string_view name);

@@ -38,7 +38,7 @@ std::string reason_of(unsigned error);
 PathFacts look_at(const std::string& path);
 // Why a folder cannot be listed; empty when it can.
 std::string why_not_listed(const std::string& folder);
-// Why the library cannot load a file; empty when it can.
+// Why the library cannot load a file; empty when it can. Reads it all.
 std::string why_not_loaded(const std::string& file);
 
 enum class Stream { kInput, kOutput, kErrors };
@@ -75,8 +75,8 @@ std::string known_file();
 // ends the process at once.
 void watch_for_stop();
 // While on, the first one ends the process at once too, with a word to the
-// user. For work that leaves nothing half done.
-void obey_stop(bool on);
+// user. For work that leaves nothing half done. Answers how it was before.
+bool obey_stop(bool on);
 // Exit status for a process that was told to stop; 0 while it was not.
 int stop_status();
 // Ends the process without running destructors.

@@ -1,8 +1,11 @@
 #include "text_file.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <cstdio>
 #include <string_view>
+#include <system_error>
 
 #include "found_text.h"
 #include "messages.h"
@@ -12,11 +15,58 @@
 namespace zenfo::cli {
 namespace {
 
+constexpr char kLimitName[] = "ZENFO_LIST_LIMIT";
+
+// In MB.
+size_t most_megabytes() {
+  constexpr size_t kUsual = 256;
+  constexpr size_t kMost = SIZE_MAX >> 21;
+  const std::string given = environment(kLimitName);
+  if (given.empty()) return kUsual;
+  size_t number = 0;
+  const char* end = given.data() + given.size();
+  const auto [rest, error] = std::from_chars(given.data(), end, number);
+  if (error != std::errc() || rest != end || number == 0 || number > kMost) {
+    throw Failure{kLimitName,
+                  "is no number of MB from 1 to " + std::to_string(kMost)};
+  }
+  return number;
+}
+
+// While a pipe is waited for, nothing is half done.
+class ObeyedStop {
+ public:
+  ObeyedStop() : before_(system::obey_stop(true)) {
+    if (system::stop_status() != 0) throw Stopped{};
+  }
+  ~ObeyedStop() { system::obey_stop(before_); }
+  ObeyedStop(const ObeyedStop&) = delete;
+  ObeyedStop& operator=(const ObeyedStop&) = delete;
+
+ private:
+  bool before_;
+};
+
 void load(FileBytes& bytes, const std::string& path) {
-  if (bytes.load(path)) return;
-  const system::PathFacts facts = system::look_at(path);
-  throw Failure{path, facts.kind == system::PathKind::kNone ? facts.reason
-                                                            : "cannot be read"};
+  const ObeyedStop obeyed;
+  const size_t megabytes = most_megabytes();
+  const size_t most = megabytes << 20;
+  if (!bytes.load_start(path, most + 1)) {
+    const system::PathFacts facts = system::look_at(path);
+    throw Failure{path, facts.kind == system::PathKind::kNone
+                            ? facts.reason
+                            : "cannot be read"};
+  }
+  if (bytes.view().size() <= most) return;
+  throw Failure{path, "is longer than " + std::to_string(megabytes) +
+                          " MB, the most that is read; " + kLimitName +
+                          "=MB raises that"};
+}
+
+// For what is read a second time, by the library.
+void check_ordinary(const std::string& path) {
+  if (system::look_at(path).kind != system::PathKind::kOther) return;
+  throw Failure{path, "is no ordinary file"};
 }
 
 template <class Visit>
@@ -41,6 +91,7 @@ std::vector<std::string> read_text_lines(const std::string& path) {
 }
 
 void check_crlf_lines(const std::string& path) {
+  check_ordinary(path);
   FileBytes bytes;
   load(bytes, path);
   uint64_t number = 0;
@@ -53,10 +104,7 @@ void check_crlf_lines(const std::string& path) {
 }
 
 size_t longest_list_line(const std::string& path) {
-  // A pipe could not be read a second time.
-  if (system::look_at(path).kind == system::PathKind::kOther) {
-    throw Failure{path, "is no ordinary file"};
-  }
+  check_ordinary(path);
   FileBytes bytes;
   load(bytes, path);
   const std::string_view text = bytes.view();

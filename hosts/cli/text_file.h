@@ -1,5 +1,8 @@
 // Files that options name: texts to find, paths to search, results.
 //
+// What is read may be a pipe, and without end: it is read up to a bound, which
+// the variable ZENFO_LIST_LIMIT raises.
+//
 // Tested by tests/cli/find_test.cpp, files_test.cpp
 #pragma once
 

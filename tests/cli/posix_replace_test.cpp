@@ -332,6 +332,20 @@ TEST_F(Replace, HeedsIncludeAndExclude) {
             "yxxx");
 }
 
+TEST_F(Replace, NamesAFileThatWasChangedMeanwhile) {
+  folder_.file("a.txt", "plum");
+  const std::string out = folder_.path("out");
+  Conversation conversation({"replace", "--ask", "plum", "fig", "a.txt"},
+                            folder_.path(), out);
+  conversation.hear("stop: ");
+  folder_.file("a.txt", "another plum");
+  conversation.say("y\n");
+  EXPECT_THAT(conversation.hear("while\r\n"),
+              HasSubstr("a.txt: skipped: it was changed meanwhile"));
+  EXPECT_EQ(conversation.wait(), 2);
+  EXPECT_EQ(bytes("a.txt"), "another plum");
+}
+
 TEST_F(Replace, PassesOverReadOnlyFilesUnlessAsked) {
   const std::string path = folder_.file("a.txt", "plum");
   chmod(path.c_str(), 0440);

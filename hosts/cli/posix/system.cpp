@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -64,6 +65,37 @@ extern "C" void on_stop_signal(int number) {
   _exit(128 + number);
 }
 
+// Reads to the end; the error number, 0 without an error.
+int try_to_read(int number) {
+  std::array<char, 64 * 1024> part;
+  for (;;) {
+    const ssize_t size = read(number, part.data(), part.size());
+    if (size == 0) return 0;
+    if (size < 0 && errno != EINTR) return errno;
+  }
+}
+
+// Not by new, which the compiler may leave out with its delete.
+bool is_memory_for(int64_t size) {
+  void* volatile room = std::malloc(static_cast<size_t>(size) + 1);
+  const bool is_there = room != nullptr;
+  std::free(room);
+  return is_there;
+}
+
+std::string reason_against(int number) {
+  struct stat facts;
+  if (fstat(number, &facts) != 0) {
+    return reason_of(static_cast<unsigned>(errno));
+  }
+  if (S_ISDIR(facts.st_mode)) return "is a folder";
+  if (!S_ISREG(facts.st_mode)) return "is no ordinary file";
+  if (facts.st_size > kLargestFile) return "too large to be loaded";
+  if (!is_memory_for(facts.st_size)) return "there is no memory for it";
+  const int error = try_to_read(number);
+  return error == 0 ? "" : reason_of(static_cast<unsigned>(error));
+}
+
 }  // namespace
 
 std::string reason_of(unsigned error) {
@@ -102,14 +134,13 @@ std::string why_not_listed(const std::string& folder) {
   return "";
 }
 
-// Asks for the access only where not everybody may read.
 std::string why_not_loaded(const std::string& file) {
-  struct stat facts;
-  if (stat(file.c_str(), &facts) != 0) return reason_of(errno);
-  if (facts.st_size > kLargestFile) return "too large to be loaded";
-  constexpr mode_t kAllMayRead = S_IRUSR | S_IRGRP | S_IROTH;
-  if ((facts.st_mode & kAllMayRead) == kAllMayRead) return "";
-  return access(file.c_str(), R_OK) == 0 ? "" : reason_of(errno);
+  const int number =
+      open(file.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (number < 0) return reason_of(static_cast<unsigned>(errno));
+  std::string reason = reason_against(number);
+  close(number);
+  return reason;
 }
 
 void prepare_streams() {
@@ -203,7 +234,11 @@ void watch_for_stop() {
   }
 }
 
-void obey_stop(bool on) { stop_is_obeyed = on; }
+bool obey_stop(bool on) {
+  const bool before = stop_is_obeyed != 0;
+  stop_is_obeyed = on;
+  return before;
+}
 
 int stop_status() { return stop_signal == 0 ? 0 : 128 + stop_signal; }
 

@@ -36,6 +36,11 @@ std::FILE* open_file(const std::string& path, const char* mode) {
   return _wfopen(widened(path).c_str(), widened(mode).c_str());
 }
 
+// Pipes have a folder of their own here.
+std::FILE* open_ordinary(const std::string& path) {
+  return open_file(path, "rb");
+}
+
 std::string without_case(std::string_view name) {
   std::wstring wide = widened(name);
   CharLowerBuffW(wide.data(), static_cast<DWORD>(wide.size()));

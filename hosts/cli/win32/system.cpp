@@ -3,8 +3,10 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdint>
+#include <cstdlib>
 
 namespace zenfo::cli::system {
 namespace {
@@ -63,6 +65,26 @@ BOOL WINAPI on_stop(DWORD) {
   leave(kStopStatus);
 }
 
+// Reads to the end; the error number, 0 without an error.
+DWORD try_to_read(HANDLE file) {
+  std::array<char, 64 * 1024> part;
+  for (DWORD size = 1; size > 0;) {
+    if (!ReadFile(file, part.data(), static_cast<DWORD>(part.size()), &size,
+                  nullptr)) {
+      return GetLastError();
+    }
+  }
+  return 0;
+}
+
+// Not by new, which the compiler may leave out with its delete.
+bool is_memory_for(int64_t size) {
+  void* volatile room = std::malloc(static_cast<size_t>(size) + 1);
+  const bool is_there = room != nullptr;
+  std::free(room);
+  return is_there;
+}
+
 }  // namespace
 
 std::string reason_of(unsigned error) {
@@ -82,6 +104,14 @@ std::string reason_of(unsigned error) {
       return "nobody reads it any more";
     case ERROR_FILENAME_EXCED_RANGE:
       return "its path is too long";
+    case ERROR_TOO_MANY_OPEN_FILES:
+      return "too many open files";
+    case ERROR_CRC:
+    case ERROR_IO_DEVICE:
+      return "the device cannot be read";
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY:
+      return "not enough memory";
     case ERROR_DISK_FULL:
       return "the disk is full";
     default:
@@ -131,7 +161,10 @@ std::string why_not_loaded(const std::string& file) {
   if (!handle.valid() || !GetFileSizeEx(handle.get(), &size)) {
     return reason_of(GetLastError());
   }
-  return size.QuadPart > kLargestFile ? "too large to be loaded" : "";
+  if (size.QuadPart > kLargestFile) return "too large to be loaded";
+  if (!is_memory_for(size.QuadPart)) return "there is no memory for it";
+  const DWORD error = try_to_read(handle.get());
+  return error == 0 ? "" : reason_of(error);
 }
 
 void prepare_streams() {}
@@ -213,7 +246,7 @@ std::string known_file() {
 
 void watch_for_stop() { SetConsoleCtrlHandler(on_stop, TRUE); }
 
-void obey_stop(bool on) { stop_is_obeyed = on; }
+bool obey_stop(bool on) { return stop_is_obeyed.exchange(on); }
 
 int stop_status() { return stop_asked.load() ? kStopStatus : 0; }
 
