@@ -759,7 +759,8 @@ change_case_f(int32_t case_flag, int32_t whole_words, int32_t binary_check,
  *
  * Names the undo list file and creates it, and the folders above it, when
  * missing. Without one no safe copies can be made.
- * Answers 1; -1 for an empty path, a folder, or a file that cannot be created.
+ * Answers 1; -1 for an empty path, a folder, or a file that cannot be created,
+ * and, with nothing changed, while Undo() or a run that changes files goes on.
  */
 ZENFO_API int32_t ZENFO_CALL SetUndoFile(const char* file);
 

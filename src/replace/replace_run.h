@@ -47,7 +47,9 @@ class ReplaceSummary final : public SummaryFile {
 class ReplaceRun : public FileRun {
  public:
   ReplaceRun(Library& library, const RunOptions& options, bool safe_store)
-      : FileRun(library, options), safe_store_(safe_store) {}
+      : FileRun(library, options),
+        safe_store_(safe_store),
+        store_in_use_(library.safe_store.get()) {}
 
   int32_t run_over_list(Searches& searches);
   int32_t run_over_lines(Searches& searches, const char* list_path,
@@ -77,6 +79,7 @@ class ReplaceRun : public FileRun {
   Step leave(FileInHand& file);
 
   bool safe_store_;
+  SafeStore::InUse store_in_use_;
   std::vector<std::string> open_files_;     // of the run itself
   std::unordered_set<std::string> stored_;  // keys of the files
   std::string last_stored_;                 // the key of the last one

@@ -123,6 +123,7 @@ void append_records(std::string_view text, ItemList& records) {
 }  // namespace
 
 int32_t SafeStore::set_undo_file(const char* given) {
+  if (users_ > 0) return -1;
   undo_file_.clear();
   if (given == nullptr || *given == '\0') return -1;
   std::string path = with_own_separators(given);
@@ -267,7 +268,7 @@ int32_t SafeStore::load_undo_list() {
 
 int32_t SafeStore::undo() {
   if (undo_file_.empty()) return -1;
-  // A copy: a host may name another file from a callback.
+  const InUse in_use(this);
   const std::string undo_file = undo_file_;
   const std::string error_file = error_file_of(undo_file);
   if (!platform::is_file(undo_file.c_str()) || undo_list.Count() == 0) {

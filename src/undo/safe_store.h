@@ -27,8 +27,26 @@ class SafeStore {
   }
   void SetReportHook(ReportHook hook) { undo_list.SetReportHook(hook); }
 
+  // While one lives the store stays where it is: of a run that changes files,
+  // or of Undo. The store may be missing.
+  class InUse {
+   public:
+    explicit InUse(SafeStore* store) : store_(store) {
+      if (store_ != nullptr) ++store_->users_;
+    }
+    ~InUse() {
+      if (store_ != nullptr) --store_->users_;
+    }
+    InUse(const InUse&) = delete;
+    InUse& operator=(const InUse&) = delete;
+
+   private:
+    SafeStore* store_;
+  };
+
   // Names the undo list file and creates it, with its folders, when missing.
-  // 1; -1 leaves the store without one. The undo list is kept.
+  // 1; -1 leaves the store without one, or, when it is in use, as it was. The
+  // undo list is kept.
   int32_t set_undo_file(const char* path);
 
   // Begins a run: empties the undo list and deletes all files of the store's
@@ -77,6 +95,7 @@ class SafeStore {
 
   std::string undo_file_;      // empty: none
   uint64_t lines_before_ = 0;  // bytes of it in front of the line written last
+  int users_ = 0;              // InUse that live
   uint32_t copies_ = 0;        // of this run; part of the copies' names
   std::vector<std::string> open_files_;  // by the run: list and summary
 };

@@ -15,6 +15,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using zenfo::test::change_case;
 using zenfo::test::file_exists;
 using zenfo::test::HostRecorder;
 using zenfo::test::pattern;
@@ -412,18 +413,43 @@ TEST_F(UndoTest, AHostMayReadTheListMeanwhile) {
   EXPECT_EQ(texts, "aXaaa");
 }
 
-TEST_F(UndoTest, AHostMayNameAnotherUndoFileMeanwhile) {
+TEST_F(UndoTest, TheUndoFileStaysWhereItIsDuringUndo) {
   use_store();
   change({"1", "2"});
   ASSERT_EQ(SetState(ZENFO_LIST_UNDO, 0, 0), 1);
   const auto other = work().path("other/undo.txt");
   HostRecorder host;
+  int asked = 0;
   host.on_progress = [&](const ProgressRecord&) {
-    EXPECT_EQ(SetUndoFile(other.c_str()), 1);
+    EXPECT_EQ(SetUndoFile(other.c_str()), -1);
+    EXPECT_EQ(SetUndoFile(nullptr), -1);
+    ++asked;
   };
   EXPECT_EQ(Undo(), 1);
-  EXPECT_EQ(read_file(other), "");
+  EXPECT_EQ(asked, 2);
+  EXPECT_FALSE(file_exists(other));
   EXPECT_TRUE(read_file(undo_file()).ends_with("\r\r\n"));
+  EXPECT_EQ(SetUndoFile(other.c_str()), 1) << "afterwards";
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(UndoTest, TheUndoFileStaysWhereItIsDuringARun) {
+  use_store();
+  const auto other = work().path("other/undo.txt");
+  for (const char* name : {"1", "2"}) add(name, "a");
+  ASSERT_TRUE(pattern("a"));
+  HostRecorder host;
+  int asked = 0;
+  host.on_status_text = [&](const std::string&) {
+    EXPECT_EQ(SetUndoFile(other.c_str()), -1);
+    ++asked;
+  };
+  EXPECT_EQ(change_case({.safe = 1, .upper = 1}), 2);
+  EXPECT_EQ(replace_block({.safe = 1}), 0) << "nothing is left to replace";
+  EXPECT_GT(asked, 4);
+  EXPECT_FALSE(file_exists(other));
+  host.on_status_text = nullptr;
+  EXPECT_EQ(SetUndoFile(other.c_str()), 1) << "afterwards";
 }
 
 TEST_F(UndoTest, ReportsEveryRecord) {
