@@ -768,6 +768,8 @@ ZENFO_API int32_t ZENFO_CALL SetUndoFile(const char* file);
  *
  * Fills list 3 from the undo list file. Answers the number of records; 0 when
  * the file is missing or empty; -1 when none is named.
+ * Reading ends at a line of fewer than three fields or when the host stops it.
+ * Undo() keeps the lines from there on in the file as they are.
  * Progress: "Retrieving list of safe-stored files".
  */
 ZENFO_API int32_t ZENFO_CALL GetUndoList(void);
@@ -778,8 +780,9 @@ ZENFO_API int32_t ZENFO_CALL GetUndoList(void);
  * original, whatever has been done to it since, and removes copy and record.
  * Files that cannot be restored stay in the list and are written to the undo
  * error file (the undo list file's path with ".error").
- * Answers the number of records left; 0 when there is nothing to restore; -1
- * when no undo list file is named or it cannot be rewritten.
+ * Answers the number of records left, without the lines that GetUndoList() did
+ * not read; 0 when there is nothing to restore; -1 when no undo list file is
+ * named or it cannot be rewritten.
  * Progress: "Restoring original files".
  */
 ZENFO_API int32_t ZENFO_CALL Undo(void);

@@ -52,6 +52,10 @@ class OutFile {
     return write_elsewhere(piece);
   }
   bool write(char byte) { return write(std::string_view(&byte, 1)); }
+  // The same in text mode too: lines that have their ends already.
+  bool write_unchanged(std::string_view piece) {
+    return is_open() && !failed_ && write_raw(piece);
+  }
   // Decimal digits of a number.
   bool write_number(unsigned long long number);
 

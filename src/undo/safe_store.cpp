@@ -81,6 +81,13 @@ bool open_records(OutFile& file, const std::string& undo_file) {
                    OutFile::LineEnds::kExpand);
 }
 
+// Empty for a file that cannot be read.
+std::string text_of(const std::string& path) {
+  FileContent content;
+  content.load_file_content(path.c_str());
+  return std::string(content.bytes());
+}
+
 // The next field of a line; false when there is none.
 bool take_field(const char** cursor, const char* line_end, SharedText& field) {
   const char* start;
@@ -105,8 +112,9 @@ std::unique_ptr<UndoRecord> parse_line(const char* line, size_t length) {
 }
 
 // Appends the records that the lines of an undo list file hold, until the host
-// stops it or a line is no record.
-void append_records(std::string_view text, ItemList& records) {
+// stops it or a line is no record. `read` is at each moment the bytes of the
+// lines in the list, also when memory runs out.
+void append_records(std::string_view text, ItemList& records, size_t& read) {
   const char* cursor = text.data();
   const char* line;
   size_t length;
@@ -115,6 +123,8 @@ void append_records(std::string_view text, ItemList& records) {
     std::unique_ptr<UndoRecord> record = parse_line(line, length);
     if (record == nullptr) return;
     records.Append(std::move(record));
+    read = cursor != nullptr ? static_cast<size_t>(cursor - text.data())
+                             : text.size();
     if (records.PollInterrupt() != 0) return;
     records.ReportReset();
   }
@@ -164,6 +174,7 @@ bool SafeStore::is_open(const std::string& path) const {
 int32_t SafeStore::start_safe_store_run(std::vector<std::string> open_files) {
   open_files_ = std::move(open_files);
   undo_list.Clear();
+  unread_ = {};
   copies_ = 0;
   const std::string store = folder();
   if (store.empty()) return 1;
@@ -182,10 +193,8 @@ int32_t SafeStore::start_safe_store_run(std::vector<std::string> open_files) {
 // The rest of a drive's root is not the store's to delete.
 void SafeStore::delete_own_files() {
   ItemList records;
-  FileContent content;
-  if (content.load_file_content(undo_file_.c_str()) > 0) {
-    append_records(content.bytes(), records);
-  }
+  size_t read = 0;
+  append_records(text_of(undo_file_), records, read);
   for (uint32_t i = 0; i < records.Count(); ++i) {
     const auto* record = record_cast<UndoRecord>(records.Get(i));
     if (record != nullptr) delete_unless_open(record->safe_copy.c_str());
@@ -258,29 +267,46 @@ bool SafeStore::append_record(const UndoRecord& record) {
 
 int32_t SafeStore::load_undo_list() {
   if (undo_file_.empty()) return -1;
-  FileContent content;
-  if (content.load_file_content(undo_file_.c_str()) <= 0) return 0;
+  std::string text = text_of(undo_file_);
+  if (text.empty()) return 0;
+  unread_ = {undo_file_, std::move(text)};
   undo_list.Clear();
-  append_records(content.bytes(), undo_list);
+  read_records();
   undo_list.BuildIndex();
   return static_cast<int32_t>(undo_list.Count());
+}
+
+void SafeStore::read_records() {
+  append_records(unread_.text, undo_list, unread_.at);
+  // As a rule all is read and nothing is to be kept.
+  unread_.text = unread_.text.substr(unread_.at);
+  unread_.at = 0;
+}
+
+// Lines of another file stay in that file.
+std::string_view SafeStore::unread_lines() const {
+  if (!platform::names_same_file(unread_.file.c_str(), undo_file_.c_str())) {
+    return {};
+  }
+  return std::string_view(unread_.text).substr(unread_.at);
 }
 
 int32_t SafeStore::undo() {
   if (undo_file_.empty()) return -1;
   const InUse in_use(this);
-  const std::string undo_file = undo_file_;
-  const std::string error_file = error_file_of(undo_file);
-  if (!platform::is_file(undo_file.c_str()) || undo_list.Count() == 0) {
+  const std::string error_file = error_file_of(undo_file_);
+  if (!platform::is_file(undo_file_.c_str()) || undo_list.Count() == 0) {
     return 0;
   }
   if (platform::exists(error_file.c_str()) &&
       !platform::delete_file(error_file.c_str())) {
     return -1;
   }
+  // Asked while the file is there.
+  const std::string_view unread = unread_lines();
   const bool reported = restore_records(error_file);
   undo_list.BuildIndex();
-  if (!write_records(undo_file) || !reported) return -1;
+  if (!write_records(unread) || !reported) return -1;
   return static_cast<int32_t>(undo_list.Count());
 }
 
@@ -335,29 +361,30 @@ bool SafeStore::report_unrestored(const std::string& error_file,
 
 // In one step where the folder takes a second file: with a record the way back
 // of its file would be lost. A full disk leaves the records as they were.
-bool SafeStore::write_records(const std::string& undo_file) {
-  const std::string fresh = undo_file + ".new";
+bool SafeStore::write_records(std::string_view unread) {
+  const std::string fresh = undo_file_ + ".new";
   OutFile file;
   if (!platform::exists(fresh.c_str()) && open_records(file, fresh)) {
-    const bool complete = put_records(file);
-    if (complete && platform::replace_file(fresh.c_str(), undo_file.c_str())) {
+    const bool complete = put_records(file, unread);
+    if (complete && platform::replace_file(fresh.c_str(), undo_file_.c_str())) {
       return true;
     }
     platform::delete_file(fresh.c_str());
     if (!complete) return false;
   }
-  return open_records(file, undo_file) && put_records(file);
+  return open_records(file, undo_file_) && put_records(file, unread);
 }
 
 // Intended: CR LF through a text-mode file, so that lines end in CR CR LF and
 // the CR stays with the time when they are read back.
-bool SafeStore::put_records(OutFile& file) {
+bool SafeStore::put_records(OutFile& file, std::string_view unread) {
   for (Record* record = undo_list.First(); record != nullptr;
        record = undo_list.Next()) {
     if (const auto* stored = record_cast<UndoRecord>(record)) {
       write_line(file, *stored, "\r\n");
     }
   }
+  file.write_unchanged(unread);
   return file.close();
 }
 

@@ -64,18 +64,27 @@ class SafeStore {
   void take_back_safe_copy();
 
   // Replaces the list by what the undo list file holds: the number of records,
-  // 0 without such a file, -1 when none is named.
+  // 0 without such a file, -1 when none is named. The lines from one that is no
+  // record on, or behind a stop, are not read and not counted.
   int32_t load_undo_list();
   // Copies the safe copies of all selected records back, deletes them and takes
-  // the records out; the undo list file keeps the others. Records that cannot
-  // be restored stay and are written to the undo error file. Answers the
-  // records left; 0 when there is nothing to restore; -1 on failure.
+  // the records out; the undo list file keeps the others and, byte for byte,
+  // the lines that were not read from it. Records that cannot be restored stay
+  // and are written to the undo error file. Answers the records left, lines not
+  // read not counted; 0 when there is nothing to restore; -1 on failure.
   // Intended: whatever was done to a file since is overwritten.
   int32_t undo();
 
   ItemList undo_list;  // of UndoRecord
 
  private:
+  // Text of an undo list file, as far as it is no record of the list.
+  struct Unread {
+    std::string file;  // its path
+    std::string text;
+    size_t at = 0;  // what stands in front of it has been read
+  };
+
   std::string folder() const;
   static std::string error_file_of(const std::string& undo_file) {
     return undo_file + ".error";
@@ -86,14 +95,17 @@ class SafeStore {
   void delete_own_files();
   void delete_unless_open(const std::string& path) const;
   bool append_record(const UndoRecord& record);
-  bool write_records(const std::string& undo_file);
-  bool put_records(OutFile& file);
+  bool write_records(std::string_view unread);
+  void read_records();
+  std::string_view unread_lines() const;
+  bool put_records(OutFile& file, std::string_view unread);
   bool restore_records(const std::string& error_file);
   bool restore(const UndoRecord& record);
   bool report_unrestored(const std::string& error_file,
                          const UndoRecord& record);
 
   std::string undo_file_;      // empty: none
+  Unread unread_;              // empty for a list that a run has filled
   uint64_t lines_before_ = 0;  // bytes of it in front of the line written last
   int users_ = 0;              // InUse that live
   uint32_t copies_ = 0;        // of this run; part of the copies' names

@@ -36,6 +36,10 @@ class UndoTest : public zenfo::test::RunTest {
     return paths;
   }
   std::string undo_errors() const { return undo_file() + ".error"; }
+  // Appends to the undo list file what is not to be read as a record.
+  void spoil(const std::string& bytes) {
+    write_file(undo_file(), read_file(undo_file()) + bytes);
+  }
 };
 
 Texts times() {
@@ -451,6 +455,83 @@ TEST_F(UndoTest, TheUndoFileStaysWhereItIsDuringARun) {
   host.on_status_text = nullptr;
   EXPECT_EQ(SetUndoFile(other.c_str()), 1) << "afterwards";
 }
+
+// ---- Lines that were not read ----------------------------------------------
+
+// No bytes of any kind are lost.
+const std::string kUnread(
+    "damaged\r\na\tb\tc\r\r\nd\te\tf\ng\th\r\n\r\n\0z\t\t\r\nend", 46);
+
+TEST_F(UndoTest, ADamagedLineAndWhatStandsBehindItStay) {
+  use_store();
+  const auto paths = change({"1", "2", "3"});
+  const auto when = times();
+  spoil(kUnread);
+  EXPECT_EQ(GetUndoList(), 3) << "only what was read counts";
+  ASSERT_EQ(SetState(ZENFO_LIST_UNDO, 1, 0), 1);
+  EXPECT_EQ(Undo(), 1);
+  EXPECT_EQ(read_file(paths[0]) + read_file(paths[1]) + read_file(paths[2]),
+            "aXa");
+  EXPECT_EQ(read_file(undo_file()), paths[1] + "\t" + in_store("2_1") + "\t" +
+                                        when[1] + "\r\r\n" + kUnread);
+  ASSERT_EQ(SetState(ZENFO_LIST_UNDO, -1, 1), 1);
+  EXPECT_EQ(Undo(), 0) << "records, not lines";
+  EXPECT_EQ(read_file(undo_file()), kUnread);
+  EXPECT_EQ(GetUndoList(), 0);
+  EXPECT_EQ(Undo(), 0);
+  EXPECT_EQ(read_file(undo_file()), kUnread);
+}
+
+TEST_F(UndoTest, LinesBehindAStopAreReadNextTime) {
+  use_store();
+  Texts names;
+  for (int i = 0; i < 230; ++i) names.push_back(std::to_string(i));
+  const auto paths = change(names);
+  const auto lines = read_file(undo_file());
+  HostRecorder host;
+  host.interrupt = [] { return 1; };
+  const int32_t count = GetUndoList();
+  host.interrupt = [] { return 0; };
+  ASSERT_GT(count, 0);
+  ASSERT_LT(count, 230);
+  EXPECT_EQ(Undo(), 0);
+  EXPECT_TRUE(lines.ends_with(read_file(undo_file())));
+  EXPECT_EQ(GetUndoList(), 230 - count);
+  EXPECT_EQ(Undo(), 0);
+  for (const auto& path : paths) ASSERT_EQ(read_file(path), "a") << path;
+  EXPECT_EQ(read_file(undo_file()), "");
+}
+
+TEST_F(UndoTest, UnreadLinesStayInTheirFile) {
+  use_store();
+  change({"1"});
+  spoil("damaged");
+  ASSERT_EQ(GetUndoList(), 1);
+  const auto before = read_file(undo_file());
+  ASSERT_EQ(SetState(ZENFO_LIST_UNDO, 0, 0), 1);
+  const auto other = work().path("other/undo.txt");
+  ASSERT_EQ(SetUndoFile(other.c_str()), 1);
+  EXPECT_EQ(Undo(), 1);
+  EXPECT_TRUE(read_file(other).ends_with("\r\r\n"));
+  EXPECT_EQ(read_file(undo_file()), before);
+  const std::string same = work().path("other/../store/undo.txt");
+  ASSERT_EQ(SetUndoFile(same.c_str()), 1);
+  EXPECT_EQ(Undo(), 1);
+  EXPECT_TRUE(read_file(undo_file()).ends_with("\r\r\ndamaged"));
+}
+
+TEST_F(UndoTest, ARunForgetsUnreadLinesToo) {
+  use_store();
+  change({"1"});
+  spoil("damaged");
+  ASSERT_EQ(GetUndoList(), 1);
+  change({"2"});
+  ASSERT_EQ(SetState(ZENFO_LIST_UNDO, 0, 0), 1);
+  EXPECT_EQ(Undo(), 1);
+  EXPECT_TRUE(read_file(undo_file()).ends_with("\r\r\n"));
+}
+
+// ---- Progress --------------------------------------------------------------
 
 TEST_F(UndoTest, ReportsEveryRecord) {
   use_store();

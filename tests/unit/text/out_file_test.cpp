@@ -92,6 +92,17 @@ TEST_F(OutFileTest, ExpandLeavesCarriageReturnsAlone) {
   EXPECT_EQ(on_disk(), "a\r\r\nb\r\r\n");
 }
 
+TEST_F(OutFileTest, WritesWithinATextModeFileUnchangedWhatIsToStay) {
+  OutFile file;
+  EXPECT_FALSE(file.write_unchanged("x")) << "nothing is open";
+  ASSERT_TRUE(open(file, OutputMode::kTruncate, LineEnds::kExpand));
+  EXPECT_TRUE(file.write("a\n"));
+  EXPECT_TRUE(file.write_unchanged("b\n"));
+  EXPECT_TRUE(file.write("c\n"));
+  EXPECT_TRUE(file.close());
+  EXPECT_EQ(on_disk(), "a\r\nb\nc\r\n");
+}
+
 TEST_F(OutFileTest, TruncateEmptiesAndAppendKeepsWhatIsThere) {
   OutFile file;
   ASSERT_TRUE(open(file, OutputMode::kTruncate, LineEnds::kRaw));

@@ -161,6 +161,21 @@ TEST_F(SafeStoreTest, UndoSparesAFileWhoseNameItsNewListWouldTake) {
   EXPECT_EQ(store.load_undo_list(), 1);
 }
 
+// Also when the list has to be written where it stands.
+TEST_F(SafeStoreTest, LinesThatAreNoRecordsSurviveARewriting) {
+  const auto one = file("a", "x");
+  for (const bool in_place : {false, true}) {
+    store.start_safe_store_run({});
+    store.store_safe_copy(one.c_str());
+    const std::string unread = "no record\n\r\nb\tc\td\r\n";
+    test::write_file(undo_file, read_file(undo_file) + unread);
+    EXPECT_EQ(store.load_undo_list(), 1);
+    if (in_place) folder.file("store/undo.new", "");
+    EXPECT_EQ(store.undo(), 0);
+    EXPECT_EQ(read_file(undo_file), unread);
+  }
+}
+
 TEST_F(SafeStoreTest, UndoFailsWhenItsFilesCannotBeWritten) {
   store.store_safe_copy(file("a", "x").c_str());
   ASSERT_EQ(store.set_undo_file("/dev/full"), 1);
