@@ -64,7 +64,6 @@ void PatternContext::SetReportHook(ReportHook hook) {
 }
 
 bool PatternContext::polls() const {
-  if (cancel_pending_) return true;
   InterruptHook hook = matches.interrupt_hook();
   return hook != nullptr &&
          !(hook == &interr && host_callbacks().interrupt == nullptr);
@@ -78,10 +77,6 @@ bool PatternContext::reports() const {
 
 int32_t PatternContext::poll_due(size_t count) {
   if (count == 0) return 0;
-  if (cancel_pending_) {
-    cancel_pending_ = false;
-    return 1;
-  }
   InterruptHook hook = matches.interrupt_hook();
   if (hook == nullptr) return 0;
   uint32_t& polls = search_counters().polls;

@@ -74,7 +74,7 @@ class PatternContext {
   int32_t PollCancelTimes(size_t count) {
     uint32_t& polls = search_counters().polls;
     const uint32_t interval = poll_interval();
-    if (cancel_pending_ || polls >= interval || count >= interval - polls) {
+    if (polls >= interval || count >= interval - polls) {
       return poll_due(count);
     }
     if (matches.interrupt_hook() != nullptr) {
@@ -82,9 +82,6 @@ class PatternContext {
     }
     return 0;
   }
-  // While set, the next poll answers "stop" whether it is due or not, and
-  // unsets it: for a cancellation that must reach the next run too.
-  void SetCancelPending(bool pending) { cancel_pending_ = pending; }
   // Whether a cancellation ended the last run (written by the matcher).
   bool cancelled = false;
 
@@ -133,7 +130,6 @@ class PatternContext {
   int32_t poll_due(size_t count);
 
   uint32_t poll_interval_ = 0;
-  bool cancel_pending_ = false;
   uint32_t interrupt_argument_ = 0;
   ProgressRecord progress_{};
   const char* text_ = nullptr;

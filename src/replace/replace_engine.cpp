@@ -36,15 +36,10 @@ int32_t rewrite(PatternContext& context, const Destination& destination,
       });
 }
 
-// Deselects the matches from a position on: they get no replacement.
-bool leave_without(ItemList& matches, uint32_t first) {
-  for (uint32_t i = first; i < matches.Count(); ++i) {
-    auto* match = record_cast<MatchRecord>(matches.Get(i));
-    if (match == nullptr) return false;
-    match->state = 0;
-    match->flag = 0;
-  }
-  return true;
+// Deselects a match that gets no replacement.
+void leave_without(MatchRecord& match) {
+  match.state = 0;
+  match.flag = 0;
 }
 
 }  // namespace
@@ -90,15 +85,19 @@ int32_t replace_with_records(PatternContext& context,
 int32_t set_replacements_from_list(PatternContext& context, ItemList& values,
                                    bool expand) {
   const uint32_t paired = std::min(context.matches.Count(), values.Count());
-  for (uint32_t i = 0; i < paired; ++i) {
+  for (uint32_t i = 0; i < context.matches.Count(); ++i) {
     auto* match = record_cast<MatchRecord>(context.matches.Get(i));
     if (match == nullptr) return -1;
+    if (i >= paired) {
+      leave_without(*match);
+      continue;
+    }
     const auto* value = record_cast<ReplaceValue>(values.Get(i));
     if (value == nullptr) return -1;
     match->set_replacement(
         expanded(context, value->value.view(), expand).c_str());
   }
-  return leave_without(context.matches, paired) ? 1 : -1;
+  return 1;
 }
 
 int32_t set_replacements_from_matches(PatternContext& context,
@@ -110,16 +109,21 @@ int32_t set_replacements_from_matches(PatternContext& context,
   uint32_t served = matches.Count();
   if (index == 0) served = std::min(served, sources);
   if (index > sources) served = 0;
-  for (uint32_t i = 0; i < served; ++i) {
+  for (uint32_t i = 0; i < matches.Count(); ++i) {
     context.ReportProgress(i, matches.Count());
     if (context.PollCancel() != 0) return -1;
     auto* match = record_cast<MatchRecord>(matches.Get(i));
+    if (match == nullptr) return -1;
+    if (i >= served) {
+      leave_without(*match);
+      continue;
+    }
     const auto* source =
         record_cast<MatchRecord>(other.matches.Get(index == 0 ? i : index - 1));
-    if (match == nullptr || source == nullptr) return -1;
+    if (source == nullptr) return -1;
     match->set_replacement_bytes(expanded(context, source->matched(), expand));
   }
-  return leave_without(matches, served) ? 1 : -1;
+  return 1;
 }
 
 bool insert_number(std::string_view text, std::string_view placeholder,

@@ -64,7 +64,8 @@ int32_t set_replacements_from_list(PatternContext& context, ItemList& values,
                                    bool expand);
 // Index 0: the text of match i of `other` goes to match i, as from a list.
 // Index k: the text of its match k - 1 goes to all; none when there is no such
-// match. 1; -1 for an empty text, an interrupt, a record that is no match.
+// match. Every match of the context is reported and polled, served or not. 1;
+// -1 for an empty text, an interrupt, a record that is no match.
 int32_t set_replacements_from_matches(PatternContext& context,
                                       PatternContext& other, uint32_t index,
                                       bool expand);

@@ -95,14 +95,6 @@ TEST(PatternContext, StopsCountingAtTheFirstStop) {
   EXPECT_EQ(search_counters().polls, 0u);
 }
 
-TEST(PatternContext, APendingCancellationAnswersTheNextPoll) {
-  PatternContext context;
-  context.SetCancelPending(true);
-  EXPECT_TRUE(context.polls());
-  EXPECT_NE(context.PollCancel(), 0);
-  EXPECT_EQ(context.PollCancel(), 0);
-}
-
 TEST(PatternContext, ReportsFirstLastAndAboutAHundredBetween) {
   PatternContext context;
   HookLog log(context, 0);

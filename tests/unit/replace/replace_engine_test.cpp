@@ -228,15 +228,42 @@ TEST_F(ReplaceEngineTest, TakingMatchesReportsEachRecord) {
   }
 }
 
-TEST_F(ReplaceEngineTest, TakingMatchesCanBeInterrupted) {
-  set("bb", {{0, 1}, {1, 1}});
+TEST_F(ReplaceEngineTest, TakingMatchesReportsThoseLeftWithoutAValueToo) {
+  set("bbb", {{0, 1}, {1, 1}, {2, 1}});
   replace_test::Engine source;
-  source.set("xy", {{0, 1}, {1, 1}});
-  search_counters() = {};
-  context.SetPollInterval(1);
-  context.SetInterruptHook([](void*) { return 1; });
-  EXPECT_EQ(set_replacements_from_matches(context, source.context, 0, false),
-            -1);
+  source.set("x", {{0, 1}});
+  context.SetReportHook([](ProgressRecord* record) {
+    reported.push_back(record->position);
+    return 0;
+  });
+  // One value for three matches, and no such value.
+  for (const uint32_t index : {0u, 2u}) {
+    reported.clear();
+    EXPECT_EQ(
+        set_replacements_from_matches(context, source.context, index, false),
+        1);
+    EXPECT_EQ(reported, (std::vector<uint32_t>{0, 1, 2})) << index;
+  }
+}
+
+TEST_F(ReplaceEngineTest, TakingMatchesCanBeInterruptedAtEachRecord) {
+  // All have a value, one has, none has.
+  for (const uint32_t index : {1u, 0u, 2u}) {
+    for (int polls = 1; polls <= 7; ++polls) {
+      set("bbbbbbbb", {{0, 1}, {1, 1}, {2, 1}, {3, 1}, {4, 1}, {5, 1}});
+      replace_test::Engine source;
+      source.set("x", {{0, 1}});
+      search_counters() = {};
+      context.SetPollInterval(1);
+      static int left;
+      left = polls;
+      context.SetInterruptHook([](void*) { return --left == 0 ? 1 : 0; });
+      EXPECT_EQ(
+          set_replacements_from_matches(context, source.context, index, false),
+          polls <= 6 ? -1 : 1)
+          << index << ' ' << polls;
+    }
+  }
 }
 
 TEST_F(ReplaceEngineTest, ARecordWithoutReplacementIsDeleted) {
