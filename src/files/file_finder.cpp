@@ -93,15 +93,15 @@ bool FileFinder::search(const SearchGroup& group) {
 // grows meanwhile, so the listing in hand is moved out of it and back.
 bool FileFinder::add_folders_below(size_t parent) {
   platform::FolderListing listing = std::move(folders_[parent]);
-  const bool finished = listing.visit_folders([&](std::string_view name) {
-    if (!is_recycle_bin(name)) {
-      std::string path = join(listing.path(), name);
-      const bool enter = path.size() < platform::kPathLimit;
-      folders_.emplace_back(std::move(path));
-      if (enter && !add_folders_below(folders_.size() - 1)) return false;
-    }
-    return !interrupted();
-  });
+  const auto add = [&](std::string_view name) {
+    if (is_recycle_bin(name)) return true;
+    std::string path = join(listing.path(), name);
+    const bool enter = path.size() < platform::kPathLimit;
+    folders_.emplace_back(std::move(path));
+    return !enter || add_folders_below(folders_.size() - 1);
+  };
+  const bool finished =
+      listing.visit_folders(add, [&] { return !interrupted(); });
   folders_[parent] = std::move(listing);
   return finished;
 }
@@ -109,14 +109,14 @@ bool FileFinder::add_folders_below(size_t parent) {
 bool FileFinder::search_folder(platform::FolderListing& folder,
                                const std::vector<std::string>& patterns) {
   for (const std::string& pattern : patterns) {
-    const bool finished =
-        folder.visit_files(pattern.c_str(), [&](std::string_view name) {
-          if (passes_extension_test(name, pattern)) {
-            if (!sink_(folder.path(), name)) return false;
-            ++found_;
-          }
-          return !interrupted();
-        });
+    const auto take = [&](std::string_view name) {
+      if (!passes_extension_test(name, pattern)) return true;
+      if (!sink_(folder.path(), name)) return false;
+      ++found_;
+      return true;
+    };
+    const bool finished = folder.visit_files(pattern.c_str(), take,
+                                             [&] { return !interrupted(); });
     if (!finished) return false;
   }
   return true;

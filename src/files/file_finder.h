@@ -39,7 +39,8 @@ class FileFinder {
   using Sink =
       std::function<bool(std::string_view folder, std::string_view name)>;
 
-  // `hooks` are polled with period 100 after each answer of the system.
+  // `hooks` are polled with period 100 after each answer of the system, also
+  // one that is no file or of no use.
   FileFinder(ProgressHooks& hooks, Sink sink)
       : hooks_(hooks), sink_(std::move(sink)) {}
 

@@ -100,6 +100,11 @@ class FolderListing {
   // Visitors get a bare name, valid during the call, and answer false to stop
   // the listing. They may move the listing meanwhile, not destroy it.
   using Visitor = std::function<bool(std::string_view name)>;
+  // Called after each answer of the system, wanted or not, and behind the
+  // visitor where there is one; answers false to stop the listing. Natively
+  // that is after each name as the folder is read, and again after each that
+  // was visited.
+  using Answered = std::function<bool()>;
 
   explicit FolderListing(std::string path);
   ~FolderListing();
@@ -109,15 +114,18 @@ class FolderListing {
   const std::string& path() const { return path_; }
 
   // Every folder in it whose name does not begin with "."; natively without
-  // links to folders. False when the visitor stopped it.
-  bool visit_folders(const Visitor& visit);
+  // links to folders. False when either of the two stopped it.
+  bool visit_folders(const Visitor& visit, const Answered& answered = go_on);
   // Every file (no folder) matching the pattern whose name does not begin
   // with "."; natively only regular files and links to such. Case is ignored;
   // "*.*" matches every name, "*." names without a point; an empty pattern
   // natively none.
-  bool visit_files(const char* pattern, const Visitor& visit);
+  bool visit_files(const char* pattern, const Visitor& visit,
+                   const Answered& answered = go_on);
 
  private:
+  static bool go_on() { return true; }
+
   struct State;
   std::string path_;
   std::unique_ptr<State> state_;

@@ -78,17 +78,17 @@ int open_folder(const std::string& path) {
   return open((path + '/').c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
 }
 
-// Hands every entry, "." and ".." too, to `take`; what cannot be read is left
-// out.
+// Hands every entry, "." and ".." too, to `take`, which answers false to stop;
+// what cannot be read is left out. False when stopped.
 template <class Take>
-void read_folder(int folder, Take take) {
+bool read_folder(int folder, Take take) {
   alignas(dirent64) char buffer[kReadSize];
   for (;;) {
     const ssize_t size = getdents64(folder, buffer, kReadSize);
-    if (size <= 0) return;
+    if (size <= 0) return true;
     for (ssize_t at = 0; at < size;) {
       const auto& entry = *reinterpret_cast<const dirent64*>(buffer + at);
-      take(entry);
+      if (!take(entry)) return false;
       at += entry.d_reclen;
     }
   }
@@ -111,11 +111,13 @@ struct FolderListing::State {
   std::string_view name(const Entry& entry) const {
     return std::string_view(names).substr(entry.offset, entry.length);
   }
-  void read(const std::string& path);
+  bool read(const std::string& path, const Answered& answered);
+  bool read_names(const std::string& path, const Answered& answered);
   void add(int folder, const dirent64& entry);
   void sort();
   template <class Wanted>
-  bool visit(const std::string& path, Wanted wanted, const Visitor& visitor);
+  bool visit(const std::string& path, Wanted wanted, const Visitor& visitor,
+             const Answered& answered);
 };
 
 void FolderListing::State::add(int folder, const dirent64& entry) {
@@ -128,15 +130,27 @@ void FolderListing::State::add(int folder, const dirent64& entry) {
   names += found;
 }
 
-void FolderListing::State::read(const std::string& path) {
+// A reading that was stopped begins anew when it is asked for again.
+bool FolderListing::State::read(const std::string& path,
+                                const Answered& answered) {
+  names.clear();
+  entries.clear();
+  if (!read_names(path, answered)) return false;
   is_read = true;
-  const Descriptor folder(open_folder(path));
-  if (!folder.is_open()) return;
-  read_folder(folder.get(),
-              [&](const dirent64& entry) { add(folder.get(), entry); });
   sort();
   names.shrink_to_fit();
   entries.shrink_to_fit();
+  return true;
+}
+
+bool FolderListing::State::read_names(const std::string& path,
+                                      const Answered& answered) {
+  const Descriptor folder(open_folder(path));
+  if (!folder.is_open()) return true;
+  return read_folder(folder.get(), [&](const dirent64& entry) {
+    add(folder.get(), entry);
+    return answered();
+  });
 }
 
 void FolderListing::State::sort() {
@@ -149,10 +163,12 @@ void FolderListing::State::sort() {
 // The visitor may move the listing, not destroy it.
 template <class Wanted>
 bool FolderListing::State::visit(const std::string& path, Wanted wanted,
-                                 const Visitor& visitor) {
-  if (!is_read) read(path);
+                                 const Visitor& visitor,
+                                 const Answered& answered) {
+  if (!is_read && !read(path, answered)) return false;
   for (const Entry& entry : entries) {
-    if (wanted(entry) && !visitor(name(entry))) return false;
+    if (!wanted(entry)) continue;
+    if (!visitor(name(entry)) || !answered()) return false;
   }
   return true;
 }
@@ -163,14 +179,16 @@ FolderListing::~FolderListing() = default;
 FolderListing::FolderListing(FolderListing&&) noexcept = default;
 FolderListing& FolderListing::operator=(FolderListing&&) noexcept = default;
 
-bool FolderListing::visit_folders(const Visitor& visit) {
+bool FolderListing::visit_folders(const Visitor& visit,
+                                  const Answered& answered) {
   return state_->visit(
       path_,
       [](const State::Entry& entry) { return entry.kind == Kind::kFolder; },
-      visit);
+      visit, answered);
 }
 
-bool FolderListing::visit_files(const char* pattern, const Visitor& visit) {
+bool FolderListing::visit_files(const char* pattern, const Visitor& visit,
+                                const Answered& answered) {
   const WildcardPattern wildcard(pattern);
   State& state = *state_;
   return state.visit(
@@ -178,7 +196,7 @@ bool FolderListing::visit_files(const char* pattern, const Visitor& visit) {
       [&](const State::Entry& entry) {
         return entry.kind == Kind::kFile && wildcard.matches(state.name(entry));
       },
-      visit);
+      visit, answered);
 }
 
 void delete_files_in(const char* folder,
@@ -192,6 +210,7 @@ void delete_files_in(const char* folder,
     if (kind == Kind::kFile || kind == Kind::kOther) {
       names.emplace_back(entry.d_name);
     }
+    return true;
   });
   for (const std::string& name : names) {
     if (wanted(name)) unlinkat(handle.get(), name.c_str(), 0);

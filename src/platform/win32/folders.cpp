@@ -45,10 +45,11 @@ bool visit_answers(const std::string& folder, const char* pattern, Take take) {
 }
 
 bool visit_kind(const std::string& folder, const char* pattern, bool folders,
-                const FolderListing::Visitor& visit) {
+                const FolderListing::Visitor& visit,
+                const FolderListing::Answered& answered) {
   return visit_answers(folder, pattern, [&](const Query& query) {
     const bool wanted = query.is_folder() == folders && query.name()[0] != '.';
-    return !wanted || visit(query.name());
+    return (!wanted || visit(query.name())) && answered();
   });
 }
 
@@ -61,12 +62,14 @@ FolderListing::~FolderListing() = default;
 FolderListing::FolderListing(FolderListing&&) noexcept = default;
 FolderListing& FolderListing::operator=(FolderListing&&) noexcept = default;
 
-bool FolderListing::visit_folders(const Visitor& visit) {
-  return visit_kind(path_, "*.*", true, visit);
+bool FolderListing::visit_folders(const Visitor& visit,
+                                  const Answered& answered) {
+  return visit_kind(path_, "*.*", true, visit, answered);
 }
 
-bool FolderListing::visit_files(const char* pattern, const Visitor& visit) {
-  return visit_kind(path_, pattern, false, visit);
+bool FolderListing::visit_files(const char* pattern, const Visitor& visit,
+                                const Answered& answered) {
+  return visit_kind(path_, pattern, false, visit, answered);
 }
 
 void delete_files_in(const char* folder,

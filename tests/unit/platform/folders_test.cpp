@@ -81,6 +81,31 @@ TEST(FolderListing, StopsWhenTheVisitorSaysSo) {
   EXPECT_EQ(2, calls);
 }
 
+TEST(FolderListing, TellsOfAnswersThatAreNotWanted) {
+  const TempFolder folder;
+  for (const char* name : {"a", "b", ".hidden"}) folder.file(name, "");
+  folder.folder("f");
+  FolderListing listing(folder.path());
+  int answers = 0;
+  Names names;
+  const auto visit = [&](std::string_view name) {
+    names.emplace_back(name);
+    return true;
+  };
+  EXPECT_TRUE(listing.visit_folders(visit, [&] { return ++answers > 0; }));
+  EXPECT_EQ((Names{"f"}), names);
+  EXPECT_GE(answers, 4);
+}
+
+TEST(FolderListing, StopsAtAnAnswerThatIsNotWanted) {
+  const TempFolder folder;
+  for (const char* name : {"a", "b"}) folder.folder(name);
+  FolderListing listing(folder.path());
+  const auto visit = [](std::string_view) { return true; };
+  EXPECT_FALSE(listing.visit_files("*", visit, [] { return false; }));
+  EXPECT_EQ((Names{"a", "b"}), folders_of(listing)) << "listed anew";
+}
+
 TEST(FolderListing, LetsWhatTheVisitorThrowsPass) {
   const TempFolder folder;
   folder.file("a", "");
