@@ -160,7 +160,7 @@ ZENFO_API int32_t ZENFO_CALL FindFiles(int32_t list, const char* specification,
  *
  * Asks the file question for every entry of the source list and appends new
  * entries for those taken to the target list, with their facts. Both may be
- * the same list.
+ * the same list, which is asked about in the order that it has at the start.
  * Answers the number added; 0 when the host stopped; -1 for a missing list or
  * options, an answer other than 0 to 3, or no file question (all logged).
  */

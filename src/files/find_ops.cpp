@@ -1,7 +1,9 @@
 #include "files/find_ops.h"
 
 #include <memory>
+#include <optional>
 #include <string_view>
+#include <vector>
 
 #include "files/file_entry.h"
 #include "files/file_finder.h"
@@ -95,21 +97,48 @@ bool gather_facts(ItemList& list, const FactOptions& options) {
 // The host's answers to the question of AddFileToList.
 enum class Answer : int32_t { kSkip = 0, kAdd = 1, kSkipAll = 2, kAddAll = 3 };
 
+// The names of a source's entries, in the order of its positions.
+class SourceNames {
+ public:
+  // A list that is added to itself loses its arranged order with the first
+  // entry appended: its names are taken while it has it.
+  SourceNames(ItemList& source, const ItemList& target)
+      : source_(source), count_(source.Count()) {
+    if (&source != &target) return;
+    taken_.reserve(count_);
+    for (uint32_t i = 0; i < count_; ++i) taken_.push_back(name_now(i));
+  }
+
+  uint32_t count() const { return count_; }
+  // None for a record of another kind. A copy, as the host may change the
+  // entry while it is asked.
+  std::optional<SharedText> name(uint32_t i) {
+    return taken_.empty() ? name_now(i) : taken_[i];
+  }
+
+ private:
+  std::optional<SharedText> name_now(uint32_t i) {
+    const auto* entry = record_cast<FileEntry>(source_.Get(i));
+    if (entry == nullptr) return std::nullopt;
+    return entry->full_name();
+  }
+
+  ItemList& source_;
+  uint32_t count_;
+  std::vector<std::optional<SharedText>> taken_;
+};
+
 // Asks about each entry of the source and appends those taken to the target.
 // Answers the number added, -1 for an invalid answer.
 int32_t ask_and_append(ItemList& source, ItemList& target) {
-  // Counted once, as the two may be the same list.
-  const uint32_t count = source.Count();
+  SourceNames names(source, target);
   int32_t added = 0;
   bool ask = true;
-  for (uint32_t i = 0; i < count; ++i) {
-    const auto* entry = record_cast<FileEntry>(source.Get(i));
-    if (entry == nullptr) continue;
-    const ItemList::Place here = source.CursorPlace();
-    // A copy, as the host may change the entry while it is asked.
-    const SharedText name = entry->full_name();
+  for (uint32_t i = 0; i < names.count(); ++i) {
+    const std::optional<SharedText> name = names.name(i);
+    if (!name) continue;
     if (ask) {
-      const int32_t answer = ask_about_file(name.view());
+      const int32_t answer = ask_about_file(name->view());
       if (answer < 0 || answer > 3) {
         return refuse("Invalid option", "Checking user option",
                       row::AddFileToList);
@@ -118,10 +147,7 @@ int32_t ask_and_append(ItemList& source, ItemList& target) {
       if (answer == static_cast<int32_t>(Answer::kSkip)) continue;
       ask = answer != static_cast<int32_t>(Answer::kAddAll);
     }
-    target.Append(std::make_unique<FileEntry>(name));
-    // Appending to the source moved its cursor to the end: from there every
-    // Get would have to look for its entry anew.
-    source.SetCursor(here);
+    target.Append(std::make_unique<FileEntry>(*name));
     ++added;
   }
   return added;

@@ -547,6 +547,19 @@ TEST_F(AddFileToListTest, TheSourceMayBeTheTarget) {
                                             "~/b", "~/c", "~/d"));
 }
 
+// Appending takes the arranged order away.
+TEST_F(AddFileToListTest, AnArrangedListIsAddedToItselfInItsOrder) {
+  ASSERT_EQ(Sort(0, 10, 1), 1);
+  ASSERT_THAT(session.names(0), ElementsAre("~/d", "~/c", "~/b", "~/a"));
+  host.answer_file = [](const std::string&) { return 1; };
+  EXPECT_EQ(AddFileToList(0, 0, kNoFacts.data()), 4);
+  EXPECT_THAT(host.file_questions,
+              ElementsAre(session.spelled("~/d"), session.spelled("~/c"),
+                          session.spelled("~/b"), session.spelled("~/a")));
+  EXPECT_THAT(session.names(0), ElementsAre("~/a", "~/b", "~/c", "~/d", "~/d",
+                                            "~/c", "~/b", "~/a"));
+}
+
 // Half a million entries: any look through the list for each of them would
 // take minutes.
 TEST_F(AddFileToListTest, AListIsDoubledInTimeThatGrowsWithIt) {
