@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <unordered_set>
 
 #include "command_line.h"
 #include "messages.h"
@@ -235,14 +236,11 @@ void settle_texts(const CommandLine& line, FindOptions& options,
   }
 }
 
+// Each stays where it stood first.
 void remove_repeats(std::vector<std::string>& texts) {
-  std::vector<std::string> once;
-  for (std::string& text : texts) {
-    if (std::find(once.begin(), once.end(), text) == once.end()) {
-      once.push_back(std::move(text));
-    }
-  }
-  texts = std::move(once);
+  std::unordered_set<std::string> met;
+  std::erase_if(
+      texts, [&](const std::string& text) { return !met.insert(text).second; });
 }
 
 void settle_markers(const CommandLine& line, SearchOptions& search,

@@ -271,6 +271,18 @@ TEST_F(Find, TakesTheSameTextOnce) {
   EXPECT_EQ(find({"-oi", "-e", "six", "-e", "SIX", "a.txt"}), found("six\n"));
 }
 
+// Comparing each with each would take minutes.
+TEST_F(Find, TakesEachOfManyTextsOnce) {
+  std::string texts;
+  for (int twice = 0; twice < 2; ++twice) {
+    texts += "apple\n";
+    for (int i = 0; i < 300'000; ++i) texts += std::to_string(i) + "!\n";
+  }
+  folder_.file("sub/texts", texts);
+  EXPECT_EQ(find({"-o", "-n", "-f", "sub/texts", "a.txt"}),
+            found("1:apple\n3:apple\n3:apple\n7:apple\n"));
+}
+
 TEST_F(Find, TakesTextsFromAFile) {
   folder_.file("sub/texts", "two\r\nsix\n");
   EXPECT_EQ(find({"-nf", "sub/texts", "a.txt"}), found("2:two\n6:six\n"));
