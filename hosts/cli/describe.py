@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 """Makes the manual page and the shell completions of zenfo.
 
-    describe.py PROGRAM FOLDER [RUNNER...]
+    describe.py SYSTEM PROGRAM FOLDER [RUNNER...]
 
 The texts come from what the built program says of itself: `--help` is made
 from the option definitions, so what is made here cannot disagree with them.
-RUNNER is what runs a program of another system.
+RUNNER is what runs a program of another system. SYSTEM is Windows or Linux.
 
-FOLDER receives
+FOLDER receives, for Windows the last alone,
     man/man1/zenfo.1
     bash-completion/completions/zenfo
     zsh/site-functions/_zenfo
@@ -21,6 +21,8 @@ import sys
 from dataclasses import dataclass, field
 from pathlib import Path
 
+from completions import bash, fish, powershell, zsh
+
 
 @dataclass
 class Option:
@@ -28,9 +30,14 @@ class Option:
     long: str  # "--ignore-case" or ""
     value: str  # "GLOB ...", "" for a flag
     help: str
+    choices: list = field(default_factory=list)  # the words it can be
+    several: bool = False  # of them, with commas between
 
     def names(self):
         return [name for name in (self.short, self.long) if name]
+
+    def takes_file(self):
+        return self.value == "FILE"
 
 
 @dataclass
@@ -67,6 +74,29 @@ def read_options(help_text):
     return options
 
 
+def read_keys(help_text):
+    """The keys that stand behind "Keys:" or "Columns:", and 'all'."""
+    match = re.search(r"^(?:Columns|Keys): ([\w,\s]+)", help_text, re.M)
+    keys = re.findall(r"\w+", match[1]) if match else []
+    return [key for key in keys if key not in ("and", "all", "Keys")]
+
+
+def read_choices(option, help_text):
+    """Fills in the words of an option whose value is one of some."""
+    keys = read_keys(help_text)
+    if option.value == "LIST":
+        option.choices, option.several = keys, True
+    elif option.value in ("KEY", "KEYS") and keys:
+        option.choices, option.several = keys + ["all"], option.value == "KEYS"
+    elif option.value == "WHEN":
+        option.choices = re.findall(r"\w+", re.search(
+            r"(?:\w+, )+\w+ or \w+", option.help)[0].replace(" or ", " "))
+    else:
+        return
+    if len(option.choices) < 3:
+        raise SystemExit(f"describe.py: no values read for {option.names()}")
+
+
 def read_commands(run):
     overview = ask(run, "--help")
     commands = []
@@ -77,6 +107,8 @@ def read_commands(run):
         if name != "help":
             command.help = ask(run, name, "--help")
             command.options = read_options(command.help)
+            for option in command.options:
+                read_choices(option, command.help)
             if not command.options:
                 raise SystemExit(f"describe.py: no options read for {name}")
         commands.append(command)
@@ -109,123 +141,23 @@ def manual_page(overview, commands, version):
     return "\n".join(lines) + "\n"
 
 
-def bash(commands):
-    names = " ".join(c.name for c in commands)
-    cases = []
-    for command in commands:
-        words = " ".join(n for o in command.options for n in o.names())
-        cases.append(f"    {command.name}) words='{words}' ;;")
-    return f"""# bash completion of zenfo
-_zenfo() {{
-  local current=${{COMP_WORDS[COMP_CWORD]}} words=
-  if ((COMP_CWORD == 1)); then
-    COMPREPLY=($(compgen -W '{names} --help --version' -- "$current"))
-    return
-  fi
-  case ${{COMP_WORDS[1]}} in
-{chr(10).join(cases)}
-  esac
-  if [[ $current == -* ]]; then
-    COMPREPLY=($(compgen -W "$words" -- "$current"))
-  else
-    COMPREPLY=($(compgen -f -- "$current"))
-  fi
-}}
-complete -o filenames -F _zenfo zenfo
-"""
-
-
-def quoted(text):
-    return "'" + text.replace("'", "'\\''") + "'"
-
-
-def zsh(commands):
-    def spec(option):
-        text = option.help.replace("[", "(").replace("]", ")").replace(":", ";")
-        value = f":{option.value.split()[0].lower()}:_files" if option.value else ""
-        return " ".join(quoted(f"*{n}[{text}]{value}") for n in option.names())
-
-    described = "\n".join(
-        f"    {quoted(c.name + ':' + c.summary.replace(':', ';'))}"
-        for c in commands)
-    cases = "\n".join(
-        f"    {c.name}) _arguments {' '.join(spec(o) for o in c.options)} "
-        "'*:file:_files' ;;" for c in commands if c.options)
-    return f"""#compdef zenfo
-_zenfo() {{
-  local -a commands=(
-{described}
-  )
-  if ((CURRENT == 2)); then
-    _describe command commands
-    return
-  fi
-  local command=$words[2]
-  shift words
-  ((CURRENT--))
-  case $command in
-{cases}
-  esac
-}}
-_zenfo "$@"
-"""
-
-
-def fish(commands):
-    lines = ["# fish completion of zenfo"]
-    for command in commands:
-        lines.append("complete -c zenfo -n __fish_use_subcommand -f "
-                     f"-a {command.name} -d {quoted(command.summary)}")
-        for option in command.options:
-            words = ["complete -c zenfo -n",
-                     quoted(f"__fish_seen_subcommand_from {command.name}")]
-            if option.short:
-                words.append(f"-s {option.short[1:]}")
-            if option.long:
-                words.append(f"-l {option.long[2:]}")
-            if option.value:
-                words.append("-r")
-            lines.append(" ".join(words) + f" -d {quoted(option.help)}")
-    return "\n".join(lines) + "\n"
-
-
-def powershell(commands):
-    def texts(values):
-        return ", ".join("'" + v.replace("'", "''") + "'" for v in values)
-
-    tables = "\n".join(
-        f"    '{c.name}' = @({texts(n for o in c.options for n in o.names())})"
-        for c in commands)
-    return f"""# PowerShell completion of zenfo
-Register-ArgumentCompleter -Native -CommandName zenfo -ScriptBlock {{
-  param($word, $commandLine, $position)
-  $options = @{{
-{tables}
-  }}
-  $words = $commandLine.CommandElements
-  $offered = if ($words.Count -lt 2 -or
-      ($words.Count -eq 2 -and $word -ne '')) {{
-    $options.Keys
-  }} else {{ $options["$($words[1])"] }}
-  $offered | Where-Object {{ $_ -clike "$word*" }} | Sort-Object |
-    ForEach-Object {{ [System.Management.Automation.CompletionResult]::new($_) }}
-}}
-"""
+def texts(run, system):
+    overview, commands = read_commands(run)
+    made = {"powershell/zenfo.ps1": powershell(commands)}
+    if system != "Windows":
+        version = ask(run, "--version").strip()
+        made |= {
+            "man/man1/zenfo.1": manual_page(overview, commands, version),
+            "bash-completion/completions/zenfo": bash(commands),
+            "zsh/site-functions/_zenfo": zsh(commands),
+            "fish/vendor_completions.d/zenfo.fish": fish(commands),
+        }
+    return made
 
 
 def main():
-    program, folder, *runner = sys.argv[1:]
-    run = [*runner, program]
-    version = ask(run, "--version").strip()
-    overview, commands = read_commands(run)
-    made = {
-        "man/man1/zenfo.1": manual_page(overview, commands, version),
-        "bash-completion/completions/zenfo": bash(commands),
-        "zsh/site-functions/_zenfo": zsh(commands),
-        "fish/vendor_completions.d/zenfo.fish": fish(commands),
-        "powershell/zenfo.ps1": powershell(commands),
-    }
-    for name, text in made.items():
+    system, program, folder, *runner = sys.argv[1:]
+    for name, text in texts([*runner, program], system).items():
         path = Path(folder) / name
         path.parent.mkdir(parents=True, exist_ok=True)
         path.write_text(text)
