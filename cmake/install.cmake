@@ -5,18 +5,42 @@ if(WIN32)
   set(CMAKE_INSTALL_DOCDIR .)
 endif()
 
-install(TARGETS zenfofr130 zenfo)
+set(targets zenfofr130 zenfo)
 foreach(target zenfofr130_archive zenfo-view)
   if(TARGET ${target})
-    install(TARGETS ${target})
+    list(APPEND targets ${target})
   endif()
 endforeach()
+
+# What is not built yet is built first: scripts/run builds one program only.
+set(installed)
+foreach(target ${targets})
+  list(APPEND installed $<TARGET_FILE:${target}>)
+endforeach()
+if(TARGET zenfo_described)
+  list(APPEND targets zenfo_described)
+  list(APPEND installed ${PROJECT_BINARY_DIR}/share/powershell/zenfo.ps1)
+endif()
+install(CODE "
+  set(installed \"${installed}\")
+  foreach(file IN LISTS installed)
+    if(NOT EXISTS \"\${file}\")
+      message(STATUS \"Building what is missing, \${file} first\")
+      execute_process(
+        COMMAND \"${CMAKE_COMMAND}\" --build \"${PROJECT_BINARY_DIR}\"
+                --target ${targets}
+        COMMAND_ERROR_IS_FATAL ANY)
+      break()
+    endif()
+  endforeach()")
+list(REMOVE_ITEM targets zenfo_described)
+install(TARGETS ${targets})
 install(FILES ${PROJECT_SOURCE_DIR}/include/zenfofr130.h TYPE INCLUDE)
 install(FILES ${PROJECT_SOURCE_DIR}/README.md TYPE DOC)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples
         TYPE DOC)
 if(TARGET zenfo_described)
-  # The manual page and the completions of shells.
+  # The manual page and the completions of shells; on Windows of PowerShell.
   install(DIRECTORY ${PROJECT_BINARY_DIR}/share/ TYPE DATA)
 endif()
 
