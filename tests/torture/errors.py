@@ -1,0 +1,65 @@
+#!/usr/bin/env python3
+"""Calls of replace, case and undo fail, one of them or all from one on, with
+the errors that such a call can have. What was not done is said (the status is
+not 0), and `zenfo undo` without faults brings every file back."""
+
+import common
+
+SERIES = 12  # faults of one scene
+DISK = ["EIO", "ENOSPC"]
+OPENING = ["EMFILE", "ENFILE", "ENOMEM", "EACCES", "EIO"]
+ERRORS = {
+    "openat": OPENING, "openat2": OPENING, "read": ["EIO"],
+    "write": [*DISK], "writev": DISK, "pread64": ["EIO"],
+    "close": ["EIO", "ENOSPC"], "rename": DISK, "renameat": DISK,
+    "renameat2": DISK, "ftruncate": [*DISK], "fallocate": DISK,
+    "copy_file_range": [*DISK, "ENOMEM"], "sendfile": DISK,
+    "syncfs": DISK, "fsync": DISK, "fdatasync": DISK,
+    "flock": ["EWOULDBLOCK", "ENOLCK"], "unlink": ["EIO", "EBUSY"],
+    "unlinkat": ["EIO", "EBUSY"], "mkdir": DISK, "rmdir": ["EIO"],
+    "newfstatat": ["EIO", "ENOMEM"], "fstat": ["EIO"], "statx": ["EIO"],
+    "lseek": ["EIO"], "getdents64": ["EIO"], "mmap": ["ENOMEM"],
+    "brk": ["ENOMEM"], "fchmod": ["EIO", "EPERM"], "fchown": ["EPERM"],
+    "utimensat": ["EIO"], "readlink": ["EIO"]}
+
+
+def fault(campaign, world, scene, calls):
+    call, nth = campaign.random.choice(calls)
+    error = campaign.random.choice(ERRORS[call])
+    lasting = "+" if campaign.random.random() < 0.3 else ""
+    scene.prepare(world)
+    result = world.zenfo(*scene.arguments, wrap=common.injecting(
+        call, f"{nth}{lasting}", f"error={error}"))
+    about = f"{scene}, {error} at {call} {nth}{lasting}"
+    campaign.count("runs")
+    campaign.count("hit", int(result.status != 0))
+    judge(campaign, world, scene, about, result)
+
+
+def judge(campaign, world, scene, about, result):
+    if result.status < 0 or "still running" in result.err:
+        campaign.lose(about, [f"ended by {result.status}: {result.err}"])
+    if result.status == 0:
+        undone = common.not_done(scene, world)
+        campaign.lose(about, undone + [result.out + result.err] if undone else [])
+    if scene.command is common.NO_COPIES:
+        campaign.lose(about, common.describe(world, scene.mixed(world)))
+    else:
+        campaign.judge(about, common.take_back(world))
+
+
+def run(campaign, world):
+    common.need_strace()
+    names = common.known_calls(ERRORS)
+    while campaign.going_on():
+        scene = common.Scene(campaign.random,
+                             copies=campaign.random.random() < 0.85)
+        scene.prepare(world)
+        calls = common.calls_of(world, scene.arguments, names)
+        for _ in range(SERIES):
+            if campaign.going_on():
+                fault(campaign, world, scene, calls)
+
+
+if __name__ == "__main__":
+    common.main(run)
