@@ -183,10 +183,9 @@ void copy_bytes(const std::string& from, const std::string& to) {
 int preview(Session& session, const std::vector<Target>& targets,
             const ChangeOptions& options, const Change& change,
             Output& output) {
-  const TemporaryFolder folder;
   std::vector<std::string> copies;
   for (const Target& target : targets) {
-    copies.push_back(folder.file(std::to_string(copies.size())));
+    copies.push_back(temporary_folder::make_file());
     copy_bytes(target.path, copies.back());
     if (system::stop_status() != 0) throw Stopped{};
   }

@@ -8,6 +8,7 @@
 #include "messages.h"
 #include "paths.h"
 #include "system.h"
+#include "temporary_folder.h"
 
 namespace zenfo::cli {
 namespace {
@@ -33,11 +34,21 @@ bool is_sayable(std::string_view path) {
   return path.find_first_of(";|") == std::string_view::npos;
 }
 
+// Without one the library's own words are missing from messages; that is no
+// reason not to work.
+std::string make_error_file() {
+  try {
+    return temporary_folder::make_file();
+  } catch (const Failure&) {
+    return "";
+  }
+}
+
 }  // namespace
 
 Session* Session::current_ = nullptr;
 
-Session::Session() : error_file_(system::error_file_name()) {
+Session::Session() : error_file_(make_error_file()) {
   current_ = this;
   expect_paths_of(0);
   set_callbacks();
@@ -50,7 +61,7 @@ Session::~Session() {
   const CallbackTable none{};
   SetCallBacks(&none);
   current_ = nullptr;
-  system::remove_error_file();
+  temporary_folder::remove();
 }
 
 // Only what is needed: a callback that is there costs time.
@@ -90,7 +101,7 @@ void Session::leave_at_stop(bool on) {
 
 void Session::leave(int status) {
   progress_.erase();
-  system::remove_error_file();
+  temporary_folder::remove();
   system::leave(status);
 }
 

@@ -210,8 +210,7 @@ bool parse(const Arguments& arguments, ReplaceOptions& options,
 // The library's own form of the file has lines that end in CR LF and passes
 // over empty ones, so that later values would go to the wrong matches.
 void enter_values(const std::string& path) {
-  const TemporaryFolder folder;
-  const std::string own = folder.file("values");
+  const std::string own = temporary_folder::make_file();
   std::ofstream file(to_path(own), std::ios::binary);
   for (const std::string& value : read_text_lines(path)) {
     if (value.empty() ||

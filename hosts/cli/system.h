@@ -63,11 +63,6 @@ std::optional<std::string> read_line();
 // Width in characters; 80 where it is not known.
 size_t terminal_columns();
 
-// A name in the folder for temporary files that nobody can guess; the file is
-// not made. It goes with remove_error_file() or when the process is told to
-// stop twice.
-std::string error_file_name();
-void remove_error_file();
 // A file that exists as long as this process runs; empty when there is none.
 std::string known_file();
 

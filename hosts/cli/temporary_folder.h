@@ -1,43 +1,29 @@
-// A folder of this process for files that are of no use afterwards; gone with
-// the object, with all that is in it. Only the user may read it.
+// A folder of this process for files that are of no use afterwards: what the
+// library notes of errors, copies for previews, what came through pipes. Its
+// name cannot be guessed and only the user may enter it.
 //
-// Tested by tests/cli/posix_replace_test.cpp
+//   /tmp/zenfo-k3Fq9A/0
+//   /tmp/zenfo-k3Fq9A/1
+//
+// It is removed when the command ends, also by a second signal. What a killed
+// process leaves behind the next one removes: a folder is locked as long as its
+// process lives.
+//
+// posix/temporary_folder.cpp and win32/temporary_folder.cpp are twins.
+//
+// Tested by tests/cli/temporary_folder_test.cpp,
+// tests/cli/posix_temporary_folder_test.cpp
 #pragma once
 
-#include <filesystem>
 #include <string>
-#include <system_error>
 
-#include "file_state.h"
-#include "paths.h"
+namespace zenfo::cli::temporary_folder {
 
-namespace zenfo::cli {
+// Makes an empty file in the folder, which is made for the first one. Answers
+// its path. Throws Failure where there is no place for it.
+std::string make_file();
+// Removes the folder, if there is one, with all that is in it. Fit for signal
+// handlers.
+void remove();
 
-class TemporaryFolder {
- public:
-  TemporaryFolder() {
-    const std::filesystem::path base = std::filesystem::temp_directory_path();
-    const std::string name =
-        "zenfo-work-" + std::to_string(process_number()) + '-';
-    for (int n = 0; folder_.empty(); ++n) {
-      const auto folder = base / to_path(name + std::to_string(n));
-      if (std::filesystem::create_directory(folder)) folder_ = folder;
-    }
-    std::filesystem::permissions(folder_, std::filesystem::perms::owner_all);
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  std::string file(const std::string& name) const {
-    return narrow(folder_ / to_path(name));
-  }
-
- private:
-  std::filesystem::path folder_;
-};
-
-}  // namespace zenfo::cli
+}  // namespace zenfo::cli::temporary_folder

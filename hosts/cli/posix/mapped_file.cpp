@@ -11,6 +11,7 @@
 
 #include "messages.h"
 #include "system.h"
+#include "temporary_folder.h"
 
 namespace zenfo::cli {
 namespace {
@@ -29,7 +30,7 @@ void leave_without_file(int signal) {
     return;
   }
   static_cast<void>(!write(STDERR_FILENO, message, message_size));
-  system::remove_error_file();
+  temporary_folder::remove();
   system::leave(kError);
 }
 

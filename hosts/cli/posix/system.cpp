@@ -4,7 +4,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -12,9 +11,10 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+#include "temporary_folder.h"
 
 namespace zenfo::cli::system {
 namespace {
@@ -22,8 +22,6 @@ namespace {
 // The library loads no larger file.
 constexpr int64_t kLargestFile = INT32_MAX - 1;
 
-// Read by the signal handler, so plain memory.
-char error_file[4096] = "";
 volatile std::sig_atomic_t stop_signal = 0;
 volatile std::sig_atomic_t stop_is_obeyed = 0;
 
@@ -61,7 +59,7 @@ extern "C" void on_stop_signal(int number) {
   stop_signal = number;
   if (first && stop_is_obeyed == 0) return;
   if (first) tell_of_stop();
-  remove_error_file();
+  temporary_folder::remove();
   _exit(128 + number);
 }
 
@@ -146,10 +144,11 @@ std::string why_not_loaded(const std::string& file) {
 void prepare_streams() {
   ends_without_reader = std::signal(SIGPIPE, SIG_IGN) != SIG_IGN;
   // A closed stream would lend its number to the next file that is opened.
-  // Read-only, so that writing to it fails.
+  // Opened the wrong way round, so that using it fails.
   for (int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(number, F_GETFD) >= 0) continue;
-    if (open("/dev/null", O_RDONLY) != number) return;
+    const int access = number == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+    if (open("/dev/null", access) != number) return;
   }
 }
 
@@ -202,22 +201,6 @@ size_t terminal_columns() {
     return 80;
   }
   return size.ws_col;
-}
-
-std::string error_file_name() {
-  const char* folder = std::getenv("TMPDIR");
-  if (folder == nullptr || *folder == '\0') folder = "/tmp";
-  uint64_t number = 0;
-  if (getrandom(&number, sizeof number, 0) != sizeof number) return "";
-  const int length =
-      std::snprintf(error_file, sizeof error_file, "%s/zenfo-%016llx.errors",
-                    folder, static_cast<unsigned long long>(number));
-  if (length >= static_cast<int>(sizeof error_file)) error_file[0] = '\0';
-  return error_file;
-}
-
-void remove_error_file() {
-  if (error_file[0] != '\0') unlink(error_file);
 }
 
 std::string known_file() { return "/proc/self/exe"; }

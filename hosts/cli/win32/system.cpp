@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+#include "temporary_folder.h"
+
 namespace zenfo::cli::system {
 namespace {
 
@@ -18,8 +20,7 @@ constexpr int kReaderGoneStatus = 141;
 // ENABLE_VIRTUAL_TERMINAL_PROCESSING, which older headers lack.
 constexpr DWORD kVirtualTerminal = 4;
 
-// Read by the thread that answers Ctrl-C, so plain memory.
-char error_file[MAX_PATH] = "";
+// Read by the thread that answers Ctrl-C.
 std::atomic<bool> stop_asked{false};
 std::atomic<bool> stop_is_obeyed = false;
 bool reader_lost = false;
@@ -61,7 +62,7 @@ BOOL WINAPI on_stop(DWORD) {
   const bool first = !stop_asked.exchange(true);
   if (first && !stop_is_obeyed.load()) return TRUE;
   if (first) tell_of_stop();
-  remove_error_file();
+  temporary_folder::remove();
   leave(kStopStatus);
 }
 
@@ -218,24 +219,6 @@ size_t terminal_columns() {
   CONSOLE_SCREEN_BUFFER_INFO info;
   if (!GetConsoleScreenBufferInfo(handle_of(Stream::kErrors), &info)) return 80;
   return static_cast<size_t>(info.dwSize.X);
-}
-
-std::string error_file_name() {
-  char folder[MAX_PATH + 1] = "";
-  const DWORD length = GetTempPathA(sizeof folder, folder);
-  LARGE_INTEGER ticks;
-  QueryPerformanceCounter(&ticks);
-  const std::string path = folder +
-                           ("zenfo-" + std::to_string(GetCurrentProcessId()) +
-                            '-' + std::to_string(ticks.QuadPart)) +
-                           ".errors";
-  if (length == 0 || path.size() >= sizeof error_file) return "";
-  *std::copy(path.begin(), path.end(), error_file) = '\0';
-  return path;
-}
-
-void remove_error_file() {
-  if (error_file[0] != '\0') DeleteFileA(error_file);
 }
 
 std::string known_file() {
