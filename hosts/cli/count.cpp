@@ -30,7 +30,9 @@ const HelpTexts kHelpTexts = {
     "Counts the bytes, words and lines of files, and of all together.\n"
     "\n"
     "A FILE may be a folder (with -r), or a pattern for the files of one\n"
-    "folder, as 'src/*.c'. A word is a run of bytes other than control\n"
+    "folder, as 'src/*.c'; - is standard input, which is also counted without\n"
+    "any FILE when it is no terminal. A word is a run of bytes other than "
+    "control\n"
     "characters, blanks and byte 127. A line is what ends in CR LF; a line\n"
     "feed or CR alone ends none.",
     "The exit status is 2 when a file could not be counted, else 0.\n"
@@ -76,11 +78,15 @@ struct Counted {
 bool parse(const Arguments& arguments, CountOptions& options, Output& output) {
   CommandLine line("count", kHelpTexts);
   options.choice.folders_need_subfolders = true;
+  options.choice.takes_streams = true;
   line.arguments(options.files);
   add_choice_options(line, options.choice);
   line.flag("--total", options.total, "Show the total alone");
   line.flag("--json", options.json, "Write a JSON object a line");
   if (!line.parse(arguments, output)) return false;
+  if (options.files.empty() && !system::is_terminal(system::Stream::kInput)) {
+    options.files = {kStandardInput};
+  }
   if (options.files.empty())
     throw line.wrong("count", "the FILE to count is missing");
   check_choice(line, options.choice);

@@ -5,7 +5,9 @@
 #include "folder_check.h"
 #include "messages.h"
 #include "name_filter.h"
+#include "stream_copy.h"
 #include "system.h"
+#include "temporary_folder.h"
 #include "text_file.h"
 
 namespace zenfo::cli {
@@ -109,6 +111,10 @@ FileList::FileList(Session& session, const std::vector<std::string>& arguments,
 }
 
 void FileList::add(const std::string& argument, const FileChoice& choice) {
+  if (choice.takes_streams && argument == kStandardInput) {
+    add_stream(argument);
+    return;
+  }
   session_.expect_paths_of(argument.size());
   const system::PathFacts facts = system::look_at(argument);
   switch (facts.kind) {
@@ -119,7 +125,11 @@ void FileList::add(const std::string& argument, const FileChoice& choice) {
       add_folder(argument, choice);
       return;
     case PathKind::kOther:
-      complain(argument, "is no ordinary file");
+      if (choice.takes_streams) {
+        add_stream(argument);
+      } else {
+        complain(argument, "is no ordinary file");
+      }
       return;
     case PathKind::kNone:
       break;
@@ -179,6 +189,22 @@ void FileList::complain_about_unlisted() {
               [](const auto& a, const auto& b) { return a.path < b.path; });
     for (const auto& [path, reason] : unlisted) complain(path, reason);
   }
+}
+
+void FileList::add_stream(const std::string& argument) {
+  const bool standard = argument == kStandardInput;
+  const std::string shown_name = standard ? "(standard input)" : argument;
+  const std::string copy = temporary_folder::make_file();
+  const std::string reason =
+      standard ? copy_standard_input(copy) : copy_stream(argument, copy);
+  if (system::stop_status() != 0) throw Stopped{};
+  if (!reason.empty()) {
+    complain(shown_name, reason);
+    return;
+  }
+  session_.expect_paths_of(copy.size());
+  append_path(runs_, copy);
+  streams_.emplace(copy, shown_name);
 }
 
 void FileList::add_pattern(const std::string& argument) {
@@ -269,6 +295,8 @@ void FileList::drop_repeats() {
 }
 
 std::string_view FileList::shown(std::string_view path) const {
+  const auto stream = streams_.find(path);
+  if (stream != streams_.end()) return stream->second;
   const bool added = prefix_added_ && path.starts_with(kHere) &&
                      !written_prefixes_.contains(path);
   return added ? path.substr(kHereLength) : path;

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <functional>
 #include <future>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -27,6 +28,8 @@ struct FileChoice {
   bool subfolders = false;
   // A folder is an error unless subfolders are wanted.
   bool folders_need_subfolders = false;
+  // "-" is standard input; pipes and devices are read to their ends.
+  bool takes_streams = false;
   // No argument at all means the current folder with its subfolders.
   bool here_by_default = true;
   // Filename patterns for the files of folders; none means all files.
@@ -36,6 +39,9 @@ struct FileChoice {
   // Whose lines are taken in the place of arguments; none when empty.
   std::string list_file;
 };
+
+// Stands for standard input among arguments.
+inline constexpr char kStandardInput[] = "-";
 
 // Neighbouring arguments for one call: a specification, or else paths.
 struct ArgumentRun {
@@ -82,6 +88,10 @@ class FileList {
   std::string_view shown(std::string_view path) const;
   // Whether the user named the file itself, not its folder or a pattern.
   bool is_named(uint32_t index) const { return stretch_of(index).named; }
+  // Whether the file is what came through standard input or a pipe.
+  bool is_stream(uint32_t index) const {
+    return !streams_.empty() && streams_.contains(session_.full_name(index));
+  }
   // Whether the file stands earlier in the list, entered by another pattern.
   bool is_repeat(uint32_t index) const { return repeats_.contains(index); }
 
@@ -105,6 +115,7 @@ class FileList {
   void check_below(std::string folder, const FileChoice& choice,
                    size_t added_prefix);
   void complain_about_unlisted();
+  void add_stream(const std::string& argument);
   void load(const FactOptions& facts);
   void load_list(const std::string& file, const FactOptions& facts);
   void note_repeats();
@@ -118,6 +129,8 @@ class FileList {
   bool prefix_added_ = false;  // in front of some paths
   // Paths that begin like that because the user wrote them so.
   std::set<std::string, std::less<>> written_prefixes_;
+  // Names to show of the files that hold what came through streams.
+  std::map<std::string, std::string, std::less<>> streams_;
   uint32_t count_ = 0;
 };
 

@@ -266,7 +266,8 @@ void select_files(Session& session, FileList& files, const NameFilter& filter) {
   session.select_all(true);
   for (uint32_t i = 0; i < files.count(); ++i) {
     if (files.is_repeat(i) ||
-        (!filter.empty() && !filter.takes(files.path(i), files.is_named(i)))) {
+        (!filter.empty() && !files.is_stream(i) &&
+         !filter.takes(files.path(i), files.is_named(i)))) {
       session.select(i, false);
     }
   }

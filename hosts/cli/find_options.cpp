@@ -22,22 +22,27 @@ const HelpTexts kHelpTexts = {
     "--pattern it is in the pattern language. Options mean what they mean to\n"
     "grep.\n"
     "\n"
-    "A PATH is a file, a folder (with -r), or a pattern for the files of one\n"
-    "folder, as 'src/*.c'. Without any, the current folder and all below it\n"
-    "are searched. Names that begin with a point are passed over unless given\n"
-    "in full. A file is binary when it has a zero byte, among its first\n"
-    "32,768 bytes or before the line in hand: of its lines nothing more is\n"
-    "shown than that it matches.",
+    "A PATH is a file, a folder (with -r), a pattern for the files of one\n"
+    "folder, as 'src/*.c', or - for standard input. Without any, standard\n"
+    "input is searched when it is no terminal; else, and with -r, --include,\n"
+    "--exclude or --exclude-dir, the current folder and all below it. Names\n"
+    "that begin with a point are passed over unless given in full.\n"
+    "\n"
+    "A file is binary when it has a zero byte, among its first 32,768 bytes "
+    "or\n"
+    "before the line in hand: of its lines nothing more is shown than that it\n"
+    "matches.",
     "The exit status is 0 when something was found, 1 when nothing was, and 2\n"
     "after an error, even though something was found, unless -q was given.\n"
     "\n"
     "Examples:\n"
-    "  zenfo find 'Copyright 2024'          in all files from here down\n"
+    "  zenfo find -r 'Copyright 2024'       in all files from here down\n"
     "  zenfo find -rnw count src            'count', but not 'counter'\n"
     "  zenfo find -rli error logs --include '*.log'\n"
     "  zenfo find -rc -e tide -e ferry src  count the lines with either\n"
     "  zenfo find -ro --between '<b>' '</b>' pages\n"
     "  zenfo find -q needle notes.txt && echo found\n"
+    "  journalctl | zenfo find -i error\n"
     "  zenfo find -rl0 -- -v . | xargs -0 ls -l\n"};
 
 // What is given once and looked at when all is known.
@@ -351,6 +356,7 @@ void check_together(const CommandLine& line, const FindOptions& options,
 void settle_choice(FindOptions& options) {
   FileChoice& choice = options.choice;
   choice.folders_need_subfolders = true;
+  choice.takes_streams = true;
   choice.here_by_default = options.files_from.empty();
   choice.excluded_folders = options.filter.excluded_folders;
   for (const std::string& pattern : options.filter.includes) {
@@ -362,6 +368,27 @@ void settle_choice(FindOptions& options) {
   choice.patterns.erase(
       std::unique(choice.patterns.begin(), choice.patterns.end()),
       choice.patterns.end());
+}
+
+// What speaks of the files of folders asks for the current one.
+bool wants_folder(const FindOptions& options) {
+  return options.choice.subfolders || !options.filter.empty();
+}
+
+// As grep does, for whom a terminal is no input to search.
+void settle_input(const CommandLine& line, FindOptions& options) {
+  if (options.paths.empty() && options.files_from.empty() &&
+      !wants_folder(options) && !options.ask &&
+      !system::is_terminal(system::Stream::kInput)) {
+    options.paths = {kStandardInput};
+  }
+  if (options.search.report.empty()) return;
+  for (const std::string& path : options.paths) {
+    if (path == kStandardInput ||
+        system::look_at(path).kind == system::PathKind::kOther) {
+      throw line.wrong("--report", "goes with files only, not with " + path);
+    }
+  }
 }
 
 }  // namespace
@@ -382,6 +409,7 @@ bool parse_find(const Arguments& arguments, FindOptions& options,
   settle_markers(line, options.search, given);
   settle_areas(line, options.search, given);
   settle_choice(options);
+  settle_input(line, options);
   settle_form(line, options, given);
   options.show = show_of(given);
   check_together(line, options, given);

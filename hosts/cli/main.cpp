@@ -53,7 +53,7 @@ constexpr std::string_view kHelp =
 constexpr std::string_view kHelpEnd =
     "\n"
     "Examples:\n"
-    "  zenfo find colour               lines that hold it, from here down\n"
+    "  zenfo find -r colour            lines that hold it, from here down\n"
     "  zenfo files -r src --total      all files below src, and their size\n"
     "\n"
     "The exit status is 0 for success, 1 when a search found nothing or what "

@@ -178,7 +178,7 @@ TEST_F(Command, FilesTakesManyPathsInTheirOrder) {
 TEST_F(Command, TakesNamesWithBlanksAndOtherBytes) {
   folder_.file("my notes.txt", "plum\n");
   folder_.file("\xC3\x84pfel/gr\xC3\xBCn.txt", "plum\n");
-  EXPECT_EQ(run({"find", "-l", "plum"}),
+  EXPECT_EQ(run({"find", "-rl", "plum"}),
             (Outcome{lines({"my notes.txt", "\xC3\x84pfel/gr\xC3\xBCn.txt"}),
                      "", 0}));
   EXPECT_EQ(run({"files", "\xC3\x84pfel", "my notes.txt"}),

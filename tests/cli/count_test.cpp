@@ -158,14 +158,6 @@ TEST_F(Count, TakesNoFolders) {
   EXPECT_EQ(run({"sub"}), (Outcome{"", "zenfo: sub: is a folder\n", 2}));
 }
 
-TEST_F(Count, NeedsAFile) {
-  EXPECT_EQ(run({}),
-            (Outcome{"",
-                     "zenfo: count: the FILE to count is missing; see 'zenfo "
-                     "help count'\n",
-                     2}));
-}
-
 // Files of this system, whose bytes `wc -c` counts too.
 #ifdef __linux__
 std::string bytes_by_wc(const std::string& file) {

@@ -36,7 +36,8 @@ class Find : public ::testing::Test {
   }
 
   Outcome find(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.begin(), "find");
+    // Without a PATH the folder is meant: the test's input may be anything.
+    arguments.insert(arguments.begin(), {"find", "-r"});
     return run_zenfo(std::move(arguments), folder_.path());
   }
   // Of a search that leaves standard error empty.
@@ -364,7 +365,7 @@ TEST_F(Find, NamesAFileOfClassesThatCannotBeRead) {
 // -------------------------------------------------------------------
 
 TEST_F(Find, NeedsAnOptionForFolders) {
-  EXPECT_EQ(find({"PEAR", "sub"}),
+  EXPECT_EQ(run_zenfo({"find", "PEAR", "sub"}, folder_.path()),
             (Outcome{"", "zenfo: sub: is a folder\n", 2}));
   EXPECT_EQ(find({"-lr", "PEAR", "sub"}), found(lines({"sub/c.txt"})));
 }

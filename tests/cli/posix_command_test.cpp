@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -35,7 +36,7 @@ class PosixCommand : public ::testing::Test {
 TEST_F(PosixCommand, FindNamesFilesThatItMayNotRead) {
   folder_.file("a.txt", "plum\n");
   chmod(folder_.file("secret.txt", "plum\n").c_str(), 0);
-  EXPECT_EQ(run_as_nobody({"find", "-l", "plum"}),
+  EXPECT_EQ(run_as_nobody({"find", "-rl", "plum"}),
             (Outcome{"a.txt\n", "zenfo: secret.txt: permission denied\n", 2}));
   EXPECT_EQ(run_as_nobody({"find", "plum", "secret.txt"}),
             (Outcome{"", "zenfo: secret.txt: permission denied\n", 2}));
@@ -72,7 +73,7 @@ TEST_F(PosixCommand, NamesFoldersBelowThatItMayNotList) {
     EXPECT_EQ(outcome.err, error) << command[0];
     EXPECT_EQ(outcome.status, 2) << command[0];
   }
-  EXPECT_EQ(run_as_nobody({"find", "-l", "plum"}),
+  EXPECT_EQ(run_as_nobody({"find", "-rl", "plum"}),
             (Outcome{"d/open/a.txt\n", error, 2}));
   for (const std::string& path : closed) chmod(path.c_str(), 0700);
 }
@@ -156,20 +157,24 @@ TEST_F(PosixCommand, ReplacesBytesThatJsonCannotHold) {
             (Outcome{"{\"path\":\"a\xEF\xBF\xBD\"}\n", "", 0}));
 }
 
-TEST_F(PosixCommand, PassesOverPipesAndDevices) {
+TEST_F(PosixCommand, PassesOverPipesOfFolders) {
   mkfifo(folder_.path("pipe").c_str(), 0600);
-  EXPECT_EQ(run({"find", "x", "pipe", "/dev/null"}),
+  EXPECT_EQ(run({"find", "-r", "x"}), (Outcome{"", "", 1}));
+}
+
+TEST_F(PosixCommand, ChangesNoPipesAndDevices) {
+  mkfifo(folder_.path("pipe").c_str(), 0600);
+  EXPECT_EQ(run({"replace", "-y", "x", "y", "pipe", "/dev/null"}),
             (Outcome{"",
                      "zenfo: pipe: is no ordinary file\n"
                      "zenfo: /dev/null: is no ordinary file\n",
                      2}));
-  EXPECT_EQ(run({"find", "x"}), (Outcome{"", "", 1}));
 }
 
 TEST_F(PosixCommand, TellsWhenItsOutputIsLost) {
   folder_.file("a.txt", "plum\n");
   Start start;
-  start.arguments = {"find", "-l", "plum"};
+  start.arguments = {"find", "-rl", "plum"};
   start.folder = folder_.path();
   start.output_file = "/dev/full";
   EXPECT_EQ(
@@ -185,7 +190,8 @@ TEST_F(PosixCommand, TellsWhenItsOutputIsLost) {
 class PipedCommand {
  public:
   PipedCommand(const std::vector<std::string>& arguments,
-               const std::string& error_file) {
+               const std::string& error_file,
+               const std::string& temporary_folder = "") {
     int ends[2];
     if (pipe2(ends, O_CLOEXEC) != 0) return;
     child_ = fork();
@@ -195,6 +201,9 @@ class PipedCommand {
         texts.push_back(const_cast<char*>(argument.c_str()));
       }
       texts.push_back(nullptr);
+      if (!temporary_folder.empty()) {
+        setenv("TMPDIR", temporary_folder.c_str(), 1);
+      }
       dup2(ends[1], STDOUT_FILENO);
       dup2(open(error_file.c_str(), O_WRONLY | O_CREAT, 0600), STDERR_FILENO);
       execv(ZENFO_PROGRAM, texts.data());
@@ -246,6 +255,23 @@ TEST_F(PosixCommand, StopsOnInterrupt) {
   command.read_all();
   EXPECT_EQ(command.wait(), 130);
   EXPECT_EQ(read_file(errors), "zenfo: stopped\n");
+}
+
+TEST_F(PosixCommand, LeavesNothingBehindWhenItIsInterruptedTwice) {
+  const std::string path = folder_.file(std::string(200, 'a'), "");
+  const std::string errors = folder_.file("errors", "");
+  const TempFolder temporary;
+  PipedCommand command(many_names(path), errors, temporary.path());
+  ASSERT_TRUE(command.read_byte());
+  ASSERT_FALSE(std::filesystem::is_empty(temporary.path()));
+  command.interrupt();
+  command.interrupt();
+  // It waits for its reader, so only a second signal can end it. Both may have
+  // arrived as one.
+  usleep(100'000);
+  command.interrupt();
+  EXPECT_EQ(command.wait(), 130);
+  EXPECT_TRUE(std::filesystem::is_empty(temporary.path()));
 }
 
 TEST_F(PosixCommand, EndsQuietlyWhenItsReaderIsGone) {

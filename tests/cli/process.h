@@ -10,6 +10,7 @@ namespace zenfo::test {
 struct Start {
   std::vector<std::string> arguments;
   std::string folder;            // to run in; empty: where the test runs
+  std::string input_file;        // for standard input; empty: the test's
   std::string output_file;       // for standard output; empty: into the outcome
   bool output_closed = false;    // Linux only
   bool as_nobody = false;        // Linux only: gives up root's rights

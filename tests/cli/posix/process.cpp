@@ -31,6 +31,9 @@ int open_for_writing(const std::string& path) {
     setenv("TMPDIR", start.temporary_folder.c_str(), 1);
   }
   const int program = open(ZENFO_PROGRAM, O_RDONLY | O_CLOEXEC);
+  if (!start.input_file.empty()) {
+    dup2(open(start.input_file.c_str(), O_RDONLY | O_CLOEXEC), STDIN_FILENO);
+  }
   dup2(open_for_writing(out), STDOUT_FILENO);
   dup2(open_for_writing(err), STDERR_FILENO);
   if (start.output_closed) close(STDOUT_FILENO);

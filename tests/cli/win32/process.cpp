@@ -57,7 +57,13 @@ class TemporaryFolderVariable {
   wchar_t before_[MAX_PATH] = L"";
 };
 
-int run(const Start& start, HANDLE out, HANDLE err) {
+HANDLE open_for_reading(const std::string& path) {
+  SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+  return CreateFileW(wide(path).c_str(), GENERIC_READ, FILE_SHARE_READ,
+                     &inherited, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+}
+
+int run(const Start& start, HANDLE in, HANDLE out, HANDLE err) {
   std::string line = quoted(ZENFO_PROGRAM);
   for (const std::string& argument : start.arguments) {
     line += ' ' + quoted(argument);
@@ -68,7 +74,7 @@ int run(const Start& start, HANDLE out, HANDLE err) {
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
+  startup.hStdInput = in;
   startup.hStdOutput = out;
   startup.hStdError = err;
   PROCESS_INFORMATION process;
@@ -93,8 +99,12 @@ Outcome run_zenfo(const Start& start) {
   const std::string err_path = folder.path("err");
   const HANDLE out = open_for_writing(out_path);
   const HANDLE err = open_for_writing(err_path);
+  const bool own_input = !start.input_file.empty();
+  const HANDLE in = own_input ? open_for_reading(start.input_file)
+                              : GetStdHandle(STD_INPUT_HANDLE);
   Outcome outcome;
-  outcome.status = run(start, out, err);
+  outcome.status = run(start, in, out, err);
+  if (own_input) CloseHandle(in);
   CloseHandle(out);
   CloseHandle(err);
   outcome.out = read_file(out_path);
