@@ -567,6 +567,8 @@ ZENFO_API int32_t ZENFO_CALL set_operators(const char* file);
  *   display       non-zero: matches are sought inside the areas of the
  *                 exclusion pattern instead of outside
  *   summary       _f: path of the result summary, "path, found 3" a line
+ * With _f list file, summary and report are three files, and the list file is
+ * not the error file, under whatever names: else -1 with nothing opened.
  *
  * Files go to list 4 (with selected matches, their number as flag), 6 (without)
  * or 7 (could not be loaded, or rejected: the error file tells why); the _f

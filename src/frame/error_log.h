@@ -18,6 +18,7 @@ class ErrorLog {
   // Takes a new file name; null keeps the old one, empty switches logging off.
   // Always 1.
   int32_t SetFile(const char* name);
+  const std::string& file_name() const { return file_name_; }
   // Writes one record; 1, or -1 when no file is set, a text is null or the
   // file cannot be written.
   int32_t Write(const char* message, const char* context, const char* module,

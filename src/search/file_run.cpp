@@ -123,13 +123,28 @@ int32_t FileRun::run_over_list(Searches& searches) {
   return run(source, searches, results);
 }
 
+// A file that is yet to be made has the name of its folder's file to be.
+bool FileRun::lead_to_one_file(const char* a, const char* b) {
+  if (missing(a) || missing(b)) return false;
+  if (platform::names_same_file(a, b)) return true;
+  const std::string x = platform::absolute_path(a);
+  const std::string y = platform::absolute_path(b);
+  const size_t x_name = x.rfind(platform::kPathSeparator) + 1;
+  const size_t y_name = y.rfind(platform::kPathSeparator) + 1;
+  return platform::same_path(x.substr(x_name), y.substr(y_name)) &&
+         platform::names_same_file(x.substr(0, x_name).c_str(),
+                                   y.substr(0, y_name).c_str());
+}
+
 int32_t FileRun::run_over_lines(Searches& searches, const char* list_path,
                                 const char* summary_path,
                                 SummaryFile& summary) {
   if (missing(list_path) || missing(summary_path) || !can_run()) return -1;
-  // The summary would empty the list before it is read.
-  if (platform::same_path(list_path, summary_path) ||
-      platform::names_same_file(list_path, summary_path)) {
+  // The summary would empty the list before it is read, and every error would
+  // make the list longer while it is read.
+  const std::string& error_file = library_.error_log->file_name();
+  if (lead_to_one_file(list_path, summary_path) ||
+      lead_to_one_file(list_path, error_file.c_str())) {
     return -1;
   }
   empty_lists();

@@ -128,6 +128,10 @@ class FileRun {
   int32_t run_over_lines(Searches& searches, const char* list_path,
                          const char* summary_path, SummaryFile& summary);
 
+  // Whether two paths, if there are two, would open one file, perhaps a new
+  // one.
+  static bool lead_to_one_file(const char* a, const char* b);
+
   // Prepares the operation's own files once the lists are empty and the run's
   // files open.
   virtual void begin() {}

@@ -14,8 +14,9 @@ class SearchRun : public FileRun {
             const char* report_path)
       : FileRun(library, options), report_path_(report_path) {}
 
-  using FileRun::run_over_lines;
   using FileRun::run_over_list;
+  int32_t run_over_lines(Searches& searches, const char* list_path,
+                         const char* summary_path, SummaryFile& summary);
 
  protected:
   void begin() override { report_.open(report_path_); }
@@ -35,6 +36,18 @@ class SearchRun : public FileRun {
   ReportFile report_;
   bool block_begun_ = false;  // in the report, for the file in hand
 };
+
+// The report would empty the list before it is read, and write over the
+// summary.
+int32_t SearchRun::run_over_lines(Searches& searches, const char* list_path,
+                                  const char* summary_path,
+                                  SummaryFile& summary) {
+  if (lead_to_one_file(report_path_, list_path) ||
+      lead_to_one_file(report_path_, summary_path)) {
+    return -1;
+  }
+  return FileRun::run_over_lines(searches, list_path, summary_path, summary);
+}
 
 Step SearchRun::take(FileInHand& file) {
   const uint32_t selected = count_selected();

@@ -311,11 +311,17 @@ TEST_F(ReplaceTest, RefusedPathsLeaveTheSafeStoreAlone) {
                                {list.c_str(), list.c_str()},
                                {none.c_str(), summary_path().c_str()},
                                {list.c_str(), no_folder.c_str()}};
+  const std::string feeding = work().file("feeding", one);
   for (const Member& member : kMembers) {
     if (!member.lines) continue;
     for (const LinePaths& paths : refused) {
       EXPECT_EQ(member.run({}, &paths), -1) << member.routine;
     }
+    const std::string error_file = this->error_file();
+    const LinePaths paths{feeding.c_str(), summary_path().c_str()};
+    SetErrorFile(feeding.c_str());
+    EXPECT_EQ(member.run({}, &paths), -1) << "errors would feed the run";
+    SetErrorFile(error_file.c_str());
   }
   EXPECT_EQ(contents(work().path("store")), store);
   EXPECT_EQ(originals().size(), 1u);

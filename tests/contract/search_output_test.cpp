@@ -219,6 +219,67 @@ TEST_F(SearchTest, PathsOfTheRunMustBeGivenAndDiffer) {
   EXPECT_THAT(errors(), IsEmpty());
 }
 
+// Another path of a file, made only when there is one.
+using Spelling = std::string (*)(const std::string& path);
+
+std::string with_a_dot(const std::string& path) {
+  const size_t name = path.rfind(zenfo::test::kSeparator) + 1;
+  return path.substr(0, name) + "." + path.substr(name - 1);
+}
+std::string linked(const std::string& path) {
+  if (!file_exists(path)) return path;
+  std::filesystem::remove(path + "_link");
+  std::filesystem::create_hard_link(path, path + "_link");
+  return path + "_link";
+}
+std::string from_here(const std::string& path) {
+  const auto relative = std::filesystem::relative(path).string();
+  return relative.empty() ? path : relative;  // on another drive
+}
+constexpr Spelling kSpellings[] = {[](const std::string& path) { return path; },
+                                   with_a_dot, linked, from_here};
+
+TEST_F(SearchTest, ListSummaryAndReportAreThreeFiles) {
+  ASSERT_TRUE(pattern("a"));
+  pair("a", "");
+  const auto one = folder.file("1", "a");
+  const auto list = work().file("list", one);
+  const auto refused = [&](const std::string& list_path,
+                           const std::string& summary_path,
+                           const std::string& report_path) {
+    const LinePaths paths{list_path.c_str(), summary_path.c_str()};
+    EXPECT_EQ(find_block({.report = report_path}, &paths), -1);
+    EXPECT_EQ(find_string({.report = report_path}, &paths), -1);
+  };
+  for (const Spelling spelled : kSpellings) {
+    refused(list, spelled(list), "");
+    refused(list, summary_path(), spelled(list));
+    refused(list, summary_path(), spelled(summary_path()));
+    EXPECT_FALSE(file_exists(summary_path())) << "nothing was opened";
+    work().file("summary", "old");
+    refused(list, summary_path(), spelled(summary_path()));
+    EXPECT_EQ(read_file(summary_path()), "old");
+    std::filesystem::remove(summary_path());
+    EXPECT_EQ(read_file(list), one);
+  }
+  EXPECT_EQ(over_lines(find_block, {.report = report()}, one), 1);
+}
+
+TEST_F(SearchTest, TheErrorFileIsNoListFile) {
+  ASSERT_TRUE(pattern("a"));
+  const auto none = folder.path("none");
+  const auto list = work().file("list", none);
+  const LinePaths paths{list.c_str(), summary_path().c_str()};
+  for (const Spelling spelled : kSpellings) {
+    ASSERT_EQ(SetErrorFile(spelled(list).c_str()), 1);
+    EXPECT_EQ(find_block({}, &paths), -1);
+    EXPECT_EQ(read_file(list), none) << "no error is written to it";
+    EXPECT_FALSE(file_exists(summary_path()));
+  }
+  ASSERT_EQ(SetErrorFile(work().path("errors").c_str()), 1);
+  EXPECT_EQ(find_block({}, &paths), 0);
+}
+
 #ifndef _WIN32
 TEST_F(SearchTest, LettersFollowTheLocaleThatTheHostSets) {
   ASSERT_TRUE(pattern("\xE4"));
