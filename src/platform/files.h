@@ -205,14 +205,23 @@ class OutputFile {
 };
 
 // Copies a file with its attributes and times (natively its mode, access and
-// write time, as far as the target's owner allows), replacing the content of
-// `to` when it exists. False when the copy is not complete; natively no part of
-// it is left then, nor the old content. A file is never copied onto itself, and
-// natively nothing but ordinary files onto such; these leave both alone.
+// write time, and the owner of a new file, as far as the system allows; setuid
+// and setgid only where the owner or group is the same), replacing the content
+// of `to` when it exists. False when the copy is not complete; natively no part
+// of it is left then, nor the old content. A file is never copied onto itself,
+// and natively nothing but ordinary files onto such; these leave both alone. On
+// Windows a hidden or system file is replaced too, a read-only one is not.
 // `version`, when not null, becomes that of `from` before it was read.
 bool copy_file(const char* from, const char* to,
                FileVersion* version = nullptr);
+// Gives a file the mode and owner of another (on Windows the attributes), as
+// far as the system allows.
+void copy_rights(const char* from, const char* to);
 bool delete_file(const char* path);
+// Takes the read-only mark off a file that could not be deleted or written;
+// true when it had one. Natively no such mark keeps a file from being deleted:
+// always false.
+bool clear_read_only(const char* path);
 // Cuts an existing file to its first `size` bytes.
 bool cut_file(const char* path, uint64_t size);
 // Gives a file a new name in the same folder, in one step that takes the place
@@ -220,8 +229,9 @@ bool cut_file(const char* path, uint64_t size);
 bool replace_file(const char* from, const char* to);
 // False when it cannot be created, or exists.
 bool create_folder(const char* path);
-// Deletes every file in `folder` that is wanted (subfolders and links to
-// folders stay, failures are ignored). The names are gathered first.
+// Deletes every file in `folder` that is wanted, read-only ones too (subfolders
+// and links to folders stay, failures are ignored). The names are gathered
+// first.
 void delete_files_in(const char* folder,
                      const std::function<bool(std::string_view name)>& wanted);
 // The path of a drive or share root ("C:", "C:\", "\\server\share", "/"); the

@@ -3,6 +3,7 @@
 //
 // Tested by tests/unit/platform/copy_test.cpp,
 // tests/unit/platform/posix_copy_test.cpp
+#include <errno.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -64,14 +65,34 @@ bool cut_behind_copy(int to) {
   return copied.st_size == end || ftruncate(to, end) == 0;
 }
 
-// As far as the target's owner and file system allow: the bytes count.
-void copy_mode_and_times(const struct stat& source, const struct stat& target,
-                         int to) {
-  const struct timespec times[] = {source.st_atim, source.st_mtim};
-  const mode_t mode = source.st_mode & 0777;
-  if ((target.st_mode & 07777) != mode) {
-    [[maybe_unused]] const int mode_result = fchmod(to, mode);
+// All of this as far as the target's owner and file system allow: the bytes
+// count.
+
+void copy_owner(const struct stat& source, struct stat& target, int to) {
+  const bool same_owner = source.st_uid == target.st_uid;
+  if (same_owner && source.st_gid == target.st_gid) return;
+  if (fchown(to, source.st_uid, source.st_gid) != 0 &&
+      fchown(to, static_cast<uid_t>(-1), source.st_gid) != 0) {
+    return;
   }
+  fstat(to, &target);
+}
+
+// Setuid and setgid lend the rights of the owner and the group: of none but the
+// source's own. Last, as the system takes them off a file that is written or
+// given away.
+void copy_mode(const struct stat& source, const struct stat& target, int to) {
+  mode_t mode = source.st_mode & 07777;
+  if (source.st_uid != target.st_uid) mode &= ~mode_t{S_ISUID};
+  if (source.st_gid != target.st_gid) mode &= ~mode_t{S_ISGID};
+  const bool may_be_off = (mode & (S_ISUID | S_ISGID)) != 0;
+  if (may_be_off || (target.st_mode & 07777) != mode) {
+    [[maybe_unused]] const int result = fchmod(to, mode);
+  }
+}
+
+void copy_times(const struct stat& source, int to) {
+  const struct timespec times[] = {source.st_atim, source.st_mtim};
   futimens(to, times);
 }
 
@@ -86,6 +107,14 @@ void discard(int to_file, const struct stat& target, const char* to) {
   }
 }
 
+// Opens what is to be written; `created` tells whether it is new.
+int open_target(const char* to, mode_t mode, bool& created) {
+  constexpr int kFlags = O_WRONLY | O_CREAT | kOpenFlags;
+  const int file = open(to, kFlags | O_EXCL, mode);
+  created = file >= 0;
+  return created || errno != EEXIST ? file : open(to, kFlags, mode);
+}
+
 }  // namespace
 
 bool copy_file(const char* from, const char* to, FileVersion* version) {
@@ -96,8 +125,9 @@ bool copy_file(const char* from, const char* to, FileVersion* version) {
     return false;
   }
   if (version != nullptr) *version = version_of(source);
-  Descriptor target_file(open(to, O_WRONLY | O_CREAT | kOpenFlags,
-                              (source.st_mode & 0777) | 0200));
+  bool created;
+  Descriptor target_file(
+      open_target(to, (source.st_mode & 0777) | 0200, created));
   struct stat target;
   if (!target_file.is_open() || fstat(target_file.get(), &target) != 0 ||
       !S_ISREG(target.st_mode) || same_file(source, target)) {
@@ -109,10 +139,24 @@ bool copy_file(const char* from, const char* to, FileVersion* version) {
     discard(target_file.get(), target, to);
     return false;
   }
-  copy_mode_and_times(source, target, target_file.get());
+  if (created) copy_owner(source, target, target_file.get());
+  copy_mode(source, target, target_file.get());
+  copy_times(source, target_file.get());
   if (target_file.close()) return true;
   unlink(to);
   return false;
+}
+
+void copy_rights(const char* from, const char* to) {
+  struct stat source;
+  struct stat target;
+  const Descriptor file(open(to, O_WRONLY | O_NOFOLLOW | kOpenFlags));
+  if (stat(from, &source) != 0 || !file.is_open() ||
+      fstat(file.get(), &target) != 0) {
+    return;
+  }
+  copy_owner(source, target, file.get());
+  copy_mode(source, target, file.get());
 }
 
 }  // namespace zenfo::platform

@@ -88,6 +88,8 @@ bool exists(const char* path) {
 
 bool delete_file(const char* path) { return unlink(path) == 0; }
 
+bool clear_read_only(const char*) { return false; }
+
 bool cut_file(const char* path, uint64_t size) {
   return truncate(path, static_cast<off_t>(size)) == 0;
 }

@@ -2,7 +2,8 @@
 // folders.
 //
 // Tested by tests/unit/platform/files_test.cpp,
-// tests/unit/platform/copy_test.cpp
+// tests/unit/platform/copy_test.cpp,
+// tests/unit/platform/win32_files_test.cpp
 #include "platform/files.h"
 
 #include <cstring>
@@ -27,6 +28,15 @@ uint64_t to_number(const FILETIME& time) {
 
 bool read_attribute_data(const char* path, WIN32_FILE_ATTRIBUTE_DATA& data) {
   return GetFileAttributesExA(path, GetFileExInfoStandard, &data) != 0;
+}
+
+// Takes marks off a file: the attributes that it had, or 0 when it had none of
+// these, or they stay.
+DWORD take_off(const char* path, DWORD marks) {
+  const DWORD before = GetFileAttributesA(path);
+  if (before == INVALID_FILE_ATTRIBUTES || (before & marks) == 0) return 0;
+  const DWORD rest = (before & ~marks) | FILE_ATTRIBUTE_NORMAL;
+  return SetFileAttributesA(path, rest) ? before : 0;
 }
 
 }  // namespace
@@ -68,15 +78,32 @@ bool exists(const char* path) {
   return true;
 }
 
+// The system itself copies onto no hidden or system file.
 bool copy_file(const char* from, const char* to, FileVersion* version) {
   InputFile source;
   if (version != nullptr && (!source.open(from) || !source.version(*version))) {
     return false;
   }
-  return CopyFileA(from, to, FALSE) != 0;
+  if (CopyFileA(from, to, FALSE)) return true;
+  if (GetLastError() != ERROR_ACCESS_DENIED) return false;
+  constexpr DWORD kMarks = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+  const DWORD before = take_off(to, kMarks);
+  if (before == 0) return false;
+  if (CopyFileA(from, to, FALSE)) return true;
+  SetFileAttributesA(to, before);
+  return false;
+}
+
+void copy_rights(const char* from, const char* to) {
+  const DWORD attributes = GetFileAttributesA(from);
+  if (attributes != INVALID_FILE_ATTRIBUTES) SetFileAttributesA(to, attributes);
 }
 
 bool delete_file(const char* path) { return DeleteFileA(path) != 0; }
+
+bool clear_read_only(const char* path) {
+  return take_off(path, FILE_ATTRIBUTE_READONLY) != 0;
+}
 
 bool cut_file(const char* path, uint64_t size) {
   const HANDLE file =

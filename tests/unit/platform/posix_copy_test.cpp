@@ -9,11 +9,13 @@
 #include <string>
 
 #include "platform/files.h"
+#include "support/nobody.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::platform {
 namespace {
 
+using test::AsNobody;
 using test::read_file;
 using test::TempFolder;
 
@@ -71,6 +73,93 @@ TEST(PosixCopyFile, TakesOffTheMarksOfAnExistingTarget) {
     ASSERT_TRUE(copy_file(from.c_str(), to.c_str()));
     EXPECT_EQ(mode_t{0755}, stat_of(to).st_mode & 07777);
   }
+}
+
+// Written and read by the same user, whoever that is.
+void expect_marks_kept() {
+  const TempFolder folder;
+  const std::string from = folder.file("from", "content");
+  const std::string to = folder.path("to");
+  for (const mode_t mode : {04755, 02755, 06711, 01644, 04444}) {
+    for (const mode_t old_mode : {0, 0644, 06755}) {
+      unlink(to.c_str());
+      if (old_mode != 0) {
+        folder.file("to", "old and longer content");
+        ASSERT_EQ(0, chmod(to.c_str(), old_mode));
+      }
+      ASSERT_EQ(0, chmod(from.c_str(), mode));
+      ASSERT_EQ(mode, stat_of(from).st_mode & 07777);
+      ASSERT_TRUE(copy_file(from.c_str(), to.c_str()));
+      EXPECT_EQ(mode, stat_of(to).st_mode & 07777) << "over " << old_mode;
+      EXPECT_EQ("content", read_file(to));
+    }
+  }
+}
+
+TEST(PosixCopyFile, KeepsSetuidSetgidAndSticky) {
+  expect_marks_kept();
+  const TempFolder folder;
+  const AsNobody nobody(folder.path());
+  expect_marks_kept();
+}
+
+TEST(PosixCopyFile, GivesANewFileItsOwnerAndMarks) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root gives files away";
+  const TempFolder folder;
+  const std::string from = folder.file("from", "content");
+  ASSERT_EQ(0, chown(from.c_str(), 12, 34));
+  ASSERT_EQ(0, chmod(from.c_str(), 06755));
+  const std::string to = folder.path("to");
+  ASSERT_TRUE(copy_file(from.c_str(), to.c_str()));
+  EXPECT_EQ(12u, stat_of(to).st_uid);
+  EXPECT_EQ(34u, stat_of(to).st_gid);
+  EXPECT_EQ(mode_t{06755}, stat_of(to).st_mode & 07777);
+}
+
+// A user's setuid file would run with the rights of the user who copied it.
+TEST(PosixCopyFile, LendsNobodyTheRightsOfAnotherOwner) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root gives files away";
+  const TempFolder folder;
+  const std::string from = folder.file("from", "content");
+  const std::string to = folder.file("to", "old");
+  ASSERT_EQ(0, chown(from.c_str(), 12, 34));
+  ASSERT_EQ(0, chmod(from.c_str(), 07755));
+  ASSERT_TRUE(copy_file(from.c_str(), to.c_str()));
+  EXPECT_EQ(0u, stat_of(to).st_uid) << "an existing file keeps its owner";
+  EXPECT_EQ(mode_t{01755}, stat_of(to).st_mode & 07777);
+  const AsNobody nobody(folder.path());
+  const std::string own = folder.path("own");
+  ASSERT_TRUE(copy_file(from.c_str(), own.c_str()));
+  EXPECT_NE(12u, stat_of(own).st_uid);
+  EXPECT_EQ(mode_t{01755}, stat_of(own).st_mode & 07777);
+}
+
+TEST(PosixCopyRights, GivesAFileModeAndOwnerOfAnother) {
+  const TempFolder folder;
+  const std::string from = folder.file("from", "a");
+  const std::string to = folder.file("to", "b");
+  ASSERT_EQ(0, chmod(from.c_str(), 0640));
+  if (geteuid() == 0) {
+    ASSERT_EQ(0, chown(from.c_str(), 12, 34));
+  }
+  copy_rights(from.c_str(), to.c_str());
+  EXPECT_EQ(mode_t{0640}, stat_of(to).st_mode & 07777);
+  EXPECT_EQ(stat_of(from).st_uid, stat_of(to).st_uid);
+  EXPECT_EQ(stat_of(from).st_gid, stat_of(to).st_gid);
+  copy_rights(folder.path("missing").c_str(), to.c_str());
+  EXPECT_EQ(mode_t{0640}, stat_of(to).st_mode & 07777);
+}
+
+TEST(PosixCopyRights, TouchesNothingThroughALink) {
+  const TempFolder folder;
+  const std::string from = folder.file("from", "a");
+  const std::string file = folder.file("file", "b");
+  const std::string link = folder.path("link");
+  ASSERT_EQ(0, symlink("file", link.c_str()));
+  ASSERT_EQ(0, chmod(from.c_str(), 0600));
+  ASSERT_EQ(0, chmod(file.c_str(), 0644));
+  copy_rights(from.c_str(), link.c_str());
+  EXPECT_EQ(mode_t{0644}, stat_of(file).st_mode & 07777);
 }
 
 TEST(PosixCopyFile, TakesLinksForWhatTheyLeadTo) {
