@@ -143,7 +143,8 @@ ZENFO_API int32_t ZENFO_CALL SetErrorFile(const char* name);
  *                  subfolders too), a path whose last component is a pattern,
  *                  and further patterns, all separated by ";":
  *                  "1C:\src\*.c;*.h|0C:\doc\*.txt". A group whose folder does
- *                  not exist is skipped.
+ *                  not exist is skipped. Subfolders that are links are not
+ *                  followed.
  *   options        ten bytes, see ZENFO_OPTION_...
  *   output_file    "" for the list; else the paths are written to this file,
  *                  one a line ended by CR LF, and the list stays as it is
@@ -648,7 +649,8 @@ ZENFO_API int32_t ZENFO_CALL FindExcludedArea(int32_t case_flag,
  * Answer the number of matches rewritten; 0 when the host interrupts at the
  * start of a file or while one is loaded; -1 as the searches do, and when a
  * file cannot be rewritten: it is then left as far as it was written, and only
- * its safe copy has it whole.
+ * its safe copy has it whole. A file that cannot be opened stays as it is; on
+ * Windows also one that another program has mapped or locked.
  * Progress: "Now replacing in file", "Now inserting before in file", "Now
  * inserting after in file", each with the file's path.
  */

@@ -113,8 +113,9 @@ class FolderListing {
 
   const std::string& path() const { return path_; }
 
-  // Every folder in it whose name does not begin with "."; natively without
-  // links to folders. False when either of the two stopped it.
+  // Every folder in it whose name does not begin with "."; no links to folders
+  // (on Windows junctions, mounted volumes and symbolic links). False when
+  // either of the two stopped it.
   bool visit_folders(const Visitor& visit, const Answered& answered = go_on);
   // Every file (no folder) matching the pattern whose name does not begin
   // with "."; natively only regular files and links to such. Case is ignored;
@@ -161,9 +162,12 @@ class InputFile {
 };
 
 enum class OutputMode {
-  kTruncate,   // empty an existing file
-  kAppend,     // write behind what is there
-  kOverwrite,  // write from the start, keep what lies behind (see set_end)
+  kTruncate,  // empty an existing file
+  kAppend,    // write behind what is there
+  // Write from the start. What lay behind goes with set_end(), or at once: on
+  // Windows, where only an attempt tells whether a file can be cut. A file that
+  // cannot, or that is locked there, is not opened and keeps its bytes.
+  kOverwrite,
 };
 
 // What came of opening a file that was looked at before.
@@ -246,7 +250,8 @@ bool same_path(std::string_view a, std::string_view b);
 // The same text for all paths that lead to one file, links too, for sets of
 // files. A file that the system does not identify goes by its absolute path.
 std::string file_key(const char* path);
-// Whether two paths lead to one existing file, however they are written.
+// Whether two paths lead to one existing file, however they are written. Where
+// the system numbers no files, their absolute paths are compared.
 bool names_same_file(const char* a, const char* b);
 
 // Broken-down local time.

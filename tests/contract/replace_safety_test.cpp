@@ -7,7 +7,9 @@
 #include <string>
 
 #include "support/replace_fixture.h"
-#ifndef _WIN32
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -388,7 +390,29 @@ TEST_F(ReplaceTest, AFileThatCannotBeWrittenEndsTheRun) {
   EXPECT_EQ(read_file(one), "a");
 }
 
-#ifndef _WIN32
+#ifdef _WIN32
+TEST_F(ReplaceTest, AFileMappedByAnotherProgramEndsTheRunAndStays) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = add("1", "12345a67890");
+  const HANDLE file =
+      CreateFileA(one.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                  nullptr, OPEN_EXISTING, 0, nullptr);
+  const HANDLE mapping =
+      CreateFileMappingA(file, nullptr, PAGE_READONLY, 0, 0, nullptr);
+  const void* view = MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0);
+  ASSERT_NE(view, nullptr);
+  for (const char* text : {"", "longer"}) {
+    EXPECT_EQ(replace_block({.text = text}), -1);
+    EXPECT_EQ(read_file(one), "12345a67890");
+  }
+  expect_no_results();
+  UnmapViewOfFile(view);
+  CloseHandle(mapping);
+  CloseHandle(file);
+  EXPECT_EQ(replace_block({.text = ""}), 1);
+  EXPECT_EQ(read_file(one), "1234567890");
+}
+#else
 // No file may grow beyond the limit while this lives.
 class FileSizeLimit {
  public:

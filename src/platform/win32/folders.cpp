@@ -1,7 +1,8 @@
 // Listing folders. Every listing is one query of the system's file search,
 // which matches the patterns itself, short file names included.
 //
-// Tested by tests/unit/platform/folders_test.cpp
+// Tested by tests/unit/platform/folders_test.cpp,
+// tests/unit/platform/win32_files_test.cpp
 #include <vector>
 
 #include "platform/files.h"
@@ -27,9 +28,19 @@ class Query {
   bool is_folder() const {
     return (found_.dwFileAttributes & kAttributeDirectory) != 0;
   }
+  // Stands for another folder, as junctions, mounted volumes and symbolic links
+  // do: a walk that followed it might never end. Other reparse points hold
+  // files of their own, the folders of cloud storage for one.
+  bool is_link() const {
+    if ((found_.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
+      return false;
+    }
+    const DWORD tag = found_.dwReserved0;
+    return tag == 0 || IsReparseTagNameSurrogate(tag);
+  }
 
  private:
-  WIN32_FIND_DATAA found_;
+  WIN32_FIND_DATAA found_ = {};  // Wine leaves the tag as it is
   HANDLE handle_;
 };
 
@@ -49,7 +60,8 @@ bool visit_kind(const std::string& folder, const char* pattern, bool folders,
                 const FolderListing::Answered& answered) {
   return visit_answers(folder, pattern, [&](const Query& query) {
     const bool wanted = query.is_folder() == folders && query.name()[0] != '.';
-    return (!wanted || visit(query.name())) && answered();
+    const bool passed_over = folders && query.is_link();
+    return (!wanted || passed_over || visit(query.name())) && answered();
   });
 }
 
@@ -80,9 +92,9 @@ void delete_files_in(const char* folder,
     return true;
   });
   for (const std::string& name : names) {
-    if (wanted(name)) {
-      DeleteFileA((std::string(folder) + kPathSeparator + name).c_str());
-    }
+    const std::string path = std::string(folder) + kPathSeparator + name;
+    if (!wanted(name) || delete_file(path.c_str())) continue;
+    if (clear_read_only(path.c_str())) delete_file(path.c_str());
   }
 }
 

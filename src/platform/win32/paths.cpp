@@ -1,6 +1,7 @@
 // Paths against the system: roots, the working folder, names alike.
 //
-// Tested by tests/unit/platform/paths_test.cpp
+// Tested by tests/unit/platform/paths_test.cpp,
+// tests/unit/platform/win32_files_test.cpp
 #include <algorithm>
 
 #include "platform/files.h"
@@ -96,6 +97,9 @@ std::string file_key(const char* path) {
 }
 
 bool names_same_file(const char* a, const char* b) {
+  const std::string first = identity(a);
+  const std::string second = identity(b);
+  if (!first.empty() && !second.empty()) return first == second;
   return exists(a) && same_path(absolute_path(a), absolute_path(b));
 }
 

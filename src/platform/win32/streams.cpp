@@ -1,7 +1,8 @@
 // Reading and writing open files on bare handles, shared with readers and
 // writers as C streams are.
 //
-// Tested by tests/unit/platform/streams_test.cpp
+// Tested by tests/unit/platform/streams_test.cpp,
+// tests/unit/platform/win32_files_test.cpp
 #include <algorithm>
 
 #include "platform/files.h"
@@ -35,15 +36,32 @@ constexpr Access access_of(OutputMode mode) {
   return {GENERIC_WRITE, OPEN_ALWAYS};
 }
 
+constexpr DWORD kBehindContent = 0x40000000;  // the high half of an offset
+
 // Locks one byte far behind every content, which keeps nobody but another run
 // from the file. The lock goes with the handle. False when a run has it.
 bool lock(HANDLE file) {
   OVERLAPPED place{};
-  place.OffsetHigh = 0x40000000;
+  place.OffsetHigh = kBehindContent;
   return LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY,
                     0, 1, 0, &place) != 0 ||
          GetLastError() != ERROR_LOCK_VIOLATION;
 }
+
+// Whether another program has locked a part of the content, where the file
+// could be cut but not written.
+bool is_locked(HANDLE file) {
+  if (LockFile(file, 0, 0, 0, kBehindContent)) {
+    UnlockFile(file, 0, 0, 0, kBehindContent);
+    return false;
+  }
+  return GetLastError() == ERROR_LOCK_VIOLATION;
+}
+
+// A file that is mapped by another program can be written, but not cut. So it
+// is cut first: false leaves it as it was. Opening it with CREATE_ALWAYS would
+// do the same, but for hidden files, which that refuses.
+bool empty(HANDLE file) { return !is_locked(file) && SetEndOfFile(file) != 0; }
 
 }  // namespace
 
@@ -94,11 +112,16 @@ void InputFile::close() {
 bool OutputFile::open(const char* path, OutputMode mode) {
   close();
   const Access access = access_of(mode);
-  handle_ = to_number(CreateFileA(path, access.rights, kShared, nullptr,
-                                  access.disposition, FILE_ATTRIBUTE_NORMAL,
-                                  nullptr));
-  mode_ = mode;
-  return is_open();
+  const HANDLE file =
+      CreateFileA(path, access.rights, kShared, nullptr, access.disposition,
+                  FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  if (mode == OutputMode::kOverwrite && !empty(file)) {
+    CloseHandle(file);
+    return false;
+  }
+  handle_ = to_number(file);
+  return true;
 }
 
 Opened OutputFile::open_unchanged(const char* path,
@@ -112,13 +135,11 @@ Opened OutputFile::open_unchanged(const char* path,
                                                   : Opened::kFailed;
   }
   handle_ = to_number(file);
-  mode_ = OutputMode::kOverwrite;
   FileVersion now;
   Opened opened = Opened::kOpen;
   if (!lock(file) || !read_version(file, now) || now != expected) {
     opened = Opened::kChanged;
-  } else if (SetEndOfFile(file) == 0) {
-    // Mapped by another program, which keeps it from being cut later as well.
+  } else if (!empty(file)) {
     opened = Opened::kFailed;
   }
   if (opened != Opened::kOpen) close();
@@ -140,10 +161,8 @@ bool OutputFile::write(const void* data, size_t size) {
   return true;
 }
 
-bool OutputFile::set_end() {
-  if (mode_ != OutputMode::kOverwrite) return is_open();
-  return SetEndOfFile(to_handle(handle_)) != 0;
-}
+// Every file ends behind what was written: it was empty, or is appended to.
+bool OutputFile::set_end() { return is_open(); }
 
 bool OutputFile::close() {
   if (!is_open()) return true;

@@ -155,14 +155,18 @@ TEST(OutputFile, AppendsBehindWhatIsThere) {
   EXPECT_EQ("onetwo", read_file(path));
 }
 
-TEST(OutputFile, OverwritesAndKeepsTheRestUntilItIsCut) {
+TEST(OutputFile, OverwritesAndLeavesNothingBehindOnceItIsCut) {
   const TempFolder folder;
   const std::string path = folder.file("a", "0123456789");
   OutputFile file;
   ASSERT_TRUE(file.open(path.c_str(), OutputMode::kOverwrite));
   EXPECT_TRUE(write_text(file, "ab"));
   EXPECT_TRUE(write_text(file, "c"));
+#ifdef _WIN32
+  EXPECT_EQ("abc", read_file(path)) << "cut when it was opened";
+#else
   EXPECT_EQ("abc3456789", read_file(path));
+#endif
   EXPECT_TRUE(file.set_end());
   EXPECT_TRUE(file.close());
   EXPECT_EQ("abc", read_file(path));
