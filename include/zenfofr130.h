@@ -786,7 +786,8 @@ ZENFO_API int32_t ZENFO_CALL GetUndoList(void);
  * error file (the undo list file's path with ".error").
  * Answers the number of records left, without the lines that GetUndoList() did
  * not read; 0 when there is nothing to restore; -1 when no undo list file is
- * named or it cannot be rewritten.
+ * named or it cannot be rewritten. One that cannot be written to begin with
+ * leaves everything as it is.
  * Progress: "Restoring original files".
  */
 ZENFO_API int32_t ZENFO_CALL Undo(void);

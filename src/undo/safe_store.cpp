@@ -71,7 +71,22 @@ void create_folders_above(const std::string& path) {
   }
 }
 
-bool create_file(const std::string& path) {
+// A copy is read-only when its file is, and the system may refuse to delete or
+// to replace such a file.
+bool delete_copy(const char* path) {
+  return platform::delete_file(path) ||
+         (platform::clear_read_only(path) && platform::delete_file(path));
+}
+
+bool make_copy(const char* path, const char* copy,
+               platform::FileVersion* version) {
+  return platform::copy_file(path, copy, version) ||
+         (platform::clear_read_only(copy) &&
+          platform::copy_file(path, copy, version));
+}
+
+// Creates the file when it is missing, and changes nothing else.
+bool can_be_written(const std::string& path) {
   platform::OutputFile file;
   return file.open(path.c_str(), platform::OutputMode::kAppend) && file.close();
 }
@@ -146,7 +161,7 @@ int32_t SafeStore::set_undo_file(const char* given) {
   }
   if (!platform::is_file(path.c_str())) {
     create_folders_above(path);
-    if (!create_file(path)) return -1;
+    if (!can_be_written(path)) return -1;
   }
   undo_file_ = std::move(path);
   return 1;
@@ -204,7 +219,7 @@ void SafeStore::delete_own_files() {
 }
 
 void SafeStore::delete_unless_open(const std::string& path) const {
-  if (!is_open(path)) platform::delete_file(path.c_str());
+  if (!is_open(path)) delete_copy(path.c_str());
 }
 
 // Never the name of the undo list file, of its error file or of an open file.
@@ -226,7 +241,7 @@ int32_t SafeStore::store_safe_copy(const char* path,
   const size_t last = original.rfind(kPathSeparator);
   const std::string copy = next_copy_path(
       original.substr(last == std::string_view::npos ? 0 : last + 1));
-  if (!platform::copy_file(path, copy.c_str(), version)) return -1;
+  if (!make_copy(path, copy.c_str(), version)) return -1;
   ++copies_;
   auto record = std::make_unique<UndoRecord>(
       SharedText(original), SharedText(copy), SharedText(time_text()));
@@ -244,7 +259,7 @@ void SafeStore::take_back_safe_copy() {
   if (record == nullptr) return;
   const std::string copy(record->safe_copy.view());
   if (!platform::cut_file(undo_file_.c_str(), lines_before_)) return;
-  platform::delete_file(copy.c_str());
+  delete_copy(copy.c_str());
   undo_list.RemoveAt(count - 1);
 }
 
@@ -298,6 +313,8 @@ int32_t SafeStore::undo() {
   if (!platform::is_file(undo_file_.c_str()) || undo_list.Count() == 0) {
     return 0;
   }
+  // What was restored could not be taken out of it.
+  if (!can_be_written(undo_file_)) return -1;
   if (platform::exists(error_file.c_str()) &&
       !platform::delete_file(error_file.c_str())) {
     return -1;
@@ -344,7 +361,7 @@ bool SafeStore::restore(const UndoRecord& record) {
   if (platform::is_folder(original) || !platform::is_file(copy)) return false;
   if (!platform::copy_file(copy, original)) return false;
   // Restored all the same when the copy cannot be deleted.
-  platform::delete_file(copy);
+  delete_copy(copy);
   return true;
 }
 
@@ -365,6 +382,7 @@ bool SafeStore::write_records(std::string_view unread) {
   const std::string fresh = undo_file_ + ".new";
   OutFile file;
   if (!platform::exists(fresh.c_str()) && open_records(file, fresh)) {
+    platform::copy_rights(undo_file_.c_str(), fresh.c_str());
     const bool complete = put_records(file, unread);
     if (complete && platform::replace_file(fresh.c_str(), undo_file_.c_str())) {
       return true;

@@ -7,6 +7,10 @@
 #include <regex>
 #include <string>
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 #include "support/run_fixture.h"
 
 namespace {
@@ -382,6 +386,41 @@ TEST_F(UndoTest, AnErrorFileThatCannotBeDeletedStopsEverything) {
   EXPECT_EQ(read_file(paths[0]), "X");
   EXPECT_EQ(originals(), paths);
 }
+
+#ifdef _WIN32
+TEST_F(UndoTest, CopiesMarkedReadOnlyAreDeletedAllTheSame) {
+  use_store();
+  const auto mark_copy = [&] {
+    ASSERT_TRUE(
+        SetFileAttributesA(copies()[0].c_str(), FILE_ATTRIBUTE_READONLY));
+  };
+  const auto paths = change({"1"});
+  mark_copy();
+  change({"2"});
+  EXPECT_FALSE(file_exists(in_store("1_0"))) << "by the next run";
+  mark_copy();
+  EXPECT_EQ(Undo(), 0);
+  EXPECT_FALSE(file_exists(in_store("2_0"))) << "by undo";
+  SetFileAttributesA(folder.path("2").c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST_F(UndoTest, HiddenFilesAreChangedAndBroughtBackHidden) {
+  use_store();
+  constexpr DWORD kMarks = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+  const auto one = add("1", "aaaa");
+  const auto is_hidden = [&] {
+    return (GetFileAttributesA(one.c_str()) & kMarks) == kMarks;
+  };
+  ASSERT_TRUE(SetFileAttributesA(one.c_str(), kMarks));
+  ASSERT_TRUE(pattern("a"));
+  EXPECT_EQ(replace_block({.text = "", .safe = 1}), 4);
+  EXPECT_EQ(read_file(one), "");
+  EXPECT_TRUE(is_hidden());
+  EXPECT_EQ(Undo(), 0);
+  EXPECT_EQ(read_file(one), "aaaa");
+  EXPECT_TRUE(is_hidden());
+}
+#endif
 
 TEST_F(UndoTest, ACopyThatIsNoFileIsReported) {
   use_store();

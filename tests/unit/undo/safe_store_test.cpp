@@ -1,11 +1,14 @@
 #include "undo/safe_store.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <string>
 
 #include "listops/string_pair.h"
+#include "support/nobody.h"
 #include "support/temp_folder.h"
 
 namespace zenfo {
@@ -181,6 +184,85 @@ TEST_F(SafeStoreTest, UndoFailsWhenItsFilesCannotBeWritten) {
   ASSERT_EQ(store.set_undo_file("/dev/full"), 1);
   store.undo_list.Get(0)->state = 0;
   EXPECT_EQ(store.undo(), -1);
+}
+
+// What is left of two copies, one of them deselected.
+class UndoListFile : public SafeStoreTest {
+ protected:
+  void SetUp() override {
+    SafeStoreTest::SetUp();
+    for (const char* name : {"a", "b"}) {
+      const auto path = file(name, "old");
+      ASSERT_EQ(store.store_safe_copy(path.c_str()), 1);
+      test::write_file(path, "new");
+    }
+    store.undo_list.Get(1)->state = 0;
+  }
+  struct stat stat_of_list() const {
+    struct stat found = {};
+    EXPECT_EQ(0, stat(undo_file.c_str(), &found));
+    return found;
+  }
+};
+
+TEST_F(UndoListFile, KeepsItsModeAndOwner) {
+  ASSERT_EQ(0, chmod(undo_file.c_str(), 0620));
+  if (geteuid() == 0) {
+    ASSERT_EQ(0, chown(undo_file.c_str(), 12, 34));
+  }
+  const struct stat before = stat_of_list();
+  EXPECT_EQ(store.undo(), 1);
+  const struct stat after = stat_of_list();
+  EXPECT_NE(before.st_ino, after.st_ino) << "a new file took its place";
+  EXPECT_EQ(before.st_mode, after.st_mode);
+  EXPECT_EQ(before.st_uid, after.st_uid);
+  EXPECT_EQ(before.st_gid, after.st_gid);
+  EXPECT_EQ(store.load_undo_list(), 1);
+}
+
+TEST_F(UndoListFile, ThatCannotBeWrittenKeepsUndoFromRestoring) {
+  const auto before = read_file(undo_file);
+  const auto error_file = folder.file("store/undo.error", "x");
+  ASSERT_EQ(0, chmod(undo_file.c_str(), 0444));
+  ASSERT_EQ(0, chmod(folder.path("store").c_str(), 0777));
+  ASSERT_EQ(0, chmod(folder.path("a").c_str(), 0666));
+  const test::AsNobody nobody(folder.path());
+  ASSERT_TRUE(test::AsNobody::in_force());
+  EXPECT_EQ(store.undo(), -1);
+  EXPECT_EQ(read_file(folder.path("a")), "new");
+  EXPECT_EQ(read_file(in_store("a_0")), "old");
+  EXPECT_EQ(read_file(undo_file), before);
+  EXPECT_TRUE(file_exists(error_file));
+  EXPECT_EQ(store.undo_list.Count(), 2u);
+}
+
+TEST_F(SafeStoreTest, UndoBringsSetuidAndSetgidBack) {
+  ASSERT_EQ(0, chmod(folder.path("store").c_str(), 0777));
+  ASSERT_EQ(0, chmod(undo_file.c_str(), 0666));
+  const test::AsNobody nobody(folder.path());
+  const auto one = file("a", "old");
+  ASSERT_EQ(0, chmod(one.c_str(), 06755));
+  ASSERT_EQ(store.store_safe_copy(one.c_str()), 1);
+  test::write_file(one, "new");
+  struct stat found = {};
+  ASSERT_EQ(0, stat(one.c_str(), &found));
+  ASSERT_EQ(mode_t{0755}, found.st_mode & 07777) << "writing takes them off";
+  EXPECT_EQ(store.undo(), 0);
+  EXPECT_EQ(read_file(one), "old");
+  ASSERT_EQ(0, stat(one.c_str(), &found));
+  EXPECT_EQ(mode_t{06755}, found.st_mode & 07777);
+}
+
+TEST_F(SafeStoreTest, ReadOnlyCopiesGoWithTheNextRun) {
+  ASSERT_EQ(0, chmod(folder.path("store").c_str(), 0777));
+  ASSERT_EQ(0, chmod(undo_file.c_str(), 0666));
+  const test::AsNobody nobody(folder.path());
+  const auto one = file("a", "x");
+  ASSERT_EQ(0, chmod(one.c_str(), 0444));
+  EXPECT_EQ(store.store_safe_copy(one.c_str()), 1);
+  EXPECT_EQ(store.start_safe_store_run({}), 1);
+  EXPECT_FALSE(file_exists(in_store("a_0")));
+  EXPECT_EQ(store.store_safe_copy(one.c_str()), 1);
 }
 
 }  // namespace
