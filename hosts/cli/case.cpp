@@ -16,7 +16,7 @@ const HelpTexts kHelpTexts = {
     "Turns the letters A to Z of TEXT, wherever it stands in the files, to\n"
     "capital or small ones; with -i or --pattern it may stand there in many\n"
     "forms. All else is as in 'zenfo replace'.",
-    "The exit status is 0 when something was changed, 1 when nothing matched,\n"
+    "The exit status is 0 when something was changed, 1 when nothing was,\n"
     "and 2 after an error.\n"
     "\n"
     "Examples:\n"
@@ -54,6 +54,7 @@ bool parse(const Arguments& arguments, CaseOptions& options, Output& output) {
     change.paths.erase(change.paths.begin());
   }
   settle_change_options(line, change, outside, inside);
+  change.stays = stays_in_case(change.search, options.upper);
   return true;
 }
 

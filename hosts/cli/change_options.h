@@ -11,6 +11,7 @@
 #include "file_arguments.h"
 #include "name_filter.h"
 #include "search.h"
+#include "unchanged.h"
 
 namespace zenfo::cli {
 
@@ -18,6 +19,7 @@ struct ChangeOptions {
   std::string command;  // as it was typed, for the record of the run
   std::string done;     // "replaced"
   bool cuts_at_zero_byte = false;
+  Stays stays;  // which matches the change leaves as they are
   SearchOptions search;
   std::vector<std::string> paths;
   FileChoice choice;

@@ -77,7 +77,9 @@ class Targets {
       : session_(session), options_(options), skipped_(skipped) {
     FileList files(session, options.paths, options.choice, FactOptions{});
     choose(files);
-    if (search.run(nullptr) > 0) take_found(files);
+    Session::Question question;
+    if (options.stays) question = [&] { return leave_unchanged(files); };
+    if (search.run(question) > 0) take_found(files);
     name_rejected(files);
   }
 
@@ -98,6 +100,17 @@ class Targets {
         session_.select(i, false);
       }
     }
+  }
+
+  // Of the file in hand, the selected one behind those that are done.
+  Session::Answer leave_unchanged(const FileList& files) {
+    for (; next_ < files.count(); ++next_) {
+      if (!session_.selected(next_)) continue;
+      if (passed_ == Session::files_done()) break;
+      ++passed_;
+    }
+    deselect_unchanged(std::string(session_.full_name(next_)), options_.stays);
+    return Session::Answer::kTake;
   }
 
   void take_found(const FileList& files) {
@@ -160,6 +173,8 @@ class Targets {
   Skipped& skipped_;
   std::vector<Target> targets_;
   std::unordered_set<std::string> identities_;
+  uint32_t next_ = 0;    // place of the file in hand in the list of files
+  uint32_t passed_ = 0;  // selected files before it
 };
 
 void enter(Session& session, const std::vector<std::string>& paths) {
@@ -190,8 +205,15 @@ int preview(Session& session, const std::vector<Target>& targets,
     if (system::stop_status() != 0) throw Stopped{};
   }
   enter(session, copies);
-  const int32_t result =
-      session.run_changes([&] { return change(false, false); }, nullptr);
+  Session::Question question;
+  if (options.stays) {
+    question = [&] {
+      deselect_unchanged(copies[Session::files_done()], options.stays);
+      return Session::Answer::kTake;
+    };
+  }
+  const int32_t result = session.run_changes(
+      [&] { return change(question != nullptr, false); }, question);
   if (system::stop_status() != 0) throw Stopped{};
   if (result < 0) {
     session.complain_about_errors();
@@ -294,16 +316,19 @@ class ChangeRun {
         access.push_back(std::make_unique<WriteAccess>(target.path));
       }
     }
-    const Session::Question question =
-        options_.ask ? Session::Question([this] { return ask(); }) : nullptr;
+    Session::Question question;
+    if (options_.ask || options_.stays) question = [this] { return ask(); };
     return session_.run_changes(
-        [&] { return change(options_.ask, !options_.no_backup); }, question);
+        [&] { return change(question != nullptr, !options_.no_backup); },
+        question);
   }
 
   // Deselects the matches that are to stay.
   Session::Answer ask() {
     if (asking_.stopped()) return Session::Answer::kStop;
     const Target& target = targets_[Session::files_done()];
+    if (options_.stays) deselect_unchanged(target.path, options_.stays);
+    if (!options_.ask) return Session::Answer::kTake;
     FileBytes bytes;
     bytes.load(target.path);
     const uint32_t matches = matches_in_hand();
@@ -481,7 +506,7 @@ int run_change(Session& session, Search& search, const ChangeOptions& options,
   session.leave_at_stop(true);
   SearchOptions first = options.search;
   const bool one_match_will_do = !names_matches_first(options) &&
-                                 !search.several_texts() &&
+                                 !search.several_texts() && !options.stays &&
                                  search_once_a_file(first);
   std::optional<Search> first_search;
   if (one_match_will_do) first_search.emplace(session, first);

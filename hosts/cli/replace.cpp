@@ -31,7 +31,8 @@ const HelpTexts kHelpTexts = {
     "A PATH is a file, a folder (with -r), or a pattern for the files of one\n"
     "folder, as 'src/*.c'. Links are followed. Files with a zero byte, which\n"
     "are binary, and read-only files are not changed: those that hold TEXT\n"
-    "are named, and the exit status is 2.\n"
+    "are named, and the exit status is 2. What would stay as it is, is not\n"
+    "changed either, nor counted, but for numbers.\n"
     "\n"
     "Nothing is changed unseen: on a terminal you are asked first, elsewhere\n"
     "--yes is needed. Safe copies are kept, and the last line names the "
@@ -39,7 +40,7 @@ const HelpTexts kHelpTexts = {
     "that undoes the run. They are removed after 30 days, or earlier when all\n"
     "take more than 1 GB.",
     "The exit status is 0 when something was replaced, 1 when nothing "
-    "matched,\n"
+    "was,\n"
     "and 2 after an error.\n"
     "\n"
     "Examples:\n"
@@ -182,6 +183,37 @@ int32_t checked(const CommandLine& line, const char* name,
   return number ? static_cast<int32_t>(*number) : usual;
 }
 
+// Pairs that replace a text by itself are passed over. At least one is left.
+void drop_unchanged_pairs(ReplaceOptions& options) {
+  SearchOptions& search = options.change.search;
+  if (options.number || search.ignore_case || search.is_pattern ||
+      search.caret) {
+    return;
+  }
+  for (size_t i = search.texts.size(); i-- > 0 && search.texts.size() > 1;) {
+    if (search.texts[i] != options.replacements[i]) continue;
+    search.texts.erase(search.texts.begin() + static_cast<ptrdiff_t>(i));
+    options.replacements.erase(options.replacements.begin() +
+                               static_cast<ptrdiff_t>(i));
+  }
+}
+
+// Numbers count the matches, and each is taken for a change.
+Stays which_stay(const ReplaceOptions& options) {
+  if (options.number || options.edit_mode() != 0) return nullptr;
+  if (!options.values.empty() || !options.from_pattern.empty()) {
+    return stays_never;
+  }
+  const bool several = options.replacements.size() > 1;
+  const std::string& replacement = options.replacements.empty()
+                                       ? options.replacement
+                                       : options.replacements.front();
+  const bool expands =
+      options.expand || (!options.pairs.empty() && options.change.search.caret);
+  if (several || expands) return nullptr;
+  return stays_as(options.change.search, replacement);
+}
+
 // False when only help was asked for.
 bool parse(const Arguments& arguments, ReplaceOptions& options,
            Output& output) {
@@ -204,6 +236,8 @@ bool parse(const Arguments& arguments, ReplaceOptions& options,
   checked(line, "--step", options.step, 1);
   checked(line, "--take", options.take, 0);
   settle_change_options(line, change, outside, inside);
+  if (!options.pairs.empty()) drop_unchanged_pairs(options);
+  change.stays = which_stay(options);
   return true;
 }
 
