@@ -101,6 +101,7 @@ std::string why_not_counted(const std::string& file) {
 Counted count_all(Session& session, FileList& files, bool only_total) {
   Counted counted;
   std::string name;
+  session.begin_counting(files.count());
   for (uint32_t i = 0; i < files.count(); ++i) {
     name = session.full_name(i);
     const auto counts = session.count_words(name);

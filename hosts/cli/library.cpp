@@ -151,7 +151,14 @@ int32_t Session::ask_while(const std::function<int32_t()>& operation,
                            Question question) {
   question_ = std::move(question);
   set_callbacks();
+  if (progress_.wanted()) {
+    constexpr int32_t kSelected = 1;
+    progress_.begin_run(
+        static_cast<uint32_t>(std::max(GetCount(kFiles, kSelected), 0)),
+        files_done);
+  }
   const int32_t result = operation();
+  progress_.end_run();
   question_ = nullptr;
   set_callbacks();
   progress_.erase();
@@ -343,9 +350,15 @@ SizeTotal Session::size_of_selection() {
   return {short_text, long_text};
 }
 
+void Session::begin_counting(uint32_t files) {
+  counted_ = 0;
+  progress_.begin_run(files, [this] { return counted_; });
+}
+
 std::optional<TextCounts> Session::count_words(const std::string& path) {
   TextCounts counts{};
   const int32_t answer = get_word_count(path.c_str(), &counts);
+  ++counted_;
   finish(0, "count");
   if (answer != 1) return std::nullopt;
   return counts;

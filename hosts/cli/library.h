@@ -131,6 +131,8 @@ class Session {
   // Brings the list back into the order in which its records were added.
   void remove_selected(int32_t list);
 
+  // So many files will be counted, one after the other.
+  void begin_counting(uint32_t files);
   // None when the file cannot be loaded.
   std::optional<TextCounts> count_words(const std::string& path);
 
@@ -182,6 +184,7 @@ class Session {
   bool hold_stop_ = false;
   bool rewritten_ = false;    // something of the file in hand
   uint32_t done_before_ = 0;  // files before that one
+  uint32_t counted_ = 0;      // files, by count_words()
   Question question_;
   std::exception_ptr thrown_;  // by the question
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 #include "system.h"
 #include "visible.h"
@@ -78,6 +79,15 @@ std::string progress_line(const std::string& status, int percent,
   return line;
 }
 
+int run_percent(uint32_t done, uint32_t files, bool loading, int percent) {
+  constexpr int kLoading = 30;  // percent of the work on a file
+  percent = std::clamp(percent, 0, 100);
+  const int of_file = loading ? kLoading * percent / 100
+                              : kLoading + (100 - kLoading) * percent / 100;
+  const uint64_t hundredths = uint64_t{done} * 100 + of_file;
+  return static_cast<int>(std::min<uint64_t>(hundredths / files, 100));
+}
+
 void erase_progress() {
   if (drawn_bar != nullptr) drawn_bar->erase();
 }
@@ -87,15 +97,34 @@ Progress::Progress()
       next_drawing_(Clock::now() + kFirstDrawing) {}
 
 void Progress::show_status(const ZenfoWideChar* text) {
+  if (counting_) return;
   status_ = visible_name(narrow(text));
+  loading_ = status_.starts_with("Now loading");
+}
+
+void Progress::begin_run(uint32_t files, Count files_done) {
+  files_ = files;
+  files_done_ = std::move(files_done);
+  reached_ = 0;
+}
+
+int Progress::percent_of(const ProgressRecord& step) {
+  if (files_ == 0) return step.percent;
+  // The library tells of its counting too.
+  counting_ = true;
+  const uint32_t done = files_done_();
+  counting_ = false;
+  reached_ =
+      std::max(reached_, run_percent(done, files_, loading_, step.percent));
+  return reached_;
 }
 
 void Progress::show_step(const ProgressRecord& step) {
   const auto now = Clock::now();
-  if (now < next_drawing_) return;
+  if (now < next_drawing_ || counting_) return;
   next_drawing_ = now + kBetweenDrawings;
   const std::string line =
-      progress_line(status_, step.percent, system::terminal_columns() - 1);
+      progress_line(status_, percent_of(step), system::terminal_columns() - 1);
   const size_t blanks = drawn_ > line.size() ? drawn_ - line.size() : 0;
   system::write(system::Stream::kErrors,
                 '\r' + line + std::string(blanks, ' '));

@@ -10,6 +10,8 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <string>
 
 #include "zenfofr130.h"
@@ -21,6 +23,11 @@ std::string progress_line(const std::string& status, int percent,
                           size_t columns);
 // A callback's text as UTF-8; a half of a pair that stands alone becomes "?".
 std::string narrow(const ZenfoWideChar* text);
+
+// How much of a run over files is done, in percent: `done` of `files`, and of
+// the one in hand as much as the library says of its present phase. A file is
+// loaded first, then searched and perhaps changed.
+int run_percent(uint32_t done, uint32_t files, bool loading, int percent);
 
 // Erases the bar that stands on the terminal, if any.
 void erase_progress();
@@ -34,6 +41,10 @@ class Progress {
 
   // Whether anybody would see the bar. If not, the library need not report.
   bool wanted() const { return wanted_; }
+  // From now on the bar shows a whole run over so many files.
+  using Count = std::function<uint32_t()>;
+  void begin_run(uint32_t files, Count files_done);
+  void end_run() { files_ = 0; }
   void show_status(const ZenfoWideChar* text);
   void show_step(const ProgressRecord& step);
   void erase();
@@ -41,9 +52,16 @@ class Progress {
  private:
   using Clock = std::chrono::steady_clock;
 
+  int percent_of(const ProgressRecord& step);
+
   bool wanted_;
   std::string status_;
-  size_t drawn_ = 0;  // bytes on the screen now
+  uint32_t files_ = 0;  // of the run; 0: an operation without one
+  Count files_done_;
+  bool loading_ = false;
+  bool counting_ = false;  // files_done_ is at work
+  int reached_ = 0;        // percent of the run: it never goes back
+  size_t drawn_ = 0;       // bytes on the screen now
   Clock::time_point next_drawing_;
 };
 

@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <string>
+#include <thread>
 #include <vector>
+
+#include "messages.h"
 
 namespace zenfo::cli {
 namespace {
@@ -44,6 +49,73 @@ TEST(ProgressLine, IsCutAtTheScreensEdgeBetweenCharacters) {
   EXPECT_EQ(progress_line("ab\xC3\xA4", 5, 36).size(), 36u);
   EXPECT_EQ(progress_line("ab\xC3\xA4", 5, 35).substr(32), "ab");
   EXPECT_EQ(progress_line("ab", 5, 0), "");
+}
+
+TEST(RunPercent, IsOfTheWholeRun) {
+  EXPECT_EQ(run_percent(0, 4, true, 0), 0);
+  EXPECT_EQ(run_percent(0, 4, true, 100), 7);
+  EXPECT_EQ(run_percent(0, 4, false, 0), 7);
+  EXPECT_EQ(run_percent(0, 4, false, 100), 25);
+  EXPECT_EQ(run_percent(3, 4, true, 0), 75);
+  EXPECT_EQ(run_percent(3, 4, false, 100), 100);
+  EXPECT_EQ(run_percent(4, 4, false, 100), 100);
+  EXPECT_EQ(run_percent(4'000'000'000, 4'000'000'000, false, 0), 100);
+}
+
+// The bar, once it is due.
+class DrawnBar : public ::testing::Test {
+ protected:
+  static void wait() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(310));
+  }
+  static std::vector<ZenfoWideChar> wide(const std::string& text) {
+    std::vector<ZenfoWideChar> wide(text.begin(), text.end());
+    wide.push_back(0);
+    return wide;
+  }
+};
+
+TEST_F(DrawnBar, ShowsTheWholeRunAndNeverGoesBack) {
+  Progress progress;
+  // The library tells of the counting too.
+  progress.begin_run(4, [&] {
+    progress.show_status(wide("Now counting entries").data());
+    progress.show_step({1, 1, 100});
+    return 2u;
+  });
+  progress.show_status(wide("Now parsing file").data());
+  wait();
+  testing::internal::CaptureStderr();
+  progress.show_step({10, 10, 100});
+  EXPECT_NE(testing::internal::GetCapturedStderr().find(" 75% Now parsing"),
+            std::string::npos);
+  wait();
+  progress.show_status(wide("Now loading file").data());
+  testing::internal::CaptureStderr();
+  progress.show_step({10, 0, 0});
+  EXPECT_NE(testing::internal::GetCapturedStderr().find(" 75% Now loading"),
+            std::string::npos);
+}
+
+TEST_F(DrawnBar, IsErasedBeforeAMessageOrAQuestion) {
+  for (const bool asks : {false, true}) {
+    Progress progress;
+    wait();
+    testing::internal::CaptureStderr();
+    progress.show_step({10, 5, 50});
+    if (asks) {
+      say("Go on?");
+    } else {
+      remark("a", "is b");
+    }
+    const std::string text = testing::internal::GetCapturedStderr();
+    const size_t bar = text.find("50% ");
+    ASSERT_NE(bar, std::string::npos);
+    const size_t erased = text.find("\r  ", bar);
+    ASSERT_NE(erased, std::string::npos);
+    EXPECT_EQ(text.substr(text.rfind('\r') + 1),
+              asks ? "Go on?" : "zenfo: a: is b\n");
+  }
 }
 
 }  // namespace
