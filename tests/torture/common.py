@@ -11,6 +11,7 @@ import os
 import random
 import re
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -88,7 +89,8 @@ class World:
         return subprocess.Popen(
             [*wrap, self.program, *arguments], cwd=self.tree,
             env=self.environment(), stdin=subprocess.DEVNULL,
-            stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+            start_new_session=True)
 
     def zenfo(self, *arguments, wrap=()):
         return outcome(self.start(arguments, wrap))
@@ -146,7 +148,7 @@ def outcome(process):
     try:
         out, err = process.communicate(timeout=HANGS)
     except subprocess.TimeoutExpired:
-        process.kill()
+        os.killpg(process.pid, signal.SIGKILL)  # strace and what it traces
         out, err = process.communicate()
         err += b"\nstill running after %d s" % HANGS
     return Result(process.returncode, out.decode(errors="replace"),
@@ -380,6 +382,9 @@ def main(run):
     """Runs the campaign whose file was started."""
     name = Path(sys.argv[0]).stem
     options = options_of(name)
+    # In the background of a shell it would ignore interrupts, and with it all
+    # that it starts.
+    signal.signal(signal.SIGINT, signal.default_int_handler)
     campaign = Campaign(name, options)
     try:
         with working_folder(options) as folder:

@@ -9,24 +9,26 @@ SERIES = 12  # faults of one scene
 DISK = ["EIO", "ENOSPC"]
 OPENING = ["EMFILE", "ENFILE", "ENOMEM", "EACCES", "EIO"]
 ERRORS = {
-    "openat": OPENING, "openat2": OPENING, "read": ["EIO"],
-    "write": [*DISK], "writev": DISK, "pread64": ["EIO"],
+    "openat": OPENING, "openat2": OPENING, "read": ["EIO", "EINTR"],
+    "write": [*DISK, "EINTR"], "writev": DISK, "pread64": ["EIO"],
     "close": ["EIO", "ENOSPC"], "rename": DISK, "renameat": DISK,
-    "renameat2": DISK, "ftruncate": [*DISK], "fallocate": DISK,
+    "renameat2": DISK, "ftruncate": [*DISK, "EINTR"], "fallocate": DISK,
     "copy_file_range": [*DISK, "ENOMEM"], "sendfile": DISK,
     "syncfs": DISK, "fsync": DISK, "fdatasync": DISK,
-    "flock": ["EWOULDBLOCK", "ENOLCK"], "unlink": ["EIO", "EBUSY"],
+    "flock": ["EINTR", "EWOULDBLOCK", "ENOLCK"], "unlink": ["EIO", "EBUSY"],
     "unlinkat": ["EIO", "EBUSY"], "mkdir": DISK, "rmdir": ["EIO"],
     "newfstatat": ["EIO", "ENOMEM"], "fstat": ["EIO"], "statx": ["EIO"],
     "lseek": ["EIO"], "getdents64": ["EIO"], "mmap": ["ENOMEM"],
-    "brk": ["ENOMEM"], "fchmod": ["EIO", "EPERM"], "fchown": ["EPERM"],
+    "fchmod": ["EIO", "EPERM"], "fchown": ["EPERM"],
     "utimensat": ["EIO"], "readlink": ["EIO"]}
 
 
 def fault(campaign, world, scene, calls):
     call, nth = campaign.random.choice(calls)
     error = campaign.random.choice(ERRORS[call])
-    lasting = "+" if campaign.random.random() < 0.3 else ""
+    # A call that is interrupted for ever is rightly tried for ever.
+    once = error == "EINTR" or campaign.random.random() < 0.7
+    lasting = "" if once else "+"
     scene.prepare(world)
     result = world.zenfo(*scene.arguments, wrap=common.injecting(
         call, f"{nth}{lasting}", f"error={error}"))
