@@ -35,6 +35,8 @@ class FileContent {
   // For files that are rewritten later: each is asked for its version before it
   // is read.
   void note_versions() { versions_wanted_ = true; }
+  // A path that leads through a link fails to load.
+  void refuse_links() { links_refused_ = true; }
   // Of the file loaded last, before it was read; null where the system does not
   // say.
   const platform::FileVersion* version() const {
@@ -88,6 +90,7 @@ class FileContent {
   bool views_allowed_ = false;
   bool versions_wanted_ = false;
   bool version_known_ = false;
+  bool links_refused_ = false;
   platform::FileVersion version_;
   bool loaded_ = false;  // false for an empty file too
   uint32_t length_ = 0;

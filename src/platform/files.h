@@ -145,6 +145,9 @@ class InputFile {
   // file a call: reading a folder fails, and size() tells them all. `nearby`
   // may be null.
   bool open(const char* path, NearbyFolder* nearby = nullptr);
+  // The same, but false for a path that leads through a link. Windows looks at
+  // its last part only.
+  bool open_without_links(const char* path);
   // Reads up to `size` bytes, fewer only at an ordinary file's end; -1 on
   // error, with anything in the buffer.
   int64_t read(void* buffer, size_t size);

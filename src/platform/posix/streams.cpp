@@ -4,8 +4,10 @@
 // Tested by tests/unit/platform/streams_test.cpp,
 // tests/unit/platform/posix_streams_test.cpp
 #include <fcntl.h>
+#include <linux/openat2.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,6 +34,18 @@ constexpr int flags_of(OutputMode mode) {
       break;
   }
   return 0;
+}
+
+// Older systems, and fences around a process, do not know the call: then only
+// the last part of the path is looked at.
+int open_no_links(const char* path, int flags) {
+  struct open_how how {};
+  how.flags = static_cast<uint64_t>(flags);
+  how.resolve = RESOLVE_NO_SYMLINKS;
+  const auto file = static_cast<int>(
+      syscall(SYS_openat2, AT_FDCWD, path, &how, sizeof how));
+  if (file >= 0 || (errno != ENOSYS && errno != EPERM)) return file;
+  return ::open(path, flags | O_NOFOLLOW);
 }
 
 // A reader that takes its time (a terminal, a pipe) is waited for once the
@@ -71,6 +85,13 @@ bool InputFile::open(const char* path, NearbyFolder* nearby) {
   if (!file.is_open()) return false;
   handle_ = file.release();
   return true;
+}
+
+bool InputFile::open_without_links(const char* path) {
+  close();
+  handle_ = uninterrupted(
+      [&] { return open_no_links(path, O_RDONLY | kOpenFlags); });
+  return is_open();
 }
 
 int64_t InputFile::read(void* buffer, size_t size) {

@@ -79,6 +79,17 @@ bool InputFile::open(const char* path, NearbyFolder*) {
   return true;
 }
 
+bool InputFile::open_without_links(const char* path) {
+  WIN32_FIND_DATAA found;
+  const HANDLE query = FindFirstFileA(path, &found);
+  if (query == INVALID_HANDLE_VALUE) return false;
+  FindClose(query);
+  const bool link =
+      (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+      found.dwReserved0 == IO_REPARSE_TAG_SYMLINK;
+  return !link && open(path, nullptr);
+}
+
 int64_t InputFile::read(void* buffer, size_t size) {
   size_t done = 0;
   while (done < size) {

@@ -37,6 +37,21 @@ class FileSizeLimit {
   sighandler_t old_handler_;
 };
 
+TEST(PosixInputFile, OpensNoPathThroughALinkWhenAskedNotTo) {
+  const TempFolder folder;
+  const std::string path = folder.file("folder/file", "text");
+  ASSERT_EQ(symlink(path.c_str(), folder.path("link").c_str()), 0);
+  ASSERT_EQ(
+      symlink(folder.path("folder").c_str(), folder.path("linked").c_str()), 0);
+  InputFile file;
+  EXPECT_TRUE(file.open_without_links(path.c_str()));
+  EXPECT_EQ(file.size(), 4);
+  for (const char* name : {"link", "linked/file", "none"}) {
+    EXPECT_FALSE(file.open_without_links(folder.path(name).c_str())) << name;
+    EXPECT_FALSE(file.is_open());
+  }
+}
+
 TEST(PosixInputFile, NeverWaitsForAPipe) {
   const TempFolder folder;
   const std::string path = folder.path("pipe");

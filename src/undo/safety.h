@@ -1,0 +1,33 @@
+// How careful runs that change files, and their undoing, are beyond what their
+// operations promise. A host chooses by the environment variable ZENFO_SAFETY,
+// a list of words separated by commas, which is read at the start of every run:
+//
+//   sync     safe copies are on disk, and flushed, before the first of their
+//            files is rewritten; a run and Undo are flushed when they return,
+//            and Undo deletes a safe copy only then
+//   beside   without safe copies, a file is written beside the old one and
+//            takes its place in one step
+//   nolinks  a path of a run that changes files leads through no link
+//
+// Unknown words are passed over.
+//
+// Tested by tests/unit/undo/safety_test.cpp
+#pragma once
+
+#include <string_view>
+
+namespace zenfo {
+
+struct Safety {
+  bool sync = false;
+  bool beside = false;
+  bool no_links = false;
+
+  bool operator==(const Safety&) const = default;
+};
+
+Safety parse_safety(std::string_view words);
+// What the environment says now.
+Safety chosen_safety();
+
+}  // namespace zenfo
