@@ -757,6 +757,24 @@ change_case_f(int32_t case_flag, int32_t whole_words, int32_t binary_check,
  * Safe copies stand in the folder of the undo list file. Every replace or case
  * run deletes all files in that folder (but not in its subfolders): give it a
  * folder of its own. Only the last run can be undone.
+ *
+ * How careful runs that change files, and Undo(), are beyond what stands here a
+ * host chooses by the environment variable ZENFO_SAFETY (set with
+ * SetEnvironmentVariable or setenv). It holds words, separated by commas, and
+ * is read at the start of every run and of Undo(); without it none is in force.
+ *   sync     For a loss of power. Safe copies and their lines are flushed to
+ *            the disk before the first of their files is rewritten; copies are
+ *            made ahead for a batch of files, so that one flush serves them
+ *            all. During a run the undo list file may name files that are not
+ *            rewritten yet. A run, and Undo(), return when what they wrote is
+ *            flushed, and Undo() deletes safe copies only then.
+ *   beside   For runs without safe copies. A file is written beside the old one
+ *            and takes its place in one step: a run that breaks off leaves the
+ *            old file. Linux only, and not for links, for files with several
+ *            names, with another owner or with extended attributes: these are
+ *            written in place.
+ *   nolinks  A file that is reached through a link cannot be loaded by a run
+ *            that changes files (on Windows: that is a link itself).
  */
 
 /* SetUndoFile()

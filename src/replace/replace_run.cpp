@@ -1,5 +1,7 @@
 #include "replace/replace_run.h"
 
+#include <algorithm>
+
 #include "frame/guard.h"
 #include "platform/files.h"
 
@@ -35,6 +37,15 @@ void ReplaceSummary::taken(FileInHand& file) {
   file_.write("\r\n");
 }
 
+ReplaceRun::ReplaceRun(Library& library, const RunOptions& options,
+                       bool safe_store)
+    : FileRun(library, options),
+      safety_(chosen_safety()),
+      safe_store_(safe_store),
+      store_in_use_(library.safe_store.get()) {
+  if (safety_.no_links) content_.refuse_links();
+}
+
 int32_t ReplaceRun::run_over_list(Searches& searches) {
   open_files_.clear();
   return FileRun::run_over_list(searches);
@@ -51,7 +62,7 @@ int32_t ReplaceRun::run_over_lines(Searches& searches, const char* list_path,
 }
 
 void ReplaceRun::begin() {
-  library_.safe_store->start_safe_store_run(open_files_);
+  library_.safe_store->start_safe_store_run(open_files_, safety_.sync);
 }
 
 Step ReplaceRun::begin_search(FileInHand& file) {
@@ -80,7 +91,8 @@ Step ReplaceRun::take(FileInHand& file) {
   if (stored == Stored::kChanged) return leave_changed(file);
   announce(phase(), file);
   platform::Opened opened = platform::Opened::kFailed;
-  const Destination destination(file.path.c_str(), content_.version(), &opened);
+  const Destination destination(file.path.c_str(), content_.version(), &opened,
+                                safety_.beside && !safe_store_);
   // A fault while writing ends the run without a record of its own.
   const int32_t count = unlogged(-1, [&] { return rewrite(destination); });
   if (opened == platform::Opened::kChanged) {
@@ -88,6 +100,7 @@ Step ReplaceRun::take(FileInHand& file) {
     return leave_changed(file);
   }
   if (count < 0) return Step::kFailed;
+  if (safety_.sync) rewritten_.add(file.path.c_str());
   content_stale_ = true;
   file.changed += static_cast<uint32_t>(count);
   total_ += count;
@@ -100,15 +113,37 @@ ReplaceRun::Stored ReplaceRun::store(const FileInHand& file) {
   const std::string key = platform::file_key(path);
   if (stored_.contains(key)) return Stored::kBefore;
   SafeStore& store = *library_.safe_store;
-  platform::FileVersion copied;
-  if (store.store_safe_copy(path, &copied) != 1) return Stored::kFailed;
-  if (content_.version() != nullptr && copied != *content_.version()) {
-    store.take_back_safe_copy();
-    return Stored::kChanged;
+  if (safety_.sync && !store.is_ahead(path) && !copy_ahead(file.path)) {
+    return Stored::kFailed;
   }
+  const int32_t stored = store.store_safe_copy(path, content_.version());
+  if (stored < 1) return stored < 0 ? Stored::kFailed : Stored::kChanged;
   stored_.insert(key);
   last_stored_ = key;
   return Stored::kNow;
+}
+
+// The files that come next will need copies as well, if those of the last batch
+// did. Never of a file that was rewritten: its copy would be the changed text.
+bool ReplaceRun::copy_ahead(const SharedText& path) {
+  constexpr size_t kMost = 1024;
+  SafeStore& store = *library_.safe_store;
+  const size_t in_vain = std::min(store.ahead(), batch_ - 1);
+  batch_ = in_vain == 0 ? std::min(2 * batch_, kMost) : batch_ - in_vain;
+  std::vector<std::string> paths = {std::string(path.view())};
+  std::unordered_set<std::string> keys = {platform::file_key(path.c_str())};
+  for (const SharedText& next : source_->upcoming(batch_ - 1)) {
+    std::string key = platform::file_key(next.c_str());
+    if (stored_.contains(key) || !keys.insert(std::move(key)).second) continue;
+    paths.emplace_back(next.view());
+  }
+  return store.copy_ahead(paths);
+}
+
+bool ReplaceRun::finish() {
+  if (!safety_.sync) return true;
+  const bool ended = library_.safe_store->end_safe_store_run();
+  return rewritten_.flush() && ended;
 }
 
 void ReplaceRun::take_back() {

@@ -5,6 +5,9 @@
 // last run can be undone. A file gets one safe copy a run, before it is first
 // rewritten: a second one would hold the changed text.
 //
+// A run that is to survive a loss of power (see Safety) makes safe copies
+// ahead: one flush serves a batch of them, which grows while all are wanted.
+//
 // A file that somebody else has changed since it was loaded is left alone: the
 // matches are not those of its text any more. It is looked at before its safe
 // copy counts, and again before its first byte is written.
@@ -21,6 +24,7 @@
 
 #include "replace/rewriter.h"
 #include "search/file_run.h"
+#include "undo/safety.h"
 
 namespace zenfo {
 
@@ -46,10 +50,7 @@ class ReplaceSummary final : public SummaryFile {
 
 class ReplaceRun : public FileRun {
  public:
-  ReplaceRun(Library& library, const RunOptions& options, bool safe_store)
-      : FileRun(library, options),
-        safe_store_(safe_store),
-        store_in_use_(library.safe_store.get()) {}
+  ReplaceRun(Library& library, const RunOptions& options, bool safe_store);
 
   int32_t run_over_list(Searches& searches);
   int32_t run_over_lines(Searches& searches, const char* list_path,
@@ -68,21 +69,26 @@ class ReplaceRun : public FileRun {
   // Intended: an empty file counts as one that could not be loaded.
   bool can_search(int32_t loaded) const override { return loaded > 0; }
   int32_t question_number() const override { return 2; }
+  bool finish() override;
 
  private:
   enum class Stored { kNow, kBefore, kNotWanted, kFailed, kChanged };
 
   Stored store(const FileInHand& file);
+  bool copy_ahead(const SharedText& path);
   void take_back();
   Step leave_unstored(FileInHand& file);
   Step leave_changed(FileInHand& file);
   Step leave(FileInHand& file);
 
-  bool safe_store_;
-  SafeStore::InUse store_in_use_;
+  const Safety safety_;
+  const bool safe_store_;
+  const SafeStore::InUse store_in_use_;
   std::vector<std::string> open_files_;     // of the run itself
   std::unordered_set<std::string> stored_;  // keys of the files
   std::string last_stored_;                 // the key of the last one
+  size_t batch_ = 4;                        // files copied ahead last
+  platform::FlushSet rewritten_;
   bool content_stale_ = false;  // the file was rewritten since it was loaded
   bool skip_rest_ = false;      // of the searches of the file in hand
 };

@@ -9,8 +9,29 @@ bool Rewriter::open(const Destination& destination) {
     return file_.open(destination.path, platform::OutputMode::kOverwrite,
                       OutFile::LineEnds::kRaw);
   }
-  *destination.opened =
-      file_.open_unchanged(destination.path, *destination.loaded);
+  *destination.opened = open_loaded(destination);
+  return *destination.opened == platform::Opened::kOpen;
+}
+
+platform::Opened Rewriter::open_loaded(const Destination& destination) {
+  using platform::Opened;
+  const Opened begun = destination.beside
+                           ? next_.begin(destination.path, *destination.loaded)
+                           : Opened::kFailed;
+  if (begun == Opened::kChanged) return begun;
+  if (begun == Opened::kFailed) {
+    return file_.open_unchanged(destination.path, *destination.loaded);
+  }
+  return file_.open(next_.path(), platform::OutputMode::kTruncate,
+                    OutFile::LineEnds::kRaw)
+             ? Opened::kOpen
+             : Opened::kFailed;
+}
+
+bool Rewriter::close(const Destination& destination) {
+  if (!file_.close()) return false;
+  if (!next_.begun()) return true;
+  *destination.opened = next_.take_place();
   return *destination.opened == platform::Opened::kOpen;
 }
 

@@ -3,7 +3,8 @@
 //
 // The file is written over from its start and cut at the end, which leaves the
 // same bytes as emptying it first and touches the disk less. Runs of text go
-// out in large pieces.
+// out in large pieces. Or it is written beside, if the destination says so:
+// then whatever ends the writing early leaves the old file.
 //
 // Tested by tests/unit/replace/rewriter_test.cpp
 #pragma once
@@ -14,6 +15,7 @@
 
 #include "pattern/context.h"
 #include "pattern/match_record.h"
+#include "platform/next_version.h"
 #include "text/out_file.h"
 
 namespace zenfo {
@@ -25,12 +27,15 @@ struct Destination {
   // Only while it is of the version loaded, if that is known. Tells in `result`
   // how it opened.
   Destination(const char* file, const platform::FileVersion* version,
-              platform::Opened* result)
-      : path(file), loaded(version), opened(result) {}
+              platform::Opened* result, bool write_beside = false)
+      : path(file), loaded(version), opened(result), beside(write_beside) {}
 
   const char* path;
   const platform::FileVersion* loaded = nullptr;
   platform::Opened* opened = nullptr;
+  // The new text is written beside the file and takes its place in one step,
+  // where that is possible.
+  bool beside = false;
 };
 
 class Rewriter {
@@ -55,6 +60,8 @@ class Rewriter {
 
  private:
   bool open(const Destination& destination);
+  platform::Opened open_loaded(const Destination& destination);
+  bool close(const Destination& destination);
   // The next selected match; null at the end or on failure.
   const MatchRecord* next_match();
   void report(uint32_t position);
@@ -65,7 +72,8 @@ class Rewriter {
 
   PatternContext& context_;
   std::string_view text_;
-  size_t searched_;  // text before it holds no NUL that would end it
+  size_t searched_;             // text before it holds no NUL that would end it
+  platform::NextVersion next_;  // outlives the file: it is deleted closed
   OutFile file_;
   size_t cursor_ = 0;  // text before it is written
   uint32_t position_ = 0;
@@ -94,7 +102,7 @@ int32_t Rewriter::write(const Destination& destination, Put put) {
   write_gap(text_.size());
   const uint32_t matches = context_.matches.Count();
   context_.ReportProgress(matches, matches);
-  return file_.close() ? count : -1;
+  return close(destination) ? count : -1;
 }
 
 }  // namespace zenfo

@@ -165,6 +165,7 @@ int32_t FileRun::run(FileSource& source, Searches& searches,
                      RunResults& results) {
   searches_ = &searches;
   results_ = &results;
+  source_ = &source;
   Step step = Step::kGoOn;
   FileInHand file;
   while (step == Step::kGoOn) {

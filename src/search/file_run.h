@@ -178,6 +178,7 @@ class FileRun {
   int64_t total_ = 0;  // of selected, or rewritten, matches
   RunResults* results_ = nullptr;
   Searches* searches_ = nullptr;
+  FileSource* source_ = nullptr;
 
  private:
   // The user's answers to the option question.

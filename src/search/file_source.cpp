@@ -19,6 +19,19 @@ FileSource::Next ListSource::next(FileInHand& file) {
   return Next::kEnd;
 }
 
+std::vector<SharedText> ListSource::upcoming(size_t most) {
+  // Entries that are not selected cost time too.
+  const size_t end = std::min<size_t>(list_.Count(), position_ + 4 * most);
+  std::vector<SharedText> paths;
+  for (auto i = position_; i < end && paths.size() < most; ++i) {
+    const Record* record = list_.Get(i);
+    if (record == nullptr || record->state == 0) continue;
+    const auto* entry = record_cast<FileEntry>(record);
+    if (entry != nullptr) paths.push_back(entry->full_name());
+  }
+  return paths;
+}
+
 FileSource::Next LineSource::next(FileInHand& file) {
   for (;;) {
     std::string_view piece = take_piece();

@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "containers/item_list.h"
 #include "files/file_content.h"
@@ -35,6 +36,9 @@ class FileSource {
   virtual Next next(FileInHand& file) = 0;
   // Polls the host at the start of a file.
   virtual bool interrupted() = 0;
+  // Paths of at most so many files that come next, as far as they are known:
+  // the host may still choose others.
+  virtual std::vector<SharedText> upcoming(size_t /*most*/) { return {}; }
 };
 
 // The selected entries of a list, in list order.
@@ -43,6 +47,7 @@ class ListSource final : public FileSource {
   explicit ListSource(ItemList& list) : list_(list) {}
   Next next(FileInHand& file) override;
   bool interrupted() override { return list_.PollInterrupt() != 0; }
+  std::vector<SharedText> upcoming(size_t most) override;
 
  private:
   ItemList& list_;

@@ -8,6 +8,7 @@
 #include "platform/files.h"
 #include "text/out_file.h"
 #include "text/records.h"
+#include "undo/safety.h"
 
 namespace zenfo {
 namespace {
@@ -186,8 +187,12 @@ bool SafeStore::is_open(const std::string& path) const {
       });
 }
 
-int32_t SafeStore::start_safe_store_run(std::vector<std::string> open_files) {
+int32_t SafeStore::start_safe_store_run(std::vector<std::string> open_files,
+                                        bool sync) {
   open_files_ = std::move(open_files);
+  sync_ = sync;
+  ahead_.clear();
+  unwanted_.clear();
   undo_list.Clear();
   unread_ = {};
   copies_ = 0;
@@ -234,21 +239,43 @@ std::string SafeStore::next_copy_path(std::string_view name) {
 }
 
 int32_t SafeStore::store_safe_copy(const char* path,
-                                   platform::FileVersion* version) {
+                                   const platform::FileVersion* loaded) {
   if (path == nullptr || *path == '\0' || folder().empty()) return -1;
-  if (!platform::is_file(path)) return -1;
+  if (auto found = ahead_.extract(path)) {
+    Ahead& ahead = found.mapped();
+    if (loaded == nullptr || ahead.version == *loaded) {
+      undo_list.Append(std::move(ahead.record));
+      return 1;
+    }
+    unwanted_.push_back(std::move(ahead.record));
+  }
+  Records records;
+  platform::FileVersion version;
+  records.push_back(copy(path, version));
+  if (records[0] == nullptr) return -1;
+  if (loaded != nullptr && version != *loaded) {
+    delete_copy(records[0]->safe_copy.c_str());
+    return 0;
+  }
+  // The line is on disk before the file is touched.
+  if (!add_lines(records)) return -1;
+  undo_list.Append(std::move(records[0]));
+  return 1;
+}
+
+// Null when there is no such file or no complete copy of it.
+std::unique_ptr<UndoRecord> SafeStore::copy(const char* path,
+                                            platform::FileVersion& version) {
+  if (!platform::is_file(path)) return nullptr;
   const std::string_view original(path);
   const size_t last = original.rfind(kPathSeparator);
   const std::string copy = next_copy_path(
       original.substr(last == std::string_view::npos ? 0 : last + 1));
-  if (!make_copy(path, copy.c_str(), version)) return -1;
+  if (!make_copy(path, copy.c_str(), &version)) return nullptr;
   ++copies_;
-  auto record = std::make_unique<UndoRecord>(
-      SharedText(original), SharedText(copy), SharedText(time_text()));
-  // The line is on disk before the file is touched.
-  if (!append_record(*record)) return -1;
-  undo_list.Append(std::move(record));
-  return 1;
+  if (sync_) to_flush_.add(copy.c_str());
+  return std::make_unique<UndoRecord>(SharedText(original), SharedText(copy),
+                                      SharedText(time_text()));
 }
 
 // In the order in which a kill in between leaves a record whose copy is there.
@@ -257,15 +284,37 @@ void SafeStore::take_back_safe_copy() {
   if (count == 0) return;
   const auto* record = record_cast<UndoRecord>(undo_list.Get(count - 1));
   if (record == nullptr) return;
-  const std::string copy(record->safe_copy.view());
-  if (!platform::cut_file(undo_file_.c_str(), lines_before_)) return;
-  delete_copy(copy.c_str());
+  if (sync_) {
+    // Its line may stand in front of others.
+    unwanted_.push_back(std::make_unique<UndoRecord>(
+        record->original, record->safe_copy, record->time));
+  } else {
+    const std::string copy(record->safe_copy.view());
+    if (!platform::cut_file(undo_file_.c_str(), lines_before_)) return;
+    delete_copy(copy.c_str());
+  }
   undo_list.RemoveAt(count - 1);
 }
 
-// A line that cannot be written whole is taken back, or it would spoil the
+// A disk that fails leaves nothing of them.
+bool SafeStore::add_lines(const Records& records) {
+  if (append_lines(records)) {
+    if (!sync_) return true;
+    to_flush_.add(undo_file_.c_str());
+    if (to_flush_.flush()) return true;
+    platform::cut_file(undo_file_.c_str(), lines_before_);
+  }
+  if (sync_) {
+    for (const auto& record : records) {
+      delete_copy(record->safe_copy.c_str());
+    }
+  }
+  return false;
+}
+
+// Lines that cannot be written whole are taken back, or they would spoil the
 // next one.
-bool SafeStore::append_record(const UndoRecord& record) {
+bool SafeStore::append_lines(const Records& records) {
   platform::FileFacts before;
   platform::read_file_facts(undo_file_.c_str(), before);
   lines_before_ = before.size;
@@ -274,10 +323,56 @@ bool SafeStore::append_record(const UndoRecord& record) {
                  OutFile::LineEnds::kExpand)) {
     return false;
   }
-  write_line(file, record, "\n");
+  for (const auto& record : records) write_line(file, *record, "\n");
   if (file.close()) return true;
   platform::cut_file(undo_file_.c_str(), lines_before_);
   return false;
+}
+
+void SafeStore::forget_ahead() {
+  for (auto& [path, ahead] : ahead_) {
+    unwanted_.push_back(std::move(ahead.record));
+  }
+  ahead_.clear();
+}
+
+bool SafeStore::copy_ahead(const std::vector<std::string>& paths) {
+  // So much of the disk may be taken in vain.
+  constexpr uint64_t kMostBytes = uint64_t{256} << 20;
+  forget_ahead();
+  if (folder().empty()) return true;
+  Records records;
+  std::vector<platform::FileVersion> versions;
+  uint64_t bytes = 0;
+  for (size_t i = 0; i < paths.size() && bytes < kMostBytes; ++i) {
+    platform::FileVersion version;
+    auto record = copy(paths[i].c_str(), version);
+    if (record == nullptr) continue;
+    records.push_back(std::move(record));
+    versions.push_back(version);
+    bytes += version.size;
+  }
+  if (records.empty()) return true;
+  if (!add_lines(records)) return false;
+  for (size_t i = 0; i < records.size(); ++i) {
+    const std::string path(records[i]->original.view());
+    ahead_[path] = {std::move(records[i]), versions[i]};
+  }
+  return true;
+}
+
+bool SafeStore::end_safe_store_run() {
+  forget_ahead();
+  if (unwanted_.empty()) return true;
+  const bool written = replace_list("\n", {});
+  // A copy without a line is harmless, a line without a copy is not.
+  if (written) {
+    for (const auto& record : unwanted_) {
+      delete_copy(record->safe_copy.c_str());
+    }
+  }
+  unwanted_.clear();
+  return written;
 }
 
 int32_t SafeStore::load_undo_list() {
@@ -321,10 +416,26 @@ int32_t SafeStore::undo() {
   }
   // Asked while the file is there.
   const std::string_view unread = unread_lines();
+  sync_ = chosen_safety().sync;
+  restored_copies_.clear();
   const bool reported = restore_records(error_file);
   undo_list.BuildIndex();
-  if (!write_records(unread) || !reported) return -1;
+  if (!finish_undo(unread) || !reported) return -1;
   return static_cast<int32_t>(undo_list.Count());
+}
+
+// With sync a copy goes only when its file and the list that no longer names it
+// are on their disks. If that fails, the list file still names all copies.
+bool SafeStore::finish_undo(std::string_view unread) {
+  if (sync_ && !to_flush_.flush()) return false;
+  if (!replace_list("\r\n", unread)) return false;
+  if (!sync_) return true;
+  to_flush_.add(undo_file_.c_str());
+  if (!to_flush_.flush()) return false;
+  for (const std::string& copy : restored_copies_) {
+    delete_copy(copy.c_str());
+  }
+  return true;
 }
 
 // In the order in which the copies were made, however the list is sorted.
@@ -360,6 +471,11 @@ bool SafeStore::restore(const UndoRecord& record) {
   const char* copy = record.safe_copy.c_str();
   if (platform::is_folder(original) || !platform::is_file(copy)) return false;
   if (!platform::copy_file(copy, original)) return false;
+  if (sync_) {
+    to_flush_.add(original);
+    restored_copies_.emplace_back(copy);
+    return true;
+  }
   // Restored all the same when the copy cannot be deleted.
   delete_copy(copy);
   return true;
@@ -378,28 +494,34 @@ bool SafeStore::report_unrestored(const std::string& error_file,
 
 // In one step where the folder takes a second file: with a record the way back
 // of its file would be lost. A full disk leaves the records as they were.
-bool SafeStore::write_records(std::string_view unread) {
+bool SafeStore::replace_list(std::string_view line_end,
+                             std::string_view unread) {
   const std::string fresh = undo_file_ + ".new";
   OutFile file;
   if (!platform::exists(fresh.c_str()) && open_records(file, fresh)) {
     platform::copy_rights(undo_file_.c_str(), fresh.c_str());
-    const bool complete = put_records(file, unread);
+    bool complete = put_records(file, line_end, unread);
+    if (complete && sync_) {
+      to_flush_.add(fresh.c_str());
+      complete = to_flush_.flush();
+    }
     if (complete && platform::replace_file(fresh.c_str(), undo_file_.c_str())) {
       return true;
     }
     platform::delete_file(fresh.c_str());
     if (!complete) return false;
   }
-  return open_records(file, undo_file_) && put_records(file, unread);
+  return open_records(file, undo_file_) && put_records(file, line_end, unread);
 }
 
-// Intended: CR LF through a text-mode file, so that lines end in CR CR LF and
-// the CR stays with the time when they are read back.
-bool SafeStore::put_records(OutFile& file, std::string_view unread) {
+// Intended: Undo ends its lines with CR LF through a text-mode file, so that
+// they end in CR CR LF and the CR stays with the time when they are read back.
+bool SafeStore::put_records(OutFile& file, std::string_view line_end,
+                            std::string_view unread) {
   for (Record* record = undo_list.First(); record != nullptr;
        record = undo_list.Next()) {
     if (const auto* stored = record_cast<UndoRecord>(record)) {
-      write_line(file, *stored, "\r\n");
+      write_line(file, *stored, line_end);
     }
   }
   file.write_unchanged(unread);

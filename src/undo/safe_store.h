@@ -9,12 +9,15 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "containers/item_list.h"
 #include "platform/files.h"
+#include "platform/flush_set.h"
 #include "text/out_file.h"
 #include "undo/undo_record.h"
 
@@ -52,16 +55,29 @@ class SafeStore {
   // Begins a run: empties the undo list and deletes all files of the store's
   // folder but those of `open_files`; of a drive's root only the store's own.
   // Always 1.
-  // The open files stay out of the store until the next run.
-  int32_t start_safe_store_run(std::vector<std::string> open_files);
+  // The open files stay out of the store until the next run. With `sync` a
+  // copy and its line are on their disk, flushed, before the copy counts.
+  int32_t start_safe_store_run(std::vector<std::string> open_files,
+                               bool sync = false);
   // Copies a file into the store and records it, on disk and in the list. 1
-  // only when the copy and its line are complete; else -1. `version`, when not
-  // null, becomes that of the file before it was copied.
+  // only when the copy and its line are complete; 0, with nothing stored, when
+  // `loaded` is not null and the file is of another version; else -1.
   int32_t store_safe_copy(const char* path,
-                          platform::FileVersion* version = nullptr);
+                          const platform::FileVersion* loaded = nullptr);
   // Takes the copy stored last back, with its line and its record: the file is
   // not to be changed after all.
   void take_back_safe_copy();
+  // For runs with `sync`: copies files that will probably be stored next, with
+  // one flush for all, so that storing one of them costs nothing more. What was
+  // ahead before is no longer. A file that cannot be copied is left to its own
+  // turn. False when the disk fails; then none is ahead.
+  bool copy_ahead(const std::vector<std::string>& paths);
+  bool is_ahead(const std::string& path) const { return ahead_.contains(path); }
+  // Copied ahead and not stored so far.
+  size_t ahead() const { return ahead_.size(); }
+  // Ends a run: copies made ahead in vain go, with their lines. False when the
+  // list file cannot be written.
+  bool end_safe_store_run();
 
   // Replaces the list by what the undo list file holds: the number of records,
   // 0 without such a file, -1 when none is named. The lines from one that is no
@@ -85,6 +101,18 @@ class SafeStore {
     size_t at = 0;  // what stands in front of it has been read
   };
 
+  using Records = std::vector<std::unique_ptr<UndoRecord>>;
+  // A copy whose file has not been stored, and the version that was copied.
+  struct Ahead {
+    std::unique_ptr<UndoRecord> record;
+    platform::FileVersion version;
+  };
+
+  std::unique_ptr<UndoRecord> copy(const char* path,
+                                   platform::FileVersion& version);
+  bool add_lines(const Records& records);
+  bool append_lines(const Records& records);
+  void forget_ahead();
   std::string folder() const;
   static std::string error_file_of(const std::string& undo_file) {
     return undo_file + ".error";
@@ -94,11 +122,12 @@ class SafeStore {
   std::string next_copy_path(std::string_view name);
   void delete_own_files();
   void delete_unless_open(const std::string& path) const;
-  bool append_record(const UndoRecord& record);
-  bool write_records(std::string_view unread);
   void read_records();
   std::string_view unread_lines() const;
-  bool put_records(OutFile& file, std::string_view unread);
+  bool put_records(OutFile& file, std::string_view line_end,
+                   std::string_view unread);
+  bool replace_list(std::string_view line_end, std::string_view unread);
+  bool finish_undo(std::string_view unread);
   bool restore_records(const std::string& error_file);
   bool restore(const UndoRecord& record);
   bool report_unrestored(const std::string& error_file,
@@ -110,6 +139,12 @@ class SafeStore {
   int users_ = 0;              // InUse that live
   uint32_t copies_ = 0;        // of this run; part of the copies' names
   std::vector<std::string> open_files_;  // by the run: list and summary
+  bool sync_ = false;
+  std::unordered_map<std::string, Ahead> ahead_;  // by path
+  Records unwanted_;  // with a line in the file, but not in the list
+  std::vector<std::string>
+      restored_copies_;          // by an Undo that is to be flushed
+  platform::FlushSet to_flush_;  // since the last flush
 };
 
 }  // namespace zenfo
