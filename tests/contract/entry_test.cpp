@@ -41,7 +41,8 @@ class EntryTest : public testing::Test {
                         const Options& options = kAllFacts) {
     Clear(0);
     const std::string path = session.folder.file(name, bytes);
-    EXPECT_EQ(session.find(0, "0~/" + std::string(name), options), 1);
+    const std::string text = zenfo::test::as_library_text(std::string(name));
+    EXPECT_EQ(session.find(0, "0~/" + text, options), 1);
     return path;
   }
   Session session;
@@ -105,7 +106,8 @@ TEST_F(EntryTest, NamesOfTheGreatestLengthAndOfAnyLetters) {
                                "no_extension"};
   for (const std::string& name : names) {
     only_file(name, "x");
-    EXPECT_EQ(read_text(GetFilename, 0, 0), (Text{1, name}));
+    EXPECT_EQ(read_text(GetFilename, 0, 0),
+              (Text{1, zenfo::test::as_library_text(name)}));
     EXPECT_EQ(read_text(GetSize, 0, 0), (Text{1, "1 B"}));
     EXPECT_EQ(GetFlag(0, 0), 0) << name;
   }

@@ -147,7 +147,7 @@ TEST_F(FindFilesTest, NamesOfManyKindsAreFound) {
   std::vector<std::string> expected;
   for (const std::string& name : names) {
     session.folder.file(name, "x");
-    expected.push_back("~/" + name);
+    expected.push_back("~/" + zenfo::test::as_library_text(name));
   }
   EXPECT_THAT(found("0~/*"), testing::UnorderedElementsAreArray(expected));
   EXPECT_EQ(GetFileFlagCount(0, 0), 5);

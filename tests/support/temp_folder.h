@@ -9,6 +9,12 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#ifdef _WIN32
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+#endif
 
 namespace zenfo::test {
 
@@ -29,6 +35,21 @@ inline std::filesystem::path native(std::string_view path) {
 inline std::string utf8(const std::filesystem::path& path) {
   const std::u8string text = path.u8string();
   return {text.begin(), text.end()};
+}
+
+// A text of tests as the library takes and gives it: on Windows in the
+// process's own character set.
+inline std::string as_library_text(const std::string& text) {
+#ifdef _WIN32
+  const std::wstring wide = native(text).wstring();
+  std::string narrow(3 * wide.size(), '\0');
+  narrow.resize(static_cast<size_t>(WideCharToMultiByte(
+      CP_ACP, 0, wide.data(), static_cast<int>(wide.size()), narrow.data(),
+      static_cast<int>(narrow.size()), nullptr, nullptr)));
+  return narrow;
+#else
+  return text;
+#endif
 }
 
 // Joins with the system's separator; a slash in `name` stands for it too.
