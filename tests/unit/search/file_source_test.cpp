@@ -43,6 +43,23 @@ TEST(ListSource, GivesTheSelectedEntriesWithACopy) {
   EXPECT_EQ(source.next(file), Next::kEnd);
 }
 
+TEST(ListSource, TellsWhichFilesComeNext) {
+  ItemList list;
+  for (const char* path : {"a", "b", "c", "d", "e"}) {
+    append(list, path, path[0] != 'c');
+  }
+  ListSource source(list);
+  FileInHand file;
+  ASSERT_EQ(source.next(file), Next::kFile);
+  std::string upcoming;
+  for (const SharedText& path : source.upcoming(2)) upcoming += path.view();
+  EXPECT_EQ(upcoming, "bd");
+  EXPECT_EQ(source.upcoming(0).size(), 0u);
+  EXPECT_EQ(source.upcoming(9).size(), 3u);
+  ASSERT_EQ(source.next(file), Next::kFile);
+  EXPECT_EQ(file.path.view(), "b") << "to look ahead takes nothing";
+}
+
 TEST(ListSource, FailsAtASelectedRecordThatIsNoFile) {
   ItemList list;
   list.Append(std::make_unique<StringPair>("a", "b"));
