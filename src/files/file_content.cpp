@@ -130,8 +130,8 @@ int32_t FileContent::load_file_content(const char* path,
 // its size; only a full block needs to ask for the size.
 int32_t FileContent::load(const char* path, platform::NearbyFolder* nearby) {
   platform::InputFile file;
-  const bool opened = links_refused_ ? file.open_without_links(path)
-                                     : file.open(path, nearby);
+  const bool opened =
+      links_refused_ ? file.open_without_links(path) : file.open(path, nearby);
   if (!opened) {
     // An empty file counts as loaded even where it may not be opened.
     platform::FileFacts facts;

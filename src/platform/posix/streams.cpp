@@ -42,8 +42,8 @@ int open_no_links(const char* path, int flags) {
   struct open_how how {};
   how.flags = static_cast<uint64_t>(flags);
   how.resolve = RESOLVE_NO_SYMLINKS;
-  const auto file = static_cast<int>(
-      syscall(SYS_openat2, AT_FDCWD, path, &how, sizeof how));
+  const auto file =
+      static_cast<int>(syscall(SYS_openat2, AT_FDCWD, path, &how, sizeof how));
   if (file >= 0 || (errno != ENOSYS && errno != EPERM)) return file;
   return ::open(path, flags | O_NOFOLLOW);
 }
@@ -89,8 +89,8 @@ bool InputFile::open(const char* path, NearbyFolder* nearby) {
 
 bool InputFile::open_without_links(const char* path) {
   close();
-  handle_ = uninterrupted(
-      [&] { return open_no_links(path, O_RDONLY | kOpenFlags); });
+  handle_ =
+      uninterrupted([&] { return open_no_links(path, O_RDONLY | kOpenFlags); });
   return is_open();
 }
 
