@@ -164,7 +164,8 @@ def small_tree(random_):
     files = {"a.txt": b"plum", "large.txt": large, "none.txt": b"no fruit",
              "sub/a.txt": b"a plum, a pear\r\n", "left.dat": b"plum"}
     for i in range(random_.randrange(3, 12)):
-        files[f"sub/{i}.txt"] = b"%d plum pear\n" % i * random_.randrange(1, 300)
+        line = b"%d plum pear\n" % i
+        files[f"sub/{i}.txt"] = line * random_.randrange(1, 300)
     return files
 
 
@@ -205,11 +206,14 @@ def take_back(world):
                    [f"undo said: {s.err.strip()[:500]}" for s in said if lost])
 
 
-def not_done(scene, world):
-    """What a command that answered 0 has left undone."""
+def not_done(scene, world, result):
+    """What a command has left undone and answered 0 all the same."""
     left = [name for name in scene.files
             if world.bytes(name) != scene.new(name)]
-    return [f"status 0, but not done: {name}" for name in left]
+    if result.status != 0 or not left:
+        return []
+    return [f"status 0, but not done: {name}" for name in left] + \
+        [result.out + result.err]
 
 
 # ---- scenes ------------------------------------------------------------------

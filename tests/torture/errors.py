@@ -41,9 +41,7 @@ def fault(campaign, world, scene, calls):
 def judge(campaign, world, scene, about, result):
     if result.status < 0 or "still running" in result.err:
         campaign.lose(about, [f"ended by {result.status}: {result.err}"])
-    if result.status == 0:
-        undone = common.not_done(scene, world)
-        campaign.lose(about, undone + [result.out + result.err] if undone else [])
+    campaign.lose(about, common.not_done(scene, world, result))
     if scene.command is common.NO_COPIES:
         campaign.lose(about, common.describe(world, scene.mixed(world)))
     else:

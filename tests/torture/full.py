@@ -58,9 +58,7 @@ def round_(campaign, world, disk):
 def judge(campaign, world, scene, about, result):
     if result.status < 0:
         campaign.lose(about, [f"ended by {result.status}: {result.err}"])
-    if result.status == 0:
-        undone = common.not_done(scene, world)
-        campaign.lose(about, undone + [result.err] if undone else [])
+    campaign.lose(about, common.not_done(scene, world, result))
     if scene.command is common.NO_COPIES:
         campaign.lose(about, common.describe(world, scene.mixed(world)))
     else:

@@ -22,9 +22,7 @@ def stop(campaign, world, scene, calls):
     campaign.lose(about, common.describe(world, scene.mixed(world)))
     if result.status not in ENDS:
         campaign.lose(about, [f"status {result.status}: {result.err}"])
-    if result.status == 0:
-        undone = common.not_done(scene, world)
-        campaign.lose(about, undone + [result.out + result.err] if undone else [])
+    campaign.lose(about, common.not_done(scene, world, result))
     if scene.command is not common.NO_COPIES:
         campaign.judge(about, common.take_back(world))
 
