@@ -214,11 +214,14 @@ class OutputFile {
 // Copies a file with its attributes and times (natively its mode, access and
 // write time, and the owner of a new file, as far as the system allows; setuid
 // and setgid only where the owner or group is the same), replacing the content
-// of `to` when it exists. False when the copy is not complete; natively no part
-// of it is left then, nor the old content. A file is never copied onto itself,
-// and natively nothing but ordinary files onto such; these leave both alone. On
-// Windows a hidden or system file is replaced too, a read-only one is not.
-// `version`, when not null, becomes that of `from` before it was read.
+// of `to` when it exists. False when the copy is not complete; natively a new
+// file is gone then. An existing one is never deleted: it is left alone where
+// the disk has no room for the copy, and holds what was written where something
+// else fails. Natively holes of the file stay holes. A file is never copied
+// onto itself, and natively nothing but ordinary files onto such; these leave
+// both alone. On Windows a hidden or system file is replaced too, a read-only
+// one is not. `version`, when not null, becomes that of `from` before it was
+// read.
 bool copy_file(const char* from, const char* to,
                FileVersion* version = nullptr);
 // Gives a file the mode and owner of another (on Windows the attributes), as

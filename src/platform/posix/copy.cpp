@@ -96,15 +96,64 @@ void copy_times(const struct stat& source, int to) {
   futimens(to, times);
 }
 
-// Half a copy must not be taken for a whole one. Behind a link only the bytes
-// go: the link was not made here.
-void discard(int to_file, const struct stat& target, const char* to) {
-  struct stat named;
-  if (lstat(to, &named) == 0 && same_file(named, target)) {
-    unlink(to);
-  } else {
-    [[maybe_unused]] const int result = ftruncate(to_file, 0);
+bool is_sparse(const struct stat& source) {
+  constexpr off_t kUnit = 512;  // of st_blocks
+  return source.st_blocks * kUnit < source.st_size;
+}
+
+// An existing file is written over only when there is room for all of it: with
+// half of it written, its old bytes would be lost. True also where the file
+// system cannot tell.
+bool has_room(int to, const struct stat& source) {
+  if (source.st_size == 0 || is_sparse(source)) return true;
+  return fallocate(to, FALLOC_FL_KEEP_SIZE, 0, source.st_size) == 0 ||
+         (errno != ENOSPC && errno != EDQUOT);
+}
+
+// Nothing is stored for these bytes of the file, which read as zeros.
+bool make_hole(int to, off_t from, off_t end) {
+  constexpr int kMode = FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE;
+  return from >= end || fallocate(to, kMode, from, end - from) == 0;
+}
+
+// Copies the parts between the holes of a file, whose size it has; false where
+// the file system knows none of this. The positions are then where they were.
+bool copy_around_holes(int from, int to, off_t size) {
+  off_t at = 0;
+  bool done = ftruncate(to, size) == 0;
+  while (done && at < size) {
+    const off_t data = lseek(from, at, SEEK_DATA);
+    const off_t hole = data < 0 ? size : lseek(from, data, SEEK_HOLE);
+    const off_t next = data < 0 ? size : data;
+    done =
+        (data >= 0 || errno == ENXIO) && make_hole(to, at, next) && hole >= 0;
+    for (at = next; done && at < hole;) {
+      off_t source_at = at;
+      off_t target_at = at;
+      const ssize_t count = copy_file_range(from, &source_at, to, &target_at,
+                                            static_cast<size_t>(hole - at), 0);
+      done = count > 0;
+      if (done) at += count;
+    }
   }
+  lseek(from, 0, SEEK_SET);
+  lseek(to, 0, SEEK_SET);
+  return done;
+}
+
+// A copy that was interrupted goes, unless it was a file before: that keeps its
+// name, whatever its bytes are now.
+void discard(const struct stat& target, const char* to) {
+  struct stat named;
+  if (lstat(to, &named) == 0 && same_file(named, target)) unlink(to);
+}
+
+bool copy_bytes(int from, int to, const struct stat& source) {
+  if (is_sparse(source) && copy_around_holes(from, to, source.st_size)) {
+    return true;
+  }
+  copy_in_system(from, to, source.st_size);
+  return copy_in_blocks(from, to) && cut_behind_copy(to);
 }
 
 // Opens what is to be written; `created` tells whether it is new.
@@ -133,17 +182,16 @@ bool copy_file(const char* from, const char* to, FileVersion* version) {
       !S_ISREG(target.st_mode) || same_file(source, target)) {
     return false;
   }
-  copy_in_system(source_file.get(), target_file.get(), source.st_size);
-  if (!copy_in_blocks(source_file.get(), target_file.get()) ||
-      !cut_behind_copy(target_file.get())) {
-    discard(target_file.get(), target, to);
+  if (!created && !has_room(target_file.get(), source)) return false;
+  if (!copy_bytes(source_file.get(), target_file.get(), source)) {
+    if (created) discard(target, to);
     return false;
   }
   if (created) copy_owner(source, target, target_file.get());
   copy_mode(source, target, target_file.get());
   copy_times(source, target_file.get());
   if (target_file.close()) return true;
-  unlink(to);
+  if (created) discard(target, to);
   return false;
 }
 

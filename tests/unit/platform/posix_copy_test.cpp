@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -211,22 +212,71 @@ TEST(PosixCopyFile, RemovesACopyCutShort) {
   const std::string to = folder.path("to");
   EXPECT_FALSE(copy_with_limit(5000, from, to));
   EXPECT_FALSE(exists(to.c_str()));
-  folder.file("to", "old");
-  EXPECT_FALSE(copy_with_limit(5000, from, to));
-  EXPECT_FALSE(exists(to.c_str()));
   EXPECT_TRUE(copy_with_limit(100000, from, to));
   EXPECT_EQ(read_file(from), read_file(to));
 }
 
-TEST(PosixCopyFile, EmptiesTheFileBehindALinkWhenCutShort) {
+TEST(PosixCopyFile, NeverRemovesAFileThatWasThere) {
   const TempFolder folder;
   const std::string from = folder.file("from", std::string(100000, 'x'));
   const std::string file = folder.file("file", "old");
   const std::string link = folder.path("link");
   ASSERT_EQ(0, symlink("file", link.c_str()));
-  EXPECT_FALSE(copy_with_limit(5000, from, link));
-  EXPECT_TRUE(exists(link.c_str()));
-  EXPECT_EQ("", read_file(file));
+  for (const std::string& to : {file, link}) {
+    EXPECT_FALSE(copy_with_limit(5000, from, to));
+    EXPECT_TRUE(exists(to.c_str()));
+    EXPECT_EQ(stat_of(file).st_size, 5000);
+  }
+  EXPECT_FALSE(copy_file("/proc/self/mem", file.c_str()));
+  EXPECT_TRUE(exists(file.c_str()));
+}
+
+// A disk of its own for a folder, as small as that.
+class SmallDisk {
+ public:
+  explicit SmallDisk(const std::string& folder)
+      : folder_(folder),
+        mounted_(mount("none", folder.c_str(), "tmpfs", 0, "size=64k") == 0) {}
+  ~SmallDisk() {
+    if (mounted_) umount(folder_.c_str());
+  }
+  SmallDisk(const SmallDisk&) = delete;
+  SmallDisk& operator=(const SmallDisk&) = delete;
+  bool mounted() const { return mounted_; }
+
+ private:
+  std::string folder_;
+  bool mounted_;
+};
+
+TEST(PosixCopyFile, TouchesNothingWhereThereIsNoRoom) {
+  const TempFolder folder;
+  const TempFolder other;
+  const std::string from = other.file("from", std::string(100000, 'x'));
+  const SmallDisk disk(folder.path());
+  if (!disk.mounted()) GTEST_SKIP() << "no disk may be mounted here";
+  const std::string to = folder.file("to", "old");
+  EXPECT_FALSE(copy_file(from.c_str(), to.c_str()));
+  EXPECT_EQ("old", read_file(to));
+}
+
+TEST(PosixCopyFile, KeepsHolesAsHoles) {
+  constexpr off_t kSize = 8 << 20;
+  const TempFolder folder;
+  const std::string from = folder.file("from", std::string(5000, 'a'));
+  ASSERT_EQ(0, truncate(from.c_str(), kSize / 2));
+  const int file = open(from.c_str(), O_WRONLY);
+  ASSERT_EQ(1, pwrite(file, "b", 1, kSize / 2));
+  close(file);
+  ASSERT_EQ(0, truncate(from.c_str(), kSize));
+  const std::string fresh = folder.path("fresh");
+  const std::string full =
+      folder.file("full", std::string(static_cast<size_t>(kSize) + 9, 'z'));
+  for (const std::string& to : {fresh, full}) {
+    ASSERT_TRUE(copy_file(from.c_str(), to.c_str()));
+    EXPECT_EQ(read_file(from), read_file(to));
+    EXPECT_LT(stat_of(to).st_blocks * 512, kSize / 4) << to;
+  }
 }
 
 TEST(PosixCopyFile, RemovesTheTargetWhenTheSourceCannotBeRead) {
