@@ -205,6 +205,14 @@ TEST_F(Command, RefusesUnknownOptions) {
       (Outcome{"", "zenfo: -iz: no such option; see 'zenfo help files'\n", 2}));
 }
 
+TEST_F(Command, EndsQuietlyWhenNobodyReadsIt) {
+  Start start;
+  start.folder = folder_.path();
+  start.output_unread = true;
+  start.arguments = {"files"};
+  EXPECT_EQ(run_zenfo(start), (Outcome{"", "", 141}));
+}
+
 TEST_F(Command, RefusesNumbersAndUnknownLettersAsOptions) {
   const auto refused = [](const std::string& option) {
     return Outcome{

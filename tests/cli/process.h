@@ -12,6 +12,7 @@ struct Start {
   std::string folder;            // to run in; empty: where the test runs
   std::string input_file;        // for standard input; empty: the test's
   std::string output_file;       // for standard output; empty: into the outcome
+  bool output_unread = false;    // into a pipe that nobody reads
   bool output_closed = false;    // Linux only
   bool as_nobody = false;        // Linux only: gives up root's rights
   std::string temporary_folder;  // for the command; empty: the test's own

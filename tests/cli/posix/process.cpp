@@ -18,6 +18,13 @@ int open_for_writing(const std::string& path) {
   return open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
 }
 
+void write_to_nobody() {
+  int ends[2];
+  if (pipe(ends) != 0) _exit(127);
+  dup2(ends[1], STDOUT_FILENO);
+  for (const int end : ends) close(end);
+}
+
 // The child's half. The program is opened before rights are given up, as it
 // may lie in a folder that nobody may enter.
 [[noreturn]] void become_zenfo(const Start& start, const std::string& out,
@@ -36,6 +43,7 @@ int open_for_writing(const std::string& path) {
   }
   dup2(open_for_writing(out), STDOUT_FILENO);
   dup2(open_for_writing(err), STDERR_FILENO);
+  if (start.output_unread) write_to_nobody();
   if (start.output_closed) close(STDOUT_FILENO);
   if (!start.folder.empty() && chdir(start.folder.c_str()) != 0) _exit(127);
   if (start.as_nobody && geteuid() == 0 && setuid(kNobody) != 0) _exit(127);

@@ -63,6 +63,15 @@ HANDLE open_for_reading(const std::string& path) {
                      &inherited, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
+HANDLE pipe_without_reader() {
+  SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+  HANDLE reading = INVALID_HANDLE_VALUE;
+  HANDLE writing = INVALID_HANDLE_VALUE;
+  CreatePipe(&reading, &writing, &inherited, 0);
+  CloseHandle(reading);
+  return writing;
+}
+
 int run(const Start& start, HANDLE in, HANDLE out, HANDLE err) {
   std::string line = quoted(ZENFO_PROGRAM);
   for (const std::string& argument : start.arguments) {
@@ -97,7 +106,8 @@ Outcome run_zenfo(const Start& start) {
   const TempFolder folder;
   const std::string out_path = folder.path("out");
   const std::string err_path = folder.path("err");
-  const HANDLE out = open_for_writing(out_path);
+  const HANDLE out =
+      start.output_unread ? pipe_without_reader() : open_for_writing(out_path);
   const HANDLE err = open_for_writing(err_path);
   const bool own_input = !start.input_file.empty();
   const HANDLE in = own_input ? open_for_reading(start.input_file)
@@ -107,7 +117,7 @@ Outcome run_zenfo(const Start& start) {
   if (own_input) CloseHandle(in);
   CloseHandle(out);
   CloseHandle(err);
-  outcome.out = read_file(out_path);
+  if (!start.output_unread) outcome.out = read_file(out_path);
   outcome.err = read_file(err_path);
   return outcome;
 }
