@@ -14,6 +14,9 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
+// Words that tests need, of 16-bit days.
+#undef far
+#undef near
 #endif
 
 namespace zenfo::test {
