@@ -15,6 +15,8 @@
 
 namespace {
 
+using namespace std::string_literals;
+
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -498,8 +500,8 @@ TEST_F(UndoTest, TheUndoFileStaysWhereItIsDuringARun) {
 // ---- Lines that were not read ----------------------------------------------
 
 // No bytes of any kind are lost.
-const std::string kUnread(
-    "damaged\r\na\tb\tc\r\r\nd\te\tf\ng\th\r\n\r\n\0z\t\t\r\nend", 46);
+const std::string kUnread =
+    "damaged\r\na\tb\tc\r\r\nd\te\tf\ng\th\r\n\r\n\0z\t\t\r\nend"s;
 
 TEST_F(UndoTest, ADamagedLineAndWhatStandsBehindItStay) {
   use_store();
