@@ -23,7 +23,7 @@ using FolderTest = std::function<bool(std::string_view name)>;
 
 // Of the folder and all below it that the library would enter, those that it
 // cannot list, in no order. Touches nothing else, so that it may run in a
-// thread of its own. Ends early when the command is told to stop.
+// thread of its own. Ends early when the user stops the command.
 std::vector<UnlistedFolder> find_unlisted(const std::string& folder,
                                           const FolderTest& enters);
 

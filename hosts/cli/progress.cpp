@@ -110,7 +110,7 @@ void Progress::begin_run(uint32_t files, Count files_done) {
 
 int Progress::percent_of(const ProgressRecord& step) {
   if (files_ == 0) return step.percent;
-  // The library tells of its counting too.
+  // The library also reports its own counting.
   counting_ = true;
   const uint32_t done = files_done_();
   counting_ = false;

@@ -337,7 +337,7 @@ void SafeStore::forget_ahead() {
 }
 
 bool SafeStore::copy_ahead(const std::vector<std::string>& paths) {
-  // So much of the disk may be taken in vain.
+  // Limits the disk space that unused copies can take.
   constexpr uint64_t kMostBytes = uint64_t{256} << 20;
   forget_ahead();
   if (folder().empty()) return true;

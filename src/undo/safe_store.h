@@ -75,7 +75,7 @@ class SafeStore {
   bool is_ahead(const std::string& path) const { return ahead_.contains(path); }
   // Copied ahead and not stored so far.
   size_t ahead() const { return ahead_.size(); }
-  // Ends a run: copies made ahead in vain go, with their lines. False when the
+  // Ends a run: deletes unused copies and their lines. False when the
   // list file cannot be written.
   bool end_safe_store_run();
 

@@ -77,7 +77,7 @@ class DrawnBar : public ::testing::Test {
 
 TEST_F(DrawnBar, ShowsTheWholeRunAndNeverGoesBack) {
   Progress progress;
-  // The library tells of the counting too.
+  // The library also reports its own counting.
   progress.begin_run(4, [&] {
     progress.show_status(wide("Now counting entries").data());
     progress.show_step({1, 1, 100});

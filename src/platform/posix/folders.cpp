@@ -130,7 +130,7 @@ void FolderListing::State::add(int folder, const dirent64& entry) {
   names += found;
 }
 
-// A reading that was stopped begins anew when it is asked for again.
+// A reading that was stopped starts over the next time.
 bool FolderListing::State::read(const std::string& path,
                                 const Answered& answered) {
   names.clear();
