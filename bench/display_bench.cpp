@@ -63,10 +63,10 @@ struct Subject {
     const size_t count = kMatches / share;
     for (size_t i = 0; i < count; ++i) {
       const auto offset = static_cast<uint32_t>(i * (text.size() / count));
-      matches.Append(
+      matches.append(
           std::make_unique<MatchRecord>(text.data() + offset, 5, offset));
     }
-    matches.BuildIndex();
+    matches.build_index();
   }
 
   std::string text;

@@ -16,8 +16,7 @@
 #include <string>
 
 #include "files/file_entry.h"
-#include "files/find_ops.h"
-#include "frame/library.h"
+#include "library/library.h"
 #include "subjects.h"
 #include "zenfofr130.h"
 
@@ -85,17 +84,16 @@ void run_find_files(Wanted wanted) {
   options[ZENFO_OPTION_FILE_NAME] = 1;
   options[ZENFO_OPTION_FOLDER] = 1;
   options[ZENFO_OPTION_ATTRIBUTES] = wanted == Wanted::kFacts;
-  library().get_list(ZENFO_LIST_FILES)->Clear();
-  find_files(library(), ZENFO_LIST_FILES, specification().c_str(),
-             options.data(), "");
+  library().get_list(ZENFO_LIST_RUN_FILES)->clear();
+  FindFiles(ZENFO_LIST_RUN_FILES, specification().c_str(), options.data(), "");
 }
 
 Totals totals_of_list() {
   Totals totals;
-  ItemList* list = library().get_list(ZENFO_LIST_FILES);
-  totals.files = list->Count();
-  for (uint32_t i = 0; i < list->Count(); ++i) {
-    totals.bytes += record_cast<FileEntry>(list->Get(i))->facts.size;
+  ItemList* list = library().get_list(ZENFO_LIST_RUN_FILES);
+  totals.files = list->count();
+  for (uint32_t i = 0; i < list->count(); ++i) {
+    totals.bytes += record_cast<FileEntry>(list->get(i))->facts.size;
   }
   return totals;
 }
@@ -119,14 +117,14 @@ void finder_walk(benchmark::State& state) {
 }
 
 void find_files_into_list(benchmark::State& state, Wanted wanted) {
-  library().initialize();
+  Initialize();
   run_find_files(wanted);
   if (totals_of_list() != find_plainly(wanted)) {
     state.SkipWithError("FindFiles and the plain walk find different files");
     return;
   }
   for (auto _ : state) run_find_files(wanted);
-  library().terminate();
+  Terminate();
 }
 
 #define TREE_BENCHMARK(name, ...) \

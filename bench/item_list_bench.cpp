@@ -39,8 +39,8 @@ using Vector = std::vector<std::unique_ptr<Record>>;
 
 void fill(ItemList& list, size_t count) {
   for (size_t i = 0; i < count; ++i) {
-    list.Append(std::make_unique<PathRecord>(""));
-    list.Get(static_cast<uint32_t>(i))->state = i % 3 == 0;
+    list.append(std::make_unique<PathRecord>(""));
+    list.get(static_cast<uint32_t>(i))->state = i % 3 == 0;
   }
 }
 
@@ -53,7 +53,7 @@ void fill(Vector& vector, size_t count) {
 
 uint32_t count_selected(ItemList& list, const std::vector<uint32_t>& order) {
   uint32_t selected = 0;
-  for (uint32_t position : order) selected += list.Get(position)->state;
+  for (uint32_t position : order) selected += list.get(position)->state;
   return selected;
 }
 
@@ -111,7 +111,7 @@ void walk(benchmark::State& state, List& list,
 void walk_list(benchmark::State& state, Index index) {
   ItemList list;
   fill(list, size_of(state));
-  if (index == Index::kBuilt) list.BuildIndex();
+  if (index == Index::kBuilt) list.build_index();
   walk(state, list, positions(size_of(state)));
 }
 
@@ -135,11 +135,11 @@ void set_state_of_all(benchmark::State& state) {
   ItemList list;
   fill(list, size_of(state));
   const auto count = static_cast<int32_t>(size_of(state));
-  if (list.SetState(-1, 1) != count || list.CountState(1) != count) {
+  if (list.set_state(-1, 1) != count || list.count_state(1) != count) {
     state.SkipWithError("SetState misses records");
     return;
   }
-  for (auto _ : state) benchmark::DoNotOptimize(list.SetState(-1, -1));
+  for (auto _ : state) benchmark::DoNotOptimize(list.set_state(-1, -1));
   items_processed(state, size_of(state));
 }
 
@@ -147,11 +147,11 @@ void count_state(benchmark::State& state) {
   ItemList list;
   fill(list, size_of(state));
   const auto expected = static_cast<int32_t>((size_of(state) + 2) / 3);
-  if (list.CountState(1) != expected) {
-    state.SkipWithError("CountState misses records");
+  if (list.count_state(1) != expected) {
+    state.SkipWithError("count_state misses records");
     return;
   }
-  for (auto _ : state) benchmark::DoNotOptimize(list.CountState(1));
+  for (auto _ : state) benchmark::DoNotOptimize(list.count_state(1));
   items_processed(state, size_of(state));
 }
 
@@ -167,11 +167,11 @@ bool goes_before(const std::string& a, const std::string& b) {
 }
 
 bool same_order(ItemList& list, const std::vector<std::string>& sorted) {
-  for (uint32_t i = 0; i < list.Count(); ++i) {
-    const auto* record = static_cast<const PathRecord*>(list.Get(i));
+  for (uint32_t i = 0; i < list.count(); ++i) {
+    const auto* record = static_cast<const PathRecord*>(list.get(i));
     if (strcasecmp(record->path(), sorted[i].c_str()) != 0) return false;
   }
-  return list.Count() == sorted.size();
+  return list.count() == sorted.size();
 }
 
 // The paths asked for, or none after noting the error.
@@ -187,15 +187,15 @@ void sort_list(benchmark::State& state) {
   if (paths.empty()) return;
   ItemList list;
   for (const auto& path : paths) {
-    list.Append(std::make_unique<PathRecord>(path.c_str()));
+    list.append(std::make_unique<PathRecord>(path.c_str()));
   }
   auto sorted = paths;
   std::sort(sorted.begin(), sorted.end(), goes_before);
-  if (list.Sort(0, compare_paths) != 1 || !same_order(list, sorted)) {
+  if (list.sort(0, compare_paths) != 1 || !same_order(list, sorted)) {
     state.SkipWithError("Sort and std::sort disagree");
     return;
   }
-  for (auto _ : state) list.Sort(0, compare_paths);
+  for (auto _ : state) list.sort(0, compare_paths);
   items_processed(state, paths.size());
 }
 
@@ -217,11 +217,11 @@ void select_duplicates(benchmark::State& state) {
   if (paths.empty()) return;
   ItemList list;
   for (const auto& path : paths) {
-    list.Append(std::make_unique<PathRecord>(path.c_str()));
+    list.append(std::make_unique<PathRecord>(path.c_str()));
   }
   auto mark = [](Record& record) { record.state = 1; };
   for (auto _ : state) {
-    benchmark::DoNotOptimize(list.SelectDuplicates(compare_paths, mark));
+    benchmark::DoNotOptimize(list.select_duplicates(compare_paths, mark));
   }
   items_processed(state, paths.size());
 }

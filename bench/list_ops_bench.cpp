@@ -15,12 +15,11 @@
 #include <vector>
 
 #include "files/file_entry.h"
-#include "files/list_file_ops.h"
 #include "frame/callbacks.h"
-#include "listops/compare_ops.h"
-#include "listops/keyed_sort.h"
-#include "listops/sort_ops.h"
+#include "library/library.h"
+#include "sorting/keyed_sort.h"
 #include "subjects.h"
+#include "zenfofr130.h"
 
 namespace zenfo {
 namespace {
@@ -45,9 +44,9 @@ Paths paths_with_repeats(benchmark::State& state) {
 }
 
 void fill(ItemList& list, const Paths& paths) {
-  list.Clear();
+  list.clear();
   for (const std::string& path : paths) {
-    list.Append(std::make_unique<FileEntry>(SharedText(path)));
+    list.append(std::make_unique<FileEntry>(SharedText(path)));
   }
 }
 
@@ -57,7 +56,7 @@ bool goes_before(const std::string& a, const std::string& b) {
 
 std::vector<const Record*> order_of(ItemList& list) {
   std::vector<const Record*> order;
-  for (uint32_t i = 0; i < list.Count(); ++i) order.push_back(list.Get(i));
+  for (uint32_t i = 0; i < list.count(); ++i) order.push_back(list.get(i));
   return order;
 }
 
@@ -70,7 +69,7 @@ void sort_list(benchmark::State& state,
   const SortKey& key = kSortTable[kByPath];
   ItemList list;
   fill(list, paths);
-  list.Sort(0, key.compare);
+  list.sort(0, key.compare);
   const auto expected = order_of(list);
   if (sort_by_key(list, key, 0) != 1 || order_of(list) != expected) {
     state.SkipWithError("another order than that of the comparator");
@@ -82,7 +81,7 @@ void sort_list(benchmark::State& state,
 void sort_list_by_comparator(benchmark::State& state) {
   ItemList list;
   fill(list, paths_for(state));
-  for (auto _ : state) list.Sort(0, kSortTable[kByPath].compare);
+  for (auto _ : state) list.sort(0, kSortTable[kByPath].compare);
 }
 
 void sort_vector(benchmark::State& state) {
@@ -160,21 +159,20 @@ void load_list(benchmark::State& state, bool only_names) {
   const auto paths = paths_for(state);
   if (paths.empty()) return;
   write_lines(paths);
-  Library library;
-  library.initialize();
+  Initialize();
   names_only = only_names;
   host_callbacks().status = on_status;
   host_callbacks().interrupt = on_interrupt;
   for (auto _ : state) {
-    load_file_list(library, scratch_file().c_str(), kNoFacts);
+    LoadFileList(scratch_file().c_str(), kNoFacts);
     state.PauseTiming();
-    ItemList& list = *library.second_files;
-    if (list.Count() != paths.size()) state.SkipWithError("lines are missing");
-    list.Clear();
+    ItemList& list = *library().second_files;
+    if (list.count() != paths.size()) state.SkipWithError("lines are missing");
+    list.clear();
     state.ResumeTiming();
   }
   host_callbacks() = {};
-  library.terminate();
+  Terminate();
 }
 
 // One string each, and, as a load of a list does, a look whether it exists.
@@ -200,12 +198,11 @@ void load_strings(benchmark::State& state, bool only_names) {
 }
 
 void save_list(benchmark::State& state) {
-  Library library;
-  library.initialize();
-  fill(*library.second_files, paths_for(state));
-  library.second_files->SetState(-1, 1);
-  for (auto _ : state) save_file_list(library, scratch_file().c_str());
-  library.terminate();
+  Initialize();
+  fill(*library().second_files, paths_for(state));
+  library().second_files->set_state(-1, 1);
+  for (auto _ : state) SaveFileList(scratch_file().c_str());
+  Terminate();
 }
 
 // --- Whole lists ------------------------------------------------------------
@@ -213,36 +210,34 @@ void save_list(benchmark::State& state) {
 // Two lists that share every second path, by option.
 void compare(benchmark::State& state, uint32_t option) {
   const auto paths = paths_for(state);
-  Library library;
-  library.initialize();
-  for (ItemList* list : {library.second_files.get(), library.pairs.get()}) {
-    const bool second = list == library.pairs.get();
+  Initialize();
+  for (ItemList* list : {library().second_files.get(), library().pairs.get()}) {
+    const bool second = list == library().pairs.get();
     for (size_t i = 0; i < paths.size(); ++i) {
       auto entry = std::make_unique<FileEntry>(SharedText(""));
       entry->set_full_name(second && i % 2 == 0 ? paths[i] + "x" : paths[i]);
       entry->facts.size = i;
       entry->facts.write_time = uint64_t{i} << 20;
-      list->Append(std::move(entry));
+      list->append(std::move(entry));
     }
   }
-  for (auto _ : state) compare_lists(library, option, 1);
-  library.terminate();
+  for (auto _ : state) CompareLists(option, 1);
+  Terminate();
 }
 
 // Every second entry goes.
 void remove_half(benchmark::State& state) {
   const auto paths = paths_for(state);
-  Library library;
-  library.initialize();
+  Initialize();
   for (auto _ : state) {
     state.PauseTiming();
-    ItemList& list = *library.second_files;
+    ItemList& list = *library().second_files;
     fill(list, paths);
-    for (uint32_t i = 0; i < list.Count(); i += 2) list.Get(i)->state = 1;
+    for (uint32_t i = 0; i < list.count(); i += 2) list.get(i)->state = 1;
     state.ResumeTiming();
-    remove_selection(library, ZENFO_LIST_FILES);
+    RemoveSelection(ZENFO_LIST_RUN_FILES);
   }
-  library.terminate();
+  Terminate();
 }
 
 void sizes(benchmark::internal::Benchmark* bench) {

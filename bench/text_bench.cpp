@@ -16,6 +16,7 @@
 
 #include "model/naive_substring.h"
 #include "text/records.h"
+#include "text/simd.h"
 #include "text/substring.h"
 
 namespace zenfo {
@@ -93,21 +94,22 @@ size_t count_by_find(const SubstringSearcher& searcher, std::string_view text) {
   return count;
 }
 
-size_t count_by_visits(const SubstringSearcher& searcher,
-                       std::string_view text) {
+size_t count_by_many(const SubstringSearcher& searcher, std::string_view text) {
+  const char* const end = text.data() + text.size();
+  const char* from = text.data();
+  const char* found[256];
   size_t count = 0;
-  searcher.for_each(text.data(), text.data() + text.size(), searcher.length(),
-                    [&](const char*) { return ++count != 0; });
+  while (from < end) {
+    count += searcher.find_many(from, end, searcher.length(), found, 256);
+  }
   return count;
 }
 
-FindAll with_kernels(const KernelSet* kernels, bool case_sensitive,
-                     bool visiting) {
+FindAll with_kernels(const KernelSet* kernels, bool case_sensitive, bool many) {
   return [=](std::string_view text, std::string_view needle) {
     use_kernels(kernels);
     const SubstringSearcher searcher(needle, case_sensitive);
-    return visiting ? count_by_visits(searcher, text)
-                    : count_by_find(searcher, text);
+    return many ? count_by_many(searcher, text) : count_by_find(searcher, text);
   };
 }
 
@@ -163,7 +165,7 @@ void add_searches(const Subject& subject) {
   for (const KernelSet* set : sets) {
     const std::string name = set->name;
     add("exact/" + name, subject, with_kernels(set, true, false), exact);
-    add("visit/" + name, subject, with_kernels(set, true, true), exact);
+    add("many/" + name, subject, with_kernels(set, true, true), exact);
     add("folded/" + name, subject, with_kernels(set, false, false), folded);
   }
   add("exact/memmem", subject, count_by_memmem, exact);
@@ -187,13 +189,9 @@ void split_records(benchmark::State& state) {
             std::to_string(i) + ".txt\r\n";
   }
   for (auto _ : state) {
-    const char* cursor = text.data();
-    const char* const end = text.data() + text.size();
-    const char* record = nullptr;
-    size_t length = 0, records = 0;
-    while (get_next_record(&cursor, end, "\r\n", 2, &record, &length) == 1) {
-      ++records;
-    }
+    RecordReader reader(text, "\r\n");
+    size_t records = 0;
+    while (reader.next()) ++records;
     if (records != 100'000) state.SkipWithError("wrong number of records");
   }
   state.SetItemsProcessed(state.iterations() * 100'000);

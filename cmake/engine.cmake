@@ -1,6 +1,7 @@
-# The engine: one set of objects, from which the library, the tests and the
-# benchmarks are linked. Sources are found by folder; the platform's half of
-# src/platform is the one that fits the target.
+# The engine: two sets of objects, from which the library, the tests and the
+# benchmarks are linked. zenfo_operations is the folder of the exported
+# operations, zenfo_engine all below it. Sources are found by folder; the
+# platform's half of src/platform is the one that fits the target.
 
 if(WIN32)
   set(zenfo_platform win32)
@@ -11,7 +12,7 @@ endif()
 file(GLOB zenfo_sources CONFIGURE_DEPENDS
      ${PROJECT_SOURCE_DIR}/src/*/*.cpp
      ${PROJECT_SOURCE_DIR}/src/platform/${zenfo_platform}/*.cpp)
-list(REMOVE_ITEM zenfo_sources ${PROJECT_SOURCE_DIR}/src/frame/exports.cpp)
+list(FILTER zenfo_sources EXCLUDE REGEX "/src/operations/")
 
 add_library(zenfo_engine STATIC ${zenfo_sources})
 target_include_directories(zenfo_engine PUBLIC ${PROJECT_SOURCE_DIR}/src
@@ -28,6 +29,15 @@ if(WIN32)
                                             user32)
 endif()
 
+# Objects, as the linker would find no use for operations in an archive.
+file(GLOB zenfo_operation_sources CONFIGURE_DEPENDS
+     ${PROJECT_SOURCE_DIR}/src/operations/*.cpp)
+add_library(zenfo_operations OBJECT ${zenfo_operation_sources})
+target_link_libraries(zenfo_operations PUBLIC zenfo_engine)
+if(WIN32 OR ZENFO_SANITIZE)
+  target_precompile_headers(zenfo_operations REUSE_FROM zenfo_engine)
+endif()
+
 # The library that hosts load: the engine behind its exported operations.
 set(exports_table ${PROJECT_SOURCE_DIR}/src/frame/exports.inc)
 set(exports_def ${PROJECT_BINARY_DIR}/ZenfoFR130.def)
@@ -41,8 +51,8 @@ add_custom_command(
   VERBATIM)
 add_custom_target(zenfo_export_lists DEPENDS ${exports_def} ${exports_map})
 
-add_library(zenfofr130 SHARED ${PROJECT_SOURCE_DIR}/src/frame/exports.cpp)
-target_link_libraries(zenfofr130 PRIVATE zenfo_engine)
+add_library(zenfofr130 SHARED)
+target_link_libraries(zenfofr130 PRIVATE zenfo_operations)
 target_include_directories(zenfofr130 INTERFACE ${PROJECT_SOURCE_DIR}/include)
 add_dependencies(zenfofr130 zenfo_export_lists)
 if(WIN32)

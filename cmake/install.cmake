@@ -36,7 +36,8 @@ install(CODE "
 list(REMOVE_ITEM targets zenfo_described)
 install(TARGETS ${targets})
 install(FILES ${PROJECT_SOURCE_DIR}/include/zenfofr130.h TYPE INCLUDE)
-install(FILES ${PROJECT_SOURCE_DIR}/README.md TYPE DOC)
+install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+        TYPE DOC)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples
         TYPE DOC)
 if(TARGET zenfo_described)

@@ -77,8 +77,8 @@ static int32_t list_files(const char* folder) {
   const unsigned char no_facts[ZENFO_OPTION_COUNT] = {0};
   char specification[1024];
   snprintf(specification, sizeof specification, "1%s" SEPARATOR "*", folder);
-  zenfo.FindFiles(ZENFO_LIST_FILES, specification, no_facts, "");
-  return zenfo.SetState(ZENFO_LIST_FILES, -1, 1);
+  zenfo.FindFiles(ZENFO_LIST_RUN_FILES, specification, no_facts, "");
+  return zenfo.SetState(ZENFO_LIST_RUN_FILES, -1, 1);
 }
 
 static int32_t search(const char* text, int32_t ask) {

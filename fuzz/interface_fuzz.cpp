@@ -311,8 +311,8 @@ void prepare(uint8_t bits) {
                                                            1, 1, 1, 1, 1};
   if ((bits & 1) == 0) Initialize();
   if ((bits & 2) == 0) {
-    FindFiles(ZENFO_LIST_FILES, "1*", kAllFacts, "");
-    SetState(ZENFO_LIST_FILES, -1, 1);
+    FindFiles(ZENFO_LIST_RUN_FILES, "1*", kAllFacts, "");
+    SetState(ZENFO_LIST_RUN_FILES, -1, 1);
   }
   if ((bits & 4) == 0) SetUndoFile("store/undo.txt");
   if ((bits & 8) == 0) SetPattern("", "a", "", 0, 0, 0, 0, 0, 0);

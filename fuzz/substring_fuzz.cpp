@@ -9,6 +9,7 @@
 
 #include "fuzz/input.h"
 #include "model/naive_substring.h"
+#include "text/simd.h"
 #include "text/substring.h"
 
 namespace zenfo::fuzz {
@@ -100,7 +101,6 @@ void run(Input input) {
   const bool exact = bit(flags, 0);
   // One place, or more than the 64 that a kernel fills at a time.
   const size_t capacity = bit(flags, 2) ? 1 : 65 + flags / 8;
-  compare_kernels(kReferenceKernels, text, needle_bytes, exact, capacity);
   compare_kernels(kSse2Kernels, text, needle_bytes, exact, capacity);
   if (processor_has_avx2()) {
     compare_kernels(kAvx2Kernels, text, needle_bytes, exact, capacity);

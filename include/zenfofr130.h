@@ -24,6 +24,12 @@
 
 #include <stdint.h>
 
+/* The version of the library that this header belongs to; the build reads it
+ * here. A host that needs an operation of a later version can ask with
+ * #if ZENFO_VERSION_NUMBER >= 10400. */
+#define ZENFO_VERSION "1.3.0"
+#define ZENFO_VERSION_NUMBER 10300 /* major * 10000 + minor * 100 + patch */
+
 #ifdef _WIN32
 #include <wchar.h>
 #define ZENFO_CALL __stdcall
@@ -45,17 +51,20 @@ extern "C" {
 
 /* Lists, by number. */
 enum {
-  ZENFO_LIST_FILES_1 = 0,         /* first file list */
-  ZENFO_LIST_FILES = 1,           /* second file list: runs work through it */
-  ZENFO_LIST_PAIRS = 2,           /* find and replace strings */
-  ZENFO_LIST_UNDO = 3,            /* safe copies of the last run */
-  ZENFO_LIST_RESULT = 4,          /* files with matches */
-  ZENFO_LIST_MATCHES = 5,         /* matches of the find pattern */
-  ZENFO_LIST_NO_MATCH = 6,        /* files without matches */
-  ZENFO_LIST_ERROR = 7,           /* files that could not be searched */
-  ZENFO_LIST_VALUES = 8,          /* replace values */
-  ZENFO_LIST_EXCLUDED = 9,        /* matches of the exclusion pattern */
-  ZENFO_LIST_REPLACE_MATCHES = 10 /* matches of the replace pattern */
+  ZENFO_LIST_OTHER_FILES = 0,      /* files for the host's own use */
+  ZENFO_LIST_RUN_FILES = 1,        /* files that runs work through */
+  ZENFO_LIST_PAIRS = 2,            /* find and replace strings */
+  ZENFO_LIST_UNDO = 3,             /* safe copies of the last run */
+  ZENFO_LIST_RESULT = 4,           /* files with matches */
+  ZENFO_LIST_MATCHES = 5,          /* matches of the find pattern */
+  ZENFO_LIST_NO_MATCH = 6,         /* files without matches */
+  ZENFO_LIST_ERROR = 7,            /* files that could not be searched */
+  ZENFO_LIST_VALUES = 8,           /* replace values */
+  ZENFO_LIST_EXCLUDED = 9,         /* matches of the exclusion pattern */
+  ZENFO_LIST_REPLACE_MATCHES = 10, /* matches of the replace pattern */
+  /* Former names; the first list is not the one that runs work through. */
+  ZENFO_LIST_FILES_1 = ZENFO_LIST_OTHER_FILES,
+  ZENFO_LIST_FILES = ZENFO_LIST_RUN_FILES
 };
 
 /* Progress of the running operation; valid during the callback only. */
@@ -310,7 +319,8 @@ ZENFO_API int32_t ZENFO_CALL Refresh(int32_t list, int32_t index,
 /* DeleteItem()
  *
  * Removes one record; the list goes back to the order in which records were
- * added. Answers 1, also behind the list's end; -1 for a missing list.
+ * added. Answers 1, even for an index after the list's end; -1 for a missing
+ * list.
  */
 ZENFO_API int32_t ZENFO_CALL DeleteItem(int32_t list, uint32_t index);
 
@@ -326,8 +336,8 @@ ZENFO_API int32_t ZENFO_CALL RemoveSelection(int32_t list);
 /* ---- Sorting ---------------------------------------------------------------
  *
  * A sort lasts until a record is added or removed. Case is ignored; records
- * that lack what is compared come first. Equal records stand in no particular
- * order. Any descending but 0 turns the order round.
+ * that lack what is compared come first. Equal records are in no particular
+ * order. Any value of descending except 0 reverses the order.
  * Sorts answer 1; -1 for fewer than two records, for a missing list, or for an
  * option above the last (logged). Progress: "Now sorting entries".
  */
@@ -338,8 +348,8 @@ ZENFO_API int32_t ZENFO_CALL RemoveSelection(int32_t list);
  * name, 3 folder, 4 type, 5 creation, 6 last access, 7 last write, 8 size, 9
  * attributes, 10 path (first text), 11 file name, then size, last write and
  * attributes, 12 state, 13 first text, 14 second text (folder, replace
- * string), 15 state, 16 first text. Times that lie 2^31 steps of 100 ns apart
- * compare the wrong way round.
+ * string), 15 state, 16 first text. Times that are 2^31 steps of 100 ns apart
+ * compare the wrong way.
  */
 ZENFO_API int32_t ZENFO_CALL Sort(int32_t list, uint32_t option,
                                   int32_t descending);
@@ -362,7 +372,7 @@ ZENFO_API int32_t ZENFO_CALL sort_replace_list(uint32_t option,
 /* SelectDuplicates()
  *
  * Deselects all records, sorts the list by an option (0 to 11 of Sort()) and
- * selects, of those that are equal, all but one.
+ * selects all but one of each group of equal records.
  * Answers the records selected; -1 for fewer than two, for a missing list or
  * an option above 11 (logged). Progress: "Now deselecting all entries", "Now
  * selecting duplicates".
@@ -397,13 +407,28 @@ ZENFO_API int32_t ZENFO_CALL CompareLists(uint32_t option, int32_t keep);
  *   select          not 0: deselects all records, then selects those found
  * Answers the number found (so far, when the host stopped it), or with
  * first_only a position; -1 when that finds none, for a missing list, an empty
- * text or a start behind the list's end.
+ * text or a start after the list's end.
  */
 ZENFO_API int32_t ZENFO_CALL FindInList(int32_t list, uint32_t field,
                                         const char* text, uint32_t whole_word,
                                         uint32_t case_sensitive, uint32_t start,
                                         int32_t position, uint32_t first_only,
                                         int32_t select);
+
+/* FindInFiles()
+ *
+ * Selects every file of a list that holds a text. Each file is searched up to
+ * its first NUL byte.
+ *   clear_selection  non-zero deselects all records first
+ *   whole_word       non-zero: no letter or digit may touch the occurrence
+ *   case_sensitive   zero ignores case
+ * Answers the number of files that hold it; -1 for a missing list or an empty
+ * text. Files that cannot be loaded are skipped. The host cannot stop it.
+ */
+ZENFO_API int32_t ZENFO_CALL FindInFiles(int32_t list, const char* text,
+                                         int32_t clear_selection,
+                                         int32_t whole_word,
+                                         int32_t case_sensitive);
 
 /* SaveSelection()
  *
@@ -421,27 +446,6 @@ ZENFO_API int32_t ZENFO_CALL SaveSelection(int32_t list, const char* file,
 /* Does nothing; answers 0. */
 ZENFO_API int32_t ZENFO_CALL CopyToClipboard(void);
 
-/* ---- Records of other lists ----------------------------------------------
- *
- * Text accessors as above, for fixed lists.
- */
-
-/* List 2. */
-ZENFO_API int32_t ZENFO_CALL GetFindString(uint32_t index, char* buffer,
-                                           uint32_t size);
-ZENFO_API int32_t ZENFO_CALL GetReplaceString(uint32_t index, char* buffer,
-                                              uint32_t size);
-/* List 8. */
-ZENFO_API int32_t ZENFO_CALL get_replace_value(uint32_t index, char* buffer,
-                                               uint32_t size);
-/* List 3: the file changed, its safe copy, when the copy was made. */
-ZENFO_API int32_t ZENFO_CALL GetOrigFile(uint32_t index, char* buffer,
-                                         uint32_t size);
-ZENFO_API int32_t ZENFO_CALL GetSafeFile(uint32_t index, char* buffer,
-                                         uint32_t size);
-ZENFO_API int32_t ZENFO_CALL GetSafeTime(uint32_t index, char* buffer,
-                                         uint32_t size);
-
 /* ---- String pairs and replace values ---------------------------------------
  *
  * List 2 holds find and replace strings, list 8 the values that replacements by
@@ -449,6 +453,15 @@ ZENFO_API int32_t ZENFO_CALL GetSafeTime(uint32_t index, char* buffer,
  * -1 and which files show as "(null)". Files hold one record a line, ended by
  * CR LF, without escapes. Refusals are not logged.
  */
+
+/* Text accessors, as those of one entry: the strings of a pair of list 2, a
+ * value of list 8. */
+ZENFO_API int32_t ZENFO_CALL GetFindString(uint32_t index, char* buffer,
+                                           uint32_t size);
+ZENFO_API int32_t ZENFO_CALL GetReplaceString(uint32_t index, char* buffer,
+                                              uint32_t size);
+ZENFO_API int32_t ZENFO_CALL get_replace_value(uint32_t index, char* buffer,
+                                               uint32_t size);
 
 /* AddStringPair()
  *
@@ -503,12 +516,12 @@ ZENFO_API int32_t ZENFO_CALL save_replace_list(const char* file);
 /* ---- Patterns --------------------------------------------------------------
  *
  * A pattern is up to three texts: a start marker, the main text, an end marker.
- * Only what the main text matches is a match; the markers must stand directly
+ * Only what the main text matches is a match; the markers must be directly
  * around it. Each text is a literal or, with its is-pattern flag, written in
  * the pattern language; its convert flag turns caret names ("^M") into control
- * characters and, in a literal, removes escapes.
- * All answer 1; 0 when nothing is left to search for; -1 for an empty main text
- * (which clears the pattern all the same) or before Initialize().
+ * characters and, in a literal, removes escapes. All answer 1; 0 when nothing
+ * is left to search for; -1 for an empty main text (which clears the pattern
+ * all the same) or before Initialize().
  */
 
 /* SetPattern(), SetExclusionPattern(), set_replace_pattern()
@@ -533,8 +546,8 @@ ZENFO_API int32_t ZENFO_CALL set_replace_pattern(
 /* SetPatternTag()
  *
  * Compiles the pattern to find as: first text, any run of bytes, second text.
- *   count_start  zero: the match begins with the first text; else behind it.
- *                The second text belongs to the match.
+ *   count_start  zero: the match begins with the first text; else after it. The
+ *                second text belongs to the match.
  * Both texts must be given, else -1.
  */
 ZENFO_API int32_t ZENFO_CALL SetPatternTag(const char* first,
@@ -558,22 +571,22 @@ ZENFO_API int32_t ZENFO_CALL set_operators(const char* file);
  *   case_flag     zero ignores case
  *   whole_words   non-zero: no letter or digit may touch a match
  *   binary_check  non-zero rejects files with a control byte other than TAB, LF
- *                 and CR behind their first byte
+ *                 and CR after their first byte
  *   report        path of a report of all selected matches; null or empty for
- *                 none. One that cannot be created is done without.
+ *                 none. If it cannot be created, the run continues without it.
  *   ask_user      non-zero asks the option question for every file with matches
  *                 (its number: 1 while a report is written, else 0). Inside the
  *                 question lists 5 and 9 hold the file's matches, which can be
  *                 deselected, and the display shows them.
- *   display       non-zero: matches are sought inside the areas of the
+ *   display       non-zero: matches are searched for inside the areas of the
  *                 exclusion pattern instead of outside
  *   summary       _f: path of the result summary, "path, found 3" a line
  * With _f list file, summary and report are three files, and the list file is
  * not the error file, under whatever names: else -1 with nothing opened.
  *
  * Files go to list 4 (with selected matches, their number as flag), 6 (without)
- * or 7 (could not be loaded, or rejected: the error file tells why); the _f
- * runs write a summary line instead.
+ * or 7 (could not be loaded, or rejected: the error file says why); the _f runs
+ * write a summary line instead.
  *
  * Answer the number of selected matches, after the user's stop too; 0 when the
  * host interrupts at the start of a file; -1 for an empty list file or summary
@@ -628,13 +641,13 @@ ZENFO_API int32_t ZENFO_CALL FindExcludedArea(int32_t case_flag,
 /* ---- Replacing ------------------------------------------------------------
  *
  * Runs like those above that rewrite every file with selected matches. The text
- * of a file is written up to its first NUL byte: what stands behind is lost.
+ * of a file is written up to its first NUL byte: what follows is lost.
  * Arguments besides those of a search:
  *   safe_store    non-zero: a safe copy of each file is made before it is
  *                 rewritten (see SetUndoFile()); a file whose copy fails is
  *                 skipped, logged and put into list 7. Every run empties the
  *                 safe store, whatever this says.
- *   edit_mode     1 inserts before the match, 2 behind it, others replace it
+ *   edit_mode     1 inserts before the match, 2 after it, others replace it
  *   expand        non-zero: caret names in the replacement become control
  *                 characters
  *
@@ -679,8 +692,8 @@ ReplaceBlock_f(const char* text, int32_t case_flag, int32_t whole_words,
 
 /* ReplaceBlockNbr(), ReplaceBlockNbr_f()
  *
- * The same with a running number put in wherever the placeholder stands in the
- * text. Ignored with use_list or use_pattern.
+ * The same with a running number in place of every placeholder in the text.
+ * Ignored with use_list or use_pattern.
  *   first, step  the numbers: first, first + step, ...; deselected matches use
  *                up none
  *   run_on       zero: every file begins with the first number again
@@ -703,7 +716,8 @@ ReplaceBlockNbr_f(const char* text, int32_t case_flag, int32_t whole_words,
 /* ReplaceString(), ReplaceString_f()
  *
  * Replace the find string of every selected pair of list 2 by its replace
- * string, one pair after the other, each over what the one before has left.
+ * string, one pair after the other, each in the text that the one before has
+ * left.
  *   convert  also expands the replace strings
  */
 ZENFO_API int32_t ZENFO_CALL ReplaceString(int32_t case_flag,
@@ -754,20 +768,20 @@ change_case_f(int32_t case_flag, int32_t whole_words, int32_t binary_check,
 
 /* ---- Undo -----------------------------------------------------------------
  *
- * Safe copies stand in the folder of the undo list file. Every replace or case
+ * Safe copies are in the folder of the undo list file. Every replace or case
  * run deletes all files in that folder (but not in its subfolders): give it a
  * folder of its own. Only the last run can be undone.
  *
- * How careful runs that change files, and Undo(), are beyond what stands here a
- * host chooses by the environment variable ZENFO_SAFETY (set with
- * SetEnvironmentVariable or setenv). It holds words, separated by commas, and
- * is read at the start of every run and of Undo(); without it none is in force.
+ * A host can make runs that change files, and Undo(), more careful by the
+ * environment variable ZENFO_SAFETY (set with SetEnvironmentVariable or
+ * setenv). It holds words, separated by commas, and is read at the start of
+ * every run and of Undo().
  *   sync     For a loss of power. Safe copies and their lines are flushed to
  *            the disk before the first of their files is rewritten; copies are
- *            made ahead for a batch of files, so that one flush serves them
- *            all. During a run the undo list file may name files that are not
- *            rewritten yet. A run, and Undo(), return when what they wrote is
- *            flushed, and Undo() deletes safe copies only then.
+ *            made in advance for a batch of files, so that one flush serves
+ *            them all. During a run the undo list file may name files that are
+ *            not rewritten yet. A run, and Undo(), return when what they wrote
+ *            is flushed, and Undo() deletes safe copies only then.
  *   beside   For runs without safe copies. A file is written beside the old one
  *            and takes its place in one step: a run that breaks off leaves the
  *            old file. Linux only, and not for links, for files with several
@@ -799,7 +813,7 @@ ZENFO_API int32_t ZENFO_CALL GetUndoList(void);
 /* Undo()
  *
  * Copies the safe copy of every selected record of list 3 back over its
- * original, whatever has been done to it since, and removes copy and record.
+ * original, whatever has changed in it since, and removes copy and record.
  * Files that cannot be restored stay in the list and are written to the undo
  * error file (the undo list file's path with ".error").
  * Answers the number of records left, without the lines that GetUndoList() did
@@ -813,10 +827,19 @@ ZENFO_API int32_t ZENFO_CALL Undo(void);
 /* ClearUndoList(): empties list 3; files stay. */
 ZENFO_API int32_t ZENFO_CALL ClearUndoList(void);
 
+/* Text accessors, as those of one entry, for list 3: the file changed, its safe
+ * copy, when the copy was made. */
+ZENFO_API int32_t ZENFO_CALL GetOrigFile(uint32_t index, char* buffer,
+                                         uint32_t size);
+ZENFO_API int32_t ZENFO_CALL GetSafeFile(uint32_t index, char* buffer,
+                                         uint32_t size);
+ZENFO_API int32_t ZENFO_CALL GetSafeTime(uint32_t index, char* buffer,
+                                         uint32_t size);
+
 /* ---- Matches ---------------------------------------------------------------
  *
- * Lists 5, 9 and 10 hold matches of the file in hand, so they can be read from
- * inside the option question only. -1 (not logged) for a missing list, record
+ * Lists 5, 9 and 10 hold matches of the current file, so they can be read only
+ * from inside the option question. -1 (not logged) for a missing list, record
  * or buffer.
  */
 
@@ -833,7 +856,7 @@ ZENFO_API int32_t ZENFO_CALL GetMatchLength(int32_t list, uint32_t index,
  * Copies the bytes of one match into a host buffer, cut to fit.
  *   buffer  at least size + 5 bytes; ends in NUL
  *   size    bytes for the text, the mark " ..." not counted
- * Answers 1. A size of length to length + 4 also copies the bytes behind the
+ * Answers 1. A size of length to length + 4 also copies the bytes after the
  * match; one below length (not 0) cuts and adds the mark.
  * Example: "abcdefghij", size 8 -> "abcdefgh ..." (13 bytes with NUL).
  */
@@ -851,21 +874,6 @@ ZENFO_API int32_t ZENFO_CALL GetMatchReplace(int32_t list, uint32_t index,
 /* The match's own flag: 1, or 0 when it got no replacement value. */
 ZENFO_API int32_t ZENFO_CALL get_match_flag(int32_t list, uint32_t index);
 
-/* FindInFiles()
- *
- * Selects every file of a list that holds a text. Each file is searched up to
- * its first NUL byte.
- *   clear_selection  non-zero deselects all records first
- *   whole_word       non-zero: no letter or digit may touch the occurrence
- *   case_sensitive   zero ignores case
- * Answers the number of files that hold it; -1 for a missing list or an empty
- * text. Files that cannot be loaded are passed over. The host cannot stop it.
- */
-ZENFO_API int32_t ZENFO_CALL FindInFiles(int32_t list, const char* text,
-                                         int32_t clear_selection,
-                                         int32_t whole_word,
-                                         int32_t case_sensitive);
-
 /* ---- Counts -----------------------------------------------------------------
  */
 
@@ -881,8 +889,8 @@ ZENFO_API int32_t ZENFO_CALL get_word_count(const char* file,
 /* save_occurrences()
  *
  * Writes the text of every selected match of list 5 (each up to its first NUL
- * byte) and a separator behind each. Of use inside the option question, as
- * list 5 is empty after a run.
+ * byte) and a separator after each. Useful only inside the option question,
+ * because list 5 is empty after a run.
  * Answers the number written; -1 for an empty argument, a file that cannot be
  * written, or when the host stops.
  */
@@ -891,9 +899,9 @@ ZENFO_API int32_t ZENFO_CALL save_occurrences(const char* file,
 
 /* ---- Display ----------------------------------------------------------- */
 
-/* The text of the file in hand, laid out as lines and painted into a window of
+/* The text of the current file, laid out as lines and painted into a window of
  * the host. A run fills the display before each option question and empties it
- * after the answer: outside the question there is nothing to see.
+ * after the answer: outside the question the display is empty.
  *
  * Lines, columns and groups count from 0. A group is one match, or one area of
  * the exclusion pattern, in text order; it can lie on several lines. All
@@ -904,9 +912,9 @@ ZENFO_API int32_t ZENFO_CALL save_occurrences(const char* file,
  *
  * Lays the display out again: as a hex dump when SetBytesPerLine() was given a
  * number, else as lines between separators.
- *   separator  what ends a line, kept from now on; null or "" keeps the one in
- *              force. At first it is LF CR, in this order, which splits only
- *              at empty lines: give "\r\n" for lines as editors show them.
+ *   separator  what ends a line, kept from now on; null or "" keeps the present
+ *              one. At first it is LF CR, in this order, which splits only at
+ *              empty lines: give "\r\n" for lines as editors show them.
  *   mode       0 marks the areas of the exclusion pattern, other values what
  *              lies outside them and only the matches inside; of no effect in
  *              a run without areas
@@ -957,8 +965,8 @@ ZENFO_API int32_t ZENFO_CALL SetDisplayWindow(void* window);
 
 /* GetDisplayScrollPos(), GetDisplayScrollTrackPos()
  *
- * Read the window's scroll bars: where they stand, and where they are while
- * the user drags one. Null skips a value.
+ * Read the window's scroll bars: their positions, and their positions while the
+ * user drags one. Null skips a value.
  * Answer 1; -1 without a window or when it has no such bar.
  */
 ZENFO_API int32_t ZENFO_CALL GetDisplayScrollPos(int32_t* vertical,

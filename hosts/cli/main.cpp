@@ -7,11 +7,12 @@
 #include <string_view>
 #include <vector>
 
-#include "commands.h"
-#include "messages.h"
-#include "output.h"
-#include "paths.h"
-#include "system.h"
+#include "cli/commands/commands.h"
+#include "cli/system/terminal.h"
+#include "cli/terminal/messages.h"
+#include "cli/terminal/output.h"
+#include "shared/system/paths.h"
+#include "shared/system/stop.h"
 
 #ifdef _WIN32
 // Patterns come as they were typed: the start-up code must not expand them.
@@ -19,7 +20,7 @@ extern "C" int _dowildcard;
 int _dowildcard = 0;
 #endif
 
-namespace zenfo::cli {
+namespace zenfo::host::cli {
 namespace {
 
 struct Command {
@@ -31,13 +32,14 @@ struct Command {
 int run_help(const Arguments& arguments);
 
 constexpr Command kCommands[] = {
-    {"case", "turn a text in files to capital or small letters", run_case},
-    {"compare", "what two lists of files have in common", run_compare},
-    {"count", "count bytes, words and lines of files", run_count},
-    {"dups", "list files that are the same by their facts", run_dups},
-    {"files", "list files and what is known about them", run_files},
-    {"find", "show the lines of files that hold a text", run_find},
-    {"replace", "replace a text in files", run_replace},
+    {"case", "change the case of text in files", run_case},
+    {"compare", "compare two lists of files", run_compare},
+    {"count", "count the bytes, words and lines of files", run_count},
+    {"dups", "list files that have the same name, size or other facts",
+     run_dups},
+    {"files", "list files and their facts", run_files},
+    {"find", "show the lines of files that contain a text", run_find},
+    {"replace", "replace text in files", run_replace},
     {"undo", "bring back the files that a run changed", run_undo},
     {"help", "explain a command: zenfo help COMMAND", run_help},
 };
@@ -53,17 +55,16 @@ constexpr std::string_view kHelp =
 constexpr std::string_view kHelpEnd =
     "\n"
     "Examples:\n"
-    "  zenfo find -r colour            lines that hold it, from here down\n"
+    "  zenfo find -r colour            lines with it, in and below this "
+    "folder\n"
     "  zenfo files -r src --total      all files below src, and their size\n"
     "\n"
-    "The exit status is 0 for success, 1 when a search found nothing or what "
-    "is\n"
-    "compared differs, 2 after an error, 130 when the command was stopped, "
-    "and\n"
-    "141 when its output was not read to the end.\n"
+    "The exit status is 0 for success, 1 when a search found nothing or a\n"
+    "comparison found differences, 2 after an error, 130 when the command was\n"
+    "stopped, and 141 when its output was not read to the end.\n"
     "\n"
-    "On a terminal, control characters in names and text are shown as digits,\n"
-    "as \\x1b. Into pipes and files all bytes go as they are.\n";
+    "On a terminal, control characters in names and text are shown as codes\n"
+    "such as \\x1b. Pipes and files receive all bytes unchanged.\n";
 
 const Command& find_command(std::string_view name) {
   for (const Command& command : kCommands) {
@@ -137,7 +138,7 @@ int run_and_explain(int count, NativeChar** arguments) {
 }
 
 }  // namespace
-}  // namespace zenfo::cli
+}  // namespace zenfo::host::cli
 
 // Wide on Windows: narrow arguments may have lost characters before they get
 // here.
@@ -146,10 +147,10 @@ int wmain(int count, wchar_t** arguments) {
 #else
 int main(int count, char** arguments) {
 #endif
-  using namespace zenfo::cli;
-  system::prepare_streams();
-  system::watch_for_stop();
+  using namespace zenfo::host::cli;
+  terminal::prepare_streams();
+  terminal::watch_for_stop();
   const int status = run_and_explain(count, arguments);
-  if (system::reader_is_gone()) system::leave_without_reader();
+  if (terminal::reader_is_gone()) terminal::leave_without_reader();
   return status <= kNothingFound && complained() ? kError : status;
 }

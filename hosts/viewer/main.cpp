@@ -9,9 +9,9 @@
 #include <cstdio>
 #include <string>
 
-#include "command_line.h"
-#include "screenshot.h"
-#include "window.h"
+#include "viewer/command_line.h"
+#include "viewer/screenshot.h"
+#include "viewer/window.h"
 #include "zenfofr130.h"
 
 namespace zenfo::viewer {
@@ -39,7 +39,7 @@ Status complain(const std::wstring& message, Status why = kError) {
 
 Status show() {
   Window window(wanted->file, wanted->hex);
-  if (!window.open()) return complain(L"there can be no window");
+  if (!window.open()) return complain(L"the window cannot be opened");
   if (wanted->shot.empty()) {
     window.run();
   } else if (!save_screenshot(window.handle(), wanted->shot)) {
@@ -72,8 +72,8 @@ bool list_file(const std::wstring& file) {
   // These part the paths of a specification.
   if (!path || path->find_first_of(";|") != std::string::npos) return false;
   const unsigned char no_facts[ZENFO_OPTION_COUNT] = {};
-  FindFiles(ZENFO_LIST_FILES, ('0' + *path).c_str(), no_facts, "");
-  return SetState(ZENFO_LIST_FILES, -1, 1) == 1;
+  FindFiles(ZENFO_LIST_RUN_FILES, ('0' + *path).c_str(), no_facts, "");
+  return SetState(ZENFO_LIST_RUN_FILES, -1, 1) == 1;
 }
 
 bool set_pattern(const CommandLine& line) {

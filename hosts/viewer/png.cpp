@@ -1,4 +1,4 @@
-#include "png.h"
+#include "viewer/png.h"
 
 namespace zenfo::viewer {
 namespace {

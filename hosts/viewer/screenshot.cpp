@@ -1,8 +1,8 @@
-#include "screenshot.h"
+#include "viewer/screenshot.h"
 
 #include <cstdint>
 
-#include "png.h"
+#include "viewer/png.h"
 
 namespace zenfo::viewer {
 namespace {

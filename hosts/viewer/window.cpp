@@ -1,4 +1,4 @@
-#include "window.h"
+#include "viewer/window.h"
 
 #include <windowsx.h>
 

@@ -34,36 +34,36 @@ ItemList::Node* ItemList::node_at(uint32_t position) {
     if (position == cursor_position_ + 1) return cursor_->next;
     if (position + 1 == cursor_position_) return cursor_->previous;
   }
-  if (BuildIndex() == 1) return index_[position];
+  if (build_index() == 1) return index_[position];
   Node* node = head_;
   while (position-- > 0) node = node->next;
   return node;
 }
 
-Record* ItemList::Get(uint32_t position) {
+Record* ItemList::get(uint32_t position) {
   if (position >= count_) return nullptr;
   set_cursor(node_at(position), position);
   return cursor_->record.get();
 }
 
-Record* ItemList::First() {
+Record* ItemList::first() {
   // With a sorted index, link order and positions differ.
   set_cursor(head_, index_ == nullptr ? 0 : kUnknown);
-  return Current();
+  return current();
 }
 
-Record* ItemList::Next() {
-  if (cursor_ == nullptr) return First();
+Record* ItemList::next() {
+  if (cursor_ == nullptr) return first();
   bool known = index_ == nullptr && cursor_position_ != kUnknown;
   set_cursor(cursor_->next, known ? cursor_position_ + 1 : kUnknown);
-  return Current();
+  return current();
 }
 
-Record* ItemList::Current() const {
+Record* ItemList::current() const {
   return cursor_ != nullptr ? cursor_->record.get() : nullptr;
 }
 
-ItemList::Place ItemList::CursorPlace() const {
+ItemList::Place ItemList::cursor_place() const {
   Place place;
   place.node = cursor_;
   // A position in link order, which is what the cursor has without an index.
@@ -71,14 +71,14 @@ ItemList::Place ItemList::CursorPlace() const {
   return place;
 }
 
-void ItemList::SetCursor(Place place) {
+void ItemList::set_cursor(Place place) {
   set_cursor(place.node, index_ == nullptr ? place.position : kUnknown);
 }
 
-int32_t ItemList::Append(std::unique_ptr<Record> record) {
+int32_t ItemList::append(std::unique_ptr<Record> record) {
   auto* node = new Node;
   node->record = std::move(record);
-  DropIndex();
+  drop_index();
   node->previous = tail_;
   (tail_ != nullptr ? tail_->next : head_) = node;
   tail_ = node;
@@ -91,28 +91,28 @@ int32_t ItemList::remove(Node* node) {
   Node* following = node->next;
   (node->previous != nullptr ? node->previous->next : head_) = following;
   (following != nullptr ? following->previous : tail_) = node->previous;
-  DropIndex();
+  drop_index();
   --count_;
   set_cursor(following, kUnknown);
   delete node;
   return 1;
 }
 
-int32_t ItemList::RemoveCurrent() {
+int32_t ItemList::remove_current() {
   return cursor_ != nullptr ? remove(cursor_) : 0;
 }
 
-int32_t ItemList::RemoveAt(uint32_t position) {
+int32_t ItemList::remove_at(uint32_t position) {
   if (position >= count_) return 0;
   bool sorted = index_ != nullptr;
   int32_t result = remove(node_at(position));
-  // In link order the following record has moved up to this position.
+  // In link order the next record has moved to this position.
   if (!sorted) set_cursor(cursor_, position);
   return result;
 }
 
-int32_t ItemList::Clear() {
-  DropIndex();
+int32_t ItemList::clear() {
+  drop_index();
   // Detached first: a record's destructor sees an empty list.
   Node* node = head_;
   count_ = 0;
@@ -126,8 +126,8 @@ int32_t ItemList::Clear() {
   return 1;
 }
 
-int32_t ItemList::BuildIndex() {
-  DropIndex();
+int32_t ItemList::build_index() {
+  drop_index();
   if (count_ == 0) return 0;
   std::unique_ptr<Node*[]> index(new (std::nothrow) Node*[count_]);
   if (index == nullptr) return 0;
@@ -141,7 +141,7 @@ int32_t ItemList::BuildIndex() {
   return 1;
 }
 
-void ItemList::DropIndex() {
+void ItemList::drop_index() {
   if (index_ == nullptr) return;
   index_.reset();
   cursor_position_ = kUnknown;
@@ -149,7 +149,7 @@ void ItemList::DropIndex() {
 
 int32_t ItemList::sort_with(Node** index, uint32_t count, int32_t direction,
                             Comparator comparator) {
-  // Unsigned, as the smallest answer has no opposite.
+  // Unsigned, because negating INT32_MIN overflows.
   const auto sign = static_cast<uint32_t>(direction);
   list_sort(index, count, [=](const Node* a, const Node* b) {
     auto answer =
@@ -159,18 +159,18 @@ int32_t ItemList::sort_with(Node** index, uint32_t count, int32_t direction,
   return 1;
 }
 
-int32_t ItemList::Sort(int32_t descending, Comparator comparator) {
+int32_t ItemList::sort(int32_t descending, Comparator comparator) {
   if (count_ < 2 || comparator == nullptr) return -1;
   comparator_ = comparator;
   direction_ = descending != 0 ? -1 : 1;
   return unlogged(-1, [&]() -> int32_t {
-    if (BuildIndex() != 1) return -1;
+    if (build_index() != 1) return -1;
     cursor_position_ = kUnknown;  // the sort moves its record
     return sort_with(index_.get(), count_, direction_, comparator_);
   });
 }
 
-std::vector<const Record*> ItemList::Records() const {
+std::vector<const Record*> ItemList::records() const {
   std::vector<const Record*> records;
   records.reserve(count_);
   for (const Node* node = head_; node != nullptr; node = node->next) {
@@ -179,59 +179,59 @@ std::vector<const Record*> ItemList::Records() const {
   return records;
 }
 
-int32_t ItemList::Arrange(const uint32_t* order) {
+int32_t ItemList::arrange(const uint32_t* order) {
   if (count_ < 2) return -1;
   std::unique_ptr<Node*[]> arranged(new (std::nothrow) Node*[count_]);
-  if (arranged == nullptr || BuildIndex() != 1) return -1;
+  if (arranged == nullptr || build_index() != 1) return -1;
   for (uint32_t i = 0; i < count_; ++i) arranged[i] = index_[order[i]];
   index_ = std::move(arranged);
   cursor_position_ = kUnknown;
   return 1;
 }
 
-int32_t ItemList::SelectDuplicates(Comparator comparator, RecordAction mark) {
+int32_t ItemList::select_duplicates(Comparator comparator, RecordAction mark) {
   if (comparator == nullptr || mark == nullptr) return -1;
-  if (Sort(0, comparator) != 1) return -1;
-  return MarkRepeats(
+  if (sort(0, comparator) != 1) return -1;
+  return mark_repeats(
       [&](uint32_t reference, uint32_t i) {
-        return comparator(Get(reference), Get(i)) == 0;
+        return comparator(get(reference), get(i)) == 0;
       },
       mark);
 }
 
-int32_t ItemList::MarkRepeats(const SamePosition& same, RecordAction mark) {
+int32_t ItemList::mark_repeats(const SamePosition& same, RecordAction mark) {
   return unlogged(-1, [&]() -> int32_t {
     int32_t marked = 0;
     uint32_t reference = 0;
     for (uint32_t i = 1; i < count_; ++i) {
       if (same(reference, i)) {
-        mark(*Get(i));
+        mark(*get(i));
         ++marked;
       } else {
         reference = i;
       }
-      PollInterrupt();
-      ReportPosition(i);
+      poll_interrupt();
+      report_position(i);
     }
     return marked;
   });
 }
 
-int32_t ItemList::CountState(int32_t state) {
+int32_t ItemList::count_state(int32_t state) {
   if (state == -1) return static_cast<int32_t>(count_);
   if (state < -1) return -1;
   return unlogged(-1, [&]() -> int32_t {
     int32_t found = 0;
-    ReportPosition(0);
+    report_position(0);
     uint64_t due = next_position(count_);
     for (uint32_t i = 0; i < count_; ++i) {
-      if (Get(i)->state == static_cast<uint32_t>(state)) ++found;
-      if (PollInterrupt() != 0) return found;
+      if (get(i)->state == static_cast<uint32_t>(state)) ++found;
+      if (poll_interrupt() != 0) return found;
       if (i < due) continue;
-      ReportPosition(i);
+      report_position(i);
       due = next_position(count_);
     }
-    ReportPosition(count_);
+    report_position(count_);
     return found;
   });
 }
@@ -254,26 +254,26 @@ bool apply(int32_t action, Record& record) {
 
 }  // namespace
 
-int32_t ItemList::SetState(int32_t index, int32_t action) {
+int32_t ItemList::set_state(int32_t index, int32_t action) {
   const bool all = index == -1;
   const auto first = all ? 0 : static_cast<uint32_t>(index);
   const uint32_t end = all ? count_ : first + 1;
   return unlogged(-1, [&]() -> int32_t {
     int32_t touched = 0;
     for (uint32_t i = first; i < end; ++i) {
-      Record* record = Get(i);
+      Record* record = get(i);
       if (record == nullptr) return -1;
       if (!apply(action, *record)) return 0;
       ++touched;
-      if (PollInterruptEvery(100) != 0) return touched;
-      ReportPosition(i);
+      if (poll_interrupt_every(100) != 0) return touched;
+      report_position(i);
     }
-    ReportPosition(count_);
+    report_position(count_);
     return touched;
   });
 }
 
-bool ItemList::Check() const {
+bool ItemList::check() const {
   uint32_t nodes = 0;
   bool cursor_found = cursor_ == nullptr;
   const Node* previous = nullptr;
@@ -286,7 +286,7 @@ bool ItemList::Check() const {
          index_agrees() && cursor_position_agrees();
 }
 
-// Every node stands in the index once.
+// Every node is in the index once.
 bool ItemList::index_agrees() const {
   if (index_ == nullptr) return true;
   std::vector<const Node*> indexed(index_.get(), index_.get() + count_);
@@ -299,7 +299,7 @@ bool ItemList::index_agrees() const {
   return indexed == linked;
 }
 
-// A known position of the cursor is the one where Get finds its node.
+// A known position of the cursor is the one where get() finds its node.
 bool ItemList::cursor_position_agrees() const {
   if (cursor_position_ == kUnknown) return true;
   if (cursor_position_ >= count_) return false;

@@ -2,8 +2,8 @@
 // five alone, then one insertion sort over all.
 //
 // The steps are fixed, since equal items end up where the steps leave them.
-// Two things keep hostile input from hurting without changing the result on
-// any other: the smaller part is sorted by recursion and the larger by the
+// Two things limit the cost of hostile input without changing the result for
+// other input: the smaller part is sorted by recursion and the larger by the
 // loop (the parts are disjoint, so their order does not matter), and a range
 // reached after 2 log2(n) + 16 levels is merge sorted.
 //
@@ -99,7 +99,7 @@ class ListSort {
     if (compare_(items_[a], items_[b]) > 0) std::swap(items_[a], items_[b]);
   }
 
-  // Our own, as the library's may rely on a true order.
+  // Not the standard library's, which may rely on a true order.
   void merge_sort(ptrdiff_t low, ptrdiff_t high) {
     std::vector<T> spare(static_cast<size_t>(high - low + 1), items_[low]);
     const ptrdiff_t end = high + 1;

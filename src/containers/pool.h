@@ -84,7 +84,7 @@ class Pool {
     end_ = next_ + room / kPieceSize * kPieceSize;
   }
 
-  // Nothing is in use: keeps the newest slab and cuts it anew.
+  // Nothing is in use: keeps the newest slab and cuts it again from its start.
   void start_over() noexcept {
     while (slabs_->previous != nullptr) {
       Slab* older = slabs_->previous;

@@ -45,20 +45,20 @@ int32_t single_precision_percent(uint32_t position, uint32_t total) {
   return static_cast<int32_t>(product);
 }
 
-int32_t ProgressHooks::PollInterrupt() {
+int32_t ProgressHooks::poll_interrupt() {
   if (interrupt_hook_ == nullptr) return 0;
   set_default(interrupt_period_);
   if (!due(counters.poll_interrupt, interrupt_period_)) return 0;
   return interrupt_hook_(&interrupt_argument_);
 }
 
-int32_t ProgressHooks::PollInterruptEvery(uint32_t period) {
+int32_t ProgressHooks::poll_interrupt_every(uint32_t period) {
   if (interrupt_hook_ == nullptr) return 0;
   if (!due(counters.poll_interrupt_every, period)) return 0;
   return interrupt_hook_(&interrupt_argument_);
 }
 
-int32_t ProgressHooks::ReportReset() {
+int32_t ProgressHooks::report_reset() {
   if (report_hook_ == nullptr) return 0;
   set_default(report_period_);
   if (!due(counters.report_reset, report_period_)) return 0;
@@ -66,7 +66,7 @@ int32_t ProgressHooks::ReportReset() {
   return report_hook_(&progress_);
 }
 
-int32_t ProgressHooks::ReportPositionOf(uint32_t position, uint32_t total) {
+int32_t ProgressHooks::report_position_of(uint32_t position, uint32_t total) {
   return report_step(position, total, counters.last_position_of_step);
 }
 

@@ -1,8 +1,9 @@
-// Progress and interruption of long walks: how often the host is asked and
-// told, whatever the walk's length.
+// Progress and interruption of long walks: how often the host is asked whether
+// to stop and gets reports, whatever the walk's length.
 //
-// The counters are process-wide by nature, as one operation runs at a time:
-// the first poll of a new walk can come early or late by up to one period.
+// The counters are process-wide by nature, because one operation runs at a
+// time: the first poll of a new walk can come early or late by up to one
+// period.
 //
 // Tested by tests/unit/containers/progress_test.cpp
 #pragma once
@@ -21,30 +22,30 @@ using ReportHook = int32_t (*)(ProgressRecord* record);
 // The hooks of one list (or of another object that walks) and their periods.
 class ProgressHooks {
  public:
-  void SetInterruptHook(InterruptHook hook) { interrupt_hook_ = hook; }
-  void SetReportHook(ReportHook hook) { report_hook_ = hook; }
+  void set_interrupt_hook(InterruptHook hook) { interrupt_hook_ = hook; }
+  void set_report_hook(ReportHook hook) { report_hook_ = hook; }
   InterruptHook interrupt_hook() const { return interrupt_hook_; }
   ReportHook report_hook() const { return report_hook_; }
-  // No hook at all: walks may leave the helpers out.
+  // No hook at all: walks may skip the calls below.
   bool silent() const {
     return interrupt_hook_ == nullptr && report_hook_ == nullptr;
   }
 
   // Asks the hook on every (period + 1)-th poll, counted across all walks of
   // the process; 0 otherwise. The period is the list's own, 100 unless set.
-  int32_t PollInterrupt();
+  int32_t poll_interrupt();
   // The same with the given period and a counter of its own.
-  int32_t PollInterruptEvery(uint32_t period);
-  // Reports a record of zeros, as rarely as PollInterrupt asks.
-  int32_t ReportReset();
+  int32_t poll_interrupt_every(uint32_t period);
+  // Reports a record of zeros, as rarely as poll_interrupt asks.
+  int32_t report_reset();
   // Reports step `position` of `total`, about a hundred times a walk, always
   // at 0 and at the end.
-  int32_t ReportPositionOf(uint32_t position, uint32_t total);
+  int32_t report_position_of(uint32_t position, uint32_t total);
 
  protected:
-  // The same, remembering its last step apart from ReportPositionOf.
+  // The same, remembering its last step apart from report_position_of.
   int32_t report_position(uint32_t position, uint32_t count);
-  // The least position above those reported that it tells of.
+  // The least position above those reported that will be reported.
   static uint64_t next_position(uint32_t count);
 
  private:

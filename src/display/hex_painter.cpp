@@ -8,7 +8,8 @@ namespace zenfo {
 namespace {
 
 constexpr uint32_t kColumnsPerByte = 3;  // two digits and a blank
-// Bytes put into texts at a time: all of a usual line, some of a long one.
+// How many bytes are turned into text at a time: all of a usual line, part of a
+// long one.
 constexpr size_t kBytesAtATime = 2048;
 
 std::string digits(std::string_view bytes) {
@@ -33,7 +34,7 @@ std::string characters(std::string_view bytes) {
   return text;
 }
 
-// Where the character part lies, in pixels right of the client's left edge.
+// Where the character part begins, in pixels from the client's left edge.
 struct CharacterPart {
   int64_t start;
   int64_t end;
@@ -48,8 +49,8 @@ CharacterPart character_part(const DisplayState& state, const Page& page) {
   return {start, start + (bytes + 2) * page.column_width};
 }
 
-// Draws the spans of a line that a part shows from `left` characters on; the
-// part has `per_byte` characters a byte, which `to_text` makes.
+// Draws the spans of a line in one part, starting at character `left`;
+// `to_text` makes the part's `per_byte` characters of each byte.
 void paint_part(DisplayState& state, Page& page, uint32_t line, int32_t x,
                 uint32_t left, uint32_t per_byte,
                 std::string (*to_text)(std::string_view)) {

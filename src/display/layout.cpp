@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view kDefaultSeparator = "\n\r";
 
-// One match or area; end lies behind it.
+// One match or area; `end` is the first offset after it.
 struct Range {
   uint32_t offset;
   uint32_t end;
@@ -37,7 +37,7 @@ class Gathering {
  private:
   // Reads a record, cut at the text's end; false when it is missing.
   bool fetch(ItemList& list, uint32_t index, Range* range) const {
-    const auto* record = record_cast<MatchRecord>(list.Get(index));
+    const auto* record = record_cast<MatchRecord>(list.get(index));
     if (record == nullptr) return false;
     const auto length = static_cast<uint32_t>(state_.text().size());
     range->offset = std::min(record->offset, length);
@@ -46,10 +46,10 @@ class Gathering {
     return true;
   }
 
-  // The next match not yet used; false when its record is missing. `left` says
+  // The next unused match; false when its record is missing. `left` receives
   // whether there was one.
   bool peek_match(Range* match, bool* left) const {
-    *left = next_match_ < state_.matches()->Count();
+    *left = next_match_ < state_.matches()->count();
     return !*left || fetch(*state_.matches(), next_match_, match);
   }
 
@@ -66,8 +66,8 @@ class Gathering {
   // The host may reset or lay out again while it is asked.
   bool stopped() {
     if (state_.silent()) return false;
-    const bool stop = state_.PollInterrupt() != 0;
-    if (!stop) state_.ReportReset();
+    const bool stop = state_.poll_interrupt() != 0;
+    if (!stop) state_.report_reset();
     return stop || state_.stamp() != stamp_;
   }
 
@@ -84,7 +84,7 @@ class Gathering {
   }
 
   bool mark_areas() {
-    const uint32_t count = state_.areas()->Count();
+    const uint32_t count = state_.areas()->count();
     for (uint32_t i = 0; i < count; ++i) {
       Range area;
       if (!fetch(*state_.areas(), i, &area)) return false;
@@ -96,7 +96,7 @@ class Gathering {
 
   // The complement: what lies between the areas, and the matches within them.
   bool mark_between_areas() {
-    const uint32_t count = state_.areas()->Count();
+    const uint32_t count = state_.areas()->count();
     uint32_t cursor = 0;
     for (uint32_t i = 0; i < count; ++i) {
       Range area;
@@ -112,7 +112,7 @@ class Gathering {
     return cursor >= length || add(SpanKind::kArea, {cursor, length});
   }
 
-  // The matches that start in an area; those before it are passed over.
+  // The matches that start in an area; those before it are skipped.
   bool add_matches_within(const Range& area) {
     Range match;
     bool left;
@@ -149,7 +149,7 @@ void make_disjoint(std::vector<Piece>& pieces) {
   pieces.resize(kept);
 }
 
-// Both disjoint and sorted: all matches, and what they leave of the areas.
+// Both disjoint and sorted: all matches, and the rest of the areas.
 std::vector<Piece> matches_over_areas(const std::vector<Piece>& matches,
                                       const std::vector<Piece>& areas) {
   std::vector<Piece> merged;
@@ -205,7 +205,8 @@ void split_lines(DisplayState& state) {
 }
 
 void split_hex_lines(DisplayState& state, uint32_t bytes_per_line) {
-  // Two digits, a blank and a character a byte, two columns between the parts.
+  // Two digits, a blank and a character for each byte, two columns between the
+  // parts.
   const auto capped = [](uint64_t value) {
     return static_cast<uint32_t>(
         std::min<uint64_t>(value, kLargestScrollValue));

@@ -1,13 +1,13 @@
-// Laying the display out: which ranges of the text are marked, which of their
-// bytes are seen, and where lines begin.
+// Lays the display out: which ranges of the text are marked, which of their
+// bytes are visible, and where lines begin.
 //
 // Three passes: gather the matches and areas in their order (the groups), cut
-// them into disjoint pieces, split the text into lines. The first asks the
-// host whether to stop; it may call display operations meanwhile, and when
-// that changes what is shown the layout under way is given up.
+// them into disjoint pieces, split the text into lines. The first asks the host
+// whether to stop. The host may call display operations meanwhile; if they
+// change what is shown, this layout is abandoned.
 //
 // Example: area (0,4) and match (1,2) in "abcdef", mode 0: groups area, match;
-// pieces area (0,1), match (1,2), area (3,1); a plain span behind them.
+// pieces area (0,1), match (1,2), area (3,1); a plain span after them.
 //
 // Tested by tests/unit/display/layout_test.cpp
 #pragma once

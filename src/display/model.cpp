@@ -44,9 +44,13 @@ const Colours& ColourTable::of(SpanKind kind) const {
 
 LineSpans::LineSpans(const DisplayState& state, uint32_t line, uint32_t column)
     : state_(state), line_(line), bounds_(state.line_bounds(line)) {
-  const auto pieces = state.pieces();
+  seek(column);
+}
+
+void LineSpans::seek(uint32_t column) {
+  const auto pieces = state_.pieces();
   const uint32_t from = bounds_.start + std::min(column, bounds_.width());
-  piece_ = state.piece_behind(from);
+  piece_ = state_.piece_behind(from);
   position_ = bounds_.start;
   if (piece_ > 0) position_ = std::max(position_, pieces[piece_ - 1].end());
   if (piece_ < pieces.size() && pieces[piece_].offset <= from) {
@@ -111,7 +115,7 @@ void DisplayState::show(std::string_view text, ItemList* matches,
 
 void DisplayState::begin_layout() { clear_layout(); }
 
-// Gives the memory back, as a display can be much larger than the next one.
+// Frees the memory, because a display can be much larger than the next one.
 void DisplayState::clear_layout() {
   ++stamp_;
   line_starts_ = {};

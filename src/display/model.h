@@ -1,15 +1,15 @@
-// The display model: the text of the file in hand as lines, its marked ranges
+// The display model: the text of the current file as lines, its marked ranges
 // as groups of spans, their colours, and how far the host has scrolled.
 //
-// Nothing is stored that the text tells. A line is its start; a hex line is
-// not even that. Marked ranges are kept as disjoint pieces of the text in text
-// order, and the spans of a line are cut from them whenever they are asked
-// for: 4 bytes a line and 28 bytes a match, whatever the number of lines that
-// a match runs over. All spans of a group always have the same colours, so
-// the group keeps them. Rectangles are kept for what was painted last.
+// Nothing is stored that follows from the text. A line is stored as its start,
+// a hex line not at all. Marked ranges are kept as disjoint pieces of the text
+// in text order, and the spans of a line are cut from them when needed: 4 bytes
+// for each line and 28 bytes for each match, however many lines a match covers.
+// All spans of a group always have the same colours, so the group keeps them.
+// Rectangles are kept for what was painted last.
 //
-// The model refers to the loaded text and to the match lists, and must be
-// reset before either goes.
+// The model refers to the loaded text and to the match lists, and must be reset
+// before either is freed.
 //
 // Tested by tests/unit/display/model_test.cpp
 #pragma once
@@ -42,14 +42,14 @@ struct Colours {
 struct ColourTable {
   // The defaults: system colours as they are now, and pure red.
   static ColourTable current();
-  // What the spans of a kind begin with.
+  // The colours that spans of a kind have at first.
   const Colours& of(SpanKind kind) const;
 
   Colours plain;
   Colours accent;  // the highlighted group
   Colours match;
   Colours area;
-  Colours gutter;         // line numbers; the text colour is the rules' too
+  Colours gutter;  // line numbers; the text colour is also that of the rules
   Colours marked_gutter;  // the numbers of marked lines
 };
 
@@ -57,7 +57,7 @@ inline constexpr uint32_t kNoGroup = UINT32_MAX;
 // Values that scroll bars take are capped here.
 inline constexpr uint32_t kLargestScrollValue = INT32_MAX;
 
-// A stretch of one line that has one kind.
+// A part of one line that has one kind.
 struct Span {
   std::string_view bytes;  // in the text
   SpanKind kind;
@@ -67,11 +67,11 @@ struct Span {
   Colours colours;
 };
 
-// Where a line lies in the text; offsets from the text's start.
+// Where a line is in the text; offsets from the text's start.
 struct LineBounds {
   uint32_t start;
-  uint32_t end;   // of what is shown
-  uint32_t next;  // behind the line's separator
+  uint32_t end;   // of the shown part
+  uint32_t next;  // after the line's separator
 
   uint32_t width() const { return end - start; }
 };
@@ -99,14 +99,15 @@ class DisplayState;
 // The spans of one line, in order.
 class LineSpans {
  public:
-  // Starts at the span that holds the column; spans wholly left of it may come
-  // first. The model must outlive the walk unchanged.
+  // Starts at the span that contains the column; spans wholly left of it may
+  // come first. The model must outlive the walk unchanged.
   LineSpans(const DisplayState& state, uint32_t line, uint32_t column = 0);
 
   // False when there are no more.
   bool next(Span* span);
 
  private:
+  void seek(uint32_t column);
   void emit(uint32_t from, uint32_t to, uint32_t group, Span* span) const;
 
   const DisplayState& state_;
@@ -140,7 +141,7 @@ class DisplayState : public ProgressHooks {
   // The result of a layout: the pieces of the groups, in text order...
   void set_marks(std::vector<SpanGroup> groups, std::vector<Piece> pieces);
   // ...and the lines: text lines one by one, each by its start; `separator`
-  // is how many bytes lie between two...
+  // is the number of bytes between two...
   void begin_lines(uint32_t separator);
   void add_line(uint32_t start) { line_starts_.push_back(start); }
   // ...or hex lines, all at once.
@@ -150,18 +151,18 @@ class DisplayState : public ProgressHooks {
   LineBounds line_bounds(uint32_t line) const;
   // The line that an offset below the text's length belongs to.
   uint32_t line_at(uint32_t offset) const;
-  // Whether the number is to stand out. Intended: never in a hex layout.
+  // Whether the line's number is highlighted. Intended: never in a hex layout.
   bool line_marked(uint32_t line) const;
 
   std::span<SpanGroup> groups() { return groups_; }
   std::span<const SpanGroup> groups() const { return groups_; }
   std::span<const Piece> pieces() const { return pieces_; }
-  // The first piece that ends behind an offset; pieces().size() if none.
+  // The first piece that ends after an offset; pieces().size() if none.
   size_t piece_behind(uint32_t offset) const;
 
   // Bytes per line for the next layout; 0 for text.
   uint32_t bytes_per_line = 0;
-  // Those of the lines in force, or of the next layout while there are none.
+  // That of the present lines, or of the next layout while there are none.
   uint32_t shown_bytes_per_line() const;
 
   bool has_separator() const { return has_separator_; }
@@ -180,10 +181,11 @@ class DisplayState : public ProgressHooks {
   // exist or has no span. An earlier highlight must have been cleared.
   bool highlight(uint32_t group);
   void clear_highlight();
-  // -1 when none.
+  // For tests. -1 when none.
   int32_t highlighted_group() const { return highlighted_; }
+  // For tests: what clear_highlight() gives back to that group.
   const Colours& saved_colours() const { return saved_; }
-  // The colours that a group has but for the highlight.
+  // The colours that a group has without the highlight.
   Colours& own_colours(uint32_t group);
 
   // The start of the first span of a group that is not empty.

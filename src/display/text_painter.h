@@ -1,5 +1,5 @@
-// Paints the visible lines of a text layout, span by span from the left column
-// on, and notes where each match was drawn.
+// Paints the visible lines of a text layout, span by span, beginning at the
+// left column, and notes where each match was drawn.
 //
 // Only what can be seen is touched: a paint costs the same in a line of a
 // million bytes and in a text of a million lines.
@@ -11,13 +11,13 @@
 #include <memory>
 
 #include "display/model.h"
-#include "display/page_setup.h"
+#include "display/page.h"
 
 namespace zenfo {
 
 // 1, or -1 when the window cannot be painted; the state is then as before.
 // Intended: a span longer than 8192 bytes is drawn but never hit, and the rule
-// stands 5 pixels left of the gutter's end.
+// is 5 pixels left of the gutter's end.
 int32_t paint_text(DisplayState& state,
                    const std::shared_ptr<platform::Canvas>& canvas,
                    const PaintOptions& options);

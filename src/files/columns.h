@@ -1,5 +1,5 @@
-// The columns of a file entry as the texts a host sees, one row a column:
-// shared by the accessors, the search in lists and the export.
+// The columns of a file entry as the texts that a host sees, one row for each
+// column: shared by the accessors, the search in lists and the export.
 //
 // Tested by tests/unit/files/columns_test.cpp
 #pragma once

@@ -1,11 +1,11 @@
 #include "files/file_content.h"
 
-#include <emmintrin.h>
-
 #include <algorithm>
 #include <cstring>
 
 #include "frame/guard.h"
+#include "text/c_text.h"
+#include "text/simd.h"
 
 namespace zenfo {
 namespace {
@@ -33,35 +33,23 @@ bool is_non_printable(unsigned char byte) {
   return byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r';
 }
 
-// 0xFF for each of 16 bytes that is non-printable.
-__m128i non_printable_lanes(const char* bytes) {
-  const __m128i chunk =
-      _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-  auto equals = [&](char byte) {
-    return _mm_cmpeq_epi8(chunk, _mm_set1_epi8(byte));
-  };
-  const __m128i control =
-      _mm_cmpeq_epi8(_mm_min_epu8(chunk, _mm_set1_epi8(0x1f)), chunk);
-  const __m128i allowed =
-      _mm_or_si128(_mm_or_si128(equals('\t'), equals('\n')), equals('\r'));
-  return _mm_andnot_si128(allowed, control);
+Vector16 non_printable(const char* at) {
+  const Vector16 bytes = Vector16::load(at);
+  const Vector16 allowed = (bytes == Vector16::fill('\t')) |
+                           (bytes == Vector16::fill('\n')) |
+                           (bytes == Vector16::fill('\r'));
+  return (bytes <= Vector16::fill(0x1f)) & ~allowed;
 }
 
-// Looks at 64 bytes at a time and ahead across pages, where the processor's own
-// fetching stops. Stops in front of 64 bytes with a non-printable one, or less
-// than 64 in front of the end.
+// Checks 64 bytes at a time. Stops before 64 bytes with a non-printable one, or
+// when fewer than 64 are left.
 const char* skip_printable(const char* at, const char* end) {
   constexpr ptrdiff_t kTurn = 64;
-  constexpr uintptr_t kFetchAhead = 4096;
   for (; end - at >= kTurn; at += kTurn) {
-    _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<uintptr_t>(at) +
-                                               kFetchAhead),
-                 _MM_HINT_T0);
-    const __m128i any = _mm_or_si128(
-        _mm_or_si128(non_printable_lanes(at), non_printable_lanes(at + 16)),
-        _mm_or_si128(non_printable_lanes(at + 32),
-                     non_printable_lanes(at + 48)));
-    if (_mm_movemask_epi8(any) != 0) break;
+    fetch_ahead(at);
+    const Vector16 any = non_printable(at) | non_printable(at + 16) |
+                         non_printable(at + 32) | non_printable(at + 48);
+    if (any.mask() != 0) break;
   }
   return at;
 }
@@ -119,10 +107,10 @@ int32_t FileContent::load_file_content(const char* path,
                                        platform::NearbyFolder* nearby) {
   clear();
   file_size_ = 0;
-  path_ = path != nullptr ? path : "";
+  path_ = or_empty(path);
   if (path_.empty()) return -1;
   const int32_t length = load(path_.c_str(), nearby);
-  if (length < 0) clear();  // lets go of a view too
+  if (length < 0) clear();  // releases a view too
   return length;
 }
 
@@ -133,7 +121,7 @@ int32_t FileContent::load(const char* path, platform::NearbyFolder* nearby) {
   const bool opened =
       links_refused_ ? file.open_without_links(path) : file.open(path, nearby);
   if (!opened) {
-    // An empty file counts as loaded even where it may not be opened.
+    // An empty file counts as loaded even if it may not be opened.
     platform::FileFacts facts;
     const bool empty =
         platform::read_file_facts(path, facts, nearby) &&
@@ -153,7 +141,7 @@ int32_t FileContent::load(const char* path, platform::NearbyFolder* nearby) {
   return finish(static_cast<uint32_t>(got), 1);
 }
 
-// The first block stands in the buffer.
+// The first block is in the buffer.
 int32_t FileContent::load_large(platform::InputFile& file) {
   const int64_t size = file.size();
   if (size < kBlock || static_cast<uint64_t>(size) >= kSizeLimit) return -1;
@@ -174,12 +162,12 @@ int32_t FileContent::load_large(platform::InputFile& file) {
   }
   if (!read_exactly(file, uint64_t{blocks} * kBlock, rest)) return -1;
   if (view_.is_open() && file.size() < size) return -1;
-  // After an interrupt the content runs into blocks that were never read.
+  // After an interrupt the content extends into blocks that were never read.
   if (total < blocks * kBlock) std::memset(data_ + total, 0, rest);
   return finish(total + rest, steps);
 }
 
-// For the whole file and a NUL; the first block, or all, is there.
+// Makes room for the whole file and a NUL; the first block, or all, is there.
 bool FileContent::make_room(const platform::InputFile& file, uint32_t size) {
   if (views_allowed_ && size >= kViewed && view_.open(file, size)) {
     data_ = view_.data();

@@ -1,10 +1,10 @@
-// The loaded text of the file in hand: the loader with its progress and
-// interrupt throttling, and the check for non-printable bytes.
+// The loaded text of the current file: the loader, which limits how often it
+// reports progress and polls, and the check for non-printable bytes.
 //
 // One buffer serves all files of a run. It is neither cleared nor freed
-// between files; one NUL byte stands behind the content. A small file costs an
-// open, one read and a close; a large one that is not to be rewritten is viewed
-// where it lies in the system's memory, not copied.
+// between files; one NUL byte follows the content. A small file costs an open,
+// one read and a close; a large one that will not be rewritten is viewed in the
+// system's memory, not copied.
 //
 // The poll counter and the last progress step are process-wide, shared by all
 // loaders, like those of the lists.
@@ -28,8 +28,9 @@ class FileContent {
   void set_interrupt_hook(InterruptHook hook) { interrupt_hook_ = hook; }
   void set_progress_hook(ReportHook hook) { progress_hook_ = hook; }
 
-  // For files that nobody rewrites while their content is in use: views of
-  // large ones are allowed. What others write to them meanwhile may be seen.
+  // Allows views of large files; for files that the library does not rewrite
+  // while their content is in use. What other programs write to them meanwhile
+  // may be seen.
   void allow_views() { views_allowed_ = true; }
 
   // For files that are rewritten later: each is asked for its version before it
@@ -37,8 +38,8 @@ class FileContent {
   void note_versions() { versions_wanted_ = true; }
   // A path that leads through a link fails to load.
   void refuse_links() { links_refused_ = true; }
-  // Of the file loaded last, before it was read; null where the system does not
-  // say.
+  // The version of the file loaded last, before it was read; null where the
+  // system does not say.
   const platform::FileVersion* version() const {
     return version_known_ ? &version_ : nullptr;
   }
@@ -53,8 +54,8 @@ class FileContent {
 
   // Loads the whole file; answers its length, or -1. An empty file loads with
   // length 0 and is not opened. `nearby` speeds up a walk; may be null.
-  // Intended: an interrupt while loading skips to the rest behind the last
-  // whole block and still succeeds, with a length below the file's size.
+  // Intended: an interrupt while loading skips to the rest after the last whole
+  // block and still succeeds, with a length below the file's size.
   int32_t load_file_content(const char* path,
                             platform::NearbyFolder* nearby = nullptr);
   // Forgets the content, keeps the buffer.
@@ -101,8 +102,8 @@ class FileContent {
   ReportHook progress_hook_ = nullptr;
 };
 
-// Position of the first byte below 0x20 other than TAB, LF and CR, looking
-// from `from` on; the text's length if none.
+// Position of the first byte below 0x20 other than TAB, LF and CR, starting at
+// `from`; the text's length if there is none.
 size_t find_control_byte(std::string_view text, size_t from);
 
 }  // namespace zenfo

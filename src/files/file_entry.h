@@ -47,22 +47,22 @@ class FileEntry final : public Record, public Pooled<FileEntry> {
   std::optional<std::string_view> type_name() const {
     return type_name_.text();
   }
-  // Lies below a folder named RECYCLED or RECYCLER, in any case.
+  // The file is below a folder named RECYCLED or RECYCLER, in any case.
   bool trashed() const;
 
   // Sets the name and derives folder and file name.
   void set_full_name(std::string_view name);
 
-  // Fact gathering: false when the fact cannot be had, which leaves what was
-  // there.
+  // Gather facts: false when the fact is not available, which leaves the old
+  // value.
   bool derive_file_name();  // fails when nothing follows the last separator
   bool derive_folder();
   bool gather_icon();
   bool gather_type_name();
   // `nearby` speeds up a walk over neighbouring entries; may be null.
   bool gather_attributes(platform::NearbyFolder* nearby);
-  // All that `options` asks but the file name, in the order folder, icon,
-  // type name, attributes; false when any failed.
+  // All that `options` asks for except the file name, in the order folder,
+  // icon, type name, attributes; false when any failed.
   bool gather(const FactOptions& options, platform::NearbyFolder* nearby);
 
   platform::FileFacts facts;
@@ -75,7 +75,7 @@ class FileEntry final : public Record, public Pooled<FileEntry> {
 
   SharedText full_name_;
   SharedText type_name_;
-  uint32_t name_start_ = 0;  // offset behind the last separator, 0 without one
+  uint32_t name_start_ = 0;  // offset after the last separator, 0 without one
   bool has_folder_ = false;
   bool has_file_name_ = false;
 };

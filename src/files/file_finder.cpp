@@ -90,7 +90,7 @@ bool FileFinder::search(const SearchGroup& group) {
 }
 
 // Depth first: each folder found is entered before the next answer. The list
-// grows meanwhile, so the listing in hand is moved out of it and back.
+// grows meanwhile, so the current listing is moved out of it and back.
 bool FileFinder::add_folders_below(size_t parent) {
   platform::FolderListing listing = std::move(folders_[parent]);
   const auto add = [&](std::string_view name) {

@@ -39,8 +39,8 @@ class FileFinder {
   using Sink =
       std::function<bool(std::string_view folder, std::string_view name)>;
 
-  // `hooks` are polled with period 100 after each answer of the system, also
-  // one that is no file or of no use.
+  // `hooks` are polled with period 100 after each answer of the system, even
+  // for what is no file or is not wanted.
   FileFinder(ProgressHooks& hooks, Sink sink)
       : hooks_(hooks), sink_(std::move(sink)) {}
 
@@ -53,7 +53,7 @@ class FileFinder {
   bool add_folders_below(size_t parent);
   bool search_folder(platform::FolderListing& folder,
                      const std::vector<std::string>& patterns);
-  bool interrupted() { return hooks_.PollInterruptEvery(100) != 0; }
+  bool interrupted() { return hooks_.poll_interrupt_every(100) != 0; }
 
   ProgressHooks& hooks_;
   Sink sink_;

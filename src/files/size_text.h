@@ -1,5 +1,5 @@
-// Sizes as texts, one row a unit. A unit is taken only when the scaled value
-// is greater than 1.0, so 1024 bytes read "1024 B".
+// Sizes as texts, one row for each unit. A unit is taken only when the scaled
+// value is greater than 1.0, so 1024 bytes read "1024 B".
 //
 // Tested by tests/unit/files/size_text_test.cpp
 #pragma once

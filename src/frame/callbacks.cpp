@@ -3,6 +3,7 @@
 #include <string>
 
 #include "frame/guard.h"
+#include "text/c_text.h"
 
 namespace zenfo {
 namespace {
@@ -13,15 +14,16 @@ platform::WideChar* shared_wide_buffer = nullptr;
 
 // Converts into the shared buffer; false when there is nothing to send.
 bool put_wide(const char* text) {
-  if (text == nullptr || *text == '\0' || shared_wide_buffer == nullptr) {
+  if (is_empty(text) || shared_wide_buffer == nullptr) {
     return false;
   }
   platform::to_wide(text, shared_wide_buffer);
   return true;
 }
 
-// A callback that runs. What the host does inside it may call it again, and so
-// on without end: it is called from inside itself once, not deeper.
+// A callback that is running. What the host does inside it may lead to the same
+// callback again, and so on without end: it is called from inside itself once,
+// not deeper.
 class Running {
  public:
   explicit Running(int& depth) : depth_(depth) { ++depth_; }

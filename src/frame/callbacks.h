@@ -31,6 +31,7 @@ int32_t cb_lng(ZenfoInterruptCallback callback);
 int32_t cb_lng_str(ZenfoTextCallback callback, const char* text);
 int32_t cb_lng_str_lng(ZenfoOptionCallback callback, const char* text,
                        int32_t number);
+// Without a caller: no slot holds a callback of this form.
 int32_t cb_lng_lng(int32_t(ZENFO_CALL* callback)(int32_t), int32_t number);
 int32_t cb_lng_report(ZenfoReportCallback callback, ProgressRecord* record);
 
@@ -40,7 +41,8 @@ int32_t cb_lng_report(ZenfoReportCallback callback, ProgressRecord* record);
 // The interrupt hook: 1 when the host asks to stop, else 0. Its argument is
 // ignored.
 int32_t interr(void* argument);
-// The report hook: 1 when the host was told, whatever it answered, else 0.
+// The report hook: 1 when the host's callback was called, whatever it answered,
+// else 0.
 int32_t report(ProgressRecord* record);
 
 // Sends a status text, if the host listens; cut to the 1023 bytes that the
@@ -48,7 +50,8 @@ int32_t report(ProgressRecord* record);
 void send_status(std::string_view text);
 // The same for a fixed text, a blank and a path.
 void send_status(std::string_view text, std::string_view path);
-// Whether a run calls the host unasked: to stop it, for its progress or phases.
+// Whether the host has callbacks that runs call by themselves: for interrupts,
+// progress or status texts.
 bool host_listens();
 // The two questions; -1 when the host has no such callback.
 int32_t ask_about_file(std::string_view full_name);

@@ -1,37 +1,31 @@
 #include "frame/error_log.h"
 
-#include <cstdio>
 #include <initializer_list>
 
 #include "platform/files.h"
 #include "text/out_file.h"
+#include "text/time_stamp.h"
 
 namespace zenfo {
 namespace {
 
 ErrorLog* installed_log = nullptr;  // see install_error_log
 
-std::string time_stamp(const platform::LocalTime& time) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%02d/%02d/%02d-%02d:%02d:%02d", time.year,
-                time.month, time.day, time.hour, time.minute, time.second);
-  return text;
-}
-
 }  // namespace
 
-int32_t ErrorLog::SetFile(const char* name) {
+int32_t ErrorLog::set_file(const char* name) {
   if (name != nullptr) file_name_ = name;
   return 1;
 }
 
-int32_t ErrorLog::Write(const char* message, const char* context,
+int32_t ErrorLog::write(const char* message, const char* context,
                         const char* module, const char* routine) const {
   if (file_name_.empty()) return -1;
   for (const char* text : {message, context, module, routine}) {
     if (text == nullptr) return -1;
   }
-  // Whole before the file is opened: no half of a record for lack of memory.
+  // Complete before the file is opened, so that lack of memory cannot leave
+  // half a record.
   std::string record = time_stamp(platform::local_time_now());
   record.append("\n\n  message  : ").append(message);
   record.append("\n  context  : ").append(context);
@@ -49,18 +43,18 @@ int32_t ErrorLog::Write(const char* message, const char* context,
 
 void install_error_log(ErrorLog* log) { installed_log = log; }
 
-int32_t ReportError(const char* message, const char* context,
-                    const char* routine) noexcept {
+int32_t report_error(const char* message, const char* context,
+                     const char* routine) noexcept {
   if (installed_log == nullptr) return -1;
   try {
-    return installed_log->Write(message, context, "Main", routine);
+    return installed_log->write(message, context, "Main", routine);
   } catch (...) {
     return -1;
   }
 }
 
 void report_runtime_error(const char* routine) noexcept {
-  ReportError("Runtime error", "Default error handler", routine);
+  report_error("Runtime error", "Default error handler", routine);
 }
 
 }  // namespace zenfo

@@ -2,9 +2,9 @@
 //
 // Every exported operation runs in `guarded`, which catches all, logs the
 // fault under the routine's name and answers the row's failure value. It also
-// keeps the host's callbacks from pulling the lists from under a running
-// operation: a row that wants the library alone answers its failure value
-// while another operation runs.
+// keeps the host's callbacks from changing the lists of a running operation: an
+// operation whose row says kAlone answers its failure value while another
+// operation runs.
 //
 // Tested by tests/unit/frame/guard_test.cpp
 #pragma once
@@ -53,7 +53,7 @@ int32_t guarded(const ExportRow& row, Body&& body) noexcept {
   return caught(routine, row.failure, std::forward<Body>(body));
 }
 
-// For walks that answer their failures instead of raising them.
+// For walks that answer a failure value instead of throwing.
 template <class Body>
 int32_t unlogged(int32_t failure, Body&& body) noexcept {
   return caught(nullptr, failure, std::forward<Body>(body));

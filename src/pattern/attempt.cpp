@@ -8,6 +8,10 @@ Attempt::Attempt(const CompiledPattern& pattern)
     : has_main_(pattern.has_main()),
       first_main_(pattern.start_count),
       main_end_(pattern.main_end()) {
+  list_elements(pattern);
+}
+
+void Attempt::list_elements(const CompiledPattern& pattern) {
   size_t gap_begin = 0;
   for (const auto& element : pattern.elements) {
     const size_t index = elements_.size();
@@ -45,7 +49,7 @@ Attempt::Located Attempt::locate(size_t s) {
     }
     if (anchor.adjacent && literal.start != position) {
       // Intended: the end of the pattern's first literal, wherever the pair
-      // that is apart stands.
+      // that is apart is.
       const LiteralElement& first = *anchors_.front().literal;
       next_start_ = first.start + first.length;
       return Located::kApart;

@@ -1,8 +1,9 @@
 // One match attempt: fits a compiled pattern to the text from one position.
 //
-// Literals are located first, each the nearest behind the one before; the
-// other elements are then fitted into the gaps, greedily and without giving
-// back, and must fill them exactly. What fails says where to try next.
+// Literals are located first, each at its nearest place after the one before;
+// the other elements are then fitted into the gaps, greedily and without
+// backtracking, and must fill them exactly. An attempt that fails says where to
+// try next.
 //
 // Tested by tests/unit/pattern/attempt_test.cpp
 #pragma once
@@ -23,8 +24,8 @@ class Attempt {
   // Sets the text and the end of the area, and forgets all positions.
   void enter(const char* text, size_t area_end);
 
-  // Tries from s, not behind the area's end; true when a match of at least one
-  // byte was found. next_start() is set either way, always above s.
+  // Tries at s, which is not after the area's end; true when a match of at
+  // least one byte was found. next_start() is set either way, always above s.
   bool try_at(size_t s);
 
   size_t match_start() const { return match_start_; }
@@ -32,8 +33,8 @@ class Attempt {
   // kNoPosition: no later attempt in this area can match.
   size_t next_start() const { return next_start_; }
 
-  // What try_at finds first: whether all literals can be reached from s, with
-  // adjacent ones back to back.
+  // The first step of try_at: whether all literals can be found from s on, with
+  // adjacent ones next to each other.
   bool literals_in_place(size_t s) { return locate(s) == Located::kAll; }
   // Start of the first literal as last located.
   size_t first_literal() const { return anchors_.front().literal->start; }
@@ -49,6 +50,7 @@ class Attempt {
     bool adjacent;     // the element before is a literal
   };
 
+  void list_elements(const CompiledPattern& pattern);
   Located locate(size_t s);
   bool fit(size_t s);
   bool fit_gap(const Anchor& anchor, size_t& position);

@@ -1,112 +1,85 @@
 #include "pattern/byte_set.h"
 
-#include <immintrin.h>
-
 #include <algorithm>
 #include <bit>
-#include <cstdint>
 #include <cstring>
+
+#include "text/simd.h"
 
 namespace zenfo {
 namespace {
 
-constexpr ptrdiff_t kLane = 16;
-
-__m128i load(const char* at) {
-  return _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
-}
-
-__m128i splat(uint8_t byte) { return _mm_set1_epi8(static_cast<char>(byte)); }
-
-size_t sum_bytes(__m128i counts) {
-  __m128i sums = _mm_sad_epu8(counts, _mm_setzero_si128());
-  return static_cast<size_t>(_mm_cvtsi128_si32(sums)) +
-         static_cast<size_t>(_mm_cvtsi128_si32(_mm_srli_si128(sums, 8)));
-}
-
-// Answers 0xFF for each member among 16 bytes.
-template <size_t kCount>
-class Lanes {
+// Tells members from others, a vector of bytes at a time.
+template <class V, size_t kCount>
+class Members {
  public:
   template <class Range>
-  Lanes(const Range* ranges, bool inverted)
-      : flip_(splat(inverted ? 0xFF : 0)) {
+  ZENFO_VECTOR_CODE Members(const Range* ranges, bool inverted)
+      : flip_(V::fill(inverted ? 0xFF : 0)) {
     for (size_t i = 0; i < kCount; ++i) {
-      low_[i] = splat(ranges[i].low);
-      width_[i] = splat(ranges[i].width);
+      low_[i] = V::fill(ranges[i].low);
+      width_[i] = V::fill(ranges[i].width);
     }
   }
 
-  __m128i members(__m128i bytes) const {
-    __m128i found = flip_;
+  // 0xFF for each member, else 0.
+  ZENFO_VECTOR_CODE V among(const V& bytes) const {
+    V found = flip_;
     for (size_t i = 0; i < kCount; ++i) {
-      __m128i above = _mm_sub_epi8(bytes, low_[i]);
-      __m128i inside = _mm_cmpeq_epi8(_mm_min_epu8(above, width_[i]), above);
-      found = _mm_xor_si128(found, inside);  // the ranges do not overlap
+      // The ranges do not overlap.
+      found = found ^ ((bytes - low_[i]) <= width_[i]);
     }
     return found;
   }
 
-  unsigned mask(const char* at) const {
-    return static_cast<unsigned>(_mm_movemask_epi8(members(load(at))));
+  ZENFO_VECTOR_CODE uint32_t mask(const char* at) const {
+    return among(V::load(at)).mask();
   }
 
  private:
-  __m128i flip_;
-  __m128i low_[kCount];
-  __m128i width_[kCount];
+  V flip_;
+  V low_[kCount];
+  V width_[kCount];
 };
 
-// The tally's loop 32 bytes at a time. Moves `from` behind what it counted.
-template <size_t kCount, class Range>
-__attribute__((target("avx2"))) ByteSet::Tally tally_avx2(const Range* ranges,
-                                                          bool inverted,
-                                                          const char*& from,
-                                                          const char* end,
-                                                          bool in_run) {
-  __m256i low[kCount];
-  __m256i width[kCount];
-  for (size_t i = 0; i < kCount; ++i) {
-    low[i] = _mm256_set1_epi8(static_cast<char>(ranges[i].low));
-    width[i] = _mm256_set1_epi8(static_cast<char>(ranges[i].width));
-  }
-  const __m256i flip = _mm256_set1_epi8(inverted ? -1 : 0);
-  const __m256i zero = _mm256_setzero_si256();
-  __m256i before = _mm256_set1_epi8(in_run ? -1 : 0);
-  __m256i member_sums = zero;
-  __m256i run_sums = zero;
-  while (end - from >= 32) {
-    ptrdiff_t turns = std::min<ptrdiff_t>((end - from) / 32, 255);
-    __m256i members = zero;
-    __m256i runs = zero;
-    for (; turns > 0; --turns, from += 32) {
-      __m256i bytes =
-          _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
-      __m256i found = flip;
-      for (size_t i = 0; i < kCount; ++i) {
-        __m256i above = _mm256_sub_epi8(bytes, low[i]);
-        found = _mm256_xor_si256(
-            found, _mm256_cmpeq_epi8(_mm256_min_epu8(above, width[i]), above));
-      }
-      __m256i shifted = _mm256_alignr_epi8(
-          found, _mm256_permute2x128_si256(before, found, 0x21), 15);
-      members = _mm256_sub_epi8(members, found);
-      runs = _mm256_sub_epi8(runs, _mm256_andnot_si256(shifted, found));
+constexpr ptrdiff_t kLane = Vector16::kSize;
+
+// Tallies as many whole vectors as there are and moves `from` past them.
+template <class V, size_t kCount, class Range>
+ZENFO_VECTOR_CODE ByteSet::Tally tally_vectors(const Range* ranges,
+                                               bool inverted, const char*& from,
+                                               const char* end, bool in_run) {
+  constexpr ptrdiff_t kSize = V::kSize;
+  const Members<V, kCount> members(ranges, inverted);
+  V before = V::fill(in_run ? 0xFF : 0);
+  ByteSet::Tally tally;
+  while (end - from >= kSize) {
+    // A counter of one byte holds 255 turns.
+    ptrdiff_t turns = std::min<ptrdiff_t>((end - from) / kSize, 255);
+    V found_count;
+    V run_count;
+    for (; turns > 0; --turns, from += kSize) {
+      const V found = members.among(V::load(from));
+      found_count = found_count - found;
+      run_count = run_count - (found & ~V::preceding(before, found));
       before = found;
     }
-    member_sums = _mm256_add_epi64(member_sums, _mm256_sad_epu8(members, zero));
-    run_sums = _mm256_add_epi64(run_sums, _mm256_sad_epu8(runs, zero));
+    tally.members += found_count.sum();
+    tally.runs += run_count.sum();
   }
-  uint64_t sums[8];
-  _mm256_storeu_si256(reinterpret_cast<__m256i*>(sums), member_sums);
-  _mm256_storeu_si256(reinterpret_cast<__m256i*>(sums + 4), run_sums);
-  return {static_cast<size_t>(sums[0] + sums[1] + sums[2] + sums[3]),
-          static_cast<size_t>(sums[4] + sums[5] + sums[6] + sums[7])};
+  return tally;
 }
 
-bool has_avx2() {
-  static const bool has = __builtin_cpu_supports("avx2");
-  return has;
+template <size_t kCount, class Range>
+ZENFO_AVX2 ByteSet::Tally tally_avx2(const Range* ranges, bool inverted,
+                                     const char*& from, const char* end,
+                                     bool in_run) {
+  return tally_vectors<Vector32, kCount>(ranges, inverted, from, end, in_run);
+}
+
+void add(ByteSet::Tally& sum, const ByteSet::Tally& more) {
+  sum.members += more.members;
+  sum.runs += more.runs;
 }
 
 }  // namespace
@@ -118,8 +91,9 @@ ByteSet::ByteSet(const std::array<bool, 256>& flags) : flags_(flags) {
 }
 
 void ByteSet::find_ranges() {
-  // The ranges of whichever kind of byte 0 is not: those are the fewer, or as
-  // many.
+  // If byte 0 is a member the ranges are those of the other bytes, else those
+  // of the members: either way there are no more of them than of the other
+  // kind.
   inverted_ = flags_[0];
   range_count_ = 0;
   for (size_t low = 0; low < 256;) {
@@ -136,8 +110,8 @@ void ByteSet::find_ranges() {
     ++range_count_;
     low = high + 1;
   }
-  // A table of at least one range, so that there is something to compare: an
-  // empty or full set is one range over all bytes, turned round.
+  // There is at least one range, so that there is something to compare with: an
+  // empty or full set is one range over all bytes, inverted.
   if (range_count_ == 0) {
     ranges_[0] = {0, 255};
     range_count_ = 1;
@@ -154,10 +128,10 @@ const char* ByteSet::find_by_flags(const char* from, const char* end,
 template <size_t kCount>
 const char* ByteSet::find_by_ranges(const char* from, const char* end,
                                     bool member) const {
-  const Lanes<kCount> lanes(ranges_.data(), inverted_ != member);
-  // Set bits are now bytes that are not looked for.
+  const Members<Vector16, kCount> members(ranges_.data(), inverted_ != member);
+  // Set bits are now the bytes that are not wanted.
   for (; end - from >= kLane; from += kLane) {
-    unsigned others = lanes.mask(from);
+    const uint32_t others = members.mask(from);
     if (others != 0xFFFF) return from + std::countr_one(others);
   }
   return find_by_flags(from, end, member);
@@ -188,11 +162,11 @@ const char* ByteSet::find_far(const char* from, const char* end,
 template <size_t kCount>
 const char* ByteSet::run_start_by_ranges(const char* from,
                                          const char* end) const {
-  const Lanes<kCount> lanes(ranges_.data(), inverted_);
+  const Members<Vector16, kCount> members(ranges_.data(), inverted_);
   for (; end - from >= kLane; end -= kLane) {
-    unsigned members = lanes.mask(end - kLane);
-    if (members != 0xFFFF) {
-      return end - std::countl_one(static_cast<uint16_t>(members));
+    const uint32_t bits = members.mask(end - kLane);
+    if (bits != 0xFFFF) {
+      return end - std::countl_one(static_cast<uint16_t>(bits));
     }
   }
   while (end != from && contains(end[-1])) --end;
@@ -234,32 +208,18 @@ ByteSet::Tally ByteSet::tally_by_flags(const char* from, const char* end,
 template <size_t kCount>
 ByteSet::Tally ByteSet::tally_by_ranges(const char* from, const char* end,
                                         bool in_run) const {
-  const Lanes<kCount> lanes(ranges_.data(), inverted_);
-  Tally tally;
-  if (end - from >= 64 && has_avx2()) {
-    tally = tally_avx2<kCount>(ranges_.data(), inverted_, from, end, in_run);
+  Tally sum;
+  if (end - from >= 64 && processor_has_avx2()) {
+    sum = tally_avx2<kCount>(ranges_.data(), inverted_, from, end, in_run);
     in_run = contains(from[-1]);
   }
-  __m128i before = splat(in_run ? 0xFF : 0);
-  // Byte counters hold 255 turns.
-  while (end - from >= kLane) {
-    ptrdiff_t turns = std::min<ptrdiff_t>((end - from) / kLane, 255);
-    __m128i members = _mm_setzero_si128();
-    __m128i runs = _mm_setzero_si128();
-    for (; turns > 0; --turns, from += kLane) {
-      __m128i found = lanes.members(load(from));
-      __m128i shifted = _mm_or_si128(_mm_slli_si128(found, 1),
-                                     _mm_srli_si128(before, kLane - 1));
-      members = _mm_sub_epi8(members, found);
-      runs = _mm_sub_epi8(runs, _mm_andnot_si128(shifted, found));
-      before = found;
-    }
-    tally.members += sum_bytes(members);
-    tally.runs += sum_bytes(runs);
+  if (end - from >= kLane) {
+    add(sum, tally_vectors<Vector16, kCount>(ranges_.data(), inverted_, from,
+                                             end, in_run));
     in_run = contains(from[-1]);
   }
-  Tally rest = tally_by_flags(from, end, in_run);
-  return {tally.members + rest.members, tally.runs + rest.runs};
+  add(sum, tally_by_flags(from, end, in_run));
+  return sum;
 }
 
 ByteSet::Tally ByteSet::tally(const char* from, const char* end,

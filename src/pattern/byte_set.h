@@ -1,9 +1,9 @@
-// A set of byte values, and the vector loops over text that ask it.
+// A set of byte values, and the vector loops that use it on text.
 //
 // Membership is one lookup in 256 flags. Sets that are a few ranges of bytes,
-// or all bytes but a few ranges (all classes that people write), are also kept
-// as ranges, which SSE2 tests 16 bytes at a time; other sets use the flags. A
-// search for one byte alone is left to memchr.
+// or all bytes except a few ranges (all classes that people write), are also
+// kept as ranges, which SSE2 tests 16 bytes at a time; other sets use the
+// flags. A search for one byte alone is left to memchr.
 //
 // Tested by tests/unit/pattern/byte_set_test.cpp
 #pragma once
@@ -16,7 +16,7 @@ namespace zenfo {
 
 class ByteSet {
  public:
-  // What a stretch of text holds.
+  // What a piece of text contains.
   struct Tally {
     size_t members = 0;  // bytes of the set
     size_t runs = 0;     // members that do not follow a member
@@ -30,8 +30,8 @@ class ByteSet {
   }
   bool contains_all() const { return contains_all_; }
 
-  // First byte of [from, end) that is a member (or, find_other, that is none);
-  // `end` when there is none.
+  // First byte of [from, end) that is a member (find_other: no member); `end`
+  // when there is none.
   const char* find(const char* from, const char* end) const {
     return find_as<true>(from, end);
   }
@@ -40,7 +40,7 @@ class ByteSet {
   }
   // Start of the run of members that ends before `end`, not below `from`.
   const char* run_start(const char* from, const char* end) const;
-  // Counts [from, end); `in_run` says whether the byte before is a member.
+  // Counts in [from, end); `in_run` says whether the byte before is a member.
   Tally tally(const char* from, const char* end, bool in_run) const;
 
  private:
@@ -54,7 +54,7 @@ class ByteSet {
 
   template <bool kMember>
   const char* find_as(const char* from, const char* end) const {
-    // Most runs are short: look at some bytes before starting up the vectors.
+    // Most runs are short: try some bytes before starting the vector loop.
     for (int i = 0; i < 8; ++i, ++from) {
       if (from == end || contains(*from) == kMember) return from;
     }
@@ -75,7 +75,7 @@ class ByteSet {
 
   std::array<bool, 256> flags_{};
   bool contains_all_ = false;
-  bool inverted_ = false;   // the ranges are those of the bytes outside
+  bool inverted_ = false;   // the ranges are those of the other bytes
   size_t range_count_ = 0;  // above kMostRanges: too many, use the flags
   std::array<Range, kMostRanges> ranges_{};
 };

@@ -7,7 +7,7 @@ namespace {
 
 bool in_ranges(const std::vector<CharRange>& ranges, uint32_t byte) {
   for (const CharRange& range : ranges) {
-    // Intended: a range 0-0 ends the walk, it and all behind it are not seen.
+    // Intended: a range 0-0 ends the walk, it and all after it are not seen.
     if (range.low == 0 && range.high == 0) return false;
     if (range.low <= byte && byte <= range.high) return true;
   }

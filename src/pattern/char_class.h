@@ -1,5 +1,5 @@
-// Character classes: ranges and single characters that a class takes in or
-// leaves out.
+// Character classes: ranges and single characters that a class includes or
+// excludes.
 //
 // `contains` is the definition of membership, step by step; compiled elements
 // fold it into a ByteSet once and never call it per byte.
@@ -18,7 +18,7 @@
 
 namespace zenfo {
 
-// Both bounds belong to the range. A bound above 255 meets no byte.
+// Both bounds belong to the range. A bound above 255 matches no byte.
 struct CharRange {
   uint32_t low;
   uint32_t high;
@@ -43,10 +43,11 @@ class CharClass {
   // Empty when absent.
   const std::string& name() const { return name_; }
 
-  // Left out by a range, left out as a character, taken in by a range, taken
-  // in as a character: the first that applies decides, else no member.
+  // Excluded by a range, excluded as a character, included by a range, included
+  // as a character: the first that applies decides; if none does, it is no
+  // member.
   bool contains(uint8_t byte) const;
-  // The same for all bytes; `negated` gives the bytes that are no members.
+  // All members; with `negated` all other bytes.
   ByteSet members(bool negated) const;
 
  private:
@@ -57,13 +58,13 @@ class CharClass {
   std::vector<CharRange> exclude_ranges_;
 };
 
-// The class-name comparator: by length of name alone; a null class goes before
+// The class-name comparator: by length of name alone; a null class sorts before
 // any other. Intended: names of equal length are equal, whatever their bytes.
 int32_t compare_class_names(const CharClass* a, const CharClass* b);
 
-// Classes in the order of their comparator. Adding sorts the order of adding
-// anew, with the steps of the item list's sort, which decide how classes of
-// equal name length come to stand.
+// Classes in the order of their comparator. Every addition sorts the order of
+// adding again with the steps of the item list's sort; these steps decide the
+// order of classes with names of equal length.
 class ClassList {
  public:
   // 1; -1 for a null class.

@@ -13,7 +13,7 @@
 namespace zenfo {
 namespace {
 
-// The classes that the lines set up, one in each context; the contexts own
+// The classes that the lines define, one in each context; the contexts own
 // them.
 using CurrentClasses = std::vector<CharClass*>;
 
@@ -97,7 +97,7 @@ CurrentClasses begin_class(std::string_view name,
   for (PatternContext* context : contexts) {
     auto one = std::make_unique<CharClass>(name);
     current.push_back(one.get());
-    context->AddUserClass(std::move(one));
+    context->add_user_class(std::move(one));
   }
   return current;
 }
@@ -115,7 +115,7 @@ void apply_line(std::string_view line, CurrentClasses& current,
   for (const Key& known : kKeys) {
     if (known.name != key) continue;
     for (CharClass* one : current) {
-      // Without memory for it a class goes without the setting.
+      // When memory runs out, the class does not get this setting.
       unlogged(0, [&] {
         known.apply(*one, value);
         return 1;
@@ -129,7 +129,7 @@ void apply_line(std::string_view line, CurrentClasses& current,
 int32_t apply_class_definitions(std::string_view bytes,
                                 std::span<PatternContext* const> contexts) {
   if (bytes.empty()) return -1;
-  for (PatternContext* context : contexts) context->ClearUserClasses();
+  for (PatternContext* context : contexts) context->clear_user_classes();
   CurrentClasses current;
   RecordReader lines(bytes, "\r\n");
   while (auto line = lines.next()) apply_line(*line, current, contexts);

@@ -2,7 +2,7 @@
 //
 // The bytes are lines, ended by CR LF, of the form key=value. A "name" line
 // begins a class; "inc_chars", "exc_chars", "inc_ranges" and "exc_ranges"
-// lines set it up. The contexts get classes of their own, alike in all.
+// lines define it. Each context gets its own copies of the classes.
 //
 // Tested by tests/unit/pattern/class_file_test.cpp
 #pragma once
@@ -15,8 +15,8 @@
 namespace zenfo {
 
 // Replaces the user classes of all contexts by those the bytes define. Answers
-// 1; -1 for no bytes, which change nothing. Compiled patterns stay as they
-// are.
+// 1; -1, with nothing changed, when there are no bytes. Compiled patterns stay
+// as they are.
 int32_t apply_class_definitions(std::string_view bytes,
                                 std::span<PatternContext* const> contexts);
 

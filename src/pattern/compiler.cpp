@@ -9,6 +9,7 @@
 #include "pattern/element.h"
 #include "pattern/operators.h"
 #include "text/byte_tables.h"
+#include "text/c_text.h"
 #include "text/substring.h"
 
 namespace zenfo {
@@ -24,7 +25,7 @@ struct Count {
 
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
-// Decimal without a bound: stays at the greatest number when it is above.
+// Decimal of any length; a number that is too large becomes the greatest one.
 uint32_t saturated(std::string_view digits) {
   uint64_t value = 0;
   for (char c : digits) {
@@ -34,8 +35,8 @@ uint32_t saturated(std::string_view digits) {
   return static_cast<uint32_t>(value);
 }
 
-// Where one level stands in its piece of text. Text from `done` on has not
-// been handed down yet.
+// How far one level is in its piece of text. Text from `done` on has not been
+// passed to the next level yet.
 struct Scanner {
   std::string_view text;
   const Operators& operators;
@@ -49,7 +50,7 @@ struct Scanner {
     return text.substr(done, position - done);
   }
 
-  // Start of a negation marker directly in front of a position.
+  // Start of a negation marker directly before a position.
   std::optional<size_t> marker_before(size_t position) const {
     std::string_view marker = operators.negation_marker;
     if (marker.empty() || position - done < marker.size()) return {};
@@ -94,7 +95,7 @@ struct Scanner {
   }
 };
 
-// Finds the names of a list of classes in a piece, case ignored: each name
+// Finds the names of a list of classes in a piece, ignoring case: each name
 // remembers its next occurrence.
 class NameFinder {
  public:
@@ -103,15 +104,18 @@ class NameFinder {
     const CharClass* found = nullptr;
   };
 
-  NameFinder(const ClassList& classes, std::string_view text) : text_(text) {
+  explicit NameFinder(std::string_view text) : text_(text) {}
+
+  // Finds where each name occurs first.
+  void add_names(const ClassList& classes) {
     for (size_t i = 0; i < classes.count(); ++i) {
       const CharClass& one = classes.at(i);
       if (!one.name().empty()) names_.push_back({&one, next_in(one, 0)});
     }
   }
 
-  // The earliest at or behind `from`, which must not go back; at equal
-  // positions the class that stands first in the list.
+  // The earliest at or after `from`, which must not decrease; at equal
+  // positions the class that is first in the list.
   Found next(size_t from) {
     Found earliest;
     for (Name& name : names_) {
@@ -153,7 +157,8 @@ class PatternParser {
   // Level 1: references to user classes.
   void user_classes(std::string_view text) {
     Scanner scan{text, operators_};
-    NameFinder names(context_.user_classes, text);
+    NameFinder names(text);
+    names.add_names(context_.user_classes);
     size_t from = 0;
     while (true) {
       auto [position, found] = names.next(from);
@@ -174,7 +179,8 @@ class PatternParser {
   // Level 2: runs of the name of a predefined class. They take no count.
   void wildcards(std::string_view text) {
     Scanner scan{text, operators_};
-    NameFinder names(context_.predefined_classes, text);
+    NameFinder names(text);
+    names.add_names(context_.predefined_classes);
     size_t from = 0;
     while (true) {
       auto [position, found] = names.next(from);
@@ -211,7 +217,7 @@ class PatternParser {
     string_lists(scan.up_to(text.size()));
   }
 
-  // Level 4: string lists in double quotes; what is left is literal.
+  // Level 4: string lists in double quotes; the rest is literal.
   void string_lists(std::string_view text) {
     Scanner scan{text, operators_};
     size_t from = 0;
@@ -234,8 +240,8 @@ class PatternParser {
     out_.push_back(std::make_unique<LiteralElement>(unescaped));
   }
 
-  // Levels 1 and 2: an escape in front of the name, or of the marker in front
-  // of it, makes the whole construct literal.
+  // Levels 1 and 2: an escape before the name, or before its marker, makes the
+  // whole construct literal.
   static bool escaped_with_marker(const Scanner& scan, size_t position) {
     if (scan.escaped(position)) return true;
     auto marker = scan.marker_before(position);
@@ -243,7 +249,7 @@ class PatternParser {
   }
 
   // Levels 3 and 4. Intended: an escape makes only the marker literal, the list
-  // behind it is not negated.
+  // after it is not negated.
   static std::optional<size_t> plain_marker_before(const Scanner& scan,
                                                    size_t position) {
     auto marker = scan.marker_before(position);
@@ -268,7 +274,7 @@ class PatternParser {
 
   // The next pair of unescaped quotes with something between. A quote that
   // directly follows the opening one becomes the opening one, and (no_blanks)
-  // so does one with a byte below 33 in front of it.
+  // so does one with a byte below 33 before it.
   static std::optional<Quotes> quotes(const Scanner& scan, size_t from,
                                       char quote, bool no_blanks) {
     size_t open = next_quote(scan, from, quote);
@@ -297,8 +303,8 @@ class PatternParser {
     });
   }
 
-  // The characters of a list, or none when the content has not the form of
-  // one: single characters, escaped or not, between separators.
+  // The characters of a list, or none when the content does not have the form
+  // of a list: single characters, escaped or not, between separators.
   std::optional<std::string> listed_chars(std::string_view content) const {
     std::string chars;
     for (size_t at = 0;; ++at) {
@@ -318,7 +324,7 @@ class PatternParser {
     for (size_t at = 0; at <= content.size(); ++at) {
       bool ends = at == content.size();
       if (at + 1 < content.size() && content[at] == operators_.escape) {
-        ++at;  // and the character behind it
+        ++at;  // and the character after it
         continue;
       }
       if (!ends && content[at] != operators_.list_separator) continue;
@@ -334,14 +340,12 @@ class PatternParser {
   ElementList& out_;
 };
 
-bool is_empty(const char* text) { return text == nullptr || *text == '\0'; }
-
 // Appends the elements of one text.
 void compile_text(const PatternContext& context, const PatternText& source,
                   ElementList& out) {
   if (is_empty(source.text)) return;
   std::string text = source.text;
-  if (source.convert) text = context.ExpandControlNames(text);
+  if (source.convert) text = context.expand_control_names(text);
   if (source.is_pattern) {
     PatternParser(context, out).parse(text);
     return;

@@ -1,9 +1,9 @@
 // Turns the texts of a search into the elements of a context.
 //
 // A text is a literal or a pattern. A pattern is read in four levels, each of
-// which finds its own constructs and hands the text between them to the next:
-// user classes, wildcard runs, character lists, string lists. What the last
-// level finds no construct in is literal.
+// which finds its own constructs and passes the text between them to the next:
+// user classes, wildcard runs, character lists, string lists. Text in which the
+// last level finds no construct is literal.
 //
 //   digits[2-5]"foo|bar"x   ->   class 2 to 5 times, string list, literal
 //
@@ -30,7 +30,7 @@ struct PatternText {
 int32_t compile_search(PatternContext& context, const PatternText& start,
                        const PatternText& main, const PatternText& end);
 
-// Compiles "first, any run of bytes, second". The match begins behind the
+// Compiles "first, any run of bytes, second". The match begins after the
 // elements of the first text when count_start is set, else with them. Answers
 // like compile_search, -1 when either text is empty.
 int32_t compile_tag(PatternContext& context, const char* first,

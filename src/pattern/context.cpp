@@ -32,22 +32,6 @@ void CompiledPattern::clear() {
   last_main = 0;
 }
 
-std::span<const std::unique_ptr<Element>> CompiledPattern::start_elements()
-    const {
-  return std::span(elements).first(start_count);
-}
-
-std::span<const std::unique_ptr<Element>> CompiledPattern::main_elements()
-    const {
-  if (!has_main() || empty()) return {};
-  return std::span(elements).subspan(start_count, main_end() - start_count);
-}
-
-std::span<const std::unique_ptr<Element>> CompiledPattern::end_elements()
-    const {
-  return std::span(elements).subspan(std::min(main_end(), elements.size()));
-}
-
 PatternContext::PatternContext() : control_names(default_control_names()) {
   auto printable = std::make_unique<CharClass>("?");
   printable->add_include_range(33, 255);
@@ -55,12 +39,12 @@ PatternContext::PatternContext() : control_names(default_control_names()) {
   any_character.add_include_range(0, 255);
 }
 
-void PatternContext::SetInterruptHook(InterruptHook hook) {
-  matches.SetInterruptHook(hook);
+void PatternContext::set_interrupt_hook(InterruptHook hook) {
+  matches.set_interrupt_hook(hook);
 }
 
-void PatternContext::SetReportHook(ReportHook hook) {
-  matches.SetReportHook(hook);
+void PatternContext::set_report_hook(ReportHook hook) {
+  matches.set_report_hook(hook);
 }
 
 bool PatternContext::polls() const {
@@ -93,7 +77,7 @@ int32_t PatternContext::poll_due(size_t count) {
   return 0;
 }
 
-void PatternContext::ReportProgress(size_t position, size_t total) {
+void PatternContext::report_progress(size_t position, size_t total) {
   ReportHook hook = matches.report_hook();
   if (hook == nullptr || total == 0) return;
   uint32_t& last_step = search_counters().report_step;
@@ -113,20 +97,20 @@ size_t PatternContext::next_report(size_t total) {
   return (size_t{search_counters().report_step} + 1) * report_step_size(total);
 }
 
-int32_t PatternContext::AddUserClass(std::unique_ptr<CharClass> user_class) {
+int32_t PatternContext::add_user_class(std::unique_ptr<CharClass> user_class) {
   return user_classes.add(std::move(user_class));
 }
 
-std::string PatternContext::ExpandControlNames(std::string_view text) const {
+std::string PatternContext::expand_control_names(std::string_view text) const {
   return convert_carets(text, control_names, operators.escape);
 }
 
-void PatternContext::ClearMatches() {
-  matches.Clear();
-  SetText(nullptr, 0);
+void PatternContext::clear_matches() {
+  matches.clear();
+  set_text(nullptr, 0);
 }
 
-void PatternContext::SetText(const char* text, size_t length) {
+void PatternContext::set_text(const char* text, size_t length) {
   text_ = text;
   text_length_ = text != nullptr ? length : 0;
 }

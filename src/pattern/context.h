@@ -1,4 +1,4 @@
-// A pattern context: what pattern texts are read against (operators, control
+// A pattern context: what pattern texts are read with (operators, control
 // names, classes), the compiled elements, and the matches of the last run.
 //
 // The library owns three: for the find, the exclusion and the replace pattern.
@@ -9,7 +9,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,7 +21,7 @@
 
 namespace zenfo {
 
-// Counters of all searches, library-wide by nature as one search runs at a
+// Counters of all searches. They are library-wide because one search runs at a
 // time: a poll or a step counted by one run carries over to the next.
 struct SearchCounters {
   uint32_t polls = 0;        // since the cancel hook was last called
@@ -33,8 +32,8 @@ inline SearchCounters& search_counters() {
   return counters;
 }
 
-// A compiled pattern: start-marker elements, main elements, end-marker
-// elements, one after the other. Owns them.
+// A compiled pattern: start-marker elements, main elements and end-marker
+// elements, in this order. Owns them.
 class CompiledPattern {
  public:
   void clear();
@@ -42,9 +41,6 @@ class CompiledPattern {
   // Whether there is a main element; without one nothing is ever matched.
   bool has_main() const { return main_end() > start_count; }
 
-  std::span<const std::unique_ptr<Element>> start_elements() const;
-  std::span<const std::unique_ptr<Element>> main_elements() const;
-  std::span<const std::unique_ptr<Element>> end_elements() const;
   // One past the last main element.
   size_t main_end() const { return static_cast<size_t>(last_main + 1); }
 
@@ -60,18 +56,19 @@ class PatternContext {
   PatternContext& operator=(const PatternContext&) = delete;
 
   // The hooks serve the search and are passed on to the match list.
-  void SetInterruptHook(InterruptHook hook);
-  void SetReportHook(ReportHook hook);
-  // Every how many polls the interrupt hook is called; 0 means 100.
-  void SetPollInterval(uint32_t interval) { poll_interval_ = interval; }
+  void set_interrupt_hook(InterruptHook hook);
+  void set_report_hook(ReportHook hook);
+  // Every how many polls the interrupt hook is called; 0 means 100. The engine
+  // leaves it at that, tests do not.
+  void set_poll_interval(uint32_t interval) { poll_interval_ = interval; }
   uint32_t poll_interval() const {
     return poll_interval_ != 0 ? poll_interval_ : kDefaultPollInterval;
   }
 
   // Counts a poll and, when it is due, asks the hook; non-zero: stop.
-  int32_t PollCancel() { return PollCancelTimes(1); }
+  int32_t poll_cancel() { return poll_cancel_times(1); }
   // The same for `count` polls in a row; stops counting at the first stop.
-  int32_t PollCancelTimes(size_t count) {
+  int32_t poll_cancel_times(size_t count) {
     uint32_t& polls = search_counters().polls;
     const uint32_t interval = poll_interval();
     if (polls >= interval || count >= interval - polls) {
@@ -87,28 +84,28 @@ class PatternContext {
 
   // Reports step `position` of `total`: the first, the last and about a
   // hundred between. The percentage is computed in double precision.
-  void ReportProgress(size_t position, size_t total);
-  // The least position above those reported that is worth a report.
+  void report_progress(size_t position, size_t total);
+  // The least position above those reported that will be reported.
   static size_t next_report(size_t total);
 
-  // Whether anybody listens: false too when the hooks are the library's own
-  // and the host has no such callback, so that a run may leave them out.
+  // Whether any call has an effect: false also when the hooks are the library's
+  // own and the host has no such callback. A run may then skip them.
   bool polls() const;
   bool reports() const;
 
   // 1; -1 for a null class.
-  int32_t AddUserClass(std::unique_ptr<CharClass> user_class);
+  int32_t add_user_class(std::unique_ptr<CharClass> user_class);
   // Always 1.
-  int32_t ClearUserClasses() { return user_classes.clear(); }
+  int32_t clear_user_classes() { return user_classes.clear(); }
 
-  // What the text names by the context's control names, each replaced by its
-  // byte; escaped names and the escapes stay.
-  std::string ExpandControlNames(std::string_view text) const;
+  // The text with each of the context's control names replaced by its byte;
+  // escaped names and the escapes stay.
+  std::string expand_control_names(std::string_view text) const;
 
-  // Empties the match list and lets go of its text.
-  void ClearMatches();
-  // The text that the matches lie in; null and 0 when there is none.
-  void SetText(const char* text, size_t length);
+  // Empties the match list and forgets its text.
+  void clear_matches();
+  // The text that the matches are in; null and 0 when there is none.
+  void set_text(const char* text, size_t length);
   const char* text() const { return text_; }
   size_t text_length() const { return text_length_; }
   const char* text_end() const {

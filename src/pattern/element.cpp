@@ -57,12 +57,12 @@ bool Element::failed(size_t p, size_t taken) {
 
 void Occurrences::prepare(bool case_flag) {
   searcher_ = SubstringSearcher(text_, case_flag);
-  // Windows overlap by the length of the text: keep that a small part.
+  // Windows overlap by the length of the text: keep the overlap a small part.
   window_ = std::max(kWindow, 4 * text_.size());
 }
 
-// Searches from searched_ on, up to a window or as many hits as there is room
-// for.
+// Searches from searched_ on, one window at most, or until the hits fill the
+// room.
 void Occurrences::search(const MatchScope& scope) {
   const size_t starts_end =
       searched_ + std::min(scope.area_end - searched_, window_);
@@ -76,7 +76,7 @@ void Occurrences::search(const MatchScope& scope) {
 
 size_t Occurrences::next(const MatchScope& scope, size_t p, size_t bound) {
   if (p < from_) {
-    // Nothing known yet, or gone back, which no chain of attempts does.
+    // Nothing is known yet, or `p` went back, which no chain of attempts does.
     searched_ = p;
     taken_ = found_ = 0;
   }
@@ -132,7 +132,7 @@ Alternatives::Hit Alternatives::earliest_before(const MatchScope& scope,
                                                 size_t bound) {
   Hit best;
   for (Occurrences& entry : entries_) {
-    // None behind the best so far matters.
+    // Those after the best so far do not matter.
     if (best.position < bound) bound = best.position + 1;
     size_t at = entry.next(scope, p, bound);
     if (at > best.position || at >= limit) continue;
@@ -173,8 +173,8 @@ bool StringListElement::match(const MatchScope& scope, size_t p, size_t limit) {
 
 // Runs
 
-// The first byte of [p, limit) that does not count, or limit. Runs that
-// attempts meet again and again are scanned once.
+// The first byte of [p, limit) that does not count, or limit. A run that
+// several attempts come across is scanned once.
 size_t RunElement::run_end(const char* text, size_t p, size_t limit) {
   if (counted_.contains_all()) return limit;
   if (p < run_from_ || p > run_to_) run_from_ = run_to_ = p;
@@ -193,7 +193,7 @@ bool RunElement::match(const MatchScope& scope, size_t p, size_t limit) {
   const size_t look = bounded ? p + maximum + 1 : limit;
   const size_t run = run_end(scope.text, p, look) - p;
   if (bounded && run > maximum) {
-    // Cut: the run may also begin one byte later.
+    // Cut by the maximum: the run may also begin one byte later.
     resume = std::max(p, scope.attempt_start + 1);
     return matched(p, maximum);
   }

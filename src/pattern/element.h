@@ -2,12 +2,13 @@
 // position.
 //
 // All positions are offsets from the start of the text. Each match operation
-// leaves behind what was matched, the first byte not taken, and where a later
-// attempt may resume; the search reads its next start from these words.
+// stores what was matched, the first byte not taken, and where a later attempt
+// may resume; the search reads its next start from these words.
 //
 // What an element remembers between attempts (where a literal was located, how
-// far a run of class bytes goes, the next hit of each alternative) only spares
-// work: results are those of looking again. It holds for one area of one text.
+// far a run of class bytes goes, the next hit of each alternative) only saves
+// work: results are the same as those of searching again. It holds for one area
+// of one text.
 //
 // Tested by tests/unit/pattern/element_test.cpp
 #pragma once
@@ -26,7 +27,8 @@
 
 namespace zenfo {
 
-// No position: neither "not found" nor "stop" may look like the text's start.
+// No position. It is not 0, because "not found" and "stop" must differ from the
+// text's start.
 inline constexpr size_t kNoPosition = SIZE_MAX;
 
 enum class ElementKind : int32_t {
@@ -40,7 +42,7 @@ enum class ElementKind : int32_t {
 // Where matching takes place: one area of a text, one attempt in it.
 struct MatchScope {
   const char* text;      // start of the whole text
-  size_t area_end;       // exclusive; nothing behind it is looked at
+  size_t area_end;       // exclusive; nothing after it is read
   size_t attempt_start;  // s
 };
 
@@ -52,13 +54,13 @@ class Element {
   ElementKind kind() const { return kind_; }
   bool case_flag() const { return case_flag_; }  // true: exact bytes
 
-  // For the start of a run: zeroes all words, forgets all positions, takes the
-  // run's case flag.
+  // Starts a run: zeroes all words, forgets all positions, stores the run's
+  // case flag.
   void reset(bool case_flag);
-  // For the start of an area: forgets all positions.
+  // Starts an area: forgets all positions.
   virtual void forget() {}
 
-  // Tries the element at p; nothing at or behind `limit` is taken.
+  // Tries the element at p; nothing at or after `limit` is taken.
   virtual bool match(const MatchScope& scope, size_t p, size_t limit) = 0;
 
   void clear_match() { start = length = 0; }
@@ -72,8 +74,8 @@ class Element {
   Element(ElementKind kind, bool case_flag)
       : kind_(kind), case_flag_(case_flag) {}
 
-  // Prepares for comparing with the case flag and the folding in force; called
-  // for a run that has others than the one before.
+  // Prepares for comparing with the present case flag and folding; called for a
+  // run in which they differ from the run before.
   virtual void prepare() {}
   // Sets the words: a match of `taken` bytes at p, or a failure there.
   bool matched(size_t p, size_t taken);
@@ -87,8 +89,9 @@ class Element {
 
 using ElementList = std::vector<std::unique_ptr<Element>>;
 
-// The occurrences of one text in an area, found some ahead and handed out one
-// by one. Positions asked for mostly rise, so that the area is searched once.
+// The occurrences of one text in an area, found several at a time and handed
+// out one by one. The positions asked for mostly rise, so that the area is
+// searched once.
 class Occurrences {
  public:
   explicit Occurrences(std::string_view text) : text_(text) {}
@@ -98,8 +101,8 @@ class Occurrences {
 
   void prepare(bool case_flag);
   void forget() { from_ = kNoPosition; }
-  // The first occurrence at or behind p, if it begins before `bound` or is
-  // known anyway; else kNoPosition.
+  // The first occurrence at or after p, if it begins before `bound` or is known
+  // anyway; else kNoPosition.
   size_t next(const MatchScope& scope, size_t p, size_t bound);
 
   // Positions searched at once: what fits in the nearer caches.
@@ -131,8 +134,8 @@ class LiteralElement : public Element {
 
   const std::string& text() const { return occurrences_.text(); }
   const SubstringSearcher& searcher() const { return occurrences_.searcher(); }
-  // Bytes below 33 and from 0x80 are passed over in text and literal; never
-  // set by the compiler.
+  // Bytes below 33 and from 0x80 are skipped in text and literal; never set by
+  // the compiler.
   bool ignore_blanks = false;
 
   void forget() override { occurrences_.forget(); }
@@ -148,8 +151,8 @@ class LiteralElement : public Element {
   Occurrences occurrences_;
 };
 
-// The strings of a string list. They are searched over one window of the text
-// after the other, so that long texts are read from memory once for all.
+// The strings of a string list. They are searched for window by window, so that
+// a long text is read from memory once for all strings.
 class Alternatives {
  public:
   struct Hit {
@@ -163,8 +166,8 @@ class Alternatives {
 
   void prepare(bool case_flag);
   void forget();
-  // The earliest occurrence of any that lies in [p, limit); at equal positions
-  // the later alternative.
+  // The earliest occurrence of any within [p, limit); at equal positions the
+  // later alternative.
   Hit earliest(const MatchScope& scope, size_t p, size_t limit);
 
  private:
@@ -172,7 +175,7 @@ class Alternatives {
                       size_t bound);
 
   std::vector<Occurrences> entries_;
-  // The last answer, good for positions from last_from_ up to its hit.
+  // The last answer, valid for positions from last_from_ up to its hit.
   size_t last_from_ = kNoPosition;
   size_t last_limit_ = 0;
   Hit last_;
@@ -219,7 +222,7 @@ class RunElement : public Element {
 
 class ClassElement : public RunElement {
  public:
-  // Copies the class, so that later changes to it leave the pattern alone.
+  // Copies the class, so that later changes to it do not affect the pattern.
   ClassElement(const CharClass& source, uint32_t least, uint32_t most,
                bool is_negated)
       : ClassElement(ElementKind::kClass, source, least, most, is_negated) {}

@@ -13,7 +13,7 @@ void MatchRecord::set_replacement_bytes(std::string_view replacement) {
   replacement_.reset();
   replacement_length_ = 0;
   if (replacement.empty()) return;
-  // Zero-filled: the slack behind the text is part of the contract.
+  // Zero-filled: the slack after the text is part of the contract.
   replacement_.reset(new char[replacement.size() + kReplacementSlack]());
   std::memcpy(replacement_.get(), replacement.data(), replacement.size());
   replacement_length_ = static_cast<uint32_t>(replacement.size());

@@ -17,8 +17,8 @@ namespace zenfo {
 class MatchRecord : public Record, public Pooled<MatchRecord> {
  public:
   static constexpr RecordKind kKind = RecordKind::kMatch;
-  // Zero bytes behind every replacement, so that a host's copy of a few bytes
-  // more than the length stays within the buffer.
+  // Zero bytes after every replacement, so that copying a few bytes more than
+  // the length stays within the buffer.
   static constexpr size_t kReplacementSlack = 5;
 
   MatchRecord() { state = 1; }
@@ -37,9 +37,9 @@ class MatchRecord : public Record, public Pooled<MatchRecord> {
   const char* end() const { return text_ + length; }
   std::string_view matched() const { return {text_, length}; }
 
-  // Takes a copy of the text up to its first NUL; null or empty leaves none.
+  // Copies the text up to its first NUL; null or empty leaves no replacement.
   void set_replacement(const char* replacement);
-  // Takes a copy of all its bytes, NUL included; empty leaves none.
+  // Copies all bytes, NUL included; empty leaves no replacement.
   void set_replacement_bytes(std::string_view replacement);
   // Null when there is none; otherwise readable for replacement_length plus
   // kReplacementSlack bytes.

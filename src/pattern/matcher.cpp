@@ -1,21 +1,22 @@
 // Idea. A search is a chain of attempts, each of which says where the next one
 // starts (attempt.h). Most attempts of most patterns fail for one of a few
-// reasons that are cheaper to see from outside, so before an attempt is made
-// the search skips to the next start at which it could succeed:
-//  - a pattern that is one literal is its occurrences;
-//  - a pattern that is one run of a set of bytes is the runs of that set;
-//  - one class without an upper bound in front of a literal: locate the
-//    literal and walk back over the class;
+// reasons that can be seen more cheaply without an attempt. So before each
+// attempt the search skips to the next start at which one could succeed:
+//  - a pattern that is one literal: its matches are the literal's occurrences;
+//  - a pattern that is one run of a set of bytes: its matches are these runs;
+//  - one class without an upper bound before a literal: locate the literal and
+//    walk back over the class;
 //  - a class, character list or string list at the start: go to the next byte
 //    of the set, or the next occurrence of an alternative.
-// Skipped attempts are told to Ticks, so that polls and reports are the same.
+// Skipped attempts are passed to Ticks, so that polls and reports are the same.
 //
-// Cost. Linear in the text for a given pattern: literals, alternatives and
-// runs that were once located are not looked for again (element.h).
-// Fits:    digits[2-]x over a log file: the literal decides, the rest is
-//          looked at where it stands.
-// Doesn't: ?alphadigits: wildcards and unbounded classes at the start begin an
-//          attempt at most positions, at some tens of nanoseconds each.
+// Cost. Linear in the text for a given pattern: literals, alternatives and runs
+// are located once and remembered (element.h).
+// Fits:    digits[2-]x over a log file: the search is for the literal, and the
+//          rest is tried only where it occurs.
+// Doesn't: ?alphadigits: with wildcards and unbounded classes at the start
+//          there is an attempt at most positions, at some tens of nanoseconds
+//          each.
 // Covered by SearchPaths.AgreeOnRandomCases and by the hostile patterns in
 // tests/unit/pattern/matcher_test.cpp
 #include "pattern/matcher.h"
@@ -33,9 +34,9 @@
 namespace zenfo {
 namespace {
 
-// How the elements at the start of a pattern let attempts be skipped.
+// Which attempts can be skipped because of how a pattern starts.
 enum class Lead {
-  kNone,        // nothing to skip by
+  kNone,        // no attempts can be skipped
   kLiteral,     // the pattern is this one literal
   kRun,         // the pattern is this one run
   kRunToFirst,  // one run without upper bound, then the first literal
@@ -47,7 +48,7 @@ enum class Lead {
 struct Plan {
   Lead lead = Lead::kNone;
   bool has_literal = false;
-  Element* first = nullptr;  // the element that the lead names
+  Element* first = nullptr;  // the element that the lead is about
 };
 
 bool is_run(const Element& element) {
@@ -64,7 +65,7 @@ Plan plan_single(Element& only) {
   return {};
 }
 
-// Elements before the first literal, wildcards left out: they take nothing and
+// Elements before the first literal, without wildcards, which take nothing and
 // change no next start.
 Plan plan_start(const ElementList& elements) {
   Plan plan;
@@ -144,7 +145,7 @@ class Search {
     return static_cast<const RunElement&>(*plan_.first);
   }
 
-  // The definition: attempt by attempt, but for those that are skipped.
+  // The definition: attempt by attempt, except those that are skipped.
   Outcome attempts(size_t s, size_t end) {
     if (!attempt_) attempt_.emplace(context_.pattern);
     attempt_->enter(text_, end);
@@ -167,13 +168,13 @@ class Search {
 
   enum class Skip { kGoOn, kEnd, kCancelled };
 
-  // Moves s to the next start that is worth an attempt.
+  // Moves s to the next start where an attempt could succeed.
   Skip skip_from(size_t& s, size_t end) {
     while (true) {
       if (plan_.has_literal && !attempt_->literals_in_place(s)) {
-        return Skip::kGoOn;  // the attempt says what follows
+        return Skip::kGoOn;  // the attempt says where to go on
       }
-      // Up to here all attempts meet the same literals.
+      // Up to here all attempts locate the same literals.
       const size_t limit = plan_.has_literal ? attempt_->first_literal() : end;
       const size_t start = next_start_worth(s, limit);
       if (start != kNoPosition) {
@@ -214,8 +215,8 @@ class Search {
     }
   }
 
-  // Tells of the attempts behind s up to one at `start`, which follows a byte
-  // outside the set when the lead is kRunToFirst.
+  // Passes to Ticks the attempts after s up to one at `start`, which follows a
+  // byte outside the set when the lead is kRunToFirst.
   bool skipped(size_t s, size_t start, size_t limit) {
     if (ticks_.silent() || s == start) return false;
     if (plan_.lead != Lead::kRunToFirst) {
@@ -231,20 +232,20 @@ class Search {
     return false;
   }
 
-  // The same up to `stop`, the last start below the area's end, when none of
-  // them was worth an attempt.
+  // The same up to `stop`, the last start below the area's end, when all of
+  // them are skipped.
   bool skipped_all(size_t s, size_t stop, size_t limit) {
     if (ticks_.silent() || s >= stop) return false;
     if (plan_.lead != Lead::kRunToFirst) return ticks_.attempts_at_all(s, stop);
-    // Too short a run stands in front of the literal: up to it as above, from
-    // it one by one.
+    // The run before the literal is too short: up to it as above, then one by
+    // one.
     size_t start = offset(run().counted().run_start(text_ + s, text_ + limit));
     if (skipped(s, start, limit)) return true;
     return ticks_.attempts_at_all(start, stop);
   }
 
-  // Next start of a failing attempt at s, before the last byte outside the set
-  // in front of the literal.
+  // Next start after a failing attempt at s, before the last byte outside the
+  // set that precedes the literal.
   size_t next_after_short_run(size_t s, size_t limit) const {
     if (limit - s < run().minimum) return s + 1;
     size_t q = offset(run().counted().find_other(text_ + s, text_ + limit));
@@ -259,7 +260,7 @@ class Search {
     const size_t size = literal.text().size();
     const char* hits[kAtOnce];
     while (s < end) {
-      // A window at a time: looking far ahead is in vain when the run stops.
+      // One window at a time: searching far ahead is wasted when the run stops.
       const size_t starts_end = s + std::min(end - s, Occurrences::kWindow);
       const char* stop =
           text_ + starts_end + std::min(end - starts_end, size - 1);
@@ -291,7 +292,7 @@ class Search {
     auto& element = static_cast<RunElement&>(*plan_.first);
     while (true) {
       size_t start = offset(element.counted().find(text_ + s, text_ + end));
-      // Where fewer bytes remain than it takes, nothing is found any more.
+      // When fewer bytes remain than the minimum, nothing more is found.
       if (end - start < std::max<size_t>(element.minimum, 1)) start = end - 1;
       if (start > s && ticks_.attempts_at_all(s, start)) {
         return Outcome::kCancelled;
@@ -313,7 +314,7 @@ class Search {
     }
     ++count_;
     if (options_.store) {
-      context_.matches.Append(std::make_unique<MatchRecord>(
+      context_.matches.append(std::make_unique<MatchRecord>(
           text_ + start, static_cast<uint32_t>(size),
           static_cast<uint32_t>(start)));
     }
@@ -346,11 +347,11 @@ class Search {
   size_t count_ = 0;
 };
 
-// Empties the match list and prepares the elements. False when the answer is
-// settled already and stands in `answer`.
+// Empties the match list and prepares the elements. False when `answer` is
+// final already.
 bool begin_run(PatternContext& context, const char* text, size_t length,
                const FindOptions& options, int32_t& answer) {
-  context.ClearMatches();
+  context.clear_matches();
   context.cancelled = false;
   answer = 0;
   if (text == nullptr) return false;
@@ -361,7 +362,7 @@ bool begin_run(PatternContext& context, const char* text, size_t length,
     if (element == nullptr) return false;
   }
   for (const auto& element : elements) element->reset(options.case_flag);
-  context.SetText(text, length);
+  context.set_text(text, length);
   return true;
 }
 
@@ -387,10 +388,10 @@ Area area_of(Record* record, size_t length) {
 
 Outcome search_inside(Search& search, ItemList& areas, size_t length) {
   Outcome outcome = Outcome::kSearched;
-  const uint32_t count = areas.Count();
+  const uint32_t count = areas.count();
   for (uint32_t i = 0; i < count && outcome == Outcome::kSearched; ++i) {
     if (search.ticks().poll()) return Outcome::kCancelled;
-    Area area = area_of(areas.Get(i), length);
+    Area area = area_of(areas.get(i), length);
     if (area.begin < area.end) outcome = search.area(area.begin, area.end);
   }
   return outcome;
@@ -399,11 +400,11 @@ Outcome search_inside(Search& search, ItemList& areas, size_t length) {
 Outcome search_outside(Search& search, ItemList& areas, size_t length) {
   Outcome outcome = Outcome::kSearched;
   size_t cursor = 0;
-  const uint32_t count = areas.Count();
+  const uint32_t count = areas.count();
   for (uint32_t i = 0; i < count && outcome == Outcome::kSearched; ++i) {
     if (search.ticks().poll()) return Outcome::kCancelled;
-    if (record_cast<MatchRecord>(areas.Get(i)) == nullptr) continue;
-    Area area = area_of(areas.Current(), length);
+    if (record_cast<MatchRecord>(areas.get(i)) == nullptr) continue;
+    Area area = area_of(areas.current(), length);
     if (cursor < area.begin) outcome = search.area(cursor, area.begin);
     cursor = std::max(cursor, area.end);
   }

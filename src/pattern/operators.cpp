@@ -30,7 +30,7 @@ std::string convert_name(const std::string& text, const ControlName& control,
     size_t found = text.find(control.name, from);
     if (found == std::string::npos) break;
     converted.append(text, from, found - from);
-    // What was converted before counts as it stands now.
+    // Text that is converted already counts as it is now.
     if (is_escaped(converted, converted.size(), 0, escape)) {
       converted += text[found];
       from = found + 1;

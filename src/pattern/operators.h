@@ -20,7 +20,7 @@ struct Operators {
   char double_quote = '"';     // on both sides of a string list
   char list_separator = '|';   // between the alternatives of either
   char escape = '\\';          // makes the next character literal
-  std::string negation_marker = "!";  // in front of what it negates
+  std::string negation_marker = "!";  // before what it negates
 };
 
 struct ControlName {
@@ -32,13 +32,13 @@ struct ControlName {
 // the name of 27, and no name is a caret and a close bracket.
 std::vector<ControlName> default_control_names();
 
-// Whether an odd number of escapes stands directly in front of `position`;
-// bytes below `from` are not looked at.
+// Whether an odd number of escapes is directly before `position`; bytes below
+// `from` are not examined.
 bool is_escaped(std::string_view text, size_t position, size_t from,
                 char escape);
 
-// Replaces every name that is not escaped by its code's byte, one pass for
-// each name in order; the escapes stay.
+// Replaces every name that is not escaped by its byte, in one pass for each
+// name, in order; the escapes stay.
 std::string convert_carets(std::string_view text,
                            const std::vector<ControlName>& names, char escape);
 

@@ -4,7 +4,7 @@ namespace zenfo {
 
 Ticks::Ticks(PatternContext& context, size_t total)
     : context_(context), total_(total), polls_(context.polls()) {
-  context_.ReportProgress(0, total_);
+  context_.report_progress(0, total_);
   next_report_ =
       context_.reports() ? PatternContext::next_report(total_) : kNoPosition;
   silent_ = !polls_ && next_report_ == kNoPosition;
@@ -12,7 +12,7 @@ Ticks::Ticks(PatternContext& context, size_t total)
 
 bool Ticks::attempt(size_t s) {
   if (s >= next_report_) {
-    context_.ReportProgress(s, total_);
+    context_.report_progress(s, total_);
     next_report_ = PatternContext::next_report(total_);
   }
   return poll_times(1);

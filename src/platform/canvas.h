@@ -1,9 +1,8 @@
 // A window to paint in and its scroll bars: the dozen things that the display
-// asks of the system.
+// needs from the system.
 //
 // The painters draw on this interface only, so tests run them on a canvas that
-// writes down what it is told. Natively there are no windows: open_window
-// answers null.
+// records its calls. Natively there are no windows: open_window answers null.
 //
 // Tested by tests/unit/platform/canvas_test.cpp
 #pragma once
@@ -25,7 +24,7 @@ struct Rectangle {
   bool operator==(const Rectangle&) const = default;
 };
 
-// Pixels; 0 when the system cannot tell.
+// In pixels; 0 when the system does not say.
 struct FontMetrics {
   int32_t height = 0;
   int32_t widest_character = 0;
@@ -49,12 +48,12 @@ class Canvas {
  public:
   virtual ~Canvas() = default;
 
-  // Empty when the system cannot tell.
+  // Empty when the system does not say.
   virtual Rectangle client_rectangle() = 0;
 
-  // Painting: what follows works between a begin_paint that answered true and
-  // its end_paint. Text is drawn at the current position and moves it behind
-  // its last character.
+  // Painting: the following calls work after a begin_paint that answered true,
+  // until its end_paint. Text is drawn at the current position, which moves to
+  // the end of the text.
   virtual bool begin_paint() = 0;
   virtual void end_paint() = 0;
   virtual FontMetrics select_font(Font font) = 0;

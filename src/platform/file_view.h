@@ -21,10 +21,10 @@ class FileView {
   FileView(const FileView&) = delete;
   FileView& operator=(const FileView&) = delete;
 
-  // Views the first `size` bytes (not 0), with a byte behind them that may be
-  // used too. False when there is no view to be had: read the file instead.
+  // Views the first `size` bytes (not 0), with one more byte after them that
+  // may be used too. False when no view is possible: read the file instead.
   bool open(const InputFile& file, size_t size);
-  // Brings in the bytes from `begin` to `end`, to be called in order. False
+  // Reads the bytes from `begin` to `end` into memory; call it in order. False
   // when they cannot be read.
   bool fill(size_t begin, size_t end);
   void close();

@@ -3,8 +3,8 @@
 // picks one folder, callers never ask which.
 //
 // Paths are narrow, zero-terminated texts, never null, stored and passed as
-// given. Every call states what a failure leaves behind; none throws except for
-// memory and what a visitor throws.
+// given. Every call states what a failure leaves behind. None throws, except
+// for lack of memory and what a visitor throws.
 //
 // Tested by tests/unit/platform/files_test.cpp,
 // tests/unit/platform/folders_test.cpp, tests/unit/platform/streams_test.cpp,
@@ -40,9 +40,9 @@ inline constexpr uint32_t kAttributeNormal = 128;
 inline constexpr uint32_t kAttributeCompressed = 2048;
 
 // Facts of one file. `attributes` is never 0; `size` is 0 for what is no
-// ordinary file. Natively read-only means that nobody may write, hidden that
-// the name begins with ".", and the write time stands in for the creation time
-// where none is kept. Times count 100 ns steps since 1601-01-01 UTC.
+// ordinary file. Natively a file is read-only when nobody may write it and
+// hidden when its name begins with "."; where no creation time is kept, it is
+// the write time. Times count 100 ns steps since 1601-01-01 UTC.
 struct FileFacts {
   uint32_t attributes = 0;
   uint64_t size = 0;
@@ -51,9 +51,9 @@ struct FileFacts {
   uint64_t write_time = 0;
 };
 
-// Tells whether a file is the one that was looked at before, and as it was
-// then: every write changes the time, as finely as the file system keeps it.
-// The numbers mean something in comparison only.
+// Shows whether a file is the one that was examined before, unchanged: every
+// write changes the time, as finely as the file system keeps it. The numbers
+// mean something in comparison only.
 struct FileVersion {
   uint64_t volume = 0;
   uint64_t number = 0;  // of the file on its volume
@@ -87,21 +87,21 @@ bool read_file_facts(const char* path, FileFacts& facts,
 
 bool is_file(const char* path);    // exists and is no folder
 bool is_folder(const char* path);  // exists and is a folder
-// Something of that name exists, a link that leads nowhere too; a name with
+// Something of that name exists, even a link that leads nowhere; a name with
 // "*" or "?" is never found.
 bool exists(const char* path);
 
-// The two listings that the file search asks of one folder. The native build
-// reads the folder once, when first asked, and keeps the names, sorted by byte;
-// Windows asks the system for every query. An empty path is the root. A folder
-// that cannot be read has no names.
+// The two listings of one folder that the file search needs. The native build
+// reads the folder once, at the first call, and keeps the names, sorted by
+// byte; on Windows every listing is a query to the system. An empty path is the
+// root. A folder that cannot be read has no names.
 class FolderListing {
  public:
   // Visitors get a bare name, valid during the call, and answer false to stop
   // the listing. They may move the listing meanwhile, not destroy it.
   using Visitor = std::function<bool(std::string_view name)>;
-  // Called after each answer of the system, wanted or not, and behind the
-  // visitor where there is one; answers false to stop the listing. Natively
+  // Called after each answer of the system, wanted or not, and after the
+  // visitor if that was called; answers false to stop the listing. Natively
   // that is after each name as the folder is read, and again after each that
   // was visited.
   using Answered = std::function<bool()>;
@@ -141,12 +141,12 @@ class InputFile {
   InputFile& operator=(const InputFile&) = delete;
 
   // False when the file cannot be opened; never waits for a writer of a pipe.
-  // Folders, pipes and devices may open natively, where asking would cost every
-  // file a call: reading a folder fails, and size() tells them all. `nearby`
-  // may be null.
+  // Folders, pipes and devices may open natively, because asking would cost one
+  // call for every file: reading a folder fails, and size() answers -1 for all
+  // of them. `nearby` may be null.
   bool open(const char* path, NearbyFolder* nearby = nullptr);
-  // The same, but false for a path that leads through a link. Windows looks at
-  // its last part only.
+  // The same, but false for a path that leads through a link. On Windows only
+  // the last part is checked.
   bool open_without_links(const char* path);
   // Reads up to `size` bytes, fewer only at an ordinary file's end; -1 on
   // error, with anything in the buffer.
@@ -166,14 +166,15 @@ class InputFile {
 
 enum class OutputMode {
   kTruncate,  // empty an existing file
-  kAppend,    // write behind what is there
-  // Write from the start. What lay behind goes with set_end(), or at once: on
-  // Windows, where only an attempt tells whether a file can be cut. A file that
-  // cannot, or that is locked there, is not opened and keeps its bytes.
+  kAppend,    // write after what is there
+  // Write from the start. The rest of the old content is removed by set_end();
+  // on Windows at once, because only an attempt shows whether a file can be
+  // cut. A file that cannot be cut, or is locked there, is not opened and keeps
+  // its bytes.
   kOverwrite,
 };
 
-// What came of opening a file that was looked at before.
+// The result of opening a file that was examined before.
 enum class Opened {
   kOpen,
   kFailed,
@@ -190,15 +191,15 @@ class OutputFile {
 
   // Creates the file when missing; false leaves nothing open.
   bool open(const char* path, OutputMode mode);
-  // Opens an existing file to write it over from its start (kOverwrite), if it
-  // is of the version expected. What does not open is not touched. While it is
-  // open, no other process can open it in this way, where the system can see to
-  // that.
+  // Opens an existing file to overwrite it from its start (kOverwrite), if it
+  // has the expected version. A file that does not open is not touched. While
+  // it is open, no other process can open it in this way, where the system
+  // supports that.
   Opened open_unchanged(const char* path, const FileVersion& expected);
   // All bytes, or false with some of them written.
   bool write(const void* data, size_t size);
-  // Cuts the file behind the bytes written so far. For kOverwrite; the other
-  // modes write at the end anyway and nothing changes.
+  // Cuts the file after the bytes written so far. For kOverwrite; the other
+  // modes write at the end anyway, so nothing changes.
   bool set_end();
   // False when the system reports that earlier writes were lost. Closing
   // twice is harmless.
@@ -215,13 +216,13 @@ class OutputFile {
 // write time, and the owner of a new file, as far as the system allows; setuid
 // and setgid only where the owner or group is the same), replacing the content
 // of `to` when it exists. False when the copy is not complete; natively a new
-// file is gone then. An existing one is never deleted: it is left alone where
-// the disk has no room for the copy, and holds what was written where something
-// else fails. Natively holes of the file stay holes. A file is never copied
-// onto itself, and natively nothing but ordinary files onto such; these leave
-// both alone. On Windows a hidden or system file is replaced too, a read-only
-// one is not. `version`, when not null, becomes that of `from` before it was
-// read.
+// file is deleted then. An existing one is never deleted: it is left alone if
+// the disk has no room for the copy, and holds what was written so far if
+// something else fails. Natively holes of the file stay holes. A file is never
+// copied onto itself, and natively only ordinary files are copied, onto
+// ordinary files; other attempts leave both alone. On Windows a hidden or
+// system file is replaced too, a read-only one is not. `version`, when not
+// null, becomes that of `from` before it was read.
 bool copy_file(const char* from, const char* to,
                FileVersion* version = nullptr);
 // Gives a file the mode and owner of another (on Windows the attributes), as
@@ -234,18 +235,19 @@ bool delete_file(const char* path);
 bool clear_read_only(const char* path);
 // Cuts an existing file to its first `size` bytes.
 bool cut_file(const char* path, uint64_t size);
-// Gives a file a new name in the same folder, in one step that takes the place
-// of an ordinary file of that name. False leaves both as they were.
+// Gives a file a new name in the same folder and replaces an ordinary file of
+// that name, in one step. False leaves both as they were.
 bool replace_file(const char* from, const char* to);
 // False when it cannot be created, or exists.
 bool create_folder(const char* path);
-// Deletes every file in `folder` that is wanted, read-only ones too (subfolders
-// and links to folders stay, failures are ignored). The names are gathered
-// first.
+// Deletes every file in `folder` that `wanted` accepts, read-only ones too
+// (subfolders and links to folders stay, failures are ignored). The names are
+// gathered first.
 void delete_files_in(const char* folder,
                      const std::function<bool(std::string_view name)>& wanted);
-// The path of a drive or share root ("C:", "C:\", "\\server\share", "/"); the
-// empty path, too, and what the system resolves to such ("/tmp/..").
+// Whether the path is the root of a drive or share ("C:", "C:\",
+// "\\server\share", "/"), the empty path, or one that the system resolves to a
+// root ("/tmp/..").
 bool is_root_folder(std::string_view folder);
 // Made absolute against the working folder; unchanged when that fails.
 std::string absolute_path(const char* path);
@@ -254,7 +256,7 @@ std::string absolute_path(const char* path);
 // separators, one at the end and "." parts do not count. No file is looked at.
 bool same_path(std::string_view a, std::string_view b);
 // The same text for all paths that lead to one file, links too, for sets of
-// files. A file that the system does not identify goes by its absolute path.
+// files. For a file that the system does not identify, it is the absolute path.
 std::string file_key(const char* path);
 // Whether two paths lead to one existing file, however they are written. Where
 // the system numbers no files, their absolute paths are compared.

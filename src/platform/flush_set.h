@@ -17,12 +17,12 @@ class FlushSet {
   FlushSet(const FlushSet&) = delete;
   FlushSet& operator=(const FlushSet&) = delete;
 
-  // Takes in a file that was written or created. One that is gone needs no
-  // flush; one that cannot be opened fails the next.
+  // Adds a file that was written or created. One that is gone needs no flush;
+  // one that cannot be opened makes the next flush fail.
   void add(const char* path);
-  // Waits until all files taken in are on their disks, names included, and
-  // forgets them. False when the system reports that something was lost. What
-  // is not taken in may be flushed as well.
+  // Waits until all added files are on their disks, names included, and forgets
+  // them. False when the system reports that something was lost. Other files
+  // may be flushed as well.
   bool flush();
 
  private:

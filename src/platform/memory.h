@@ -1,5 +1,5 @@
 // Memory in large pieces: the block that is kept and grown, never cleared, for
-// the text of the file in hand; and slabs for very many small objects.
+// the text of the current file; and slabs for very many small objects.
 //
 // Tested by tests/unit/platform/memory_test.cpp
 #pragma once

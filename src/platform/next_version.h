@@ -1,9 +1,10 @@
-// The next version of a file: written beside it, it takes its place in one
-// step, so that whoever looks finds the old bytes or the new ones, never half.
+// The next version of a file. It is written beside the file and replaces it in
+// one step, so that readers find the old bytes or the new ones, never a
+// mixture.
 //
-// Only where nothing is lost by it: natively an ordinary file with one name
-// that belongs to the user, without access lists or other attributes, in a
-// folder that takes another file. Windows writes every file in place.
+// Only where nothing is lost by it: an ordinary file with one name that belongs
+// to the user, in a folder where files can be created; natively without access
+// lists or other attributes, which Windows copies to the new file.
 //
 // Tested by tests/unit/platform/next_version_test.cpp
 #pragma once
@@ -18,20 +19,20 @@ namespace zenfo::platform {
 class NextVersion {
  public:
   NextVersion();
-  // Deletes what did not take the file's place.
+  // Deletes a new version that did not replace the file.
   ~NextVersion();
   NextVersion(const NextVersion&) = delete;
   NextVersion& operator=(const NextVersion&) = delete;
 
-  // Makes an empty file beside `path`, with its owner and rights, and locks
-  // `path` as OutputFile::open_unchanged() does. kFailed: it has to be written
-  // in place, if at all. kChanged: it is no longer of that version.
+  // Makes an empty file beside `path`, natively with its owner and rights, and
+  // locks `path` there as OutputFile::open_unchanged() does. kFailed: the file
+  // can only be written in place. kChanged: it no longer has that version.
   Opened begin(const char* path, const FileVersion& expected);
   bool begun() const { return !fresh_.empty(); }
   // The file to write.
   const char* path() const { return fresh_.c_str(); }
-  // The written file takes the place of the old one. kChanged or kFailed leave
-  // the old one, and the new one is deleted.
+  // Replaces the old file by the written one. After kChanged or kFailed the old
+  // one is left and the new one deleted.
   Opened take_place();
 
  private:

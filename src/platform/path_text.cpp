@@ -1,5 +1,5 @@
-// Paths as texts. Every question is put to one plain form of the path, so that
-// doubled separators and "." parts are handled once.
+// Paths as texts. Every question is answered from one plain form of the path,
+// so that doubled separators and "." parts are handled once.
 //
 // Tested by tests/unit/platform/path_text_test.cpp
 #include "platform/path_text.h"

@@ -1,5 +1,4 @@
-// What can be told of a path from its text alone, in the manner of either
-// system.
+// What the text of a path alone shows, by the rules of either system.
 //
 // Tested by tests/unit/platform/path_text_test.cpp
 #pragma once

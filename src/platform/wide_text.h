@@ -22,8 +22,8 @@ inline constexpr size_t kWideBufferLength = 1024;
 WideChar* allocate_wide_buffer();
 void free_wide_buffer(WideChar* buffer);
 // Converts a zero-terminated text into the buffer. A text that does not fit is
-// stored as far as the system stores it, natively all that is whole; the last
-// place is then zero.
+// stored as far as the system does that (natively all whole characters that
+// fit); the last place is then zero.
 void to_wide(const char* text, WideChar* buffer);
 
 }  // namespace zenfo::platform

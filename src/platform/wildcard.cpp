@@ -55,7 +55,8 @@ void WildcardPattern::compile(std::string_view pattern) {
   const std::string_view text = without_end_points(pattern);
   for (size_t i = 0; i < text.size(); ++i) {
     const char c = text[i];
-    // Of the points left out, the first one still stands behind the text.
+    // Of the points that were left out, the first is still there, after the
+    // text.
     const char next = i + 1 < pattern.size() ? pattern[i + 1] : '\0';
     if (c == '*') {
       if (next == '*') continue;  // a row of them is one

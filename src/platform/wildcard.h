@@ -1,5 +1,5 @@
 // Filename patterns with "*" and "?", as the Windows file search reads them,
-// for systems whose own file search takes none.
+// for systems whose own file search has no patterns.
 //
 // Tested by tests/unit/platform/wildcard_test.cpp
 #pragma once

@@ -13,8 +13,8 @@
 
 namespace zenfo {
 
-// Turns a-z to upper case (or A-Z to lower case), no other byte. Answers the
-// number of matches changed; -1 for no path, no text, a file that cannot be
+// Changes a-z to upper case (or A-Z to lower case) and no other byte. Answers
+// the number of matches changed; -1 for no path, no text, a file that cannot be
 // written, or an interrupt.
 int32_t change_case(PatternContext& context, const Destination& destination,
                     bool upper);

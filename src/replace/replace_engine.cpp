@@ -2,27 +2,26 @@
 
 #include <algorithm>
 
-#include "listops/string_pair.h"
+#include "containers/string_pair.h"
 #include "pattern/match_record.h"
 #include "replace/rewriter.h"
+#include "text/c_text.h"
 #include "text/records.h"
 
 namespace zenfo {
 namespace {
 
-bool is_missing(const char* text) { return text == nullptr || *text == '\0'; }
-
 std::string expanded(const PatternContext& context, std::string_view text,
                      bool expand) {
-  return expand ? context.ExpandControlNames(text) : std::string(text);
+  return expand ? context.expand_control_names(text) : std::string(text);
 }
 
-// Writes the file with what `replacement(match)` answers for each match.
+// Writes the file with the answer of `replacement(match)` for each match.
 template <class Replacement>
 int32_t rewrite(PatternContext& context, const Destination& destination,
                 EditMode mode, Replacement replacement) {
-  if (is_missing(destination.path) || context.text_length() == 0 ||
-      is_missing(context.text())) {
+  if (is_empty(destination.path) || context.text_length() == 0 ||
+      is_empty(context.text())) {
     return -1;
   }
   return Rewriter(context, {context.text(), context.text_length()},
@@ -84,15 +83,15 @@ int32_t replace_with_records(PatternContext& context,
 
 int32_t set_replacements_from_list(PatternContext& context, ItemList& values,
                                    bool expand) {
-  const uint32_t paired = std::min(context.matches.Count(), values.Count());
-  for (uint32_t i = 0; i < context.matches.Count(); ++i) {
-    auto* match = record_cast<MatchRecord>(context.matches.Get(i));
+  const uint32_t paired = std::min(context.matches.count(), values.count());
+  for (uint32_t i = 0; i < context.matches.count(); ++i) {
+    auto* match = record_cast<MatchRecord>(context.matches.get(i));
     if (match == nullptr) return -1;
     if (i >= paired) {
       leave_without(*match);
       continue;
     }
-    const auto* value = record_cast<ReplaceValue>(values.Get(i));
+    const auto* value = record_cast<ReplaceValue>(values.get(i));
     if (value == nullptr) return -1;
     match->set_replacement(
         expanded(context, value->value.view(), expand).c_str());
@@ -105,21 +104,21 @@ int32_t set_replacements_from_matches(PatternContext& context,
                                       bool expand) {
   if (context.text_length() == 0) return -1;
   ItemList& matches = context.matches;
-  const uint32_t sources = other.matches.Count();
-  uint32_t served = matches.Count();
+  const uint32_t sources = other.matches.count();
+  uint32_t served = matches.count();
   if (index == 0) served = std::min(served, sources);
   if (index > sources) served = 0;
-  for (uint32_t i = 0; i < matches.Count(); ++i) {
-    context.ReportProgress(i, matches.Count());
-    if (context.PollCancel() != 0) return -1;
-    auto* match = record_cast<MatchRecord>(matches.Get(i));
+  for (uint32_t i = 0; i < matches.count(); ++i) {
+    context.report_progress(i, matches.count());
+    if (context.poll_cancel() != 0) return -1;
+    auto* match = record_cast<MatchRecord>(matches.get(i));
     if (match == nullptr) return -1;
     if (i >= served) {
       leave_without(*match);
       continue;
     }
     const auto* source =
-        record_cast<MatchRecord>(other.matches.Get(index == 0 ? i : index - 1));
+        record_cast<MatchRecord>(other.matches.get(index == 0 ? i : index - 1));
     if (source == nullptr) return -1;
     match->set_replacement_bytes(expanded(context, source->matched(), expand));
   }
@@ -130,15 +129,10 @@ bool insert_number(std::string_view text, std::string_view placeholder,
                    std::string_view number, std::string& out) {
   if (text.empty() || placeholder.empty()) return false;
   out.clear();
-  const char* cursor = text.data();
-  const char* piece;
-  size_t length;
-  while (get_next_record(&cursor, text.data() + text.size(), placeholder.data(),
-                         placeholder.size(), &piece, &length) == 1) {
-    out.append(piece, length);
-    // The cursor is lost only behind the last piece, which no placeholder
-    // ended.
-    if (cursor != nullptr) out.append(number);
+  RecordReader pieces(text, placeholder);
+  while (const auto piece = pieces.next()) {
+    out.append(*piece);
+    if (pieces.separated()) out.append(number);
   }
   return true;
 }

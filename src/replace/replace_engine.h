@@ -2,8 +2,8 @@
 // edit modes.
 //
 // Engines work on a context's text and matches. The text is written up to its
-// first NUL byte. Intended: what stands behind it is lost on rewriting.
-// Everything that can fail is checked before the file is opened.
+// first NUL byte. Intended: what follows it is lost on rewriting. Everything
+// that can fail is checked before the file is opened.
 //
 // Tested by tests/unit/replace/replace_engine_test.cpp
 #pragma once
@@ -22,7 +22,7 @@ enum class EditMode { kReplace, kInsertBefore, kInsertAfter };
 // 1 and 2 insert before and after, anything else replaces.
 EditMode edit_mode(int32_t number);
 
-// A running number, which wraps round like unsigned arithmetic.
+// A running number, which wraps like unsigned arithmetic.
 class RunningNumber {
  public:
   RunningNumber(int32_t first, int32_t step) : number_(first), step_(step) {}
@@ -53,7 +53,7 @@ int32_t replace_with_numbers(PatternContext& context,
                              std::string_view replacement,
                              std::string_view placeholder,
                              RunningNumber& number, EditMode mode, bool expand);
-// Each match's own replacement, as the next two prepare them.
+// Each match's own replacement, set by one of the next two functions.
 int32_t replace_with_records(PatternContext& context,
                              const Destination& destination, EditMode mode);
 
@@ -64,8 +64,8 @@ int32_t set_replacements_from_list(PatternContext& context, ItemList& values,
                                    bool expand);
 // Index 0: the text of match i of `other` goes to match i, as from a list.
 // Index k: the text of its match k - 1 goes to all; none when there is no such
-// match. Every match of the context is reported and polled, served or not. 1;
-// -1 for an empty text, an interrupt, a record that is no match.
+// match. Every match of the context is reported and polled, with a replacement
+// or not. 1; -1 for an empty text, an interrupt, a record that is no match.
 int32_t set_replacements_from_matches(PatternContext& context,
                                       PatternContext& other, uint32_t index,
                                       bool expand);

@@ -1,11 +1,183 @@
 #include "replace/replace_run.h"
 
 #include <algorithm>
+#include <string>
+#include <unordered_set>
+#include <vector>
 
 #include "frame/guard.h"
 #include "platform/files.h"
+#include "undo/safety.h"
 
 namespace zenfo {
+namespace {
+
+// The result summary of a run that changes files:
+//   path, found 3, replaced 3
+//   path, found 0
+//   path, found 3 ERROR, refer to error log file for details
+//   , ERROR : refer to error log file for details
+// Intended: the last two exactly as they are here, the third without a line
+// end.
+class ReplaceSummary final : public SummaryFile {
+ public:
+  void rejected(FileInHand& file) override;
+  void counted(FileInHand& file) override;
+  void unsaved(FileInHand& file) override;
+  void taken(FileInHand& file) override;
+  void empty(FileInHand& file) override { rejected(file); }
+
+ private:
+  void begin_line(const FileInHand& file);
+
+  bool begun_ = false;  // the line of the current file
+};
+
+class ReplaceOperation final : public FileOperation {
+ public:
+  ReplaceOperation(Library& library, const RunOptions& options,
+                   const Safety& safety, Edit& edit,
+                   const std::optional<LineFiles>& files);
+
+  Traits begin() override;
+  bool search_done(FileRun& run) override { return edit_.search_done(run); }
+  After take(FileRun& run, FileInHand& file) override;
+  bool finish() override;
+
+ private:
+  enum class Stored { kNow, kBefore, kNotWanted, kFailed, kChanged };
+
+  Stored store(FileRun& run, const FileInHand& file);
+  bool copy_ahead(FileRun& run, const SharedText& path);
+  void take_back();
+  After leave_unstored(FileRun& run, FileInHand& file);
+  After leave_changed(FileRun& run, FileInHand& file);
+  After leave(FileRun& run, FileInHand& file);
+
+  Library& library_;
+  const bool safe_store_;
+  const Safety safety_;
+  Edit& edit_;
+  const SafeStore::InUse store_in_use_;
+  std::vector<std::string> open_files_;     // of the run itself
+  std::unordered_set<std::string> stored_;  // keys of the files
+  std::string last_stored_;                 // the key of the last one
+  size_t batch_ = 4;                        // files copied ahead last
+  platform::FlushSet rewritten_;
+};
+
+ReplaceOperation::ReplaceOperation(Library& library, const RunOptions& options,
+                                   const Safety& safety, Edit& edit,
+                                   const std::optional<LineFiles>& files)
+    : library_(library),
+      safe_store_(options.safe_store != 0),
+      safety_(safety),
+      edit_(edit),
+      store_in_use_(library.safe_store.get()) {
+  if (!files) return;
+  for (const char* path : {files->list, files->summary}) {
+    if (path != nullptr) open_files_.emplace_back(path);
+  }
+}
+
+FileOperation::Traits ReplaceOperation::begin() {
+  library_.safe_store->start_safe_store_run(open_files_, safety_.sync);
+  return {.question_number = 2, .wants_matches = true};
+}
+
+After ReplaceOperation::take(FileRun& run, FileInHand& file) {
+  const uint32_t selected = run.count_selected();
+  file.found += selected;
+  if (run.searches_once()) run.results().counted(file);
+  if (selected == 0) return After::kNextSearch;
+  const Stored stored = store(run, file);
+  if (stored == Stored::kFailed) return leave_unstored(run, file);
+  if (stored == Stored::kChanged) return leave_changed(run, file);
+  run.announce(edit_.phase(), file);
+  platform::Opened opened = platform::Opened::kFailed;
+  const Destination destination(file.path.c_str(), run.content().version(),
+                                &opened, safety_.beside && !safe_store_);
+  // A fault while writing ends the run without a record of its own.
+  const int32_t count =
+      unlogged(-1, [&] { return edit_.rewrite(run.context(), destination); });
+  if (opened == platform::Opened::kChanged) {
+    if (stored == Stored::kNow) take_back();
+    return leave_changed(run, file);
+  }
+  if (count < 0) return After::kFail;
+  if (safety_.sync) rewritten_.add(file.path.c_str());
+  file.stale = true;
+  file.changed += static_cast<uint32_t>(count);
+  run.add(count);
+  return edit_.rewritten(file);
+}
+
+ReplaceOperation::Stored ReplaceOperation::store(FileRun& run,
+                                                 const FileInHand& file) {
+  if (!safe_store_) return Stored::kNotWanted;
+  const char* path = file.path.c_str();
+  const std::string key = platform::file_key(path);
+  if (stored_.contains(key)) return Stored::kBefore;
+  SafeStore& store = *library_.safe_store;
+  if (safety_.sync && !store.is_ahead(path) && !copy_ahead(run, file.path)) {
+    return Stored::kFailed;
+  }
+  const int32_t stored = store.store_safe_copy(path, run.content().version());
+  if (stored < 1) return stored < 0 ? Stored::kFailed : Stored::kChanged;
+  stored_.insert(key);
+  last_stored_ = key;
+  return Stored::kNow;
+}
+
+// The next files will probably need copies if those of the last batch did. A
+// file that was rewritten is never copied: its copy would be the changed text.
+bool ReplaceOperation::copy_ahead(FileRun& run, const SharedText& path) {
+  constexpr size_t kMost = 1024;
+  SafeStore& store = *library_.safe_store;
+  const size_t in_vain = std::min(store.ahead(), batch_ - 1);
+  batch_ = in_vain == 0 ? std::min(2 * batch_, kMost) : batch_ - in_vain;
+  std::vector<std::string> paths = {std::string(path.view())};
+  std::unordered_set<std::string> keys = {platform::file_key(path.c_str())};
+  for (const SharedText& next : run.upcoming(batch_ - 1)) {
+    std::string key = platform::file_key(next.c_str());
+    if (stored_.contains(key) || !keys.insert(std::move(key)).second) continue;
+    paths.emplace_back(next.view());
+  }
+  return store.copy_ahead(paths);
+}
+
+bool ReplaceOperation::finish() {
+  if (!safety_.sync) return true;
+  const bool ended = library_.safe_store->end_safe_store_run();
+  return rewritten_.flush() && ended;
+}
+
+void ReplaceOperation::take_back() {
+  library_.safe_store->take_back_safe_copy();
+  stored_.erase(last_stored_);
+}
+
+After ReplaceOperation::leave_unstored(FileRun& run, FileInHand& file) {
+  run.log(("Error safe storing file " + std::string(file.path.view()) +
+           ". File has been skipped")
+              .c_str(),
+          "Error saving file for undo purpose");
+  return leave(run, file);
+}
+
+After ReplaceOperation::leave_changed(FileRun& run, FileInHand& file) {
+  run.log((std::string(file.path.view()) +
+           " was changed meanwhile. File has been skipped")
+              .c_str(),
+          "Error writing file");
+  return leave(run, file);
+}
+
+After ReplaceOperation::leave(FileRun& run, FileInHand& file) {
+  run.results().unsaved(file);
+  file.recorded = true;
+  return After::kNextFile;
+}
 
 void ReplaceSummary::rejected(FileInHand&) {
   file_.write(", ERROR : refer to error log file for details\r\n");
@@ -37,141 +209,19 @@ void ReplaceSummary::taken(FileInHand& file) {
   file_.write("\r\n");
 }
 
-ReplaceRun::ReplaceRun(Library& library, const RunOptions& options,
-                       bool safe_store)
-    : FileRun(library, options),
-      safety_(chosen_safety()),
-      safe_store_(safe_store),
-      store_in_use_(library.safe_store.get()) {
-  if (safety_.no_links) content_.refuse_links();
-}
+}  // namespace
 
-int32_t ReplaceRun::run_over_list(Searches& searches) {
-  open_files_.clear();
-  return FileRun::run_over_list(searches);
-}
-
-int32_t ReplaceRun::run_over_lines(Searches& searches, const char* list_path,
-                                   const char* summary_path) {
-  open_files_.clear();
-  for (const char* path : {list_path, summary_path}) {
-    if (path != nullptr) open_files_.emplace_back(path);
-  }
+int32_t run_edit(Library& library, const RunOptions& options,
+                 Searches& searches, Edit& edit,
+                 const std::optional<LineFiles>& files) {
+  const Safety safety = chosen_safety();
+  ReplaceOperation operation(library, options, safety, edit, files);
+  FileRun run(library, options,
+              {.rewrites = true, .refuses_links = safety.no_links}, searches,
+              operation);
+  if (!files) return run.over_list();
   ReplaceSummary summary;
-  return FileRun::run_over_lines(searches, list_path, summary_path, summary);
-}
-
-void ReplaceRun::begin() {
-  library_.safe_store->start_safe_store_run(open_files_, safety_.sync);
-}
-
-Step ReplaceRun::begin_search(FileInHand& file) {
-  if (!file.handled) content_stale_ = skip_rest_ = false;
-  if (skip_rest_) return Step::kStop;
-  if (!content_stale_) return Step::kGoOn;
-  // Another string of a file that was rewritten for the one before.
-  content_stale_ = false;
-  const int32_t loaded = load_content(file);
-  if (loaded < 0) {
-    log_unopened(file);
-    skip_rest_ = true;
-  }
-  if (loaded <= 0) return Step::kStop;
-  return content_.length() == content_.file_size() ? Step::kGoOn
-                                                   : Step::kInterrupted;
-}
-
-Step ReplaceRun::take(FileInHand& file) {
-  const uint32_t selected = count_selected();
-  file.found += selected;
-  if (searches_->single()) results_->counted(file);
-  if (selected == 0) return Step::kGoOn;
-  const Stored stored = store(file);
-  if (stored == Stored::kFailed) return leave_unstored(file);
-  if (stored == Stored::kChanged) return leave_changed(file);
-  announce(phase(), file);
-  platform::Opened opened = platform::Opened::kFailed;
-  const Destination destination(file.path.c_str(), content_.version(), &opened,
-                                safety_.beside && !safe_store_);
-  // A fault while writing ends the run without a record of its own.
-  const int32_t count = unlogged(-1, [&] { return rewrite(destination); });
-  if (opened == platform::Opened::kChanged) {
-    if (stored == Stored::kNow) take_back();
-    return leave_changed(file);
-  }
-  if (count < 0) return Step::kFailed;
-  if (safety_.sync) rewritten_.add(file.path.c_str());
-  content_stale_ = true;
-  file.changed += static_cast<uint32_t>(count);
-  total_ += count;
-  return rewritten(file);
-}
-
-ReplaceRun::Stored ReplaceRun::store(const FileInHand& file) {
-  if (!safe_store_) return Stored::kNotWanted;
-  const char* path = file.path.c_str();
-  const std::string key = platform::file_key(path);
-  if (stored_.contains(key)) return Stored::kBefore;
-  SafeStore& store = *library_.safe_store;
-  if (safety_.sync && !store.is_ahead(path) && !copy_ahead(file.path)) {
-    return Stored::kFailed;
-  }
-  const int32_t stored = store.store_safe_copy(path, content_.version());
-  if (stored < 1) return stored < 0 ? Stored::kFailed : Stored::kChanged;
-  stored_.insert(key);
-  last_stored_ = key;
-  return Stored::kNow;
-}
-
-// The files that come next will need copies as well, if those of the last batch
-// did. Never of a file that was rewritten: its copy would be the changed text.
-bool ReplaceRun::copy_ahead(const SharedText& path) {
-  constexpr size_t kMost = 1024;
-  SafeStore& store = *library_.safe_store;
-  const size_t in_vain = std::min(store.ahead(), batch_ - 1);
-  batch_ = in_vain == 0 ? std::min(2 * batch_, kMost) : batch_ - in_vain;
-  std::vector<std::string> paths = {std::string(path.view())};
-  std::unordered_set<std::string> keys = {platform::file_key(path.c_str())};
-  for (const SharedText& next : source_->upcoming(batch_ - 1)) {
-    std::string key = platform::file_key(next.c_str());
-    if (stored_.contains(key) || !keys.insert(std::move(key)).second) continue;
-    paths.emplace_back(next.view());
-  }
-  return store.copy_ahead(paths);
-}
-
-bool ReplaceRun::finish() {
-  if (!safety_.sync) return true;
-  const bool ended = library_.safe_store->end_safe_store_run();
-  return rewritten_.flush() && ended;
-}
-
-void ReplaceRun::take_back() {
-  library_.safe_store->take_back_safe_copy();
-  stored_.erase(last_stored_);
-}
-
-Step ReplaceRun::leave_unstored(FileInHand& file) {
-  log(("Error safe storing file " + std::string(file.path.view()) +
-       ". File has been skipped")
-          .c_str(),
-      "Error saving file for undo purpose");
-  return leave(file);
-}
-
-Step ReplaceRun::leave_changed(FileInHand& file) {
-  log((std::string(file.path.view()) +
-       " was changed meanwhile. File has been skipped")
-          .c_str(),
-      "Error writing file");
-  return leave(file);
-}
-
-Step ReplaceRun::leave(FileInHand& file) {
-  results_->unsaved(file);
-  file.recorded = true;
-  skip_rest_ = true;
-  return Step::kGoOn;
+  return run.over_lines(*files, summary);
 }
 
 }  // namespace zenfo

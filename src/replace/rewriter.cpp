@@ -36,21 +36,21 @@ bool Rewriter::close(const Destination& destination) {
 }
 
 void Rewriter::report(uint32_t position) {
-  context_.ReportProgress(position, context_.matches.Count());
-  next_report_ = PatternContext::next_report(context_.matches.Count());
+  context_.report_progress(position, context_.matches.count());
+  next_report_ = PatternContext::next_report(context_.matches.count());
 }
 
 const MatchRecord* Rewriter::next_match() {
   ItemList& matches = context_.matches;
-  while (position_ < matches.Count()) {
+  while (position_ < matches.count()) {
     const uint32_t position = position_++;
     if (position >= next_report_ && context_.reports()) report(position);
-    failed_ = context_.PollCancel() != 0;
-    const auto* match = record_cast<MatchRecord>(matches.Get(position));
+    failed_ = context_.poll_cancel() != 0;
+    const auto* match = record_cast<MatchRecord>(matches.get(position));
     if (match == nullptr) failed_ = true;
     if (failed_) return nullptr;
     if (match->state == 0) continue;
-    // A match behind the text's end is neither written nor counted.
+    // A match after the text's end is neither written nor counted.
     find_end(size_t{match->offset} + 1);
     if (match->offset < text_.size()) return match;
   }

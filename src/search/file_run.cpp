@@ -6,16 +6,13 @@
 
 #include "display/layout.h"
 #include "frame/callbacks.h"
-#include "listops/string_pair.h"
-#include "pattern/compiler.h"
 #include "text/byte_tables.h"
+#include "text/c_text.h"
 
 namespace zenfo {
 namespace {
 
 constexpr char kLoadingContext[] = "loading file";
-
-bool missing(const char* text) { return text == nullptr || *text == '\0'; }
 
 std::string non_printable_message(const FileContent& content,
                                   int32_t position) {
@@ -30,102 +27,10 @@ std::string non_printable_message(const FileContent& content,
 
 }  // namespace
 
-Step CompiledSearch::next() {
-  if (done_) return Step::kStop;
-  done_ = true;
-  return Step::kGoOn;
-}
-
-void PairSearches::rewind() {
-  position_ = 0;
-  if (kept_.empty()) kept_.resize(std::min(pairs_.Count(), kMostKept));
-}
-
-Step PairSearches::next() {
-  while (position_ < pairs_.Count()) {
-    const Record* record = pairs_.Get(position_++);
-    if (record == nullptr) return Step::kFailed;
-    if (record->state == 0) continue;
-    const auto* pair = record_cast<StringPair>(record);
-    if (pair == nullptr || pair->find.missing()) return Step::kFailed;
-    replacement_ = pair->replace;
-    const uint32_t position = position_ - 1;
-    const bool compiled = position < kept_.size()
-                              ? compile_kept(kept_[position], pair->find)
-                              : compile(pair->find);
-    return compiled ? Step::kGoOn : Step::kFailed;
-  }
-  return Step::kStop;
-}
-
-bool PairSearches::compile(const SharedText& text) {
-  put_aside();
-  return compile_search(context_, {}, {text.c_str(), is_pattern_, convert_},
-                        {}) == 1;
-}
-
-// The host may change a pair's text while a file is in hand.
-bool PairSearches::compile_kept(Kept& kept, const SharedText& text) {
-  if (kept.text.missing() || kept.text.view() != text.view()) {
-    if (!compile(text)) return false;
-    kept.text = text;
-  } else if (in_context_ != &kept) {
-    put_aside();
-    std::swap(context_.pattern, kept.pattern);
-  }
-  in_context_ = &kept;
-  return true;
-}
-
-// The pattern in the context goes back to where it is kept.
-void PairSearches::put_aside() {
-  if (in_context_ == nullptr) return;
-  in_context_->pattern = std::move(context_.pattern);
-  in_context_ = nullptr;
-}
-
-FileRun::FileRun(Library& library, const RunOptions& options)
-    : library_(library), options_(options), ask_(options.ask_user != 0) {
-  content_.set_interrupt_hook(interr);
-  content_.set_progress_hook(report);
-  if (options.rewrites) {
-    content_.note_versions();
-  } else {
-    content_.allow_views();
-  }
-  refresh_byte_tables();
-}
-
-// The display and the match records point into the content, which goes now.
-FileRun::~FileRun() {
-  if (library_.display != nullptr) library_.display->reset();
-  empty_matches();
-}
-
-void FileRun::empty_matches() {
-  for (PatternContext* context :
-       {library_.find_context.get(), library_.exclusion_context.get(),
-        library_.replace_context.get()}) {
-    if (context != nullptr) context->ClearMatches();
-  }
-}
-
-// An object for which there was no memory fails every run.
-bool FileRun::can_run() const { return library_.complete(); }
-
-int32_t FileRun::run_over_list(Searches& searches) {
-  if (!can_run()) return -1;
-  empty_lists();
-  begin();
-  ListSource source(*library_.second_files);
-  ListResults results(*library_.results, *library_.no_matches,
-                      *library_.errors);
-  return run(source, searches, results);
-}
-
-// A file that is yet to be made has the name of its folder's file to be.
-bool FileRun::lead_to_one_file(const char* a, const char* b) {
-  if (missing(a) || missing(b)) return false;
+// For a file that does not exist yet the folder is identified, and the name
+// compared.
+bool lead_to_one_file(const char* a, const char* b) {
+  if (is_empty(a) || is_empty(b)) return false;
   if (platform::names_same_file(a, b)) return true;
   const std::string x = platform::absolute_path(a);
   const std::string y = platform::absolute_path(b);
@@ -136,94 +41,155 @@ bool FileRun::lead_to_one_file(const char* a, const char* b) {
                                    y.substr(0, y_name).c_str());
 }
 
-int32_t FileRun::run_over_lines(Searches& searches, const char* list_path,
-                                const char* summary_path,
-                                SummaryFile& summary) {
-  if (missing(list_path) || missing(summary_path) || !can_run()) return -1;
-  // The summary would empty the list before it is read, and every error would
-  // make the list longer while it is read.
+FileRun::FileRun(Library& library, const RunOptions& options,
+                 const RunKind& kind, Searches& searches,
+                 FileOperation& operation)
+    : library_(library),
+      options_(options),
+      kind_(kind),
+      searches_(searches),
+      operation_(operation),
+      ask_(options.ask_user != 0) {
+  content_.set_interrupt_hook(interr);
+  content_.set_progress_hook(report);
+  if (kind.rewrites) {
+    content_.note_versions();
+  } else {
+    content_.allow_views();
+  }
+  if (kind.refuses_links) content_.refuse_links();
+  refresh_byte_tables();
+}
+
+// The display and the match records point into the content, which is released
+// now.
+FileRun::~FileRun() {
+  if (library_.display != nullptr) library_.display->reset();
+  empty_matches();
+}
+
+void FileRun::empty_matches() {
+  for (PatternContext* context :
+       {library_.find_context.get(), library_.exclusion_context.get(),
+        library_.replace_context.get()}) {
+    if (context != nullptr) context->clear_matches();
+  }
+}
+
+void FileRun::empty_lists() {
+  library_.results->clear();
+  library_.no_matches->clear();
+  library_.errors->clear();
+  empty_matches();
+}
+
+// Without one of these objects, for lack of memory, every run fails.
+int32_t FileRun::over_list() {
+  if (!library_.complete()) return -1;
+  empty_lists();
+  traits_ = operation_.begin();
+  ListSource source(*library_.second_files);
+  ListResults results(*library_.results, *library_.no_matches,
+                      *library_.errors);
+  return run(source, results);
+}
+
+int32_t FileRun::over_lines(const LineFiles& files, SummaryFile& summary) {
+  if (is_empty(files.list) || is_empty(files.summary) || !library_.complete()) {
+    return -1;
+  }
+  // Otherwise the summary would empty the list before it is read, or every
+  // error would make the list longer while it is read.
   const std::string& error_file = library_.error_log->file_name();
-  if (lead_to_one_file(list_path, summary_path) ||
-      lead_to_one_file(list_path, error_file.c_str())) {
+  if (lead_to_one_file(files.list, files.summary) ||
+      lead_to_one_file(files.list, error_file.c_str())) {
     return -1;
   }
   empty_lists();
   LineSource source(content_);
-  if (!source.open(list_path) || !summary.open(summary_path)) return -1;
-  begin();
-  return run(source, searches, summary);
+  if (!source.open(files.list) || !summary.open(files.summary)) return -1;
+  traits_ = operation_.begin();
+  return run(source, summary);
 }
 
-void FileRun::empty_lists() {
-  library_.results->Clear();
-  library_.no_matches->Clear();
-  library_.errors->Clear();
-  empty_matches();
-}
-
-int32_t FileRun::run(FileSource& source, Searches& searches,
-                     RunResults& results) {
-  searches_ = &searches;
+int32_t FileRun::run(FileSource& source, RunResults& results) {
   results_ = &results;
   source_ = &source;
-  Step step = Step::kGoOn;
-  FileInHand file;
-  while (step == Step::kGoOn) {
-    const FileSource::Next next = source.next(file);
-    if (next == FileSource::Next::kEnd) break;
-    if (source.interrupted()) {
-      step = Step::kInterrupted;
-    } else if (next == FileSource::Next::kFailed) {
-      empty_lists();
-      step = Step::kFailed;
-    } else {
-      step = handle(file);
-    }
+  const RunEnd end = go_over_files(source);
+  // Both are ended, even if the first could not be written.
+  const bool results_written = results.finish();
+  const bool operation_finished = operation_.finish();
+  if (end == RunEnd::kFailed || !results_written || !operation_finished) {
+    return -1;
   }
-  const bool written = results.finish() & finish();
-  if (step == Step::kFailed || !written) return -1;
-  return step == Step::kInterrupted ? 0 : answer();
-}
-
-int32_t FileRun::answer() const {
+  if (end == RunEnd::kInterrupted) return 0;
   return static_cast<int32_t>(std::min<int64_t>(total_, INT32_MAX));
 }
 
-Step FileRun::handle(FileInHand& file) {
-  Step step = load(file);
-  if (step != Step::kGoOn) return step == Step::kStop ? Step::kGoOn : step;
-  if (!passes_check(file)) return Step::kGoOn;
+RunEnd FileRun::go_over_files(FileSource& source) {
+  FileInHand file;
+  for (;;) {
+    const FileSource::Next next = source.next(file);
+    if (next == FileSource::Next::kEnd) return RunEnd::kNormal;
+    if (source.interrupted()) return RunEnd::kInterrupted;
+    if (next == FileSource::Next::kFailed) {
+      empty_lists();
+      return RunEnd::kFailed;
+    }
+    if (const std::optional<RunEnd> end = handle(file)) return *end;
+  }
+}
+
+// No value when the run continues with the next file.
+std::optional<RunEnd> FileRun::handle(FileInHand& file) {
+  const Loaded loaded = load(file);
+  if (loaded == Loaded::kInterrupted) return RunEnd::kInterrupted;
+  if (loaded == Loaded::kNo || !passes_check(file)) return std::nullopt;
   if (!content_.loaded()) {
     results_->empty(file);
-    return Step::kGoOn;
+    return std::nullopt;
   }
-  step = search(file);
-  // What an earlier search of the file did is recorded when a later one ends
-  // the run.
-  if (step == Step::kFailed || !file.handled) return step;
+  const std::optional<RunEnd> end = search(file);
+  // When a later search of the file ends the run, what an earlier one did is
+  // still recorded.
+  if (end == RunEnd::kFailed || !file.handled) return end;
   if (!file.recorded) record(file);
-  const Step ended = end_file(file);
-  return ended == Step::kGoOn ? step : ended;
+  return operation_.end_file() ? end : RunEnd::kFailed;
+}
+
+// Intended: a run that rewrites rejects an empty file as one that could not be
+// loaded.
+FileRun::Loaded FileRun::load(FileInHand& file) {
+  announce(Phase::kLoading, file);
+  const int32_t length = load_content(file);
+  if (length < 0 || (length == 0 && kind_.rewrites)) {
+    log_unopened(file);
+    results_->rejected(file);
+    return Loaded::kNo;
+  }
+  return loaded_to_its_end();
+}
+
+// The next string, for a file that was rewritten for the one before.
+FileRun::Loaded FileRun::load_again(FileInHand& file) {
+  file.stale = false;
+  const int32_t length = load_content(file);
+  if (length < 0) log_unopened(file);
+  return length > 0 ? loaded_to_its_end() : Loaded::kNo;
+}
+
+// A file must not be rewritten from the part that was loaded before an
+// interrupt.
+FileRun::Loaded FileRun::loaded_to_its_end() const {
+  const bool cut_short = content_.length() != content_.file_size();
+  return kind_.rewrites && cut_short ? Loaded::kInterrupted : Loaded::kYes;
 }
 
 int32_t FileRun::load_content(const FileInHand& file) {
   empty_matches();
-  // What is rewritten is opened by its own path both times.
+  // A file that will be rewritten is opened by its own path both times.
   return content_.load_file_content(file.path.c_str(),
-                                    options_.rewrites ? nullptr : &nearby_);
-}
-
-// kStop when the file is rejected.
-Step FileRun::load(FileInHand& file) {
-  announce(Phase::kLoading, file);
-  if (!can_search(load_content(file))) {
-    log_unopened(file);
-    results_->rejected(file);
-    return Step::kStop;
-  }
-  // A file must not be rewritten from what an interrupt left of it.
-  const bool cut_short = content_.length() != content_.file_size();
-  return options_.rewrites && cut_short ? Step::kInterrupted : Step::kGoOn;
+                                    kind_.rewrites ? nullptr : &nearby_);
 }
 
 bool FileRun::passes_check(FileInHand& file) {
@@ -242,32 +208,43 @@ void FileRun::log_unopened(const FileInHand& file) const {
   log(message.c_str(), kLoadingContext);
 }
 
-Step FileRun::search(FileInHand& file) {
-  searches_->rewind();
+// No value when all searches are done.
+std::optional<RunEnd> FileRun::search(FileInHand& file) {
+  searches_.rewind();
+  After after = After::kNextSearch;
   for (;;) {
-    Step step = searches_->next();
-    if (step == Step::kGoOn) step = begin_search(file);
-    if (step == Step::kStop) return Step::kGoOn;  // no more searches
-    if (step == Step::kGoOn) step = search_once(file);
-    if (step != Step::kGoOn) return step;
+    const NextSearch next = searches_.next();
+    if (next == NextSearch::kFailed) return RunEnd::kFailed;
+    // A pair without a find string fails the run, even if the file is left
+    // before that pair.
+    if (next == NextSearch::kNone || after == After::kNextFile) {
+      return std::nullopt;
+    }
+    if (file.stale) {
+      const Loaded loaded = load_again(file);
+      if (loaded == Loaded::kInterrupted) return RunEnd::kInterrupted;
+      if (loaded == Loaded::kNo) return std::nullopt;
+    }
+    after = search_once(file);
+    if (after == After::kStop) return RunEnd::kNormal;
+    if (after == After::kFail) return RunEnd::kFailed;
   }
 }
 
-Step FileRun::search_once(FileInHand& file) {
+After FileRun::search_once(FileInHand& file) {
   announce(Phase::kParsing, file);
-  const int32_t found = find_matches();
-  if (found < 0) return Step::kFailed;
+  const int32_t found = kind_.takes_areas ? find_areas() : find_matches();
+  if (found < 0) return After::kFail;
   counted_ = static_cast<uint32_t>(found);
-  const Step prepared = prepare_matches();
-  if (prepared != Step::kGoOn) return prepared;
+  if (!operation_.search_done(*this)) return After::kFail;
   switch (found > 0 && ask_ ? ask(file) : Answer::kTake) {
     case Answer::kSkip:  // neither counted nor reported
-      return Step::kGoOn;
+      return After::kNextSearch;
     case Answer::kStop:
-      return Step::kStop;
+      return After::kStop;
     case Answer::kInvalid:
       log("Invalid option", "Prompting user option");
-      return Step::kFailed;
+      return After::kFail;
     case Answer::kTakeAll:
       ask_ = false;
       break;
@@ -275,12 +252,13 @@ Step FileRun::search_once(FileInHand& file) {
       break;
   }
   file.handled = true;
-  return take(file);
+  return operation_.take(*this, file);
 }
 
-// Searches outside or inside the areas of the exclusion pattern. When it finds
-// none because it is empty the whole text is searched; a cancellation ends the
-// search too, since matches inside the areas would be taken.
+// Searches outside or inside the areas of the exclusion pattern. When there are
+// no areas because the pattern is empty, the whole text is searched. A
+// cancellation ends the search, because otherwise matches inside the areas
+// would be taken.
 int32_t FileRun::find_matches() {
   FindOptions options = find_options();
   PatternContext& areas = *library_.exclusion_context;
@@ -290,40 +268,41 @@ int32_t FileRun::find_matches() {
   options.store = keep_matches();
   return find_all_by_areas(
       *library_.find_context, content_.data(), content_.length(), options,
-      areas_found_ ? &areas : nullptr, options_.display != 0);
+      areas_found_ ? &areas : nullptr, options_.inside_areas != 0);
 }
 
-// The matches can be read and the display be painted from inside the question
-// only.
+int32_t FileRun::find_areas() {
+  FindOptions options = find_options();
+  options.store = keep_matches();
+  return find_all(context(), content_.data(), content_.length(), options);
+}
+
+// Decided once for each search, because an answer to its question may change
+// the rest. The host can see the matches from its callbacks too, not only from
+// the question.
+bool FileRun::keep_matches() {
+  matches_kept_ = ask_ || traits_.wants_matches || host_listens();
+  return matches_kept_;
+}
+
+// Only from inside the question can the matches be read and the display
+// painted.
 FileRun::Answer FileRun::ask(const FileInHand& file) {
   announce(Phase::kDisplay, file);
   DisplayState& display = *library_.display;
   display.reset();
   display.show(content_.bytes(), &library_.find_context->matches,
                areas_found_ ? &library_.exclusion_context->matches : nullptr);
-  prepare_display(display, {}, options_.display);
-  const int32_t answer = ask_option(file.path.view(), question_number());
+  prepare_display(display, {}, options_.inside_areas);
+  const int32_t answer = ask_option(file.path.view(), traits_.question_number);
   display.reset();
   const bool valid = answer >= 0 && answer <= 3;
   return valid ? static_cast<Answer>(answer) : Answer::kInvalid;
 }
 
-Step FileRun::end_file(FileInHand&) { return Step::kGoOn; }
-
-void FileRun::record(FileInHand& file) {
-  results_->taken(file);
-  file.recorded = true;
-}
-
-uint32_t FileRun::count_selected() {
-  if (!matches_kept_) return counted_;
-  return static_cast<uint32_t>(std::max(context().matches.CountState(1), 0));
-}
-
-// Decided once a search: an answer to its question may change the rest.
-bool FileRun::keep_matches() {
-  matches_kept_ = !only_counts();
-  return matches_kept_;
+PatternContext& FileRun::context() {
+  return kind_.takes_areas ? *library_.exclusion_context
+                           : *library_.find_context;
 }
 
 FindOptions FileRun::find_options() const {
@@ -333,12 +312,22 @@ FindOptions FileRun::find_options() const {
   return options;
 }
 
+uint32_t FileRun::count_selected() {
+  if (!matches_kept_) return counted_;
+  return static_cast<uint32_t>(std::max(context().matches.count_state(1), 0));
+}
+
+void FileRun::record(FileInHand& file) {
+  results_->taken(file);
+  file.recorded = true;
+}
+
 void FileRun::announce(Phase phase, const FileInHand& file) const {
   send_status(phase_text(phase), file.path.view());
 }
 
 void FileRun::log(const char* message, const char* context) const {
-  ReportError(message, context, options_.row.routine);
+  report_error(message, context, options_.row.routine);
 }
 
 }  // namespace zenfo

@@ -5,8 +5,8 @@
 namespace zenfo {
 
 FileSource::Next ListSource::next(FileInHand& file) {
-  while (position_ < list_.Count()) {
-    const Record* record = list_.Get(position_++);
+  while (position_ < list_.count()) {
+    const Record* record = list_.get(position_++);
     if (record == nullptr) return Next::kFailed;
     if (record->state == 0) continue;
     const auto* entry = record_cast<FileEntry>(record);
@@ -21,10 +21,10 @@ FileSource::Next ListSource::next(FileInHand& file) {
 
 std::vector<SharedText> ListSource::upcoming(size_t most) {
   // Entries that are not selected cost time too.
-  const size_t end = std::min<size_t>(list_.Count(), position_ + 4 * most);
+  const size_t end = std::min<size_t>(list_.count(), position_ + 4 * most);
   std::vector<SharedText> paths;
   for (auto i = position_; i < end && paths.size() < most; ++i) {
-    const Record* record = list_.Get(i);
+    const Record* record = list_.get(i);
     if (record == nullptr || record->state == 0) continue;
     const auto* entry = record_cast<FileEntry>(record);
     if (entry != nullptr) paths.push_back(entry->full_name());
@@ -45,8 +45,8 @@ FileSource::Next LineSource::next(FileInHand& file) {
   }
 }
 
-// The text up to and with the next LF, or as much as a piece may hold; empty
-// at the end of the file.
+// The text up to and including the next LF, or as much as a piece may hold;
+// empty at the end of the file.
 std::string_view LineSource::take_piece() {
   size_t length = piece_length();
   while (length == 0 && !at_end_) {
@@ -68,7 +68,7 @@ size_t LineSource::piece_length() const {
   return rest.size() == kLongestPiece ? kLongestPiece : 0;
 }
 
-// Reads on behind what is not yet taken.
+// Reads more after the bytes that are not taken yet.
 void LineSource::fill() {
   constexpr size_t kRead = size_t{1} << 16;
   buffer_.erase(0, start_);

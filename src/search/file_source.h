@@ -17,14 +17,15 @@
 
 namespace zenfo {
 
-// One file of a run and what has become of it.
+// One file of a run and its results.
 struct FileInHand {
   SharedText path;                  // as given
   std::unique_ptr<FileEntry> copy;  // for the result lists; list runs only
   uint32_t found = 0;               // selected matches, of all searches
   uint32_t changed = 0;             // matches rewritten
-  bool handled = false;             // some search of it was taken, not skipped
-  bool recorded = false;            // stands in its result list or summary
+  bool handled = false;             // a search of it was accepted, not skipped
+  bool recorded = false;            // is in its result list or summary
+  bool stale = false;               // was rewritten since it was loaded
 };
 
 class FileSource {
@@ -36,8 +37,8 @@ class FileSource {
   virtual Next next(FileInHand& file) = 0;
   // Polls the host at the start of a file.
   virtual bool interrupted() = 0;
-  // Paths of at most so many files that come next, as far as they are known:
-  // the host may still choose others.
+  // Paths of the next files, at most this many, as far as they are known: the
+  // host may still choose others.
   virtual std::vector<SharedText> upcoming(size_t /*most*/) { return {}; }
 };
 
@@ -46,7 +47,7 @@ class ListSource final : public FileSource {
  public:
   explicit ListSource(ItemList& list) : list_(list) {}
   Next next(FileInHand& file) override;
-  bool interrupted() override { return list_.PollInterrupt() != 0; }
+  bool interrupted() override { return list_.poll_interrupt() != 0; }
   std::vector<SharedText> upcoming(size_t most) override;
 
  private:

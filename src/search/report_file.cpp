@@ -1,6 +1,7 @@
 #include "search/report_file.h"
 
 #include "pattern/match_record.h"
+#include "text/c_text.h"
 
 namespace zenfo {
 namespace {
@@ -15,7 +16,7 @@ constexpr std::string_view kMatchEnd =
 }  // namespace
 
 void ReportFile::open(const char* path) {
-  if (path == nullptr || *path == '\0') return;
+  if (is_empty(path)) return;
   path_ = path;
   file_.open(path, platform::OutputMode::kTruncate, OutFile::LineEnds::kRaw);
 }
@@ -30,9 +31,9 @@ bool ReportFile::write_matches(ItemList& matches, uint32_t selected) {
   if (selected == 0) return true;
   if (!header_written_) file_.write(kHeader);
   header_written_ = true;
-  for (uint32_t i = 0; i < matches.Count(); ++i) {
-    if (matches.PollInterrupt() != 0) return false;
-    const auto* match = record_cast<MatchRecord>(matches.Get(i));
+  for (uint32_t i = 0; i < matches.count(); ++i) {
+    if (matches.poll_interrupt() != 0) return false;
+    const auto* match = record_cast<MatchRecord>(matches.get(i));
     if (match == nullptr) return false;
     if (match->state == 0) continue;
     file_.write_number(i + reported_ + 1);

@@ -26,8 +26,8 @@ namespace zenfo {
 
 class ReportFile {
  public:
-  // A null or empty path opens nothing; a report that cannot be created is
-  // done without.
+  // A null or empty path opens nothing. If the report cannot be created, the
+  // run continues without it.
   void open(const char* path);
   bool is_open() const { return file_.is_open(); }
   const std::string& path() const { return path_; }

@@ -5,20 +5,20 @@
 namespace zenfo {
 
 void ListResults::rejected(FileInHand& file) {
-  if (file.copy != nullptr) errors_.Append(std::move(file.copy));
+  if (file.copy != nullptr) errors_.append(std::move(file.copy));
 }
 
 void ListResults::taken(FileInHand& file) {
   if (file.copy == nullptr) return;
   file.copy->flag = static_cast<int32_t>(file.found);
   ItemList& list = file.found != 0 ? results_ : no_matches_;
-  list.Append(std::move(file.copy));
+  list.append(std::move(file.copy));
 }
 
 bool ListResults::finish() {
-  results_.BuildIndex();
-  no_matches_.BuildIndex();
-  errors_.BuildIndex();
+  results_.build_index();
+  no_matches_.build_index();
+  errors_.build_index();
   return true;
 }
 

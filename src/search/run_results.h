@@ -15,15 +15,15 @@ class RunResults {
   virtual ~RunResults() = default;
   // The file could not be loaded, or holds a non-printable byte.
   virtual void rejected(FileInHand& file) = 0;
-  // Its matches are counted, before anything is done with them.
+  // Its matches are counted; nothing has been done with them yet.
   virtual void counted(FileInHand&) {}
   // No safe copy could be made: the file was left as it is.
   virtual void unsaved(FileInHand& file) { rejected(file); }
-  // The file was searched and taken; what was to be done is done.
+  // The file was searched and accepted, and the work on it is done.
   virtual void taken(FileInHand& file) = 0;
   // The file was empty: there was nothing to search.
   virtual void empty(FileInHand& file) = 0;
-  // Ends the results of a run; false when any could not be written.
+  // Ends the results of a run; false when one could not be written.
   virtual bool finish() = 0;
 };
 

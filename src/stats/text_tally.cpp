@@ -1,21 +1,13 @@
 #include "stats/text_tally.h"
 
-#include <immintrin.h>
-
 #include <algorithm>
-#include <array>
-#include <cstdint>
-#include <cstring>
+
+#include "text/simd.h"
 
 namespace zenfo {
 namespace {
 
 constexpr ptrdiff_t kLine = 64;  // of the cache
-// Over the end of the page, where the processor's own fetching ahead stops.
-constexpr uintptr_t kFetchAhead = 4096;
-
-using Bytes16 [[gnu::vector_size(16)]] = uint8_t;
-using Bytes32 [[gnu::vector_size(32)]] = uint8_t;
 
 void add(TextTally& sum, const TextTally& more) {
   sum.words += more.words;
@@ -29,60 +21,47 @@ TextTally tally_byte(char before, char here) {
           before == '\r' && here == '\n' ? 1u : 0u};
 }
 
-template <class Bytes>
-[[gnu::always_inline]] inline size_t sum_of(const Bytes& counters) {
-  std::array<uint8_t, sizeof(Bytes)> values;
-  std::memcpy(values.data(), &counters, sizeof(Bytes));
-  size_t sum = 0;
-  for (const uint8_t value : values) sum += value;
-  return sum;
+template <class V>
+ZENFO_VECTOR_CODE V gaps_among(const V& bytes) {
+  return (bytes <= V::fill(32)) | (bytes == V::fill(127));
 }
 
-// Tallies whole lines of the cache and moves `from` behind them. There is a
-// byte in front of it. Inlined to be compiled for the caller's instructions.
-template <class Bytes>
-[[gnu::always_inline]] inline TextTally tally_lines(const char*& from,
-                                                    const char* end) {
-  constexpr ptrdiff_t kSize = sizeof(Bytes);
+// Tallies whole lines of the cache and moves `from` past them. There must be a
+// byte before `from`.
+template <class V>
+ZENFO_VECTOR_CODE TextTally tally_lines(const char*& from, const char* end) {
+  constexpr ptrdiff_t kSize = V::kSize;
   // Turns until a counter of one byte is full.
   constexpr ptrdiff_t kTurns = 255 / (kLine / kSize);
   TextTally sum;
   while (end - from >= kLine) {
-    Bytes words{};
-    Bytes gaps{};
-    Bytes line_ends{};
+    V words;
+    V gaps;
+    V line_ends;
     ptrdiff_t turns = std::min((end - from) / kLine, kTurns);
     for (; turns > 0; --turns, from += kLine) {
-      // May lie behind the text: fetching never faults.
-      _mm_prefetch(reinterpret_cast<const char*>(
-                       reinterpret_cast<uintptr_t>(from) + kFetchAhead),
-                   _MM_HINT_T0);
+      fetch_ahead(from);
       for (ptrdiff_t i = 0; i < kLine; i += kSize) {
-        Bytes here;
-        Bytes before;
-        std::memcpy(&here, from + i, kSize);
-        std::memcpy(&before, from + i - 1, kSize);
-        // All bits of a byte are set where this holds: one less is one more.
-        const auto gap = reinterpret_cast<Bytes>((here <= 32) | (here == 127));
-        const auto gap_before =
-            reinterpret_cast<Bytes>((before <= 32) | (before == 127));
-        words -= gap_before & ~gap;
-        gaps -= gap;
-        line_ends -= reinterpret_cast<Bytes>((before == '\r') & (here == '\n'));
+        const V here = V::load(from + i);
+        const V before = V::load(from + i - 1);
+        const V gap = gaps_among(here);
+        words = words - (gaps_among(before) & ~gap);
+        gaps = gaps - gap;
+        line_ends =
+            line_ends - ((before == V::fill('\r')) & (here == V::fill('\n')));
       }
     }
-    add(sum, {sum_of(words), sum_of(gaps), sum_of(line_ends)});
+    add(sum, {words.sum(), gaps.sum(), line_ends.sum()});
   }
   return sum;
 }
 
 TextTally lines_sse2(const char*& from, const char* end) {
-  return tally_lines<Bytes16>(from, end);
+  return tally_lines<Vector16>(from, end);
 }
 
-__attribute__((target("avx2"))) TextTally lines_avx2(const char*& from,
-                                                     const char* end) {
-  return tally_lines<Bytes32>(from, end);
+ZENFO_AVX2 TextTally lines_avx2(const char*& from, const char* end) {
+  return tally_lines<Vector32>(from, end);
 }
 
 template <class Lines>
@@ -98,8 +77,8 @@ TextTally tally_with(Lines lines, const char* from, const char* end,
 }  // namespace
 
 TextTally tally_text(const char* from, const char* end, char before) {
-  static const bool has_avx2 = __builtin_cpu_supports("avx2");
-  return tally_with(has_avx2 ? lines_avx2 : lines_sse2, from, end, before);
+  return tally_with(processor_has_avx2() ? lines_avx2 : lines_sse2, from, end,
+                    before);
 }
 
 TextTally tally_text_sse2(const char* from, const char* end, char before) {

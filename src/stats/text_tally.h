@@ -1,7 +1,7 @@
-// The vector loop of word and line counting: one pass that sees all there is to
-// know of a stretch of text.
+// The vector loop of word and line counting: one pass that finds everything
+// about a piece of text.
 //
-// Cost. That of reading: what comes next is fetched while this is counted.
+// Cost: that of reading; the next bytes are fetched while these are counted.
 //
 // Tested by tests/unit/stats/text_tally_test.cpp
 #pragma once
@@ -10,7 +10,7 @@
 
 namespace zenfo {
 
-// What a stretch of text holds.
+// What a piece of text contains.
 struct TextTally {
   size_t words = 0;      // first bytes of words
   size_t gaps = 0;       // bytes outside words
@@ -23,8 +23,8 @@ inline bool is_word_byte(char byte) {
   return value > 32 && value != 127;
 }
 
-// Tallies [from, end). `before` is the byte in front; a space at the start of a
-// text.
+// Tallies [from, end). `before` is the byte before it; a space at the start of
+// a text.
 TextTally tally_text(const char* from, const char* end, char before);
 
 // The same on a processor without AVX2. For tests.

@@ -8,7 +8,7 @@
 namespace zenfo {
 namespace {
 
-// Still cached where its attempts are counted one by one.
+// Small enough to be still cached when its attempts are counted one by one.
 constexpr size_t kPiece = size_t{32} * 1024;
 
 const ByteSet& word_bytes() {
@@ -38,7 +38,7 @@ int32_t WordCount::words() {
         tally_text(text_.data() + from, text_.data() + piece.to, before);
     words += tally.words;
     line_ends_.push_back(static_cast<uint32_t>(tally.line_ends));
-    if (told_of_words(ticks, piece, tally)) return -1;
+    if (tick_words(ticks, piece, tally)) return -1;
     before = text_[piece.to - 1];
     from = piece.to;
   }
@@ -46,12 +46,12 @@ int32_t WordCount::words() {
 }
 
 // An attempt starts at each first byte of a word and each byte outside words.
-// That at the start of the text is not told of.
-bool WordCount::told_of_words(Ticks& ticks, Piece piece,
-                              const TextTally& tally) const {
-  const size_t told = piece.from > 0 ? piece.from - 1 : 0;
+// The attempt at offset 0 is not reported.
+bool WordCount::tick_words(Ticks& ticks, Piece piece,
+                           const TextTally& tally) const {
+  const size_t last = piece.from > 0 ? piece.from - 1 : 0;
   if (piece.to > ticks.next_report()) {
-    return ticks.attempts_at_breaks(text_.data(), word_bytes(), told,
+    return ticks.attempts_at_breaks(text_.data(), word_bytes(), last,
                                     piece.to - 1);
   }
   const size_t attempts = tally.words + tally.gaps - (piece.from > 0 ? 0 : 1);
@@ -65,15 +65,14 @@ int32_t WordCount::lines() {
   for (const uint32_t line_ends : line_ends_) {
     const Piece piece = piece_at(from);
     lines += line_ends;
-    if (told_of_lines(ticks, piece, line_ends)) return -1;
+    if (tick_lines(ticks, piece, line_ends)) return -1;
     from = piece.to;
   }
   return static_cast<int32_t>(lines);
 }
 
-// An attempt starts behind each line but one at the end of the text.
-bool WordCount::told_of_lines(Ticks& ticks, Piece piece,
-                              size_t line_ends) const {
+// An attempt starts after each line that does not end the text.
+bool WordCount::tick_lines(Ticks& ticks, Piece piece, size_t line_ends) const {
   if (ticks.silent() || line_ends == 0) return false;
   if (piece.to < ticks.next_report()) {
     const bool ends = piece.to == text_.size() && text_.ends_with("\r\n");

@@ -1,9 +1,9 @@
 // Counts the words and the lines of a text, with the calls to the host that two
 // searches for them would make: first for a run of word bytes, then for CR LF.
 //
-// Idea. The text is read once: while its words are counted, each piece of it is
-// asked for its lines too. Their search goes by these numbers and looks at the
-// text again only where a report falls due.
+// Idea. The text is read once: while the words of a piece are counted, its
+// lines are counted too. The search for lines uses these numbers and reads the
+// text again only where a report is due.
 //
 // Tested by tests/unit/stats/word_count_test.cpp
 #pragma once
@@ -25,7 +25,8 @@ class WordCount {
   WordCount(PatternContext& context, std::string_view text)
       : context_(context), text_(text) {}
 
-  // Their number, -1 when the host stops the count. Once each, words first.
+  // Answer the number; -1 when the host stops the count. Call each once, words
+  // first.
   int32_t words();
   int32_t lines();
 
@@ -36,8 +37,8 @@ class WordCount {
   };
   Piece piece_at(size_t from) const;
 
-  bool told_of_words(Ticks& ticks, Piece piece, const TextTally& tally) const;
-  bool told_of_lines(Ticks& ticks, Piece piece, size_t line_ends) const;
+  bool tick_words(Ticks& ticks, Piece piece, const TextTally& tally) const;
+  bool tick_lines(Ticks& ticks, Piece piece, size_t line_ends) const;
 
   PatternContext& context_;
   std::string_view text_;

@@ -48,8 +48,8 @@ ByteTables& tables_in_force() {
   return tables;
 }
 
-// The first byte of the longer text's rest that differs from the zero bytes
-// that stand for the other's end.
+// The first byte of the longer text's rest that is not zero: the other text,
+// having ended, counts as zero bytes.
 int32_t compare_rest_with_end(std::string_view rest,
                               const std::array<uint8_t, 256>& fold) {
   for (const char byte : rest) {

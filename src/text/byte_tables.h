@@ -21,7 +21,7 @@ struct ByteTables {
   // alike. True for every byte of an ordinary locale.
   std::array<bool, 256> fold_bits_suffice;
 
-  // Another one for every other way to fold; never 0.
+  // Differs for every different folding; never 0.
   uint32_t fold_version = 1;
 };
 
@@ -33,7 +33,8 @@ const ByteTables& byte_tables();
 void refresh_byte_tables();
 
 // Compares without regard to case: the difference of the first pair of bytes
-// that differ after folding, a text's end counting as zero bytes without end.
+// that differ after folding, a text that has ended counting as endless zero
+// bytes.
 int32_t compare_ignoring_case(std::string_view a, std::string_view b);
 
 }  // namespace zenfo

@@ -12,7 +12,16 @@ inline std::string_view up_to_nul(std::string_view text) {
   return text.substr(0, text.find('\0'));
 }
 
-// What the files written show of a text.
+// Texts of hosts, which may be null.
+inline bool is_empty(const char* text) {
+  return text == nullptr || *text == '\0';
+}
+
+inline std::string_view or_empty(const char* text) {
+  return text != nullptr ? text : "";
+}
+
+// A text as written files show it.
 // Intended: a missing one is written as "(null)".
 inline std::string_view printed(std::optional<std::string_view> text) {
   return text ? up_to_nul(*text) : "(null)";

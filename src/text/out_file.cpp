@@ -45,7 +45,8 @@ bool OutFile::write_raw(std::string_view piece) {
 }
 
 bool OutFile::write_expanded(std::string_view piece) {
-  // All the room it can take, first: no half of a piece for lack of memory.
+  // Reserve the most it can need first, so that lack of memory cannot leave
+  // half a piece.
   buffer_.reserve(std::min(kBufferSize, buffer_.size() + 2 * piece.size()));
   while (!piece.empty()) {
     const size_t line = piece.find('\n');

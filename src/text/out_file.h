@@ -29,16 +29,16 @@ class OutFile {
   OutFile(const OutFile&) = delete;
   OutFile& operator=(const OutFile&) = delete;
 
-  // Opens a file, closing the one before. False leaves nothing open.
+  // Closes the file that is open and opens another. False leaves nothing open.
   bool open(const char* path, platform::OutputMode mode, LineEnds line_ends);
-  // Opens a file that was looked at before, to write it over with bytes as
-  // given, if it is still of that version; closes the file before.
+  // Closes the file that is open and opens one that was examined before, to
+  // overwrite it with raw bytes, if it still has that version.
   platform::Opened open_unchanged(const char* path,
                                   const platform::FileVersion& expected);
   bool is_open() const { return file_.is_open(); }
 
-  // Takes room for so many bytes to come, as far as they are gathered: one
-  // allocation in place of several. Throws for lack of memory.
+  // Reserves memory for this many further bytes, as far as they will be
+  // buffered: one allocation instead of several. Throws for lack of memory.
   void expect(size_t size) { buffer_.reserve(std::min(size, kBufferSize)); }
   // Appends a piece; false once any write has failed, or when nothing is open.
   // Throws for lack of memory, with nothing of the piece taken.
@@ -52,7 +52,7 @@ class OutFile {
     return write_elsewhere(piece);
   }
   bool write(char byte) { return write(std::string_view(&byte, 1)); }
-  // The same in text mode too: lines that have their ends already.
+  // The same, never expanding LF: for lines that already end in CR LF.
   bool write_unchanged(std::string_view piece) {
     return is_open() && !failed_ && write_raw(piece);
   }
@@ -61,7 +61,7 @@ class OutFile {
 
   // Hands the gathered bytes to the system; false as for write().
   bool flush();
-  // Flushes and closes; an overwritten file ends behind what was written, just
+  // Flushes and closes; an overwritten file ends after what was written, just
   // as if it had been emptied first. False when any write or the close failed.
   // Closing a closed file answers true.
   bool close();

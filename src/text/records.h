@@ -1,25 +1,18 @@
-// Record splitter: cuts a text at a separator, one record a call.
+// Cuts a text into records at a separator.
 //
 // Tested by tests/unit/text/records_test.cpp
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <optional>
 #include <string_view>
 
 namespace zenfo {
 
-// Takes the record at *cursor and moves the cursor behind its separator, or to
-// null when the record was the rest of the text. An empty separator gives the
-// rest of the text. Answers 1 with a record, -1 when there is none (null
-// cursor, text end or separator, or a cursor not below the text end); the out
-// start is then the cursor and the out length 0.
-int32_t get_next_record(const char** cursor, const char* text_end,
-                        const char* separator, size_t separator_length,
-                        const char** record, size_t* record_length);
-
-// A walk over the records of a text; refers to both texts.
+// A walk over the records of a text; refers to both texts. Two separators side
+// by side have an empty record between them. The last record ends with the
+// text; a separator that ends the text has no record after it. With an empty
+// separator the whole text is one record.
 class RecordReader {
  public:
   RecordReader(std::string_view text, std::string_view separator)
@@ -27,22 +20,34 @@ class RecordReader {
         end_(text.data() + text.size()),
         separator_(separator) {}
 
-  // The next record, or none at the text's end.
+  // The next record, or none at the end of the text.
   std::optional<std::string_view> next() {
-    const char* record;
-    size_t length;
-    if (get_next_record(&cursor_, end_, separator_.data(), separator_.size(),
-                        &record, &length) != 1) {
-      return std::nullopt;
-    }
-    return std::string_view(record, length);
+    if (cursor_ == end_) return std::nullopt;
+    const char* const start = cursor_;
+    const char* const found = find_separator(start, end_, separator_);
+    separated_ = found != nullptr;
+    cursor_ = separated_ ? found + separator_.size() : end_;
+    return std::string_view(
+        start, static_cast<size_t>((separated_ ? found : end_) - start));
   }
   std::string_view next_or_empty() { return next().value_or(""); }
 
+  // Whether the last record ended at a separator, not with the text.
+  bool separated() const { return separated_; }
+  // What follows the last record and its separator.
+  std::string_view rest() const {
+    return {cursor_, static_cast<size_t>(end_ - cursor_)};
+  }
+
  private:
+  // The first separator, or null.
+  static const char* find_separator(const char* from, const char* end,
+                                    std::string_view separator);
+
   const char* cursor_;
   const char* end_;
   std::string_view separator_;
+  bool separated_ = false;
 };
 
 }  // namespace zenfo

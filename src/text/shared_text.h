@@ -18,7 +18,7 @@ class SharedText {
  public:
   SharedText() = default;  // missing
   explicit SharedText(std::string_view text) : SharedText({text}, 1) {}
-  // The pieces one behind the other.
+  // The pieces joined in order.
   static SharedText joined(std::string_view a, char between,
                            std::string_view b);
 

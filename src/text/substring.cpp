@@ -27,8 +27,8 @@ struct ByteEquality {
 
 // Both texts are not empty.
 // Intended: blanks are skipped before the needle's end is noticed, so a needle
-// that ends in blanks needs a byte behind the match that is none, and takes
-// the blanks before that byte into the match.
+// that ends in blanks needs a byte after the match that is no blank, and the
+// match includes the blanks before that byte.
 const char* find_skipping_blanks(const char* haystack, const char* needle,
                                  const char* haystack_end,
                                  const char* needle_end, ByteEquality equal,

@@ -17,9 +17,9 @@ namespace zenfo {
 
 // First occurrence of the needle in [haystack, haystack_end), or null.
 //   case_sensitive  false compares both bytes after folding (byte_tables)
-//   skip_blanks     bytes 0x00-0x20 and 0x80-0xFF are passed over in both; the
-//                   match spans the blanks inside it, those behind it only
-//                   when the needle ends in blanks
+//   skip_blanks     bytes 0x00-0x20 and 0x80-0xFF are skipped in both; the
+//                   match spans the blanks inside it, those after it only when
+//                   the needle ends in blanks
 //   matched_length  receives the bytes spanned in the haystack, 0 for none;
 //                   may be null
 // An empty haystack or needle finds nothing.
@@ -30,8 +30,8 @@ const char* find_substring(const char* haystack, const char* needle,
 
 // A needle made ready for many searches without blank skipping. Refers to the
 // needle's bytes, which must outlive it; allocates nothing, copies cheaply.
-// Ignoring case it goes by the fold table in force: make a new one after
-// refresh_byte_tables().
+// When ignoring case it uses the fold table of the time it was made: make a new
+// one after refresh_byte_tables().
 class SubstringSearcher {
  public:
   SubstringSearcher() = default;  // finds nothing
@@ -46,10 +46,10 @@ class SubstringSearcher {
     return found;
   }
 
-  // Up to `capacity` (not 0) occurrences in order, each beginning `step` (not
-  // 0) bytes or more behind the one before: length() for those that do not
-  // overlap, 1 for all. Answers how many and moves `from` to where to go on,
-  // which is `end` once the range is searched.
+  // Up to `capacity` (not 0) occurrences in order, each beginning at least
+  // `step` (not 0) bytes after the start of the one before: length() for those
+  // that do not overlap, 1 for all. Answers how many and moves `from` to where
+  // to go on, which is `end` once the range is searched.
   size_t find_many(const char*& from, const char* end, size_t step,
                    const char** found, size_t capacity) const {
     if (needle_.scan == nullptr || from >= end) {
@@ -60,23 +60,6 @@ class SubstringSearcher {
     needle_.scan(needle_, end, matches);
     from = matches.resume;
     return matches.count;
-  }
-
-  // Calls visit(occurrence) for each, as find_many() finds them, until it
-  // answers false. For frequent needles: it looks ahead of the visitor by some
-  // hundred occurrences, so hand it the text in windows when the visitor is
-  // expected to stop early or a host is to be asked on the way.
-  template <class Visitor>
-  void for_each(const char* from, const char* end, size_t step,
-                Visitor&& visit) const {
-    constexpr size_t kAtOnce = 256;
-    const char* found[kAtOnce];
-    while (from < end) {
-      const size_t count = find_many(from, end, step, found, kAtOnce);
-      for (size_t i = 0; i < count; ++i) {
-        if (!visit(found[i])) return;
-      }
-    }
   }
 
   size_t length() const { return needle_.bytes.size(); }

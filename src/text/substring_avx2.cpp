@@ -3,11 +3,11 @@
 // could be the copy that the linker keeps for everybody.
 //
 // Tested by tests/unit/text/substring_kernels_test.cpp
-#include <immintrin.h>
-
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
+#include "text/simd.h"
 #include "text/substring_kernels.h"
 #include "text/two_way.h"
 
@@ -22,28 +22,7 @@
 namespace zenfo {
 namespace {
 
-struct Vector {
-  using Register = __m256i;
-  static constexpr size_t kSize = 32;
-  static Register load(const char* at) {
-    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
-  }
-  static Register fill(uint8_t byte) {
-    return _mm256_set1_epi8(static_cast<char>(byte));
-  }
-  static Register equal(Register a, Register b) {
-    return _mm256_cmpeq_epi8(a, b);
-  }
-  static Register both(Register a, Register b) {
-    return _mm256_and_si256(a, b);
-  }
-  static Register either(Register a, Register b) {
-    return _mm256_or_si256(a, b);
-  }
-  static uint32_t mask(Register a) {
-    return static_cast<uint32_t>(_mm256_movemask_epi8(a));
-  }
-};
+using Widest = Vector32;
 
 #include "text/substring_kernel.inc"
 

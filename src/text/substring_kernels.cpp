@@ -1,4 +1,4 @@
-// Preparing needles, the plain kernels, and the choice between the sets.
+// Preparing needles, and the choice between the sets.
 //
 // Tested by tests/unit/text/substring_kernels_test.cpp
 #include "text/substring_kernels.h"
@@ -8,6 +8,7 @@
 
 #include "text/byte_frequency.h"
 #include "text/byte_tables.h"
+#include "text/simd.h"
 
 namespace zenfo {
 namespace {
@@ -61,7 +62,7 @@ void pick_rare_bytes(PreparedNeedle& needle, const ByteTables* tables) {
     if (i == rarest.byte.offset) continue;
     const Filter filter = make_filter(needle.bytes, i, tables);
     const int cost = filter.frequency + penalty(rarest.byte, filter.byte);
-    if (cost > best) continue;  // among equals the last: far from the rarest
+    if (cost > best) continue;  // of equal ones the last: far from the rarest
     best = cost;
     needle.second = filter.byte;
   }
@@ -93,31 +94,6 @@ ScanKernel pick_kernel(size_t needle_length, bool case_sensitive) {
   return case_sensitive ? kernels.exact : kernels.folded;
 }
 
-bool matches_at(const char* text, const PreparedNeedle& needle) {
-  for (size_t i = 0; i < needle.bytes.size(); ++i) {
-    const uint8_t a = static_cast<uint8_t>(text[i]);
-    const uint8_t b = static_cast<uint8_t>(needle.bytes[i]);
-    if (needle.fold ? needle.fold[a] != needle.fold[b] : a != b) return false;
-  }
-  return true;
-}
-
-// Quadratic on repetitive text; linear time is the fast sets' promise.
-void scan_plainly(const PreparedNeedle& needle, const char* end,
-                  Matches& matches) {
-  const size_t size = needle.bytes.size();
-  while (matches.count < matches.capacity) {
-    const size_t left = static_cast<size_t>(end - matches.resume);
-    if (left < size) {
-      matches.resume = end;
-      return;
-    }
-    const bool found = matches_at(matches.resume, needle);
-    if (found) matches.found[matches.count++] = matches.resume;
-    matches.resume += found ? std::min(matches.step, left) : 1;
-  }
-}
-
 const KernelSet* fastest_kernels() {
   return processor_has_avx2() ? &kAvx2Kernels : &kSse2Kernels;
 }
@@ -129,12 +105,7 @@ const KernelSet*& chosen_kernels() {
 
 }  // namespace
 
-const KernelSet kReferenceKernels = {"reference", scan_plainly, scan_plainly,
-                                     scan_plainly, scan_plainly};
-
 const KernelSet& kernels_in_use() { return *chosen_kernels(); }
-
-bool processor_has_avx2() { return __builtin_cpu_supports("avx2"); }
 
 void use_kernels(const KernelSet* kernels) {
   chosen_kernels() = kernels ? kernels : fastest_kernels();

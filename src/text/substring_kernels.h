@@ -2,13 +2,14 @@
 //
 // A kernel looks at two rare bytes of the needle at once, 64 positions a turn
 // with one branch, and checks the positions that survive: the first 8 bytes by
-// one masked load, the rest byte for byte. A needle with a very rare byte is
-// sought by that byte alone until it shows up too often.
+// one masked load, the rest byte for byte. If the needle has a very rare byte,
+// only that byte is looked for until it shows up too often.
 //
-// Fits text in which the two bytes seldom stand in the needle's distance. Where
-// they keep doing so and whole needles nearly match ("aaaaab" among a's), the
-// cost of the vain checks is metered, and a stretch of the text is searched by
-// the two-way algorithm instead, so that time stays linear.
+// Suits text in which the two bytes seldom occur at the needle's distance.
+// Where they often do and whole needles nearly match ("aaaaab" among a's), the
+// cost of the failed checks is metered. When it grows too large, a stretch of
+// the text is searched by the two-way algorithm instead, so that time stays
+// linear.
 //
 // Tested by tests/unit/text/substring_kernels_test.cpp
 #pragma once
@@ -21,9 +22,9 @@ namespace zenfo {
 
 struct PreparedNeedle;
 
-// What a kernel is asked for and where it has got to.
+// What a kernel has to find and how far it has got.
 struct Matches {
-  const char* resume;  // in: where to begin, not behind the range's end;
+  const char* resume;  // in: where to begin, not after the range's end;
                        // out: where to go on, that end when all is searched
   size_t step;         // bytes from a match to where the next may begin, not 0
   const char** found;  // receives the matches, in order
@@ -59,7 +60,7 @@ struct PreparedNeedle {
   uint64_t head_value = 0;
   uint64_t head_fold = 0;
   uint64_t head_mask = 0;
-  // How many bytes that test settles; the check goes on behind them.
+  // How many bytes that test covers; the check continues after them.
   size_t head_settles = 0;
 };
 
@@ -71,13 +72,11 @@ struct KernelSet {
   ScanKernel folded;
 };
 
-extern const KernelSet kReferenceKernels;  // the plain loop
-extern const KernelSet kSse2Kernels;       // what every target has
+extern const KernelSet kSse2Kernels;  // what every target has
 extern const KernelSet kAvx2Kernels;
 
 // The set in use: the fastest that the processor has, until another is chosen.
 const KernelSet& kernels_in_use();
-bool processor_has_avx2();
 // For tests and benchmarks: applies to needles prepared from now on. The
 // processor must have what the set needs. Null goes back to the fastest.
 void use_kernels(const KernelSet* kernels);

@@ -1,19 +1,18 @@
 // Substring kernels for the instructions that every target has.
 //
 // Tested by tests/unit/text/substring_kernels_test.cpp
-#include <emmintrin.h>
-
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
+#include "text/simd.h"
 #include "text/substring_kernels.h"
 #include "text/two_way.h"
 
 namespace zenfo {
 namespace {
 
-struct Vector16;
-using Vector = Vector16;
+using Widest = Vector16;
 
 #include "text/substring_kernel.inc"
 

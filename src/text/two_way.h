@@ -1,7 +1,7 @@
 // Search that stays linear on any text, in constant memory (Crochemore and
 // Perrin's two-way algorithm): the needle is cut at a critical place, its right
 // part compared forwards, its left part backwards. Slower than the kernels on
-// ordinary text; they turn to it where repetitive text misleads them.
+// ordinary text; they use it where repetitive text misleads them.
 //
 // Tested by tests/unit/text/two_way_test.cpp
 #pragma once

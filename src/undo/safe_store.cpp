@@ -1,13 +1,14 @@
 #include "undo/safe_store.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <memory>
 
 #include "files/file_content.h"
 #include "platform/files.h"
+#include "text/c_text.h"
 #include "text/out_file.h"
 #include "text/records.h"
+#include "text/time_stamp.h"
 #include "undo/safety.h"
 
 namespace zenfo {
@@ -15,7 +16,7 @@ namespace {
 
 using platform::kPathSeparator;
 
-// "(null)" stands for a missing text.
+// A missing text is written as "(null)".
 std::string_view shown(const SharedText& text) {
   return text.missing() ? "(null)" : text.view();
 }
@@ -30,14 +31,6 @@ void write_line(OutFile& file, const UndoRecord& record,
   file.write(line_end);
 }
 
-std::string time_text() {
-  const platform::LocalTime t = platform::local_time_now();
-  char text[64];
-  std::snprintf(text, sizeof text, "%02d/%02d/%02d-%02d:%02d:%02d", t.year,
-                t.month, t.day, t.hour, t.minute, t.second);
-  return text;
-}
-
 std::string with_own_separators(std::string path) {
   if constexpr (kPathSeparator == '\\') {
     std::replace(path.begin(), path.end(), '/', '\\');
@@ -45,8 +38,8 @@ std::string with_own_separators(std::string path) {
   return path;
 }
 
-// Where the names of folders to create begin: behind "X:" or
-// "\\server\share", which are there or cannot be made.
+// Where the names of folders to create begin: after "X:" or "\\server\share",
+// which exist or cannot be created.
 size_t creatable_from(std::string_view path) {
   if constexpr (kPathSeparator == '\\') {
     if (path.substr(0, 2) == "\\\\") {
@@ -59,7 +52,7 @@ size_t creatable_from(std::string_view path) {
   return 0;
 }
 
-// Outermost first; those that exist are passed over.
+// Outermost first; those that exist are skipped.
 void create_folders_above(const std::string& path) {
   size_t end = creatable_from(path);
   while (end != std::string::npos) {
@@ -104,45 +97,29 @@ std::string text_of(const std::string& path) {
   return std::string(content.bytes());
 }
 
-// The next field of a line; false when there is none.
-bool take_field(const char** cursor, const char* line_end, SharedText& field) {
-  const char* start;
-  size_t length;
-  if (get_next_record(cursor, line_end, "\t", 1, &start, &length) != 1) {
-    return false;
-  }
-  field = SharedText(std::string_view(start, length));
-  return true;
-}
-
-// A record out of a line of three fields, or null.
-std::unique_ptr<UndoRecord> parse_line(const char* line, size_t length) {
-  const char* cursor = line;
-  const char* end = line + length;
-  SharedText original, copy, time;
-  if (!take_field(&cursor, end, original) || !take_field(&cursor, end, copy) ||
-      !take_field(&cursor, end, time)) {
-    return nullptr;
-  }
-  return std::make_unique<UndoRecord>(original, copy, time);
+// The record of a line of three fields, or null.
+std::unique_ptr<UndoRecord> parse_line(std::string_view line) {
+  RecordReader fields(line, "\t");
+  const auto original = fields.next();
+  const auto copy = fields.next();
+  const auto time = fields.next();
+  if (!time) return nullptr;
+  return std::make_unique<UndoRecord>(SharedText(*original), SharedText(*copy),
+                                      SharedText(*time));
 }
 
 // Appends the records that the lines of an undo list file hold, until the host
-// stops it or a line is no record. `read` is at each moment the bytes of the
-// lines in the list, also when memory runs out.
+// stops it or a line is no record. `read` is always the number of bytes whose
+// lines are in the list, also when memory runs out.
 void append_records(std::string_view text, ItemList& records, size_t& read) {
-  const char* cursor = text.data();
-  const char* line;
-  size_t length;
-  while (get_next_record(&cursor, text.data() + text.size(), "\r\n", 2, &line,
-                         &length) == 1) {
-    std::unique_ptr<UndoRecord> record = parse_line(line, length);
+  RecordReader lines(text, "\r\n");
+  while (const auto line = lines.next()) {
+    std::unique_ptr<UndoRecord> record = parse_line(*line);
     if (record == nullptr) return;
-    records.Append(std::move(record));
-    read = cursor != nullptr ? static_cast<size_t>(cursor - text.data())
-                             : text.size();
-    if (records.PollInterrupt() != 0) return;
-    records.ReportReset();
+    records.append(std::move(record));
+    read = text.size() - lines.rest().size();
+    if (records.poll_interrupt() != 0) return;
+    records.report_reset();
   }
 }
 
@@ -151,7 +128,7 @@ void append_records(std::string_view text, ItemList& records, size_t& read) {
 int32_t SafeStore::set_undo_file(const char* given) {
   if (users_ > 0) return -1;
   undo_file_.clear();
-  if (given == nullptr || *given == '\0') return -1;
+  if (is_empty(given)) return -1;
   std::string path = with_own_separators(given);
   const size_t last = path.rfind(kPathSeparator);
   if (last == path.size() - 1 || platform::is_folder(path.c_str())) return -1;
@@ -193,7 +170,7 @@ int32_t SafeStore::start_safe_store_run(std::vector<std::string> open_files,
   sync_ = sync;
   ahead_.clear();
   unwanted_.clear();
-  undo_list.Clear();
+  undo_list.clear();
   unread_ = {};
   copies_ = 0;
   const std::string store = folder();
@@ -210,13 +187,13 @@ int32_t SafeStore::start_safe_store_run(std::vector<std::string> open_files,
   return 1;
 }
 
-// The rest of a drive's root is not the store's to delete.
+// Other files in a drive's root must not be deleted.
 void SafeStore::delete_own_files() {
   ItemList records;
   size_t read = 0;
   append_records(text_of(undo_file_), records, read);
-  for (uint32_t i = 0; i < records.Count(); ++i) {
-    const auto* record = record_cast<UndoRecord>(records.Get(i));
+  for (uint32_t i = 0; i < records.count(); ++i) {
+    const auto* record = record_cast<UndoRecord>(records.get(i));
     if (record != nullptr) delete_unless_open(record->safe_copy.c_str());
   }
   delete_unless_open(error_file_of(undo_file_));
@@ -240,11 +217,11 @@ std::string SafeStore::next_copy_path(std::string_view name) {
 
 int32_t SafeStore::store_safe_copy(const char* path,
                                    const platform::FileVersion* loaded) {
-  if (path == nullptr || *path == '\0' || folder().empty()) return -1;
+  if (is_empty(path) || folder().empty()) return -1;
   if (auto found = ahead_.extract(path)) {
     Ahead& ahead = found.mapped();
     if (loaded == nullptr || ahead.version == *loaded) {
-      undo_list.Append(std::move(ahead.record));
+      undo_list.append(std::move(ahead.record));
       return 1;
     }
     unwanted_.push_back(std::move(ahead.record));
@@ -259,7 +236,7 @@ int32_t SafeStore::store_safe_copy(const char* path,
   }
   // The line is on disk before the file is touched.
   if (!add_lines(records)) return -1;
-  undo_list.Append(std::move(records[0]));
+  undo_list.append(std::move(records[0]));
   return 1;
 }
 
@@ -274,18 +251,20 @@ std::unique_ptr<UndoRecord> SafeStore::copy(const char* path,
   if (!make_copy(path, copy.c_str(), &version)) return nullptr;
   ++copies_;
   if (sync_) to_flush_.add(copy.c_str());
-  return std::make_unique<UndoRecord>(SharedText(original), SharedText(copy),
-                                      SharedText(time_text()));
+  return std::make_unique<UndoRecord>(
+      SharedText(original), SharedText(copy),
+      SharedText(time_stamp(platform::local_time_now())));
 }
 
-// In the order in which a kill in between leaves a record whose copy is there.
+// The order matters: if the process is killed in between, every record still
+// has its copy.
 void SafeStore::take_back_safe_copy() {
-  const uint32_t count = undo_list.Count();
+  const uint32_t count = undo_list.count();
   if (count == 0) return;
-  const auto* record = record_cast<UndoRecord>(undo_list.Get(count - 1));
+  const auto* record = record_cast<UndoRecord>(undo_list.get(count - 1));
   if (record == nullptr) return;
   if (sync_) {
-    // Its line may stand in front of others.
+    // Its line may be followed by others.
     unwanted_.push_back(std::make_unique<UndoRecord>(
         record->original, record->safe_copy, record->time));
   } else {
@@ -293,10 +272,10 @@ void SafeStore::take_back_safe_copy() {
     if (!platform::cut_file(undo_file_.c_str(), lines_before_)) return;
     delete_copy(copy.c_str());
   }
-  undo_list.RemoveAt(count - 1);
+  undo_list.remove_at(count - 1);
 }
 
-// A disk that fails leaves nothing of them.
+// When the disk fails, lines and copies are removed again.
 bool SafeStore::add_lines(const Records& records) {
   if (append_lines(records)) {
     if (!sync_) return true;
@@ -312,8 +291,8 @@ bool SafeStore::add_lines(const Records& records) {
   return false;
 }
 
-// Lines that cannot be written whole are taken back, or they would spoil the
-// next one.
+// Lines that cannot be written completely are removed, because they would spoil
+// the next one.
 bool SafeStore::append_lines(const Records& records) {
   platform::FileFacts before;
   platform::read_file_facts(undo_file_.c_str(), before);
@@ -337,7 +316,7 @@ void SafeStore::forget_ahead() {
 }
 
 bool SafeStore::copy_ahead(const std::vector<std::string>& paths) {
-  // Limits the disk space that unused copies can take.
+  // Limits the disk space of unused copies.
   constexpr uint64_t kMostBytes = uint64_t{256} << 20;
   forget_ahead();
   if (folder().empty()) return true;
@@ -380,20 +359,20 @@ int32_t SafeStore::load_undo_list() {
   std::string text = text_of(undo_file_);
   if (text.empty()) return 0;
   unread_ = {undo_file_, std::move(text)};
-  undo_list.Clear();
+  undo_list.clear();
   read_records();
-  undo_list.BuildIndex();
-  return static_cast<int32_t>(undo_list.Count());
+  undo_list.build_index();
+  return static_cast<int32_t>(undo_list.count());
 }
 
 void SafeStore::read_records() {
   append_records(unread_.text, undo_list, unread_.at);
-  // As a rule all is read and nothing is to be kept.
+  // Usually everything was read and nothing has to be kept.
   unread_.text = unread_.text.substr(unread_.at);
   unread_.at = 0;
 }
 
-// Lines of another file stay in that file.
+// Lines of another undo list file are not carried over.
 std::string_view SafeStore::unread_lines() const {
   if (!platform::names_same_file(unread_.file.c_str(), undo_file_.c_str())) {
     return {};
@@ -405,27 +384,28 @@ int32_t SafeStore::undo() {
   if (undo_file_.empty()) return -1;
   const InUse in_use(this);
   const std::string error_file = error_file_of(undo_file_);
-  if (!platform::is_file(undo_file_.c_str()) || undo_list.Count() == 0) {
+  if (!platform::is_file(undo_file_.c_str()) || undo_list.count() == 0) {
     return 0;
   }
-  // What was restored could not be taken out of it.
+  // Otherwise restored records could not be removed from it.
   if (!can_be_written(undo_file_)) return -1;
   if (platform::exists(error_file.c_str()) &&
       !platform::delete_file(error_file.c_str())) {
     return -1;
   }
-  // Asked while the file is there.
+  // Read while the file still exists.
   const std::string_view unread = unread_lines();
   sync_ = chosen_safety().sync;
   restored_copies_.clear();
   const bool reported = restore_records(error_file);
-  undo_list.BuildIndex();
+  undo_list.build_index();
   if (!finish_undo(unread) || !reported) return -1;
-  return static_cast<int32_t>(undo_list.Count());
+  return static_cast<int32_t>(undo_list.count());
 }
 
-// With sync a copy goes only when its file and the list that no longer names it
-// are on their disks. If that fails, the list file still names all copies.
+// With sync a copy is deleted only when its file and the list that no longer
+// names it are on their disks. If that fails, the list file still names all
+// copies.
 bool SafeStore::finish_undo(std::string_view unread) {
   if (sync_ && !to_flush_.flush()) return false;
   if (!replace_list("\r\n", unread)) return false;
@@ -441,26 +421,26 @@ bool SafeStore::finish_undo(std::string_view unread) {
 // In the order in which the copies were made, however the list is sorted.
 // False when a record could not be written to the error file.
 bool SafeStore::restore_records(const std::string& error_file) {
-  undo_list.DropIndex();
-  const uint32_t count = undo_list.Count();
+  undo_list.drop_index();
+  const uint32_t count = undo_list.count();
   uint32_t step = 0;
   uint32_t kept = 0;  // records passed that stay in the list
   bool reported = true;
-  Record* record = undo_list.First();
-  while (record != nullptr && undo_list.PollInterrupt() == 0) {
-    undo_list.ReportPositionOf(step++, count);
-    // A host that looked at the list meanwhile has moved its cursor.
-    if (undo_list.Current() != record) undo_list.Get(kept);
+  Record* record = undo_list.first();
+  while (record != nullptr && undo_list.poll_interrupt() == 0) {
+    undo_list.report_position_of(step++, count);
+    // A host that reads the list meanwhile moves its cursor.
+    if (undo_list.current() != record) undo_list.get(kept);
     const auto* stored = record_cast<UndoRecord>(record);
     const bool wanted = stored != nullptr && stored->state == 1;
     if (wanted && restore(*stored)) {
-      undo_list.RemoveCurrent();
-      record = undo_list.Current();
+      undo_list.remove_current();
+      record = undo_list.current();
       continue;
     }
     if (wanted) reported &= report_unrestored(error_file, *stored);
     ++kept;
-    record = undo_list.Next();
+    record = undo_list.next();
   }
   return reported;
 }
@@ -476,7 +456,7 @@ bool SafeStore::restore(const UndoRecord& record) {
     restored_copies_.emplace_back(copy);
     return true;
   }
-  // Restored all the same when the copy cannot be deleted.
+  // The file is restored even if the copy cannot be deleted.
   delete_copy(copy);
   return true;
 }
@@ -492,8 +472,9 @@ bool SafeStore::report_unrestored(const std::string& error_file,
   return file.close();
 }
 
-// In one step where the folder takes a second file: with a record the way back
-// of its file would be lost. A full disk leaves the records as they were.
+// In one step where a second file can be created in the folder, because a file
+// whose record is lost cannot be restored. A full disk leaves the records as
+// they were.
 bool SafeStore::replace_list(std::string_view line_end,
                              std::string_view unread) {
   const std::string fresh = undo_file_ + ".new";
@@ -518,8 +499,8 @@ bool SafeStore::replace_list(std::string_view line_end,
 // they end in CR CR LF and the CR stays with the time when they are read back.
 bool SafeStore::put_records(OutFile& file, std::string_view line_end,
                             std::string_view unread) {
-  for (Record* record = undo_list.First(); record != nullptr;
-       record = undo_list.Next()) {
+  for (Record* record = undo_list.first(); record != nullptr;
+       record = undo_list.next()) {
     if (const auto* stored = record_cast<UndoRecord>(record)) {
       write_line(file, *stored, line_end);
     }

@@ -1,5 +1,5 @@
-// The safe store: copies of files about to be changed, the list and the file
-// that record them, and their way back.
+// The safe store: copies of files that are about to be changed, the list and
+// the file that record them, and how they are restored.
 //
 // The store lives in the folder of its undo list file, and every run empties
 // that folder: only the last run can be undone. A line of the undo list file
@@ -25,13 +25,13 @@ namespace zenfo {
 
 class SafeStore {
  public:
-  void SetInterruptHook(InterruptHook hook) {
-    undo_list.SetInterruptHook(hook);
+  void set_interrupt_hook(InterruptHook hook) {
+    undo_list.set_interrupt_hook(hook);
   }
-  void SetReportHook(ReportHook hook) { undo_list.SetReportHook(hook); }
+  void set_report_hook(ReportHook hook) { undo_list.set_report_hook(hook); }
 
-  // While one lives the store stays where it is: of a run that changes files,
-  // or of Undo. The store may be missing.
+  // While an object of this class exists, for a run that changes files or for
+  // Undo, the store cannot be moved. `store` may be null.
   class InUse {
    public:
     explicit InUse(SafeStore* store) : store_(store) {
@@ -48,14 +48,13 @@ class SafeStore {
   };
 
   // Names the undo list file and creates it, with its folders, when missing.
-  // 1; -1 leaves the store without one, or, when it is in use, as it was. The
-  // undo list is kept.
+  // Answers 1; -1, and then the store has none, or, when it is in use, the one
+  // that it had. The undo list is kept.
   int32_t set_undo_file(const char* path);
 
-  // Begins a run: empties the undo list and deletes all files of the store's
-  // folder but those of `open_files`; of a drive's root only the store's own.
-  // Always 1.
-  // The open files stay out of the store until the next run. With `sync` a
+  // Begins a run: empties the undo list and deletes all files in the store's
+  // folder except `open_files`; in a drive's root only the store's own. Always
+  // 1. Until the next run no copy takes the name of an open file. With `sync` a
   // copy and its line are on their disk, flushed, before the copy counts.
   int32_t start_safe_store_run(std::vector<std::string> open_files,
                                bool sync = false);
@@ -64,45 +63,47 @@ class SafeStore {
   // `loaded` is not null and the file is of another version; else -1.
   int32_t store_safe_copy(const char* path,
                           const platform::FileVersion* loaded = nullptr);
-  // Takes the copy stored last back, with its line and its record: the file is
-  // not to be changed after all.
+  // Removes the copy stored last, with its line and its record, because the
+  // file is not changed after all.
   void take_back_safe_copy();
   // For runs with `sync`: copies files that will probably be stored next, with
-  // one flush for all, so that storing one of them costs nothing more. What was
-  // ahead before is no longer. A file that cannot be copied is left to its own
-  // turn. False when the disk fails; then none is ahead.
+  // one flush for all, so that storing one of them then costs nothing more.
+  // Earlier copies ahead are forgotten. A file that cannot be copied now is
+  // copied when it is stored. False when the disk fails; then none is ahead.
   bool copy_ahead(const std::vector<std::string>& paths);
   bool is_ahead(const std::string& path) const { return ahead_.contains(path); }
-  // Copied ahead and not stored so far.
+  // Whether a file is copied ahead and not stored yet.
   size_t ahead() const { return ahead_.size(); }
   // Ends a run: deletes unused copies and their lines. False when the
   // list file cannot be written.
   bool end_safe_store_run();
 
   // Replaces the list by what the undo list file holds: the number of records,
-  // 0 without such a file, -1 when none is named. The lines from one that is no
-  // record on, or behind a stop, are not read and not counted.
+  // 0 without such a file, -1 when none is named. Reading ends at a line that
+  // is no record, or when the host stops it; the lines from there on are not
+  // counted.
   int32_t load_undo_list();
-  // Copies the safe copies of all selected records back, deletes them and takes
-  // the records out; the undo list file keeps the others and, byte for byte,
+  // Copies the safe copies of all selected records back, and deletes the copies
+  // and the records; the undo list file keeps the others and, byte for byte,
   // the lines that were not read from it. Records that cannot be restored stay
-  // and are written to the undo error file. Answers the records left, lines not
-  // read not counted; 0 when there is nothing to restore; -1 on failure.
+  // and are written to the undo error file. Answers the number of records left,
+  // without the lines not read; 0 when there is nothing to restore; -1 on
+  // failure.
   // Intended: whatever was done to a file since is overwritten.
   int32_t undo();
 
   ItemList undo_list;  // of UndoRecord
 
  private:
-  // Text of an undo list file, as far as it is no record of the list.
+  // The part of an undo list file that is in no record of the list.
   struct Unread {
     std::string file;  // its path
     std::string text;
-    size_t at = 0;  // what stands in front of it has been read
+    size_t at = 0;  // what is before it has been read
   };
 
   using Records = std::vector<std::unique_ptr<UndoRecord>>;
-  // A copy whose file has not been stored, and the version that was copied.
+  // A copy whose file is not stored yet, and the version that was copied.
   struct Ahead {
     std::unique_ptr<UndoRecord> record;
     platform::FileVersion version;
@@ -135,8 +136,8 @@ class SafeStore {
 
   std::string undo_file_;      // empty: none
   Unread unread_;              // empty for a list that a run has filled
-  uint64_t lines_before_ = 0;  // bytes of it in front of the line written last
-  int users_ = 0;              // InUse that live
+  uint64_t lines_before_ = 0;  // bytes of it before the line written last
+  int users_ = 0;              // InUse objects that exist
   uint32_t copies_ = 0;        // of this run; part of the copies' names
   std::vector<std::string> open_files_;  // by the run: list and summary
   bool sync_ = false;

@@ -1,4 +1,4 @@
-// How careful runs that change files, and their undoing, are beyond what their
+// How careful runs that change files, and Undo, are beyond what these
 // operations promise. A host chooses by the environment variable ZENFO_SAFETY,
 // a list of words separated by commas, which is read at the start of every run:
 //
@@ -6,10 +6,10 @@
 //            files is rewritten; a run and Undo are flushed when they return,
 //            and Undo deletes a safe copy only then
 //   beside   without safe copies, a file is written beside the old one and
-//            takes its place in one step
+//            replaces it in one step
 //   nolinks  a path of a run that changes files leads through no link
 //
-// Unknown words are passed over.
+// Unknown words are ignored.
 //
 // Tested by tests/unit/undo/safety_test.cpp
 #pragma once
@@ -27,7 +27,7 @@ struct Safety {
 };
 
 Safety parse_safety(std::string_view words);
-// What the environment says now.
+// The present value of the variable.
 Safety chosen_safety();
 
 }  // namespace zenfo

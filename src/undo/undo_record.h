@@ -1,4 +1,4 @@
-// One safe copy: the file that was changed, its copy, and when it was made.
+// One safe copy: the file that was changed, its copy, and the time of the copy.
 //
 // Tested by tests/unit/undo/undo_record_test.cpp
 #pragma once

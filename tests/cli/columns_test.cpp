@@ -1,8 +1,8 @@
-#include "columns.h"
+#include "cli/printing/columns.h"
 
 #include <gtest/gtest.h>
 
-namespace zenfo::cli {
+namespace zenfo::host::cli {
 namespace {
 
 std::vector<const Column*> columns(const std::vector<std::string>& names) {
@@ -47,9 +47,11 @@ TEST(JsonLine, KeepsTheOrderOfColumnsAndTellsMissingFromEmpty) {
             R"({"size":"1 B","folder":null,"attributes":""})");
 }
 
-TEST(JsonLine, EscapesAndReplacesBytes) {
+TEST(JsonLine, EscapesTextAndEncodesOtherBytes) {
+  EXPECT_EQ(json_line(columns({"path"}), {"a\"\\\n\xC3\xBC"}),
+            "{\"path\":\"a\\\"\\\\\\n\xC3\xBC\"}");
   EXPECT_EQ(json_line(columns({"path"}), {"a\"\\\n\xff"}),
-            "{\"path\":\"a\\\"\\\\\\n\xEF\xBF\xBD\"}");
+            R"({"path":{"bytes":"YSJcCv8="}})");
 }
 
 TEST(JsonTotal, TakesTheBytesOutOfTheLongText) {
@@ -64,4 +66,4 @@ TEST(TabbedLine, LeavesMissingTextsEmpty) {
 }
 
 }  // namespace
-}  // namespace zenfo::cli
+}  // namespace zenfo::host::cli

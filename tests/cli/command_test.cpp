@@ -238,11 +238,12 @@ TEST_F(Command, RefusesAnOptionWithoutItsValue) {
 }
 
 TEST_F(Command, RefusesTwoFormsAtOnce) {
-  EXPECT_EQ(run({"files", "-0", "--json"}),
-            (Outcome{"",
-                     "zenfo: --json: does not go with --null; see 'zenfo help "
-                     "files'\n",
-                     2}));
+  EXPECT_EQ(
+      run({"files", "-0", "--json"}),
+      (Outcome{"",
+               "zenfo: --json: cannot be combined with --null; see 'zenfo help "
+               "files'\n",
+               2}));
 }
 
 TEST_F(Command, RefusesUnknownCommands) {

@@ -154,7 +154,7 @@ TEST_F(Compare, RefusesWrongArguments) {
             refusal("--by: no key 'colour' among name, folder, type, created, "
                     "accessed, modified, size, attributes, path, all"));
   EXPECT_EQ(run({"--lists", "-r", "a", "b"}),
-            refusal("--lists: goes with no -r or --include"));
+            refusal("--lists: cannot be combined with -r or --include"));
 }
 
 // Against sets of names.

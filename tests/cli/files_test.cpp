@@ -191,7 +191,7 @@ TEST_F(Files, RefusesWrongSortOptions) {
                     "created, accessed, modified, size, attributes, path, "
                     "all"));
   EXPECT_EQ(run({"--sort", ""}), refusal("--sort: needs a value"));
-  EXPECT_EQ(run({"--reverse"}), refusal("--reverse: goes with --sort"));
+  EXPECT_EQ(run({"--reverse"}), refusal("--reverse: needs --sort"));
 }
 
 // The message takes the names from the table of keys.
@@ -296,7 +296,7 @@ TEST_F(Files, RefusesAListThatIsNone) {
 
 TEST_F(Files, RefusesAListTogetherWithPaths) {
   const Outcome refused =
-      refusal("--from-list: goes with no PATH, -r or --include");
+      refusal("--from-list: cannot be combined with a PATH, -r or --include");
   EXPECT_EQ(run({"--from-list", "list", "a"}), refused);
   EXPECT_EQ(run({"--from-list", "list", "-r"}), refused);
   EXPECT_EQ(run({"--from-list", "list", "--include", "*.c"}), refused);
@@ -377,8 +377,7 @@ TEST_F(Files, RefusesWrongExports) {
             refusal("--export: needs --columns without 'path'"));
   EXPECT_EQ(run({"--columns", "name", "--export", "out", "--separator", ""}),
             refusal("--separator: needs a value"));
-  EXPECT_EQ(run({"--separator", ";"}),
-            refusal("--separator: goes with --export"));
+  EXPECT_EQ(run({"--separator", ";"}), refusal("--separator: needs --export"));
   EXPECT_FALSE(file_exists(folder_.path("out")));
 }
 

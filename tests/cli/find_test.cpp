@@ -324,7 +324,7 @@ TEST_F(Find, FindsBetweenMarkers) {
   EXPECT_EQ(find({"-ob", "--start-pattern", "'_|-'[1]", "apple"}),
             found("a.txt:57:apple\nb.c:20:apple\n"));
   EXPECT_EQ(find({"--start", "a", "-e", "x", "-e", "y"}),
-            wrong("--start, --end: go with a single TEXT"));
+            wrong("--start, --end: need a single TEXT"));
   EXPECT_EQ(find({"--end", "a", "--end-pattern", "b", "x"}),
             wrong("--end: is given twice, as a text and as a pattern"));
 }
@@ -344,9 +344,9 @@ TEST_F(Find, FindsOutsideOrInsideAreas) {
                   "a.txt"}),
             found("29:p\n30:p\n"));
   EXPECT_EQ(find({"--inside", "a", "--outside", "b", "x"}),
-            wrong("--inside: does not go with --outside"));
+            wrong("--inside: cannot be combined with --outside"));
   EXPECT_EQ(find({"--area-end", "b", "x"}),
-            wrong("--area-start, --area-end: go with --outside or --inside"));
+            wrong("--area-start, --area-end: need --outside or --inside"));
 }
 
 TEST_F(Find, TakesCaretNamesOnDemand) {
@@ -357,7 +357,8 @@ TEST_F(Find, TakesCaretNamesOnDemand) {
 TEST_F(Find, NamesAFileOfClassesThatCannotBeRead) {
   EXPECT_EQ(
       find({"--classes", "none", "--pattern", "x"}),
-      (Outcome{"", "zenfo: none: no character classes can be read from it\n",
+      (Outcome{"",
+               "zenfo: none: no character classes can be read from this file\n",
                2}));
 }
 
@@ -418,17 +419,16 @@ TEST_F(Find, PassesOverFolders) {
 TEST_F(Find, PassesOverBinaryFilesOnDemand) {
   folder_.file("page.txt", "\fplum\x01\n");
   folder_.file("z.bin", "plum\0"s);
-  EXPECT_EQ(
-      find({"-l", "--skip-binary", "plum", "page.txt", "z.bin"}),
-      (Outcome{"page.txt\n", "zenfo: 1 binary file was passed over\n", 0}));
+  EXPECT_EQ(find({"-l", "--skip-binary", "plum", "page.txt", "z.bin"}),
+            (Outcome{"page.txt\n", "zenfo: 1 binary file was skipped\n", 0}));
   EXPECT_EQ(find({"--skip-binary", "plum", "z.bin", "z.bin"}),
-            (Outcome{"", "zenfo: 2 binary files were passed over\n", 1}));
+            (Outcome{"", "zenfo: 2 binary files were skipped\n", 1}));
   EXPECT_EQ(find({"-q", "--skip-binary", "plum", "z.bin"}),
             (Outcome{"", "", 1}));
   folder_.file("list", "z.bin\r\n");
   EXPECT_EQ(find({"--skip-binary", "--files-from", "list", "--summary", "sum",
                   "plum"}),
-            wrong("--skip-binary: does not go with --summary"));
+            wrong("--skip-binary: cannot be combined with --summary"));
 }
 
 TEST_F(Find, TakesFilesFromAList) {
@@ -462,7 +462,7 @@ TEST_F(Find, NeedsAListWithItsOwnLineEndsForASummary) {
           "", "zenfo: list: line 2 does not end in CR LF, as --summary needs\n",
           2}));
   EXPECT_EQ(find({"apple", "--summary", "sum"}),
-            wrong("--summary: goes with --files-from"));
+            wrong("--summary: needs --files-from"));
 }
 
 TEST_F(Find, WritesAReport) {
@@ -566,13 +566,13 @@ TEST_F(Find, NeedsAText) {
 
 TEST_F(Find, RefusesWhatDoesNotGoTogether) {
   EXPECT_EQ(find({"-0", "--json", "x"}),
-            wrong("--json: does not go with --null"));
+            wrong("--json: cannot be combined with --null"));
   EXPECT_EQ(find({"-c", "--json", "x"}),
-            wrong("--json: does not go with other forms of results"));
-  EXPECT_EQ(find({"-lL", "x"}), wrong("-l: does not go with -L"));
-  EXPECT_EQ(find({"-hH", "x"}), wrong("-h: does not go with -H"));
+            wrong("--json: cannot be combined with other forms of results"));
+  EXPECT_EQ(find({"-lL", "x"}), wrong("-l: cannot be combined with -L"));
+  EXPECT_EQ(find({"-hH", "x"}), wrong("-h: cannot be combined with -H"));
   EXPECT_EQ(find({"-F", "--pattern", "x"}),
-            wrong("--pattern: does not go with --literal"));
+            wrong("--pattern: cannot be combined with --literal"));
   EXPECT_EQ(find({"-A", "-1", "x"}),
             wrong("-A -1: needs a number of 0 or more"));
 }

@@ -87,7 +87,7 @@ TEST_F(Input, HasNoPlaceInAReport) {
   const Outcome outcome =
       run({"find", "plum", "-", "--report", "report.txt"}, "plum\n");
   EXPECT_EQ(outcome.status, 2);
-  EXPECT_THAT(outcome.err, HasSubstr("--report: goes with files only"));
+  EXPECT_THAT(outcome.err, HasSubstr("--report: works with files only"));
 }
 
 }  // namespace

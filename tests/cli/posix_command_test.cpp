@@ -1,5 +1,6 @@
 // The command from end to end: what only Linux can show.
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -16,6 +17,10 @@
 
 namespace zenfo::test {
 namespace {
+
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
 
 // A folder that everybody may enter, so that the command can run without
 // root's rights.
@@ -151,10 +156,24 @@ TEST_F(PosixCommand, TellsOfFoldersThatASearchCannotName) {
   EXPECT_EQ(run({"files", "a;b/c.txt"}), (Outcome{"a;b/c.txt\n", "", 0}));
 }
 
-TEST_F(PosixCommand, ReplacesBytesThatJsonCannotHold) {
-  folder_.file("a\xff", "");
-  EXPECT_EQ(run({"files", "--json"}),
-            (Outcome{"{\"path\":\"a\xEF\xBF\xBD\"}\n", "", 0}));
+TEST_F(PosixCommand, TellsPathsApartInJsonWhateverTheirBytes) {
+  folder_.file("a/\xfe", "x\n");
+  folder_.file("a/\xff", "x\n");
+  const std::string one = R"({"bytes":"YS/+"})";
+  const std::string two = R"({"bytes":"YS//"})";
+  EXPECT_EQ(run({"files", "-r", "a", "--sort", "path", "--json"}).out,
+            "{\"path\":" + one + "}\n{\"path\":" + two + "}\n");
+  EXPECT_EQ(run({"dups", "-r", "a", "--by", "size", "--json"}).out,
+            "{\"paths\":[" + one + ',' + two + "]}\n");
+  EXPECT_EQ(run({"compare", "a/\xfe", "a/\xff", "--differ", "--json"}).out,
+            "{\"side\":\"A\",\"path\":" + one +
+                "}\n{\"side\":\"B\",\"path\":" + two + "}\n");
+  EXPECT_THAT(run({"count", "a/\xfe", "a/\xff", "--json"}).out,
+              AllOf(StartsWith("{\"path\":" + one + ",\"bytes\":2,"),
+                    HasSubstr("\n{\"path\":" + two + ",\"bytes\":2,")));
+  EXPECT_THAT(
+      run({"find", "-r", "x", "a", "--json"}).out,
+      AllOf(HasSubstr("\"path\":" + one), HasSubstr("\"path\":" + two)));
 }
 
 TEST_F(PosixCommand, PassesOverPipesOfFolders) {
@@ -166,8 +185,8 @@ TEST_F(PosixCommand, ChangesNoPipesAndDevices) {
   mkfifo(folder_.path("pipe").c_str(), 0600);
   EXPECT_EQ(run({"replace", "-y", "x", "y", "pipe", "/dev/null"}),
             (Outcome{"",
-                     "zenfo: pipe: is no ordinary file\n"
-                     "zenfo: /dev/null: is no ordinary file\n",
+                     "zenfo: pipe: is not an ordinary file\n"
+                     "zenfo: /dev/null: is not an ordinary file\n",
                      2}));
 }
 

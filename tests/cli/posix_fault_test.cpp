@@ -87,9 +87,9 @@ TEST_P(Killed, RunIsUndoneByAPlainUndo) {
     const std::string call = killed_before(n, GetParam().arguments);
     SCOPED_TRACE("killed before change " + std::to_string(n) + ", " + call);
     const size_t files = changed().size();
-    const Outcome undo = run({"undo"});
-    EXPECT_THAT(changed(), IsEmpty()) << undo.err;
-    EXPECT_TRUE(files == 0 || undo.status == 0) << undo.err;
+    const Outcome back = undo();
+    EXPECT_THAT(changed(), IsEmpty()) << back.err;
+    EXPECT_TRUE(files == 0 || back.status == 0) << back.err;
     undone += files > 0;
     if (HasFailure()) return;
     if (call.empty()) break;
@@ -106,7 +106,7 @@ TEST_P(Killed, UndoIsFinishedByAnother) {
     const std::string call = killed_before(n, {"undo"});
     SCOPED_TRACE("killed before change " + std::to_string(n) + ", " + call);
     unfinished += !changed().empty();
-    run({"undo", "--force"});
+    undo();
     EXPECT_THAT(changed(), IsEmpty());
     EXPECT_EQ(run({"undo", "--list"}).out, "");
     if (HasFailure()) return;
@@ -121,7 +121,7 @@ TEST_P(Killed, UndoOfOneFileKeepsTheOthersOnRecord) {
     run(GetParam().arguments);
     const std::string call = killed_before(n, {"undo", "a.txt"});
     SCOPED_TRACE("killed before change " + std::to_string(n) + ", " + call);
-    run({"undo", "--force"});
+    undo({"--force"});
     EXPECT_THAT(changed(), IsEmpty());
     if (HasFailure() || call.empty()) return;
   }
@@ -156,7 +156,7 @@ TEST_P(Interrupted, RunEndsBetweenFilesAndTellsHowToUndoIt) {
   run(GetParam().arguments);
   std::map<std::string, std::string> after;
   for (const auto& [name, text] : before) after[name] = bytes(name);
-  run({"undo"});
+  undo();
   int partly = 0;
   for (int n = 1;; n += kStride) {
     write_originals();
@@ -179,7 +179,7 @@ TEST_P(Interrupted, RunEndsBetweenFilesAndTellsHowToUndoIt) {
     if (files > 0) {
       EXPECT_THAT(stopped.outcome.out,
                   HasSubstr("undo with: zenfo undo " + last_run() + '\n'));
-      EXPECT_EQ(run({"undo"}).status, 0);
+      EXPECT_EQ(undo().status, 0);
     }
     EXPECT_THAT(changed(), IsEmpty());
     EXPECT_EQ(run({"undo", "--list"}).out, "");
@@ -236,7 +236,7 @@ TEST_F(ManyFiles, InterruptedRunIsUndoneFileByFile) {
     EXPECT_EQ(files + count("plum"), kFiles);
     if (files > 0) {
       EXPECT_THAT(run({"undo", "--list"}).out, HasSubstr(counted(files)));
-      EXPECT_EQ(run({"undo"}).status, 0);
+      EXPECT_EQ(undo().status, 0);
     }
     EXPECT_EQ(count("plum"), kFiles);
     EXPECT_EQ(files_in_store(), 0u);
@@ -254,12 +254,12 @@ TEST_F(ManyFiles, InterruptedUndoIsFinishedByAnother) {
     const Signalled stopped =
         signal_zenfo_before(n, SIGINT, {"undo"}, folder_.path());
     EXPECT_EQ(stopped.outcome.status, 130) << stopped.call;
-    EXPECT_EQ(stopped.outcome.err, "zenfo: stopped\n");
+    EXPECT_EQ(without_run_named(stopped.outcome).err, "zenfo: stopped\n");
     const int left = count("fig");
     EXPECT_EQ(stopped.outcome.out, counted(kFiles - left) + " restored\n");
     EXPECT_EQ(left + count("plum"), kFiles);
     if (left > 0) {
-      EXPECT_EQ(run({"undo"}).out, counted(left) + " restored\n");
+      EXPECT_EQ(undo().out, counted(left) + " restored\n");
     }
     EXPECT_EQ(count("plum"), kFiles);
     EXPECT_EQ(files_in_store(), 0u);
@@ -284,7 +284,7 @@ TEST_F(ManyFiles, InterruptedUndoStillSparesWhatWasChangedSince) {
     EXPECT_EQ(count("my own text"), kFiles - 1);
   }
   EXPECT_GT(stopped, 50 / step);
-  run({"undo", "--force"});
+  undo({"--force"});
   EXPECT_EQ(count("plum"), kFiles);
   EXPECT_EQ(files_in_store(), 0u);
 }
@@ -351,16 +351,46 @@ TEST_F(FullStore, PassesOverAFileThatCannotBeKeptSafe) {
       run({"replace", "-y", "plum", "fig", "a.txt", "b.txt", "c.txt"});
   EXPECT_EQ(outcome,
             (Outcome{"2 files changed, 2 matches replaced\n"
-                     "1 file skipped (1: it could not be loaded or kept safe)\n"
+                     "1 file skipped (1: there is no room for its safe copy)\n"
                      "undo with: zenfo undo " +
                          last_run() + '\n',
-                     "zenfo: b.txt: skipped: it could not be loaded or kept "
-                     "safe\n",
+                     "zenfo: b.txt: skipped: there is no room for its safe "
+                     "copy\n",
                      2}));
   EXPECT_EQ(bytes("a.txt") + bytes("c.txt"), "figfig");
   EXPECT_EQ(bytes("b.txt"), large);
-  EXPECT_EQ(run({"undo"}), (Outcome{"2 files restored\n", "", 0}));
+  EXPECT_EQ(undo(), (Outcome{"2 files restored\n", "", 0}));
   EXPECT_EQ(bytes("a.txt") + bytes("c.txt"), "plumplum");
+}
+
+TEST_F(FullStore, NamesTheFirstOfManyFilesWithoutRoom) {
+  for (const char* name : {"a.txt", "b.txt", "c.txt"}) {
+    folder_.file(name, "plum" + std::string(200'000, 'x'));
+  }
+  disk_.fill_up_to(100'000);
+  const Outcome outcome =
+      run({"replace", "-y", "plum", "fig", "a.txt", "b.txt", "c.txt"});
+  EXPECT_EQ(
+      outcome.err,
+      "zenfo: a.txt: skipped: there is no room for its safe copy\n"
+      "zenfo: 2 more files skipped: there is no room for its safe copy\n");
+  EXPECT_EQ(outcome.out,
+            "0 files changed, 0 matches replaced\n"
+            "3 files skipped (3: there is no room for its safe copy)\n");
+  EXPECT_EQ(outcome.status, 2);
+}
+
+// The list of copies cannot be shortened, nor anything noted.
+TEST_F(FullStore, KnowsAFileThatIsBackAlready) {
+  write_three();
+  run({"replace", "-y", "plum", "fig", "a.txt", "b.txt", "c.txt"});
+  disk_.fill_up_to(0);
+  EXPECT_EQ(run({"undo", "a.txt"}).status, 2);
+  EXPECT_EQ(bytes("a.txt"), "plum");
+  disk_.make_room();
+  EXPECT_EQ(undo().status, 0);
+  EXPECT_EQ(bytes("a.txt") + bytes("b.txt") + bytes("c.txt"), "plumplumplum");
+  EXPECT_EQ(files_in_store(), 0u);
 }
 
 // Every number of free pages, from none to enough: the run may be refused, or
@@ -369,9 +399,7 @@ TEST_F(FullStore, ChangesOnlyWhatCanBeUndone) {
   size_t pages = 0;
   for (size_t files = 0; files < 3; pages += kStride) {
     SCOPED_TRACE(std::to_string(pages) + " free pages");
-    for (const char* name : {"a.txt", "b.txt", "c.txt"}) {
-      folder_.file(name, "plum");
-    }
+    write_three();
     disk_.make_room();
     std::filesystem::remove_all(store_.path("zenfo"));
     disk_.fill_up_to(pages * kPage);
@@ -382,13 +410,13 @@ TEST_F(FullStore, ChangesOnlyWhatCanBeUndone) {
     EXPECT_TRUE(files == 3 || outcome.status == 2);
     if (files > 0) {
       EXPECT_THAT(outcome.out, HasSubstr("undo with: "));
-      EXPECT_EQ(run({"undo"}),
+      EXPECT_EQ(undo(),
                 (Outcome{std::to_string(files) +
                              (files == 1 ? " file" : " files") + " restored\n",
                          "", 0}));
     }
     EXPECT_EQ(bytes("a.txt") + bytes("b.txt") + bytes("c.txt"), "plumplumplum");
-    EXPECT_EQ(run({"undo", "--list"}).out, "");
+    EXPECT_EQ(run({"undo", "--list"}).out, "") << outcome.err;
     if (HasFailure() || pages > 20) break;
   }
   EXPECT_GT(pages, 2u);
@@ -408,9 +436,9 @@ TEST_F(FullDisk, PutsAFileBackThatCouldNotBeWritten) {
   const Outcome outcome =
       run({"replace", "-y", "a", "xxxx", "a.txt", "b.txt", "c.txt"});
   EXPECT_EQ(outcome.status, 2);
-  EXPECT_THAT(outcome.err, EndsWith("zenfo: the run failed before its end\n"
-                                    "zenfo: b.txt: was not finished and is "
-                                    "again as it was before\n"));
+  EXPECT_THAT(outcome.err, EndsWith("zenfo: the run ended early with an error\n"
+                                    "zenfo: b.txt: was not finished and "
+                                    "has been restored\n"));
   EXPECT_EQ(outcome.out,
             "1 file changed, 1 match replaced\n"
             "2 files not done\n"
@@ -419,23 +447,36 @@ TEST_F(FullDisk, PutsAFileBackThatCouldNotBeWritten) {
   EXPECT_EQ(bytes("a.txt"), "plxxxx");
   EXPECT_EQ(bytes("b.txt"), large);
   EXPECT_EQ(bytes("c.txt"), "a");
-  EXPECT_EQ(run({"undo"}), (Outcome{"1 file restored\n", "", 0}));
+  EXPECT_EQ(undo(), (Outcome{"1 file restored\n", "", 0}));
   EXPECT_EQ(bytes("a.txt"), "pla");
 }
 
-TEST_F(FullDisk, TellsOfAFileThatIsCutOffWithoutACopy) {
-  folder_.file("a.txt", std::string(100'000, 'a'));
+TEST_F(FullDisk, LeavesAFileWholeWithoutACopy) {
+  const std::string text(100'000, 'a');
+  folder_.file("a.txt", text);
   disk_.fill_up_to(100'000);
-  EXPECT_EQ(run({"replace", "-y", "--no-backup", "a", "xxxx", "a.txt"}).status,
-            2);
   const Outcome outcome =
-      run({"replace", "-y", "--no-backup", "x", "yyyy", "a.txt"});
-  EXPECT_THAT(outcome.err,
-              EndsWith("zenfo: a.txt: may have lost its end; there is no safe "
-                       "copy of it\n"));
+      run({"replace", "-y", "--no-backup", "a", "xxxx", "a.txt"});
+  EXPECT_THAT(outcome.err, EndsWith("zenfo: a.txt: could not be written; it is "
+                                    "unchanged\n"));
   EXPECT_EQ(outcome.out,
             "0 files changed, 0 matches replaced\n"
             "1 file not done\n");
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_EQ(bytes("a.txt"), text);
+}
+
+// A new file in its place would take only one of its names.
+TEST_F(FullDisk, TellsOfAFileWithSeveralNamesThatIsCutOffWithoutACopy) {
+  folder_.file("a.txt", std::string(100'000, 'a'));
+  ASSERT_EQ(link(folder_.path("a.txt").c_str(), folder_.path("b.txt").c_str()),
+            0);
+  disk_.fill_up_to(100'000);
+  const Outcome outcome =
+      run({"replace", "-y", "--no-backup", "a", "xxxx", "a.txt"});
+  EXPECT_THAT(outcome.err,
+              EndsWith("zenfo: a.txt: may be truncated; there is no safe "
+                       "copy of it\n"));
   EXPECT_EQ(outcome.status, 2);
 }
 
@@ -447,14 +488,14 @@ TEST_F(FullDisk, UndoKeepsTheCopyThatDoesNotFit) {
   EXPECT_EQ(run({"replace", "-y", "a", "", "a.txt", "b.txt", "c.txt"}).status,
             0);
   disk_.fill_up_to(50'000);
-  EXPECT_EQ(run({"undo"}),
+  EXPECT_EQ(undo(),
             (Outcome{"2 files restored\n",
                      "zenfo: " + path +
                          ": cannot be restored; its safe copy is kept\n",
                      2}));
   EXPECT_EQ(bytes("a.txt") + bytes("c.txt"), "aa");
   disk_.make_room();
-  EXPECT_EQ(run({"undo"}), (Outcome{"1 file restored\n", "", 0}));
+  EXPECT_EQ(undo(), (Outcome{"1 file restored\n", "", 0}));
   EXPECT_EQ(bytes("b.txt"), large);
 }
 
@@ -514,8 +555,8 @@ TEST_F(FaultyUndo, NeedsNoRecordOfTheRun) {
     std::filesystem::remove(record);
     if (text) write_file(record, *text);
     EXPECT_EQ(run({"undo", "--list"}),
-              (Outcome{known + "  unfinished  \n", "", 0}));
-    EXPECT_EQ(run({"undo"}), (Outcome{"3 files restored\n", "", 0}));
+              (Outcome{known + "  unfinished  0.1 MB  \n", "", 0}));
+    EXPECT_EQ(undo({"--yes"}), (Outcome{"3 files restored\n", "", 0}));
     EXPECT_EQ(states(), "ppp");
     EXPECT_EQ(files_in_store(), 0u);
     SetUp();
@@ -532,19 +573,19 @@ TEST_F(FaultyUndo, KeepsCopiesOfWhichTheListIsGoneOrEmpty) {
                                list + '\n',
                            2};
   write_file(list, "");
-  EXPECT_EQ(run({"undo"}), refusal);
+  EXPECT_EQ(undo(), refusal);
   std::filesystem::remove(list);
-  EXPECT_EQ(run({"undo"}), refusal);
+  EXPECT_EQ(undo(), refusal);
   EXPECT_EQ(states(), "fff");
   write_file(list, whole);
-  EXPECT_EQ(run({"undo"}), (Outcome{"3 files restored\n", "", 0}));
+  EXPECT_EQ(undo(), (Outcome{"3 files restored\n", "", 0}));
   EXPECT_EQ(states(), "ppp");
 }
 
 TEST_F(FaultyUndo, GivesUpARunWhoseCopiesAreAllGone) {
   std::filesystem::remove_all(in_store(run_));
   EXPECT_EQ(
-      run({"undo"}),
+      undo(),
       (Outcome{"", "zenfo: " + run_ + ": its safe copies are gone\n", 2}));
   EXPECT_EQ(run({"undo", "--list"}).out, "");
   EXPECT_EQ(states(), "fff");
@@ -562,12 +603,12 @@ TEST_F(FaultyUndo, RestoresWhatADamagedListStillNames) {
         "is not in the list of safe copies; what is left of them is beside " +
         list;
     EXPECT_EQ(
-        run({"undo"}),
+        undo(),
         (Outcome{"1 file restored\n",
                  message("b.txt", reason) + message("c.txt", reason), 2}));
     EXPECT_EQ(states(), "pff");
     write_file(list, whole.substr(second));
-    EXPECT_EQ(run({"undo"}), (Outcome{"2 files restored\n", "", 0}));
+    EXPECT_EQ(undo(), (Outcome{"2 files restored\n", "", 0}));
     EXPECT_EQ(states(), "ppp");
     SetUp();
   }
@@ -575,27 +616,26 @@ TEST_F(FaultyUndo, RestoresWhatADamagedListStillNames) {
 
 TEST_F(FaultyUndo, NamesAFileWhoseCopyIsGone) {
   std::filesystem::remove(copy_of("b.txt_1"));
-  EXPECT_EQ(run({"undo"}),
-            (Outcome{"2 files restored\n",
-                     message("b.txt",
-                             "has no safe copy any more; it may be "
-                             "back already"),
-                     2}));
+  EXPECT_EQ(undo(), (Outcome{"2 files restored\n",
+                             message("b.txt",
+                                     "has no safe copy any more; it may be "
+                                     "back already"),
+                             2}));
   EXPECT_EQ(states(), "pfp");
   // There is nothing left to restore from.
-  EXPECT_EQ(run({"undo"}).status, 1);
+  EXPECT_EQ(undo().status, 1);
 }
 
 TEST_F(FaultyUndo, SparesAFileWhoseCopyIsDamaged) {
   write_file(copy_of("b.txt_1"), "pl");
-  EXPECT_EQ(run({"undo"}),
+  EXPECT_EQ(undo(),
             (Outcome{"2 files restored\n",
                      message("b.txt",
                              "its safe copy is damaged; --force brings it "
                              "back anyhow"),
                      2}));
   EXPECT_EQ(states(), "pfp");
-  EXPECT_EQ(run({"undo", "--force"}), (Outcome{"1 file restored\n", "", 0}));
+  EXPECT_EQ(undo({"--force"}), (Outcome{"1 file restored\n", "", 0}));
   EXPECT_EQ(bytes("b.txt"), "pl");
 }
 
@@ -610,19 +650,19 @@ TEST_F(FaultyUndo, LeavesAFolderInPlaceOfAFile) {
   }
   EXPECT_EQ(bytes("a.txt") + bytes("c.txt"), "plum a.txtplum c.txt");
   std::filesystem::remove_all(folder_.path("b.txt"));
-  EXPECT_EQ(run({"undo"}), (Outcome{"1 file restored\n", "", 0}));
+  EXPECT_EQ(undo(), (Outcome{"1 file restored\n", "", 0}));
   EXPECT_EQ(bytes("b.txt"), "plum b.txt");
 }
 
 TEST_F(FaultyUndo, BringsADeletedFileBack) {
   std::filesystem::remove(folder_.path("b.txt"));
-  EXPECT_EQ(run({"undo"}), (Outcome{"3 files restored\n", "", 0}));
+  EXPECT_EQ(undo(), (Outcome{"3 files restored\n", "", 0}));
   EXPECT_EQ(states(), "ppp");
 }
 
 TEST_F(FaultyUndo, KeepsAForeignFolderAmongTheCopies) {
   std::filesystem::create_directory(copy_of("folder"));
-  EXPECT_EQ(run({"undo"}), (Outcome{"3 files restored\n", "", 0}));
+  EXPECT_EQ(undo(), (Outcome{"3 files restored\n", "", 0}));
   EXPECT_TRUE(std::filesystem::is_directory(copy_of("folder")));
   EXPECT_EQ(run({"undo", "--list"}).out, "");
 }
@@ -637,20 +677,20 @@ TEST_F(FaultyUndo, KeepsTheCopyOfAFileThatMayNotBeWritten) {
       std::filesystem::perms::owner_read | std::filesystem::perms::others_read);
   // Nor does the folder take a new file.
   EXPECT_EQ(
-      run_as_nobody({"undo"}),
+      without_run_named(run_as_nobody({"undo"})),
       (Outcome{"2 files restored\n",
                message("b.txt", "cannot be restored; its safe copy is kept"),
                2}));
   EXPECT_EQ(states(), "pfp");
-  EXPECT_EQ(run({"undo"}), (Outcome{"1 file restored\n", "", 0}));
+  EXPECT_EQ(undo(), (Outcome{"1 file restored\n", "", 0}));
   EXPECT_EQ(states(), "ppp");
 }
 
 TEST_F(FaultyUndo, TakesAFileThatIsNamedTwiceOnce) {
-  EXPECT_EQ(run({"undo", "a.txt", "./a.txt", folder_.path("a.txt")}),
+  EXPECT_EQ(undo({"a.txt", "./a.txt", folder_.path("a.txt")}),
             (Outcome{"1 file restored\n", "", 0}));
   EXPECT_EQ(states(), "pff");
-  EXPECT_EQ(run({"undo", "nowhere.txt"}),
+  EXPECT_EQ(undo({"nowhere.txt"}),
             (Outcome{"0 files restored\n",
                      "zenfo: nowhere.txt: was not changed by " + run_ +
                          ", or is back already\n",
@@ -660,7 +700,7 @@ TEST_F(FaultyUndo, TakesAFileThatIsNamedTwiceOnce) {
 TEST_F(FaultyUndo, FollowsALinkThatTookThePlaceOfAFile) {
   std::filesystem::rename(folder_.path("b.txt"), folder_.path("moved"));
   std::filesystem::create_symlink("moved", folder_.path("b.txt"));
-  EXPECT_EQ(run({"undo"}), (Outcome{"3 files restored\n", "", 0}));
+  EXPECT_EQ(undo(), (Outcome{"3 files restored\n", "", 0}));
   EXPECT_TRUE(std::filesystem::is_symlink(folder_.path("b.txt")));
   EXPECT_EQ(bytes("moved"), "plum b.txt");
 }

@@ -82,7 +82,8 @@ TEST_F(PosixFiles, WithLineFeedsInTheirNamesAreNotSaved) {
   EXPECT_EQ(
       run({"files", "--save-list", "list"}),
       (Outcome{"a\nb\nc\r\nd\xff\n",
-               "zenfo: a?b: has a line feed, which no list can hold\n", 2}));
+               "zenfo: a?b: contains a line feed, which lists cannot hold\n",
+               2}));
   EXPECT_EQ(read_file(folder_.path("list")), "c\r\r\nd\xff\r\n");
   EXPECT_EQ(run({"files", "--from-list", "list"}),
             (Outcome{"c\r\nd\xff\n", "", 0}));
@@ -111,7 +112,7 @@ TEST_F(PosixFiles, AreNotTakenFromAListThatMayNotBeRead) {
 TEST_F(PosixFiles, AreNotTakenFromAPipe) {
   mkfifo(folder_.path("pipe").c_str(), 0600);
   EXPECT_EQ(run({"files", "--from-list", "pipe"}),
-            (Outcome{"", "zenfo: pipe: is no ordinary file\n", 2}));
+            (Outcome{"", "zenfo: pipe: is not an ordinary file\n", 2}));
 }
 
 TEST_F(PosixFiles, InARecycleBinAreNamed) {

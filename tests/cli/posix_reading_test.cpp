@@ -11,11 +11,11 @@
 #include <string>
 #include <vector>
 
-#include "binary.h"
 #include "cli/posix/change_fixture.h"
 #include "cli/process.h"
-#include "found_text.h"
-#include "system.h"
+#include "shared/system/system.h"
+#include "shared/text/binary.h"
+#include "shared/text/found_text.h"
 
 namespace zenfo::test {
 namespace {
@@ -81,12 +81,12 @@ TEST_F(Reading, SaysThatThereIsNoMemoryForAFile) {
 TEST_F(Reading, DoesNotWaitForAPipeInAFilesPlace) {
   const std::string pipe = folder_.path("pipe");
   ASSERT_EQ(mkfifo(pipe.c_str(), 0644), 0);
-  cli::FileBytes bytes;
+  host::FileBytes bytes;
   EXPECT_FALSE(bytes.load(pipe));
-  EXPECT_FALSE(cli::begins_as_binary(pipe));
-  EXPECT_EQ(cli::has_zero_byte(pipe), std::nullopt);
-  EXPECT_EQ(cli::system::why_not_loaded(pipe), "is no ordinary file");
-  EXPECT_EQ(cli::system::why_not_loaded(folder_.path()), "is a folder");
+  EXPECT_FALSE(host::begins_as_binary(pipe));
+  EXPECT_EQ(host::has_zero_byte(pipe), std::nullopt);
+  EXPECT_EQ(host::system::why_not_loaded(pipe), "is not an ordinary file");
+  EXPECT_EQ(host::system::why_not_loaded(folder_.path()), "is a folder");
 }
 
 TEST_F(Reading, TakesListsFromAPipe) {
@@ -117,7 +117,7 @@ TEST_F(Reading, EndsAListWithoutEnd) {
       {"replace", "-y", "--values", "/dev/zero", "plum", "a.txt"}};
   for (const auto& command : commands) EXPECT_EQ(run(command), refused);
   EXPECT_EQ(run({"files", "--from-list", "/dev/zero"}).err,
-            "zenfo: /dev/zero: is no ordinary file\n");
+            "zenfo: /dev/zero: is not an ordinary file\n");
   EXPECT_EQ(run({"find", "--classes", "/dev/zero", "plum", "a.txt"}).status, 2);
 }
 
@@ -138,7 +138,8 @@ TEST_F(Reading, TakesLongListsOnDemand) {
   const Variable variable("ZENFO_LIST_LIMIT", "1k");
   EXPECT_EQ(
       run({"find", "plum", "--files-from", "long"})
-          .err.find("zenfo: ZENFO_LIST_LIMIT: is no number of MB from 1 to "),
+          .err.find(
+              "zenfo: ZENFO_LIST_LIMIT: is not a number of MB from 1 to "),
       0u);
 }
 

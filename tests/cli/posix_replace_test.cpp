@@ -157,7 +157,7 @@ TEST_F(Replace, NumbersEachFileFromTheStartOrRunsOn) {
   folder_.file("b", "x");
   run({"replace", "-y", "--number", "x", "#", "a", "b"});
   EXPECT_EQ(bytes("a") + '|' + bytes("b"), "1 2|1");
-  run({"undo"});
+  undo();
   run({"replace", "-y", "--number", "--run-on", "x", "#", "a", "b"});
   EXPECT_EQ(bytes("a") + '|' + bytes("b"), "1 2|3");
 }
@@ -230,7 +230,7 @@ TEST_F(Trees, AreChangedAsPerlChangesThem) {
     EXPECT_EQ(shell(std::string("find two -type f -exec perl -0777 -pi -e '") +
                     c.perl + "' {} + && diff -rq one two >/dev/null"),
               0);
-    EXPECT_EQ(run({"undo"}).status, 0);
+    EXPECT_EQ(undo().status, 0);
     EXPECT_EQ(shell("rm -r two && cp -r one two"), 0);
   }
 }
@@ -314,7 +314,7 @@ TEST_F(Replace, ChangesAFileOnceHoweverOftenItIsNamed) {
   EXPECT_EQ(bytes("a.txt"), "plumplum");
   EXPECT_TRUE(fs::is_symlink(folder_.path("soft")));
   EXPECT_EQ(fs::hard_link_count(folder_.path("a.txt")), 2u);
-  EXPECT_EQ(run({"undo"}).status, 0);
+  EXPECT_EQ(undo().status, 0);
   EXPECT_EQ(bytes("hard"), "plum");
   EXPECT_TRUE(fs::is_symlink(folder_.path("soft")));
 }
@@ -356,7 +356,7 @@ TEST_F(Replace, PassesOverReadOnlyFilesUnlessAsked) {
   EXPECT_EQ(run({"replace", "-y", "--read-only", "plum", "x", "a.txt"}).status,
             0);
   EXPECT_EQ(bytes("a.txt"), "x");
-  EXPECT_EQ(run({"undo"}).status, 0);
+  EXPECT_EQ(undo().status, 0);
   EXPECT_EQ(bytes("a.txt"), "plum");
   EXPECT_EQ(fs::status(path).permissions(),
             fs::perms::owner_read | fs::perms::group_read);
@@ -379,7 +379,7 @@ TEST_F(Replace, KeepsDatesOnDemand) {
   EXPECT_EQ(bytes("a.txt"), "x");
   EXPECT_EQ(time_of(path).tv_sec, kLongAgo);
   EXPECT_EQ(time_of(path).tv_nsec, 123456789);
-  EXPECT_EQ(run({"undo"}).status, 0);
+  EXPECT_EQ(undo().status, 0);
   EXPECT_EQ(bytes("a.txt"), "plum");
 }
 
@@ -399,15 +399,15 @@ TEST_F(Replace, PutsAFileBackThatCouldNotBeWritten) {
   setrlimit(RLIMIT_FSIZE, &before);
   std::signal(SIGXFSZ, SIG_DFL);
   EXPECT_EQ(outcome.status, 2) << outcome.out;
-  EXPECT_THAT(outcome.err,
-              HasSubstr("zenfo: the run failed before its end\n"
-                        "zenfo: b.txt: was not finished and is again as it was "
-                        "before\n"));
+  EXPECT_THAT(
+      outcome.err,
+      HasSubstr("zenfo: the run ended early with an error\n"
+                "zenfo: b.txt: was not finished and has been restored\n"));
   EXPECT_THAT(outcome.out, StartsWith("1 file changed, 1 match replaced\n"));
   EXPECT_EQ(bytes("a.txt"), "plxxxx");
   EXPECT_EQ(bytes("b.txt"), large);
   EXPECT_EQ(bytes("c.txt"), "a");
-  EXPECT_EQ(run({"undo"}), (Outcome{"1 file restored\n", "", 0}));
+  EXPECT_EQ(undo(), (Outcome{"1 file restored\n", "", 0}));
   EXPECT_EQ(bytes("a.txt"), "pla");
 }
 
@@ -419,13 +419,12 @@ TEST_F(Replace, UndoBringsFilesOfOneNameBackFromAnywhere) {
   folder_.file("two/a.txt", "plum 2");
   EXPECT_EQ(run({"replace", "-ry", "plum", "x", "."}).status, 0);
   EXPECT_EQ(bytes("two/a.txt"), "x 2");
-  EXPECT_EQ(run_zenfo({"undo"}, store_.path()),
+  EXPECT_EQ(run_zenfo({"undo", last_run()}, store_.path()),
             (Outcome{"2 files restored\n", "", 0}));
   EXPECT_EQ(bytes("one/a.txt"), "plum 1");
   EXPECT_EQ(bytes("two/a.txt"), "plum 2");
   EXPECT_EQ(files_in_store(), 0u);
-  EXPECT_EQ(run({"undo"}),
-            (Outcome{"", "zenfo: there is no run to undo\n", 1}));
+  EXPECT_EQ(undo(), (Outcome{"", "zenfo: there is no run to undo\n", 1}));
 }
 
 TEST_F(Replace, UndoTakesAGivenRunAndChosenFiles) {
@@ -448,7 +447,7 @@ TEST_F(Replace, UndoSparesFilesThatWereChangedSince) {
   folder_.file("b.txt", "plum");
   EXPECT_EQ(run({"replace", "-y", "plum", "x", "a.txt", "b.txt"}).status, 0);
   folder_.file("a.txt", "mine");
-  EXPECT_EQ(run({"undo"}),
+  EXPECT_EQ(undo(),
             (Outcome{"1 file restored\n",
                      "zenfo: " + path +
                          ": was changed after the run; --force brings it back "
@@ -456,7 +455,7 @@ TEST_F(Replace, UndoSparesFilesThatWereChangedSince) {
                      2}));
   EXPECT_EQ(bytes("a.txt"), "mine");
   EXPECT_EQ(bytes("b.txt"), "plum");
-  EXPECT_EQ(run({"undo", "--force"}), (Outcome{"1 file restored\n", "", 0}));
+  EXPECT_EQ(undo({"--force"}), (Outcome{"1 file restored\n", "", 0}));
   EXPECT_EQ(bytes("a.txt"), "plum");
 }
 
@@ -465,9 +464,10 @@ TEST_F(Replace, UndoListsRuns) {
   folder_.file("a.txt", "plum");
   EXPECT_EQ(run({"replace", "-y", "plum", "it's", "a.txt"}).status, 0);
   const Outcome list = run({"undo", "--list"});
-  EXPECT_THAT(list.out, ::testing::MatchesRegex(
-                            "[0-9]+-[0-9]+-[0-9]+-0  [-0-9]+ [:0-9]+  1 file  "
-                            "zenfo replace -y plum 'it'.''s' a.txt\n"));
+  EXPECT_THAT(list.out,
+              ::testing::MatchesRegex(
+                  "[0-9]+-[0-9]+Z-[0-9]+  [-0-9]+ [:0-9]+  1 file  0.1 MB  "
+                  "zenfo replace -y plum 'it'.''s' a.txt\n"));
   EXPECT_EQ(list.status, 0);
 }
 
@@ -595,7 +595,7 @@ TEST_F(ReplaceOnTerminal, ChangesTheMatchesThatAreTaken) {
                        "stop: ", c.answers, c.status),
                 StartsWith(c.summary));
     EXPECT_EQ(bytes("a.txt") + '|' + bytes("b.txt"), c.after);
-    run({"undo"});
+    undo();
     EXPECT_EQ(bytes("a.txt") + '|' + bytes("b.txt"),
               "plum plum plum|plum plum");
   }

@@ -1,5 +1,5 @@
 // Changes shown as lines.
-#include "preview.h"
+#include "cli/printing/preview.h"
 
 #include <gtest/gtest.h>
 
@@ -19,8 +19,8 @@ std::string repeated(const std::string& text, int times) {
 std::string changes(const std::string& before, const std::string& after) {
   ::testing::internal::CaptureStdout();
   {
-    cli::Output output;
-    cli::put_changes(output, "p", before, after);
+    host::cli::Output output;
+    host::cli::put_changes(output, "p", before, after);
   }
   return ::testing::internal::GetCapturedStdout();
 }

@@ -1,4 +1,4 @@
-#include "progress.h"
+#include "cli/terminal/progress.h"
 
 #include <gtest/gtest.h>
 
@@ -7,28 +7,28 @@
 #include <thread>
 #include <vector>
 
-#include "messages.h"
+#include "cli/terminal/messages.h"
 
-namespace zenfo::cli {
+namespace zenfo::host::cli {
 namespace {
 
-std::string narrowed(std::vector<ZenfoWideChar> text) {
+std::string utf8(std::vector<ZenfoWideChar> text) {
   text.push_back(0);
-  return narrow(text.data());
+  return utf8_of(text.data());
 }
 
-TEST(Narrow, MakesUtf8OfEachLength) {
-  EXPECT_EQ(narrowed({}), "");
-  EXPECT_EQ(narrowed({'a', 0x7F}), "a\x7F");
-  EXPECT_EQ(narrowed({0x80, 0x7FF}), "\xC2\x80\xDF\xBF");
-  EXPECT_EQ(narrowed({0x800, 0xFFFD}), "\xE0\xA0\x80\xEF\xBF\xBD");
-  EXPECT_EQ(narrowed({0xD83D, 0xDE00}), "\xF0\x9F\x98\x80");
+TEST(Utf8Of, MakesUtf8OfEachLength) {
+  EXPECT_EQ(utf8({}), "");
+  EXPECT_EQ(utf8({'a', 0x7F}), "a\x7F");
+  EXPECT_EQ(utf8({0x80, 0x7FF}), "\xC2\x80\xDF\xBF");
+  EXPECT_EQ(utf8({0x800, 0xFFFD}), "\xE0\xA0\x80\xEF\xBF\xBD");
+  EXPECT_EQ(utf8({0xD83D, 0xDE00}), "\xF0\x9F\x98\x80");
 }
 
-TEST(Narrow, MarksHalvesThatStandAlone) {
-  EXPECT_EQ(narrowed({0xD83D}), "?");
-  EXPECT_EQ(narrowed({0xDE00, 'a'}), "?a");
-  EXPECT_EQ(narrowed({0xD83D, 'a'}), "?a");
+TEST(Utf8Of, MarksHalvesThatStandAlone) {
+  EXPECT_EQ(utf8({0xD83D}), "?");
+  EXPECT_EQ(utf8({0xDE00, 'a'}), "?a");
+  EXPECT_EQ(utf8({0xD83D, 'a'}), "?a");
 }
 
 TEST(ProgressLine, ShowsTheShareDone) {
@@ -119,4 +119,4 @@ TEST_F(DrawnBar, IsErasedBeforeAMessageOrAQuestion) {
 }
 
 }  // namespace
-}  // namespace zenfo::cli
+}  // namespace zenfo::host::cli

@@ -123,11 +123,13 @@ TEST_P(Change, NamedFilesAreChangedAndComeBack) {
       run({"replace", "-y", "plum", "fig", one_name_, three_});
   EXPECT_EQ(outcome.err, "");
   EXPECT_EQ(texts(), "a fig\r\nfigs\r\n|no fruit|fig");
-  EXPECT_EQ(run({"undo", own("./" + one_name_)}),
-            (Outcome{"1 file restored\n", "", 0}));
+  const Outcome one = run({"undo", own("./" + one_name_)});
+  EXPECT_EQ(one.out, "1 file restored\n");
+  EXPECT_THAT(one.err, HasSubstr(": undoing the run of "));
   EXPECT_EQ(texts(), "a plum\r\nplums\r\n|no fruit|fig");
-  EXPECT_EQ(run_zenfo({"undo", three_}, state_.path()),
-            (Outcome{"1 file restored\n", "", 0}));
+  const Outcome other = run_zenfo({"undo", three_}, state_.path());
+  EXPECT_EQ(other.out, "1 file restored\n");
+  EXPECT_THAT(other.err, HasSubstr(" in " + folder_.path()));
   EXPECT_EQ(texts(), kBefore);
 }
 

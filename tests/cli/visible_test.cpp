@@ -1,8 +1,8 @@
-#include "visible.h"
+#include "cli/terminal/visible.h"
 
 #include <gtest/gtest.h>
 
-namespace zenfo::cli {
+namespace zenfo::host::cli {
 namespace {
 
 TEST(Visible, LeavesTextAsItIs) {
@@ -51,4 +51,4 @@ TEST(Visible, KnowsPlainText) {
 }
 
 }  // namespace
-}  // namespace zenfo::cli
+}  // namespace zenfo::host::cli

@@ -4,27 +4,13 @@
 
 #include <string>
 
+#include "support/matchers.h"
 #include "support/run_fixture.h"
 
+namespace zenfo::test {
 namespace {
 
-using namespace std::string_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using zenfo::test::change_case;
-using zenfo::test::ErrorRecord;
-using zenfo::test::exclusion;
-using zenfo::test::file_exists;
-using zenfo::test::HostRecorder;
-using zenfo::test::line_list;
-using zenfo::test::LinePaths;
-using zenfo::test::pattern;
-using zenfo::test::read_file;
-using zenfo::test::RunArguments;
-using zenfo::test::Texts;
-using zenfo::test::write_file;
-
-using CaseTest = zenfo::test::RunTest;
+using CaseTest = RunTest;
 
 TEST_F(CaseTest, ChangesTheLettersOfSelectedMatchesOnly) {
   ASSERT_TRUE(pattern("aB-Yz[`{@"));
@@ -52,7 +38,7 @@ TEST_F(CaseTest, BytesFrom128OnAreNeverChanged) {
       if (upper == 0 && c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
     }
     EXPECT_EQ(read_file(one), expected);
-    ASSERT_EQ(Clear(ZENFO_LIST_FILES), 1);
+    ASSERT_EQ(Clear(ZENFO_LIST_RUN_FILES), 1);
   }
 }
 
@@ -140,8 +126,7 @@ TEST_F(CaseTest, SafeCopiesBringEverythingBack) {
   EXPECT_THAT(originals(), IsEmpty()) << "every run empties the safe store";
 }
 
-// Intended: one call changes one file and answers 0.
-TEST_F(CaseTest, OverLinesOneFileIsChanged) {
+TEST_F(CaseTest, OverLinesTheRunEndsAfterTheFirstFileThatItChanged) {
   ASSERT_TRUE(pattern("a"));
   use_store();
   const auto none = folder.file("0", "b");
@@ -170,7 +155,7 @@ struct LineCase {
   RunArguments arguments;
   std::string text;
   std::string result;
-  const char* found;  // in the summary, behind the path
+  const char* found;  // in the summary, after the path
 };
 
 TEST_F(CaseTest, OverLinesEveryArgumentIsTaken) {
@@ -223,8 +208,9 @@ TEST_F(CaseTest, OverLinesAnInvalidAnswerEndsTheRun) {
                                       "change_case_f"}));
 }
 
-TEST_F(CaseTest, OverLinesAnswersZeroWithoutMatchesToo) {
+TEST_F(CaseTest, OverLinesAnswersZeroNotTheNumberOfMatches) {
   ASSERT_TRUE(pattern("a"));
+  EXPECT_EQ(over_lines(change_case, {}, folder.file("1", "aaa")), 0);
   const auto none = folder.file("0", "b");
   EXPECT_EQ(over_lines(change_case, {}, none), 0);
   EXPECT_EQ(summary(), none + ", found 0\r\r\n");
@@ -343,3 +329,4 @@ TEST(Case, IsRefusedBeforeInitialize) {
 }
 
 }  // namespace
+}  // namespace zenfo::test

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "support/host_recorder.h"
+#include "support/matchers.h"
 #include "support/session.h"
 #include "zenfofr130.h"
 
@@ -22,9 +23,9 @@ class DisplayTest : public testing::Test {
   // Searches one file for "cat" and hands the question to `look`.
   void look_at(const std::string& content, const std::function<void()>& look) {
     session.folder.file("text", content);
-    Clear(1);
-    ASSERT_EQ(session.find(1, "0~/text"), 1);
-    SetState(1, 0, 1);
+    Clear(ZENFO_LIST_RUN_FILES);
+    ASSERT_EQ(session.find(ZENFO_LIST_RUN_FILES, "0~/text"), 1);
+    SetState(ZENFO_LIST_RUN_FILES, 0, 1);
     ASSERT_EQ(SetPattern("", "cat", "", 0, 0, 0, 0, 0, 0), 1);
     bool asked = false;
     host.answer_option = [&](const HostRecorder::Question&) {
@@ -61,14 +62,13 @@ TEST_F(DisplayTest, IsFilledForTheQuestionOnly) {
     EXPECT_EQ(MarkGroups(2, 1), -1);
     EXPECT_EQ(ClearHighlight(), 1);
   });
-  EXPECT_THAT(host.statuses,
-              testing::Contains(testing::HasSubstr("Preparing for display")));
+  EXPECT_THAT(host.statuses, Contains(HasSubstr("Preparing for display")));
   EXPECT_EQ(GetDisplayLineCount(), 0);
   EXPECT_EQ(PrepareDisplay("\n", 0), -1);
   look_at("a\ncat", [] { EXPECT_EQ(GetDisplayLineCount(), 2); });
 }
 
-TEST_F(DisplayTest, ShowsHexLinesOnceToldTo) {
+TEST_F(DisplayTest, ShowsHexLinesAfterSetBytesPerLine) {
   EXPECT_EQ(SetBytesPerLine(16), 1);
   look_at(std::string(30, '-') + "cat", [] {
     EXPECT_EQ(GetBytesPerLine(), 16);
@@ -81,7 +81,7 @@ TEST_F(DisplayTest, ShowsHexLinesOnceToldTo) {
   EXPECT_EQ(GetBytesPerLine(), 16);
 }
 
-TEST_F(DisplayTest, ALayoutAsksAndTellsTheHostAndCanBeStopped) {
+TEST_F(DisplayTest, ALayoutPollsAndReportsAndCanBeStopped) {
   std::string cats;
   for (int i = 0; i < 1010; ++i) cats += "cat";
   look_at(cats, [&] {
@@ -121,7 +121,7 @@ TEST_F(DisplayTest, LogsNothing) {
   EXPECT_EQ(HighlightGroup(0, nullptr), -1);
   EXPECT_EQ(PrepareDisplay(nullptr, 0), -1);
   EXPECT_EQ(GetLineSeparator(nullptr, 0), -1);
-  EXPECT_THAT(session.take_log(), testing::IsEmpty());
+  EXPECT_THAT(session.take_log(), IsEmpty());
 }
 
 #ifndef _WIN32
@@ -249,7 +249,7 @@ TEST_F(DisplayWindow, FindsHexMatchesAtDigitsAndCharacters) {
   });
 }
 
-TEST_F(DisplayWindow, LetsGoOfTheWindow) {
+TEST_F(DisplayWindow, ReleasesTheWindow) {
   EXPECT_EQ(SetDisplayWindow(window_), 1);
   EXPECT_EQ(SetDisplayWindow(nullptr), -1);
   EXPECT_EQ(PaintDisplay(0, 0, 0, 1), -1);

@@ -17,15 +17,14 @@
 #include <vector>
 
 #include "support/host_recorder.h"
+#include "support/lists.h"
+#include "support/matchers.h"
 #include "support/session.h"
 #include "support/temp_folder.h"
 #include "zenfofr130.h"
 
 namespace zenfo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr TextAccessor kTextAccessors[] = {
     GetFilename, GetFullName, GetDirectory, GetType,      GetCTime,
@@ -36,13 +35,13 @@ constexpr FixedListAccessor kFixedListAccessors[] = {
 
 class EntryTest : public testing::Test {
  protected:
-  // Puts one file into list 0 as its only entry.
+  // Puts one file into the list as its only entry.
   std::string only_file(std::string_view name, std::string_view bytes,
                         const Options& options = kAllFacts) {
-    Clear(0);
+    Clear(kFiles);
     const std::string path = session.folder.file(name, bytes);
-    const std::string text = zenfo::test::as_library_text(std::string(name));
-    EXPECT_EQ(session.find(0, "0~/" + text, options), 1);
+    const std::string text = as_library_text(std::string(name));
+    EXPECT_EQ(session.find(kFiles, "0~/" + text, options), 1);
     return path;
   }
   Session session;
@@ -51,27 +50,31 @@ class EntryTest : public testing::Test {
 // --- Texts -------------------------------------------------------------------
 
 TEST_F(EntryTest, TextsAreCopiedWithTheirNulAndNoMore) {
-  const std::string path = only_file("sub/name.txt", "12345");
+  only_file("sub/name.txt", "12345");
   char buffer[4096];
   std::fill(std::begin(buffer), std::end(buffer), '#');
-  EXPECT_EQ(GetFilename(0, 0, buffer, 0), 1);
+  EXPECT_EQ(GetFilename(kFiles, 0, buffer, 0), 1);
   EXPECT_EQ(std::string(buffer, 10), std::string("name.txt\0#", 10));
-  // The size is not consulted, however small or large.
+  EXPECT_EQ(read_text(GetDirectory, kFiles, 0),
+            (Text{1, session.folder.path("sub")}));
+  EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, "5 B"}));
+}
+
+TEST_F(EntryTest, NoSizeIsConsulted) {
+  const std::string path = only_file("name.txt", "12345");
+  char buffer[4096];
   for (uint32_t size : {0u, 1u, 4096u, UINT32_MAX}) {
-    EXPECT_EQ(GetFullName(0, 0, buffer, size), 1);
+    EXPECT_EQ(GetFullName(kFiles, 0, buffer, size), 1);
     EXPECT_STREQ(buffer, path.c_str());
   }
-  EXPECT_EQ(read_text(GetDirectory, 0, 0),
-            (Text{1, session.folder.path("sub")}));
-  EXPECT_EQ(read_text(GetSize, 0, 0), (Text{1, "5 B"}));
 }
 
 TEST_F(EntryTest, AMissingListEntryOrBufferAnswersMinusOneUnlogged) {
   only_file("a", "");
   for (TextAccessor accessor : kTextAccessors) {
-    EXPECT_EQ(read_text(accessor, 0, 1), kNoText);
-    EXPECT_EQ(read_text(accessor, 0, UINT32_MAX), kNoText);
-    EXPECT_EQ(read_text(accessor, 1, 0), kNoText);
+    EXPECT_EQ(read_text(accessor, kFiles, 1), kNoText);
+    EXPECT_EQ(read_text(accessor, kFiles, UINT32_MAX), kNoText);
+    EXPECT_EQ(read_text(accessor, ZENFO_LIST_RUN_FILES, 0), kNoText);
     EXPECT_EQ(accessor(0, 0, nullptr, 100), -1);
   }
   for (FixedListAccessor accessor : kFixedListAccessors) {
@@ -80,23 +83,23 @@ TEST_F(EntryTest, AMissingListEntryOrBufferAnswersMinusOneUnlogged) {
     EXPECT_EQ(accessor(0, nullptr, 100), -1);
   }
   for (uint32_t index : {1u, UINT32_MAX}) {
-    EXPECT_EQ(GetState(0, index), -1);
-    EXPECT_EQ(GetFlag(0, index), -1);
-    EXPECT_EQ(IsTrashed(0, index), -1);
-    EXPECT_EQ(GetIcon(0, index, nullptr, nullptr), -1);
-    EXPECT_EQ(SetFullName(0, index, "x"), -1);
+    EXPECT_EQ(GetState(kFiles, index), -1);
+    EXPECT_EQ(GetFlag(kFiles, index), -1);
+    EXPECT_EQ(IsTrashed(kFiles, index), -1);
+    EXPECT_EQ(GetIcon(kFiles, index, nullptr, nullptr), -1);
+    EXPECT_EQ(SetFullName(kFiles, index, "x"), -1);
   }
   EXPECT_THAT(session.take_log(), IsEmpty());
 }
 
 TEST_F(EntryTest, AMissingTextAnswersMinusOneAndEmptiesTheBuffer) {
   const std::string path = only_file("a.txt", "", kNoFacts);
-  EXPECT_EQ(read_text(GetFullName, 0, 0), (Text{1, path}));
-  EXPECT_EQ(read_text(GetFilename, 0, 0), kNoText);
-  EXPECT_EQ(read_text(GetDirectory, 0, 0), kNoText);
-  EXPECT_EQ(read_text(GetType, 0, 0), kNoText);
-  EXPECT_EQ(read_text(GetAttributes, 0, 0), (Text{1, ""}));
-  EXPECT_EQ(read_text(GetSize, 0, 0), (Text{1, "0 B"}));
+  EXPECT_EQ(read_text(GetFullName, kFiles, 0), (Text{1, path}));
+  EXPECT_EQ(read_text(GetFilename, kFiles, 0), kNoText);
+  EXPECT_EQ(read_text(GetDirectory, kFiles, 0), kNoText);
+  EXPECT_EQ(read_text(GetType, kFiles, 0), kNoText);
+  EXPECT_EQ(read_text(GetAttributes, kFiles, 0), (Text{1, ""}));
+  EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, "0 B"}));
   EXPECT_THAT(session.take_log(), IsEmpty());
 }
 
@@ -106,10 +109,10 @@ TEST_F(EntryTest, NamesOfTheGreatestLengthAndOfAnyLetters) {
                                "no_extension"};
   for (const std::string& name : names) {
     only_file(name, "x");
-    EXPECT_EQ(read_text(GetFilename, 0, 0),
-              (Text{1, zenfo::test::as_library_text(name)}));
-    EXPECT_EQ(read_text(GetSize, 0, 0), (Text{1, "1 B"}));
-    EXPECT_EQ(GetFlag(0, 0), 0) << name;
+    EXPECT_EQ(read_text(GetFilename, kFiles, 0),
+              (Text{1, as_library_text(name)}));
+    EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, "1 B"}));
+    EXPECT_EQ(GetFlag(kFiles, 0), 0) << name;
   }
 }
 
@@ -117,8 +120,8 @@ TEST_F(EntryTest, NamesOfTheGreatestLengthAndOfAnyLetters) {
 TEST_F(EntryTest, NamesOfAnyBytes) {
   for (const char* name : {"caf\xe9", "\xff\xfe", "tab\tnew\nline", "a\\b"}) {
     only_file(name, "x");
-    EXPECT_EQ(read_text(GetFilename, 0, 0), (Text{1, name}));
-    EXPECT_EQ(GetFlag(0, 0), 0) << name;
+    EXPECT_EQ(read_text(GetFilename, kFiles, 0), (Text{1, name}));
+    EXPECT_EQ(GetFlag(kFiles, 0), 0) << name;
   }
 }
 #endif
@@ -127,13 +130,13 @@ TEST_F(EntryTest, APathOf5000BytesIsKeptWhole) {
   only_file("a", "");
   const std::string name =
       session.spelled("~/") + std::string(5000, 'x') + session.spelled("/f");
-  EXPECT_EQ(SetFullName(0, 0, name.c_str()), 1);
-  EXPECT_EQ(read_text(GetFullName, 0, 0), (Text{1, name}));
-  EXPECT_EQ(read_text(GetDirectory, 0, 0),
+  EXPECT_EQ(SetFullName(kFiles, 0, name.c_str()), 1);
+  EXPECT_EQ(read_text(GetFullName, kFiles, 0), (Text{1, name}));
+  EXPECT_EQ(read_text(GetDirectory, kFiles, 0),
             (Text{1, name.substr(0, name.size() - 2)}));
   // The system refuses the path: an ordinary failure.
-  EXPECT_EQ(Refresh(0, 0, kAllFacts.data()), 1);
-  EXPECT_EQ(FindInFiles(0, "x", 0, 0, 0), 0);
+  EXPECT_EQ(Refresh(kFiles, 0, kAllFacts.data()), 1);
+  EXPECT_EQ(FindInFiles(kFiles, "x", 0, 0, 0), 0);
 }
 
 // --- SetFullName -------------------------------------------------------------
@@ -154,12 +157,13 @@ TEST_F(EntryTest, SetFullNameDerivesFolderAndFileName) {
   };
   only_file("start", "", kNoFacts);
   for (const Case& c : cases) {
-    EXPECT_EQ(SetFullName(0, 0, session.spelled(c.name).c_str()), 1);
+    EXPECT_EQ(SetFullName(kFiles, 0, session.spelled(c.name).c_str()), 1);
     Text folder = c.folder;
     folder.text = session.spelled(folder.text);
-    EXPECT_EQ(read_text(GetDirectory, 0, 0), folder) << c.name;
-    EXPECT_EQ(read_text(GetFilename, 0, 0), c.file_name) << c.name;
-    EXPECT_EQ(read_text(GetFullName, 0, 0), (Text{1, session.spelled(c.name)}));
+    EXPECT_EQ(read_text(GetDirectory, kFiles, 0), folder) << c.name;
+    EXPECT_EQ(read_text(GetFilename, kFiles, 0), c.file_name) << c.name;
+    EXPECT_EQ(read_text(GetFullName, kFiles, 0),
+              (Text{1, session.spelled(c.name)}));
   }
 }
 
@@ -167,27 +171,27 @@ TEST_F(EntryTest, SetFullNameRefusesANullAndAnEmptyText) {
   const std::string path = only_file("a", "");
   const LogRecord refused = {"The text pointer is NULL", "Getting parameters",
                              "SetFullName"};
-  EXPECT_EQ(SetFullName(0, 0, nullptr), -1);
+  EXPECT_EQ(SetFullName(kFiles, 0, nullptr), -1);
   EXPECT_THAT(session.take_log(), ElementsAre(refused));
-  EXPECT_EQ(SetFullName(0, 0, ""), -1);
+  EXPECT_EQ(SetFullName(kFiles, 0, ""), -1);
   EXPECT_THAT(session.take_log(), ElementsAre(refused));
-  EXPECT_EQ(read_text(GetFullName, 0, 0), (Text{1, path}));
+  EXPECT_EQ(read_text(GetFullName, kFiles, 0), (Text{1, path}));
 }
 
 TEST_F(EntryTest, SetFullNameTakesTheEntrysOwnText) {
   const std::string path = only_file("a", "");
   char buffer[4096];
-  GetFullName(0, 0, buffer, 0);
-  EXPECT_EQ(SetFullName(0, 0, buffer), 1);
-  EXPECT_EQ(read_text(GetFullName, 0, 0), (Text{1, path}));
+  GetFullName(kFiles, 0, buffer, 0);
+  EXPECT_EQ(SetFullName(kFiles, 0, buffer), 1);
+  EXPECT_EQ(read_text(GetFullName, kFiles, 0), (Text{1, path}));
 }
 
 TEST_F(EntryTest, SetFullNameLeavesACopyInAnotherListAlone) {
   const std::string path = only_file("a", "");
   HostRecorder host;
-  ASSERT_EQ(AddFileToList(0, 1, kNoFacts.data()), 1);
-  ASSERT_EQ(SetFullName(0, 0, "other"), 1);
-  EXPECT_EQ(read_text(GetFullName, 1, 0), (Text{1, path}));
+  ASSERT_EQ(AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, kNoFacts.data()), 1);
+  ASSERT_EQ(SetFullName(kFiles, 0, "other"), 1);
+  EXPECT_EQ(read_text(GetFullName, ZENFO_LIST_RUN_FILES, 0), (Text{1, path}));
 }
 
 TEST_F(EntryTest, IsTrashedFollowsTheName) {
@@ -199,8 +203,8 @@ TEST_F(EntryTest, IsTrashedFollowsTheName) {
   };
   only_file("a", "");
   for (const auto& [name, trashed] : cases) {
-    SetFullName(0, 0, session.spelled(name).c_str());
-    EXPECT_EQ(IsTrashed(0, 0), trashed) << name;
+    SetFullName(kFiles, 0, session.spelled(name).c_str());
+    EXPECT_EQ(IsTrashed(kFiles, 0), trashed) << name;
   }
 }
 
@@ -226,19 +230,19 @@ std::string local(std::time_t time, const char* form) {
 TEST_F(EntryTest, TimesAreLocalAndTheAccessTimeHasNoSeconds) {
   const std::string path = session.folder.file("a", "x");
   for (std::time_t time : {1614834367, 1000000000, 946684799}) {
-    Clear(0);
+    Clear(kFiles);
     set_times(path, time, time - 61);
-    ASSERT_EQ(session.find(0, "0~/a"), 1);
-    EXPECT_EQ(read_text(GetATime, 0, 0),
+    ASSERT_EQ(session.find(kFiles, "0~/a"), 1);
+    EXPECT_EQ(read_text(GetATime, kFiles, 0),
               (Text{1, local(time, "%d/%m/%Y %H:%M")}));
-    EXPECT_EQ(read_text(GetMTime, 0, 0),
+    EXPECT_EQ(read_text(GetMTime, kFiles, 0),
               (Text{1, local(time - 61, "%d/%m/%Y %H:%M:%S")}));
   }
 }
 
 TEST_F(EntryTest, TheCreationTimeHasSeconds) {
   only_file("a", "x");
-  const Text created = read_text(GetCTime, 0, 0);
+  const Text created = read_text(GetCTime, kFiles, 0);
   EXPECT_EQ(created.result, 1);
   std::string form = created.text;
   for (char& c : form) {
@@ -253,20 +257,21 @@ TEST_F(EntryTest, SizesTurnToKilobytesAbove1024) {
       {1025, "1.0 KB"}, {1536, "1.5 KB"}, {2048, "2.0 KB"}, {10240, "10.0 KB"}};
   for (const auto& [size, text] : cases) {
     only_file("sized", std::string(size, 'x'));
-    EXPECT_EQ(read_text(GetSize, 0, 0), (Text{1, text}));
+    EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, text}));
   }
 }
 
 TEST_F(EntryTest, AttributesShowAReadOnlyFile) {
   const std::string path = only_file("a", "");
-  EXPECT_EQ(read_text(GetAttributes, 0, 0).text.find('R'), std::string::npos);
+  EXPECT_EQ(read_text(GetAttributes, kFiles, 0).text.find('R'),
+            std::string::npos);
   using std::filesystem::perms;
   constexpr perms kWrite =
       perms::owner_write | perms::group_write | perms::others_write;
   std::filesystem::permissions(path, kWrite,
                                std::filesystem::perm_options::remove);
-  EXPECT_EQ(Refresh(0, 0, kAllFacts.data()), 1);
-  EXPECT_EQ(read_text(GetAttributes, 0, 0).text.substr(0, 1), "R");
+  EXPECT_EQ(Refresh(kFiles, 0, kAllFacts.data()), 1);
+  EXPECT_EQ(read_text(GetAttributes, kFiles, 0).text.substr(0, 1), "R");
   std::filesystem::permissions(path, kWrite,
                                std::filesystem::perm_options::add);
 }
@@ -274,14 +279,14 @@ TEST_F(EntryTest, AttributesShowAReadOnlyFile) {
 #ifndef _WIN32
 TEST_F(EntryTest, AFileWithoutTheFiveAttributesHasAnEmptyText) {
   only_file("a", "");
-  EXPECT_EQ(read_text(GetAttributes, 0, 0), (Text{1, ""}));
+  EXPECT_EQ(read_text(GetAttributes, kFiles, 0), (Text{1, ""}));
 }
 
 TEST_F(EntryTest, TypesAndIconsNeedNoShell) {
   only_file("a.txt", "");
-  EXPECT_EQ(read_text(GetType, 0, 0), (Text{1, "TXT File"}));
+  EXPECT_EQ(read_text(GetType, kFiles, 0), (Text{1, "TXT File"}));
   int32_t image_list = 5, icon = 5;
-  EXPECT_EQ(GetIcon(0, 0, &image_list, &icon), 0);
+  EXPECT_EQ(GetIcon(kFiles, 0, &image_list, &icon), 0);
   EXPECT_EQ(image_list, 0);
   EXPECT_EQ(icon, 0);
 }
@@ -290,11 +295,11 @@ TEST_F(EntryTest, TypesAndIconsNeedNoShell) {
 TEST_F(EntryTest, GetIconAnswersWhatItStores) {
   only_file("a.txt", "");
   int32_t image_list = -5, icon = -5;
-  const int32_t answer = GetIcon(0, 0, &image_list, &icon);
+  const int32_t answer = GetIcon(kFiles, 0, &image_list, &icon);
   EXPECT_GE(answer, 0);
   EXPECT_EQ(icon, answer);
   EXPECT_NE(image_list, -5);
-  EXPECT_EQ(GetIcon(0, 0, nullptr, nullptr), answer);
+  EXPECT_EQ(GetIcon(kFiles, 0, nullptr, nullptr), answer);
 }
 
 TEST_F(EntryTest, GetIconTakesASmallNumberForNoPointer) {
@@ -302,15 +307,15 @@ TEST_F(EntryTest, GetIconTakesASmallNumberForNoPointer) {
   for (uintptr_t number : {1u, 260u, 65535u}) {
     auto* small = reinterpret_cast<int32_t*>(number);
     int32_t icon = -5;
-    EXPECT_GE(GetIcon(0, 0, small, &icon), 0);
+    EXPECT_GE(GetIcon(kFiles, 0, small, &icon), 0);
     EXPECT_NE(icon, -5);
-    EXPECT_GE(GetIcon(0, 0, small, small), 0);
+    EXPECT_GE(GetIcon(kFiles, 0, small, small), 0);
   }
 }
 
 TEST_F(EntryTest, GetIconTouchesNothingForAMissingEntry) {
   int32_t image_list = -5, icon = -5;
-  EXPECT_EQ(GetIcon(0, 0, &image_list, &icon), -1);
+  EXPECT_EQ(GetIcon(kFiles, 0, &image_list, &icon), -1);
   EXPECT_EQ(image_list, -5);
   EXPECT_EQ(icon, -5);
 }
@@ -341,52 +346,53 @@ TEST_F(EntryTest, TotalsFallToTheSmallerUnitAtItsBoundary) {
   session.folder.file("one", "x");
   session.folder.file("mb", "");
   std::filesystem::resize_file(session.folder.path("mb"), 1048576);
-  EXPECT_EQ(totals(GetSizeTotal, 0), (Totals{1, "0 B", "0 Bytes"}));
-  session.find(0, "0~/kb");
-  EXPECT_EQ(totals(GetSizeTotal, 0), (Totals{1, "1024 B", "1024 Bytes"}));
-  session.find(0, "0~/one");
-  EXPECT_EQ(totals(GetSizeTotal, 0),
+  EXPECT_EQ(totals(GetSizeTotal, kFiles), (Totals{1, "0 B", "0 Bytes"}));
+  session.find(kFiles, "0~/kb");
+  EXPECT_EQ(totals(GetSizeTotal, kFiles), (Totals{1, "1024 B", "1024 Bytes"}));
+  session.find(kFiles, "0~/one");
+  EXPECT_EQ(totals(GetSizeTotal, kFiles),
             (Totals{1, "1.00 KB", "1.00 KB (1025 Bytes)"}));
-  Clear(0);
-  session.find(0, "0~/mb");
-  EXPECT_EQ(totals(GetSizeTotal, 0),
+  Clear(kFiles);
+  session.find(kFiles, "0~/mb");
+  EXPECT_EQ(totals(GetSizeTotal, kFiles),
             (Totals{1, "1024.00 KB", "1024.00 KB (1048576 Bytes)"}));
-  session.find(0, "0~/mb");
-  EXPECT_EQ(totals(GetSizeTotal, 0),
+  session.find(kFiles, "0~/mb");
+  EXPECT_EQ(totals(GetSizeTotal, kFiles),
             (Totals{1, "2.00 MB", "2.00 MB (2097152 Bytes)"}));
 }
 
 TEST_F(EntryTest, TotalsGoBeyond32Bits) {
   session.folder.file("big", "");
   std::filesystem::resize_file(session.folder.path("big"), 3221225472u);
-  session.find(0, "0~/big;big");
-  EXPECT_EQ(totals(GetSizeTotal, 0),
+  session.find(kFiles, "0~/big;big");
+  EXPECT_EQ(totals(GetSizeTotal, kFiles),
             (Totals{1, "6.00 GB", "6.00 GB (6442450944 Bytes)"}));
-  EXPECT_EQ(read_text(GetSize, 0, 0), (Text{1, "3145728.0 KB"}));
+  EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, "3145728.0 KB"}));
 }
 
 TEST_F(EntryTest, SelectionTotalsCountSelectedFilesOnly) {
   session.folder.file("a", "1");
   session.folder.file("b", "22");
   session.folder.file("c", "4444");
-  session.find(0, "0~/a;b;c");
-  EXPECT_EQ(totals(GetSizeSelection, 0), (Totals{1, "0 B", "0 Bytes"}));
-  SetState(0, 0, 1);
-  SetState(0, 2, 1);
-  EXPECT_EQ(totals(GetSizeSelection, 0), (Totals{1, "5 B", "5 Bytes"}));
-  EXPECT_EQ(totals(GetSizeTotal, 0), (Totals{1, "7 B", "7 Bytes"}));
+  session.find(kFiles, "0~/a;b;c");
+  EXPECT_EQ(totals(GetSizeSelection, kFiles), (Totals{1, "0 B", "0 Bytes"}));
+  SetState(kFiles, 0, 1);
+  SetState(kFiles, 2, 1);
+  EXPECT_EQ(totals(GetSizeSelection, kFiles), (Totals{1, "5 B", "5 Bytes"}));
+  EXPECT_EQ(totals(GetSizeTotal, kFiles), (Totals{1, "7 B", "7 Bytes"}));
 }
 
-TEST_F(EntryTest, TotalsFillTheBuffersGivenAndTellNobody) {
-  session.fill(0, 300);
+TEST_F(EntryTest, TotalsFillTheBuffersGivenAndCallNoCallback) {
+  session.fill(kFiles, 300);
   HostRecorder host;
   char text[64];
   for (TotalAccessor accessor : {&GetSizeTotal, &GetSizeSelection}) {
     EXPECT_EQ(accessor(0, text, nullptr), 1);
     EXPECT_EQ(accessor(0, nullptr, text), 1);
     EXPECT_EQ(accessor(0, nullptr, nullptr), 1);
-    EXPECT_EQ(totals(accessor, 5), (Totals{1, "0 B", "0 Bytes"}));
-    EXPECT_EQ(totals(accessor, 11), (Totals{-1, "#", "#"}));
+    EXPECT_EQ(totals(accessor, ZENFO_LIST_MATCHES),
+              (Totals{1, "0 B", "0 Bytes"}));
+    EXPECT_EQ(totals(accessor, kNoList), (Totals{-1, "#", "#"}));
   }
   EXPECT_THAT(host.statuses, IsEmpty());
   EXPECT_EQ(host.interrupt_polls, 0);
@@ -432,83 +438,86 @@ TEST_F(EntryTest, FilesAmongPairsAreFoundAndAdded) {
   EXPECT_EQ(GetState(kPairs, 0), 0);
   EXPECT_EQ(GetState(kPairs, 1), 1);
   HostRecorder host;
-  EXPECT_EQ(AddFileToList(kPairs, ZENFO_LIST_FILES, kNoFacts.data()), 1);
+  EXPECT_EQ(AddFileToList(kPairs, ZENFO_LIST_RUN_FILES, kNoFacts.data()), 1);
   EXPECT_EQ(host.file_questions.size(), 1u);
-  EXPECT_THAT(session.names(ZENFO_LIST_FILES), ElementsAre("~/a"));
+  EXPECT_THAT(session.names(ZENFO_LIST_RUN_FILES), ElementsAre("~/a"));
 }
 
 // --- States, flags, counts ---------------------------------------------------
 
 TEST_F(EntryTest, SetStateFollowsItsActions) {
-  session.fill(0, 3);
-  EXPECT_EQ(SetState(0, 1, 1), 1);
-  EXPECT_EQ(GetState(0, 1), 1);
-  EXPECT_EQ(SetState(0, -1, -1), 3);
-  EXPECT_EQ(GetState(0, 0), 1);
-  EXPECT_EQ(GetState(0, 1), 0);
-  EXPECT_EQ(SetState(0, 0, 0), 1);
-  EXPECT_EQ(GetState(0, 0), 0);
+  session.fill(kFiles, 3);
+  EXPECT_EQ(SetState(kFiles, 1, 1), 1);
+  EXPECT_EQ(GetState(kFiles, 1), 1);
+  EXPECT_EQ(SetState(kFiles, -1, -1), 3);
+  EXPECT_EQ(GetState(kFiles, 0), 1);
+  EXPECT_EQ(GetState(kFiles, 1), 0);
+  EXPECT_EQ(SetState(kFiles, 0, 0), 1);
+  EXPECT_EQ(GetState(kFiles, 0), 0);
   for (int32_t action : {2, -2, INT32_MAX, INT32_MIN}) {
-    EXPECT_EQ(SetState(0, 0, action), 0) << action;
-    EXPECT_EQ(SetState(0, 3, action), -1) << action;
-    EXPECT_EQ(SetState(0, -1, action), 0) << action;
+    EXPECT_EQ(SetState(kFiles, 0, action), 0) << action;
+    EXPECT_EQ(SetState(kFiles, 3, action), -1) << action;
+    EXPECT_EQ(SetState(kFiles, -1, action), 0) << action;
   }
   for (int32_t index : {3, -2, INT32_MAX, INT32_MIN}) {
-    EXPECT_EQ(SetState(0, index, 1), -1) << index;
+    EXPECT_EQ(SetState(kFiles, index, 1), -1) << index;
   }
-  EXPECT_EQ(SetState(1, -1, 1), 0);
-  EXPECT_EQ(SetState(1, 0, 1), -1);
+  EXPECT_EQ(SetState(ZENFO_LIST_RUN_FILES, -1, 1), 0);
+  EXPECT_EQ(SetState(ZENFO_LIST_RUN_FILES, 0, 1), -1);
   EXPECT_THAT(session.take_log(), IsEmpty());
 }
 
 TEST_F(EntryTest, GetCountCountsByState) {
-  session.fill(0, 5);
-  SetState(0, 1, 1);
-  SetState(0, 3, 1);
+  session.fill(kFiles, 5);
+  SetState(kFiles, 1, 1);
+  SetState(kFiles, 3, 1);
   const std::pair<int32_t, int32_t> cases[] = {
       {-1, 5},        {0, 3},   {1, 2},         {2, 0},
       {INT32_MAX, 0}, {-2, -1}, {INT32_MIN, -1}};
   for (const auto& [selector, count] : cases) {
-    EXPECT_EQ(GetCount(0, selector), count) << selector;
+    EXPECT_EQ(GetCount(kFiles, selector), count) << selector;
   }
-  for (int32_t list = 1; list <= 10; ++list) EXPECT_EQ(GetCount(list, 0), 0);
+  for (int32_t list : kAllLists) {
+    EXPECT_EQ(GetCount(list, 0), list == kFiles ? 3 : 0) << list;
+  }
 }
 
-TEST_F(EntryTest, GetFileFlagCountTellsFailedFromGathered) {
+TEST_F(EntryTest, GetFileFlagCountCountsFailedAndGatheredApart) {
   only_file("a", "");
-  session.fill(0, 2);
-  SetFullName(0, 1, session.spelled("~/gone").c_str());
-  session.find(0, "", kAllFacts);  // gathers the whole list anew
-  EXPECT_EQ(GetFlag(0, 0), 0);
-  EXPECT_EQ(GetFlag(0, 1), -1);
+  session.fill(kFiles, 2);
+  SetFullName(kFiles, 1, session.spelled("~/gone").c_str());
+  session.find(kFiles, "",
+               kAllFacts);  // gathers the facts of the whole list again
+  EXPECT_EQ(GetFlag(kFiles, 0), 0);
+  EXPECT_EQ(GetFlag(kFiles, 1), -1);
   const std::pair<int32_t, int32_t> cases[] = {
       {-1, 1}, {0, 2}, {1, 0}, {2, 0}, {-2, -1}, {INT32_MIN, -1}};
   for (const auto& [value, count] : cases) {
-    EXPECT_EQ(GetFileFlagCount(0, value), count) << value;
+    EXPECT_EQ(GetFileFlagCount(kFiles, value), count) << value;
   }
-  EXPECT_EQ(GetFileFlagCount(5, 0), 0);
+  EXPECT_EQ(GetFileFlagCount(ZENFO_LIST_MATCHES, 0), 0);
 }
 
 TEST_F(EntryTest, CountsSendTheirTextWhereThereIsAList) {
   HostRecorder host;
-  GetCount(0, -1);
-  GetFileFlagCount(0, 0);
+  GetCount(kFiles, -1);
+  GetFileFlagCount(kFiles, 0);
   EXPECT_THAT(host.statuses,
               ElementsAre("Now counting entries", "Now counting entries"));
-  GetCount(11, -1);
-  GetFileFlagCount(11, 0);
+  GetCount(kNoList, -1);
+  GetFileFlagCount(kNoList, 0);
   EXPECT_EQ(host.statuses.size(), 2u);
 }
 
 TEST_F(EntryTest, WalksReportAboutAHundredPositionsAndTheEnd) {
-  session.fill(0, 250);
+  session.fill(kFiles, 250);
   std::vector<uint32_t> expected;
   for (uint32_t i = 0; i <= 250; i += 2) expected.push_back(i);
   const std::function<int32_t()> walks[] = {
-      [] { return SetState(0, -1, 0); },
-      [] { return GetCount(0, 0); },
-      [] { return GetFileFlagCount(0, 0); },
-      [] { return Refresh(0, -1, kNoFacts.data()); },
+      [] { return SetState(kFiles, -1, 0); },
+      [] { return GetCount(kFiles, 0); },
+      [] { return GetFileFlagCount(kFiles, 0); },
+      [] { return Refresh(kFiles, -1, kNoFacts.data()); },
   };
   for (const auto& walk : walks) {
     HostRecorder host;
@@ -523,9 +532,9 @@ TEST_F(EntryTest, WalksReportAboutAHundredPositionsAndTheEnd) {
 }
 
 TEST_F(EntryTest, PercentsAreOfSinglePrecision) {
-  session.fill(0, 10);
+  session.fill(kFiles, 10);
   HostRecorder host;
-  SetState(0, -1, 0);
+  SetState(kFiles, -1, 0);
   std::vector<int32_t> percents;
   for (const ProgressRecord& r : host.reports) percents.push_back(r.percent);
   EXPECT_THAT(percents,
@@ -537,14 +546,14 @@ TEST_F(EntryTest, PercentsAreOfSinglePrecision) {
 // Brings the poll counter of the walks to its start.
 void start_polls(HostRecorder& host) {
   const int before = host.interrupt_polls;
-  while (host.interrupt_polls == before) SetState(7, -1, 1);
+  while (host.interrupt_polls == before) SetState(ZENFO_LIST_ERROR, -1, 1);
 }
 
 class StopTest : public EntryTest {
  protected:
   StopTest() {
-    session.fill(0, 350);
-    session.fill(7, 1);
+    session.fill(kFiles, 350);
+    session.fill(ZENFO_LIST_ERROR, 1);
   }
   // Runs `operation` with a stop at each poll in turn; `check` gets the answer
   // and the number of the poll that stopped it. Answers the number of polls.
@@ -565,7 +574,7 @@ class StopTest : public EntryTest {
 
 TEST_F(StopTest, SetStateAnswersTheNumberTouched) {
   const int polls = stop_at_each_poll(
-      [] { return SetState(0, -1, -1); },
+      [] { return SetState(kFiles, -1, -1); },
       [&](int32_t touched, int stop) { EXPECT_EQ(touched, 101 * (stop + 1)); });
   EXPECT_EQ(polls, 3);
 }
@@ -574,23 +583,23 @@ TEST_F(StopTest, SetStateLeavesTheRestAlone) {
   HostRecorder host;
   start_polls(host);
   host.interrupt = [] { return 1; };
-  EXPECT_EQ(SetState(0, -1, 1), 101);
+  EXPECT_EQ(SetState(kFiles, -1, 1), 101);
   host.interrupt = [] { return 0; };
-  EXPECT_EQ(GetState(0, 100), 1);
-  EXPECT_EQ(GetState(0, 101), 0);
-  EXPECT_EQ(GetCount(0, 1), 101);
+  EXPECT_EQ(GetState(kFiles, 100), 1);
+  EXPECT_EQ(GetState(kFiles, 101), 0);
+  EXPECT_EQ(GetCount(kFiles, 1), 101);
 }
 
 TEST_F(StopTest, GetFileFlagCountAnswersTheCountSoFar) {
   const int polls = stop_at_each_poll(
-      [] { return GetFileFlagCount(0, 0); },
+      [] { return GetFileFlagCount(kFiles, 0); },
       [&](int32_t count, int stop) { EXPECT_EQ(count, 101 * (stop + 1)); });
   EXPECT_EQ(polls, 3);
 }
 
 TEST_F(StopTest, RefreshAnswersTheNumberRefreshed) {
   const int polls = stop_at_each_poll(
-      [] { return Refresh(0, -1, kNoFacts.data()); },
+      [] { return Refresh(kFiles, -1, kNoFacts.data()); },
       [&](int32_t count, int stop) { EXPECT_EQ(count, 101 * (stop + 1)); });
   EXPECT_EQ(polls, 3);
 }
@@ -601,10 +610,10 @@ TEST_F(StopTest, GetCountAnswersTheCountSoFarOnAPollCounterOfItsOwn) {
     // Each run of one entry counts one poll: bring the counter to its start.
     const int before = host.interrupt_polls;
     host.interrupt = [] { return 0; };
-    while (host.interrupt_polls == before) GetCount(7, 0);
+    while (host.interrupt_polls == before) GetCount(ZENFO_LIST_ERROR, 0);
     int polls = 0;
     host.interrupt = [&] { return polls++ == stop ? 1 : 0; };
-    EXPECT_EQ(GetCount(0, 0), 101 * (stop + 1));
+    EXPECT_EQ(GetCount(kFiles, 0), 101 * (stop + 1));
   }
 }
 
@@ -613,7 +622,7 @@ TEST_F(StopTest, AStoppedWalkDoesNotReportItsEnd) {
   start_polls(host);
   host.reports.clear();
   host.interrupt = [] { return 1; };
-  SetState(0, -1, 1);
+  SetState(kFiles, -1, 1);
   ASSERT_FALSE(host.reports.empty());
   EXPECT_LT(host.reports.back().position, 101u);
 }
@@ -623,74 +632,75 @@ TEST_F(StopTest, AStoppedWalkDoesNotReportItsEnd) {
 TEST_F(EntryTest, RefreshGathersAgainWhatIsAsked) {
   only_file("a", "1", kNoFacts);
   session.folder.file("a", "333");
-  EXPECT_EQ(Refresh(0, 0, kNoFacts.data()), 1);
-  EXPECT_EQ(read_text(GetFilename, 0, 0), kNoText);
-  EXPECT_EQ(read_text(GetSize, 0, 0), (Text{1, "0 B"}));
-  EXPECT_EQ(Refresh(0, 0, asking_for({2}).data()), 1);
-  EXPECT_EQ(read_text(GetFilename, 0, 0), (Text{1, "a"}));
-  EXPECT_EQ(read_text(GetDirectory, 0, 0), kNoText);
-  EXPECT_EQ(Refresh(0, 0, asking_for({3}).data()), 1);
-  EXPECT_EQ(read_text(GetDirectory, 0, 0), (Text{1, session.folder.path()}));
-  EXPECT_EQ(read_text(GetType, 0, 0), kNoText);
-  EXPECT_EQ(Refresh(0, 0, asking_for({4}).data()), 1);
-  EXPECT_EQ(read_text(GetType, 0, 0).result, 1);
-  EXPECT_EQ(read_text(GetSize, 0, 0), (Text{1, "0 B"}));
-  EXPECT_EQ(Refresh(0, 0, asking_for({9}).data()), 1);
-  EXPECT_EQ(read_text(GetSize, 0, 0), (Text{1, "3 B"}));
+  EXPECT_EQ(Refresh(kFiles, 0, kNoFacts.data()), 1);
+  EXPECT_EQ(read_text(GetFilename, kFiles, 0), kNoText);
+  EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, "0 B"}));
+  EXPECT_EQ(Refresh(kFiles, 0, asking_for({2}).data()), 1);
+  EXPECT_EQ(read_text(GetFilename, kFiles, 0), (Text{1, "a"}));
+  EXPECT_EQ(read_text(GetDirectory, kFiles, 0), kNoText);
+  EXPECT_EQ(Refresh(kFiles, 0, asking_for({3}).data()), 1);
+  EXPECT_EQ(read_text(GetDirectory, kFiles, 0),
+            (Text{1, session.folder.path()}));
+  EXPECT_EQ(read_text(GetType, kFiles, 0), kNoText);
+  EXPECT_EQ(Refresh(kFiles, 0, asking_for({4}).data()), 1);
+  EXPECT_EQ(read_text(GetType, kFiles, 0).result, 1);
+  EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, "0 B"}));
+  EXPECT_EQ(Refresh(kFiles, 0, asking_for({9}).data()), 1);
+  EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, "3 B"}));
 }
 
 TEST_F(EntryTest, RefreshLeavesTheFlagAlone) {
   const std::string path = only_file("a", "1");
   ASSERT_TRUE(std::filesystem::remove(path));
-  EXPECT_EQ(Refresh(0, 0, kAllFacts.data()), 1);
-  EXPECT_EQ(GetFlag(0, 0), 0);
+  EXPECT_EQ(Refresh(kFiles, 0, kAllFacts.data()), 1);
+  EXPECT_EQ(GetFlag(kFiles, 0), 0);
   // What was known stays.
-  EXPECT_EQ(read_text(GetSize, 0, 0), (Text{1, "1 B"}));
-  session.find(0, "");
-  EXPECT_EQ(GetFlag(0, 0), -1);
+  EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, "1 B"}));
+  session.find(kFiles, "");
+  EXPECT_EQ(GetFlag(kFiles, 0), -1);
   session.folder.file("a", "22");
-  EXPECT_EQ(Refresh(0, -1, kAllFacts.data()), 1);
-  EXPECT_EQ(GetFlag(0, 0), -1);
-  EXPECT_EQ(read_text(GetSize, 0, 0), (Text{1, "2 B"}));
+  EXPECT_EQ(Refresh(kFiles, -1, kAllFacts.data()), 1);
+  EXPECT_EQ(GetFlag(kFiles, 0), -1);
+  EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, "2 B"}));
 }
 
 TEST_F(EntryTest, RefreshTakesAPositionOrMinusOne) {
-  session.fill(0, 3);
-  EXPECT_EQ(Refresh(0, -1, kAllFacts.data()), 3);
-  EXPECT_EQ(Refresh(0, 2, kAllFacts.data()), 1);
+  session.fill(kFiles, 3);
+  EXPECT_EQ(Refresh(kFiles, -1, kAllFacts.data()), 3);
+  EXPECT_EQ(Refresh(kFiles, 2, kAllFacts.data()), 1);
   for (int32_t index : {3, -2, INT32_MAX, INT32_MIN}) {
-    EXPECT_EQ(Refresh(0, index, kAllFacts.data()), -1) << index;
+    EXPECT_EQ(Refresh(kFiles, index, kAllFacts.data()), -1) << index;
   }
-  EXPECT_EQ(Refresh(1, -1, kAllFacts.data()), 0);
-  EXPECT_EQ(Refresh(1, 0, kAllFacts.data()), -1);
-  EXPECT_EQ(Refresh(0, 0, nullptr), -1);
+  EXPECT_EQ(Refresh(ZENFO_LIST_RUN_FILES, -1, kAllFacts.data()), 0);
+  EXPECT_EQ(Refresh(ZENFO_LIST_RUN_FILES, 0, kAllFacts.data()), -1);
+  EXPECT_EQ(Refresh(kFiles, 0, nullptr), -1);
   EXPECT_THAT(session.take_log(), IsEmpty());
 }
 
 TEST_F(EntryTest, RefreshKeepsTheState) {
-  session.fill(0, 2);
-  SetState(0, 1, 1);
-  Refresh(0, -1, kAllFacts.data());
-  EXPECT_EQ(GetState(0, 1), 1);
+  session.fill(kFiles, 2);
+  SetState(kFiles, 1, 1);
+  Refresh(kFiles, -1, kAllFacts.data());
+  EXPECT_EQ(GetState(kFiles, 1), 1);
 }
 
 TEST_F(EntryTest, ClearEmptiesOneListOnly) {
-  session.fill(0, 3);
-  session.fill(1, 2);
-  EXPECT_EQ(Clear(0), 1);
-  EXPECT_EQ(Clear(0), 1);
-  EXPECT_EQ(GetCount(0, -1), 0);
-  EXPECT_EQ(GetCount(1, -1), 2);
-  EXPECT_EQ(read_text(GetFullName, 0, 0), kNoText);
+  session.fill(kFiles, 3);
+  session.fill(ZENFO_LIST_RUN_FILES, 2);
+  EXPECT_EQ(Clear(kFiles), 1);
+  EXPECT_EQ(Clear(kFiles), 1);
+  EXPECT_EQ(GetCount(kFiles, -1), 0);
+  EXPECT_EQ(GetCount(ZENFO_LIST_RUN_FILES, -1), 2);
+  EXPECT_EQ(read_text(GetFullName, kFiles, 0), kNoText);
 }
 
 TEST_F(EntryTest, PositionsCountFromEitherEndInAnyOrder) {
   for (const char* name : {"a", "b", "c", "d", "e"}) {
     session.folder.file(name, "");
   }
-  session.find(0, "0~/a;b;c;d;e", kAllFacts);
+  session.find(kFiles, "0~/a;b;c;d;e", kAllFacts);
   for (uint32_t index : {4u, 0u, 2u, 3u, 2u, 1u, 4u, 3u, 0u}) {
-    EXPECT_EQ(read_text(GetFilename, 0, index).text,
+    EXPECT_EQ(read_text(GetFilename, kFiles, index).text,
               std::string(1, static_cast<char>('a' + index)));
   }
 }

@@ -21,11 +21,12 @@
 #include <elf.h>
 #endif
 
+namespace zenfo::test {
 namespace {
 
 std::map<int, std::string> expected_exports() {
   std::map<int, std::string> expected;
-  for (const zenfo::ExportRow& row : zenfo::kExportRows) {
+  for (const ExportRow& row : kExportRows) {
     expected[row.ordinal] = row.routine;
   }
   return expected;
@@ -47,10 +48,14 @@ static_assert(offsetof(TextCounts, words) == 4);
 static_assert(offsetof(TextCounts, lines) == 8);
 static_assert(sizeof(TextCounts) == 12);
 
+// Hosts that use the former names of the two file lists go on compiling.
+static_assert(ZENFO_LIST_OTHER_FILES == 0 && ZENFO_LIST_FILES_1 == 0);
+static_assert(ZENFO_LIST_RUN_FILES == 1 && ZENFO_LIST_FILES == 1);
+
 TEST(ExportTable, RowsRiseByOrdinalAndLeaveTheUnusedNumbersOut) {
   const std::set<int> unused = {21, 22, 49, 51, 54, 55, 58, 59, 62, 63};
   int last = 0;
-  for (const zenfo::ExportRow& row : zenfo::kExportRows) {
+  for (const ExportRow& row : kExportRows) {
     EXPECT_GT(row.ordinal, last) << row.routine;
     EXPECT_LE(row.ordinal, 117) << row.routine;
     EXPECT_FALSE(unused.contains(row.ordinal)) << row.routine;
@@ -59,7 +64,7 @@ TEST(ExportTable, RowsRiseByOrdinalAndLeaveTheUnusedNumbersOut) {
 }
 
 TEST(ExportTable, FailureIsMinusOneButForInitializeAndClear) {
-  for (const zenfo::ExportRow& row : zenfo::kExportRows) {
+  for (const ExportRow& row : kExportRows) {
     const std::string routine = row.routine;
     const bool zero = routine == "Initialize" || routine == "Clear" ||
                       routine == "CopyToClipboard";
@@ -134,7 +139,7 @@ int removed_bytes(void* address, int count) {
 }
 
 TEST(ExportDirectory, EveryCalleeRemovesExactlyItsArguments) {
-  for (const zenfo::ExportRow& row : zenfo::kExportRows) {
+  for (const ExportRow& row : kExportRows) {
     void* address = reinterpret_cast<void*>(
         GetProcAddress(engine(), MAKEINTRESOURCEA(row.ordinal)));
     ASSERT_NE(address, nullptr) << row.routine;
@@ -167,7 +172,7 @@ TEST(ImportDirectory, NamesSystemLibrariesOnly) {
 
 // The defined global functions of a shared object, from its symbol table.
 std::set<std::string> defined_functions(const std::string& path) {
-  const std::string image = zenfo::test::read_file(path);
+  const std::string image = read_file(path);
   Elf64_Ehdr header;
   std::memcpy(&header, image.data(), sizeof header);
   std::set<std::string> names;
@@ -202,3 +207,4 @@ TEST(SymbolTable, HoldsTheTablesRoutinesAndNothingElse) {
 #endif
 
 }  // namespace
+}  // namespace zenfo::test

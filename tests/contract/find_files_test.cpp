@@ -14,6 +14,8 @@
 #include <vector>
 
 #include "support/host_recorder.h"
+#include "support/lists.h"
+#include "support/matchers.h"
 #include "support/session.h"
 #include "support/temp_folder.h"
 #include "zenfofr130.h"
@@ -24,23 +26,18 @@
 namespace zenfo::test {
 namespace {
 
-using testing::Each;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
-
 class FindFilesTest : public testing::Test {
  protected:
-  // The names that a search appends to the empty list 0.
+  // The names that a search appends to the empty list.
   std::vector<std::string> found(std::string_view specification) {
-    Clear(0);
-    const int32_t count = session.find(0, specification);
-    auto names = session.names(0);
+    Clear(kFiles);
+    const int32_t count = session.find(kFiles, specification);
+    auto names = session.names(kFiles);
     EXPECT_EQ(count, static_cast<int32_t>(names.size())) << specification;
     return names;
   }
   int32_t find_into(const std::string& output, std::string_view specification) {
-    return FindFiles(0, session.spelled(specification).c_str(),
+    return FindFiles(kFiles, session.spelled(specification).c_str(),
                      kAllFacts.data(), output.c_str());
   }
   Session session;
@@ -78,9 +75,9 @@ TEST_F(FindFilesTest, RecycleBinsAreNotDescendedInto) {
   session.folder.file("x/Recycled/b", "");
   session.folder.file("x/c", "");
   EXPECT_THAT(found("1~/*"), ElementsAre("~/x/c"));
-  // As the start folder one is like any other.
+  // A recycle bin given as the start folder is searched like any other.
   EXPECT_THAT(found("0~/RECYCLER/*"), ElementsAre("~/RECYCLER/a"));
-  EXPECT_EQ(IsTrashed(0, 0), 1);
+  EXPECT_EQ(IsTrashed(kFiles, 0), 1);
 }
 
 TEST_F(FindFilesTest, ExtensionsAreNotAnsweredForShorterOnes) {
@@ -92,10 +89,10 @@ TEST_F(FindFilesTest, ExtensionsAreNotAnsweredForShorterOnes) {
   EXPECT_THAT(
       found("0~/*.ht*"),
       UnorderedElementsAre("~/index.html", "~/page.htm", "~/UPPER.HTM"));
-  EXPECT_THAT(found("0~/*.htm?"), testing::Contains("~/index.html"));
+  EXPECT_THAT(found("0~/*.htm?"), Contains("~/index.html"));
 }
 
-// Intended: an extension with a wildcard that does not stand last rejects.
+// A pattern whose extension has a wildcard before its end finds nothing.
 TEST_F(FindFilesTest, AWildcardInsideAnExtensionRejectsEveryExtension) {
   session.folder.file("page.htm", "");
   EXPECT_THAT(found("0~/*.h?m"), IsEmpty());
@@ -122,22 +119,22 @@ TEST_F(FindFilesTest, SpecificationsThatNameNothingFindNothing) {
         "0~/missing/a", "0~/a/*", "0*", "1;~/a", "0~/;~/a"}) {
     EXPECT_THAT(found(specification), IsEmpty()) << specification;
   }
-  EXPECT_EQ(FindFiles(0, nullptr, kAllFacts.data(), ""), 0);
+  EXPECT_EQ(FindFiles(kFiles, nullptr, kAllFacts.data(), ""), 0);
   EXPECT_THAT(session.take_log(), IsEmpty());
 }
 
 TEST_F(FindFilesTest, ResultsAreAppendedAndOnlyTheNewAreCounted) {
   session.folder.file("a", "");
   session.folder.file("b", "");
-  EXPECT_EQ(session.find(0, "0~/a"), 1);
-  EXPECT_EQ(session.find(0, "0~/*"), 2);
-  EXPECT_THAT(session.names(0), ElementsAre("~/a", "~/a", "~/b"));
+  EXPECT_EQ(session.find(kFiles, "0~/a"), 1);
+  EXPECT_EQ(session.find(kFiles, "0~/*"), 2);
+  EXPECT_THAT(session.names(kFiles), ElementsAre("~/a", "~/a", "~/b"));
 }
 
 TEST_F(FindFilesTest, NewEntriesAreNotSelected) {
   session.folder.file("a", "");
-  session.find(0, "0~/a");
-  EXPECT_EQ(GetState(0, 0), 0);
+  session.find(kFiles, "0~/a");
+  EXPECT_EQ(GetState(kFiles, 0), 0);
 }
 
 TEST_F(FindFilesTest, NamesOfManyKindsAreFound) {
@@ -147,10 +144,10 @@ TEST_F(FindFilesTest, NamesOfManyKindsAreFound) {
   std::vector<std::string> expected;
   for (const std::string& name : names) {
     session.folder.file(name, "x");
-    expected.push_back("~/" + zenfo::test::as_library_text(name));
+    expected.push_back("~/" + as_library_text(name));
   }
   EXPECT_THAT(found("0~/*"), testing::UnorderedElementsAreArray(expected));
-  EXPECT_EQ(GetFileFlagCount(0, 0), 5);
+  EXPECT_EQ(GetFileFlagCount(kFiles, 0), 5);
 }
 
 #ifndef _WIN32
@@ -189,9 +186,9 @@ TEST_F(FindFilesTest, DescendsThousandsOfFolders) {
     if (i == 999) write_file("at_1000", "x");
   }
   std::filesystem::current_path(back);
-  EXPECT_EQ(session.find(0, "1~/*"), 1);
-  EXPECT_EQ(read_text(GetFilename, 0, 0), (Text{1, "at_1000"}));
-  EXPECT_EQ(GetFlag(0, 0), 0);
+  EXPECT_EQ(session.find(kFiles, "1~/*"), 1);
+  EXPECT_EQ(read_text(GetFilename, kFiles, 0), (Text{1, "at_1000"}));
+  EXPECT_EQ(GetFlag(kFiles, 0), 0);
 }
 
 #endif
@@ -202,62 +199,63 @@ TEST_F(FindFilesTest, EachOptionByteAsksForItsFact) {
   session.folder.file("a.txt", "123");
   for (int byte = 0; byte < ZENFO_OPTION_COUNT; ++byte) {
     for (const unsigned char value : {1, 255}) {
-      Clear(0);
+      Clear(kFiles);
       Options options{};
       options[static_cast<size_t>(byte)] = value;
-      ASSERT_EQ(session.find(0, "0~/*", options), 1);
-      EXPECT_EQ(read_text(GetFilename, 0, 0).result, byte == 2 ? 1 : -1)
+      ASSERT_EQ(session.find(kFiles, "0~/*", options), 1);
+      EXPECT_EQ(read_text(GetFilename, kFiles, 0).result, byte == 2 ? 1 : -1)
           << byte;
-      EXPECT_EQ(read_text(GetDirectory, 0, 0).result, byte == 3 ? 1 : -1)
+      EXPECT_EQ(read_text(GetDirectory, kFiles, 0).result, byte == 3 ? 1 : -1)
           << byte;
-      EXPECT_EQ(read_text(GetType, 0, 0).result, byte == 4 ? 1 : -1) << byte;
-      EXPECT_EQ(read_text(GetSize, 0, 0).text, byte >= 5 ? "3 B" : "0 B")
+      EXPECT_EQ(read_text(GetType, kFiles, 0).result, byte == 4 ? 1 : -1)
           << byte;
-      EXPECT_EQ(GetFlag(0, 0), 0) << byte;
+      EXPECT_EQ(read_text(GetSize, kFiles, 0).text, byte >= 5 ? "3 B" : "0 B")
+          << byte;
+      EXPECT_EQ(GetFlag(kFiles, 0), 0) << byte;
     }
   }
 }
 
-TEST_F(FindFilesTest, TheWholeListIsGatheredAnewAndVanishedFilesAreFlagged) {
+TEST_F(FindFilesTest, TheWholeListIsGatheredAgainAndVanishedFilesAreFlagged) {
   const std::string gone = session.folder.file("gone", "1");
   session.folder.file("stays", "1");
-  ASSERT_EQ(session.find(0, "0~/gone;stays"), 2);
-  EXPECT_EQ(GetFileFlagCount(0, 0), 2);
+  ASSERT_EQ(session.find(kFiles, "0~/gone;stays"), 2);
+  EXPECT_EQ(GetFileFlagCount(kFiles, 0), 2);
   ASSERT_TRUE(std::filesystem::remove(gone));
   session.folder.file("stays", "22");
-  EXPECT_EQ(session.find(0, ""), 0);
-  EXPECT_EQ(GetFlag(0, 0), -1);
-  EXPECT_EQ(GetFlag(0, 1), 0);
-  EXPECT_EQ(read_text(GetSize, 0, 1), (Text{1, "2 B"}));
-  // Without that fact nothing is missing: the flag starts anew.
-  EXPECT_EQ(session.find(0, "", asking_for({2, 3})), 0);
-  EXPECT_EQ(GetFlag(0, 0), 0);
+  EXPECT_EQ(session.find(kFiles, ""), 0);
+  EXPECT_EQ(GetFlag(kFiles, 0), -1);
+  EXPECT_EQ(GetFlag(kFiles, 1), 0);
+  EXPECT_EQ(read_text(GetSize, kFiles, 1), (Text{1, "2 B"}));
+  // Without that fact nothing is missing: the flag is set again from 0.
+  EXPECT_EQ(session.find(kFiles, "", asking_for({2, 3})), 0);
+  EXPECT_EQ(GetFlag(kFiles, 0), 0);
 }
 
 TEST_F(FindFilesTest, ANameThatCannotBeDerivedIsFlagged) {
-  session.fill(0, 2);
-  SetFullName(0, 0, session.spelled("~/").c_str());
-  EXPECT_EQ(session.find(0, "", asking_for({2})), 0);
-  EXPECT_EQ(GetFlag(0, 0), -1);
-  EXPECT_EQ(GetFlag(0, 1), 0);
-  EXPECT_EQ(session.find(0, "", asking_for({3})), 0);
-  EXPECT_EQ(GetFlag(0, 0), 0);
+  session.fill(kFiles, 2);
+  SetFullName(kFiles, 0, session.spelled("~/").c_str());
+  EXPECT_EQ(session.find(kFiles, "", asking_for({2})), 0);
+  EXPECT_EQ(GetFlag(kFiles, 0), -1);
+  EXPECT_EQ(GetFlag(kFiles, 1), 0);
+  EXPECT_EQ(session.find(kFiles, "", asking_for({3})), 0);
+  EXPECT_EQ(GetFlag(kFiles, 0), 0);
 }
 
-TEST_F(FindFilesTest, StatusTextsTellTheTwoPasses) {
+TEST_F(FindFilesTest, StatusTextsNameTheTwoPasses) {
   HostRecorder host;
   session.folder.file("a", "");
-  session.find(0, "0~/a");
+  session.find(kFiles, "0~/a");
   EXPECT_THAT(host.statuses, ElementsAre("Now looking for files",
                                          "Now retrieving files attributes"));
 }
 
 TEST_F(FindFilesTest, TheFirstPassReportsResetsAndTheSecondItsPosition) {
-  session.fill(0, 250);
+  session.fill(kFiles, 250);
   // The whole list is gathered at each call: 101 entries or more report one
   // reset at least.
   HostRecorder host;
-  session.find(0, "", kNoFacts);
+  session.find(kFiles, "", kNoFacts);
   std::vector<uint32_t> expected;
   for (uint32_t i = 0; i <= 250; i += 2) expected.push_back(i);
   size_t resets = 0;
@@ -280,12 +278,12 @@ TEST_F(FindFilesTest, TheFirstPassReportsResetsAndTheSecondItsPosition) {
 
 TEST_F(FindFilesTest, TakesOnlyListsThatMayHoldFiles) {
   session.folder.file("a", "");
-  for (int32_t list : {0, 1, 2, 4, 6, 7}) {
+  for (int32_t list : kFileLists) {
     EXPECT_EQ(session.find(list, "0~/a"), 1) << list;
     EXPECT_EQ(GetCount(list, -1), 1) << list;
   }
   EXPECT_THAT(session.take_log(), IsEmpty());
-  for (int32_t list : {3, 5, 8, 9, 10}) {
+  for (int32_t list : kNoFileLists) {
     EXPECT_EQ(session.find(list, "0~/a"), -1) << list;
     EXPECT_EQ(GetCount(list, -1), 0) << list;
     EXPECT_THAT(session.take_log(),
@@ -296,15 +294,15 @@ TEST_F(FindFilesTest, TakesOnlyListsThatMayHoldFiles) {
 
 TEST_F(FindFilesTest, RefusesMissingArgumentsInTheirOrder) {
   HostRecorder host;
-  EXPECT_EQ(FindFiles(3, nullptr, nullptr, nullptr), -1);
+  EXPECT_EQ(FindFiles(ZENFO_LIST_UNDO, nullptr, nullptr, nullptr), -1);
   EXPECT_THAT(session.take_log(),
               ElementsAre(LogRecord{"The list pointer is NULL",
                                     "Getting list pointer", "FindFiles"}));
-  EXPECT_EQ(FindFiles(0, "", nullptr, nullptr), -1);
+  EXPECT_EQ(FindFiles(kFiles, "", nullptr, nullptr), -1);
   EXPECT_THAT(session.take_log(),
               ElementsAre(LogRecord{"The file parameter list pointer is NULL",
                                     "Getting file infos", "FindFiles"}));
-  EXPECT_EQ(FindFiles(0, "", kAllFacts.data(), nullptr), -1);
+  EXPECT_EQ(FindFiles(kFiles, "", kAllFacts.data(), nullptr), -1);
   EXPECT_THAT(session.take_log(),
               ElementsAre(LogRecord{"The output filename pointer is NULL",
                                     "Getting target filename", "FindFiles"}));
@@ -323,7 +321,7 @@ TEST_F(FindFilesTest, AnOutputFileTakesThePathsInsteadOfTheList) {
   EXPECT_EQ(read_file(output), session.spelled("~/in/a.txt") + "\r\n" +
                                    session.spelled("~/in/b.txt") + "\r\n" +
                                    session.spelled("~/in/a.txt") + "\r\n");
-  EXPECT_EQ(GetCount(0, -1), 0);
+  EXPECT_EQ(GetCount(kFiles, -1), 0);
   EXPECT_THAT(host.statuses,
               ElementsAre("Now looking for files", "Now counting entries"));
 }
@@ -353,7 +351,7 @@ TEST_F(FindFilesTest, AnOutputFileThatCannotBeWrittenAnswersMinusOne) {
 // Brings the poll counter of the walks to its start.
 void start_polls(HostRecorder& host) {
   const int before = host.interrupt_polls;
-  while (host.interrupt_polls == before) SetState(7, -1, 1);
+  while (host.interrupt_polls == before) SetState(ZENFO_LIST_ERROR, -1, 1);
 }
 
 class FindFilesStopTest : public FindFilesTest {
@@ -365,7 +363,7 @@ class FindFilesStopTest : public FindFilesTest {
 #endif
 
   FindFilesStopTest() {
-    session.fill(7, 1);
+    session.fill(ZENFO_LIST_ERROR, 1);
     session.folder.file("many/f", "");
     for (int i = 0; i < 150; ++i) specification += i == 0 ? "f" : ";f";
   }
@@ -374,8 +372,8 @@ class FindFilesStopTest : public FindFilesTest {
   std::vector<int32_t> answers(const std::function<int32_t()>& operation) {
     std::vector<int32_t> all;
     for (int stop = 0;; ++stop) {
-      Clear(0);
-      Clear(1);
+      Clear(kFiles);
+      Clear(ZENFO_LIST_RUN_FILES);
       HostRecorder host;
       start_polls(host);
       int polls = 0;
@@ -389,12 +387,12 @@ class FindFilesStopTest : public FindFilesTest {
 };
 
 TEST_F(FindFilesStopTest, StopsAnswerMinusOneInTheWalkAndZeroInThePasses) {
-  // Polls 101, 202, 303, 404 of the 150 + 150 + 150, natively behind those of
+  // Polls 101, 202, 303, 404 of the 150 + 150 + 150, natively after those of
   // the names read: one in the walk, two in the first pass, one in the second.
   std::vector<int32_t> left;
   const auto all = answers([&] {
-    const int32_t answer = session.find(0, specification, kNoFacts);
-    left.push_back(GetCount(0, -1));
+    const int32_t answer = session.find(kFiles, specification, kNoFacts);
+    left.push_back(GetCount(kFiles, -1));
     return answer;
   });
   EXPECT_THAT(all, ElementsAre(-1, 0, 0, 0, 150));
@@ -406,7 +404,7 @@ TEST_F(FindFilesStopTest, AStoppedWalkDoesNotGatherFacts) {
   start_polls(host);
   host.statuses.clear();
   host.interrupt = [] { return 1; };
-  EXPECT_EQ(session.find(0, specification), -1);
+  EXPECT_EQ(session.find(kFiles, specification), -1);
   EXPECT_THAT(host.statuses, ElementsAre("Now looking for files"));
 }
 
@@ -427,7 +425,7 @@ TEST_F(FindFilesStopTest, TheWalkThroughFoldersIsPolledToo) {
   for (int i = 0; i < 120; ++i) {
     session.folder.folder("tree/" + std::to_string(i));
   }
-  auto all = answers([&] { return session.find(0, "1~/tree/*"); });
+  auto all = answers([&] { return session.find(kFiles, "1~/tree/*"); });
   // The names "." and ".." in each are answers too.
   EXPECT_GE(all.size(), 5u);
   EXPECT_EQ(all.back(), 0);
@@ -446,7 +444,7 @@ TEST_F(FindFilesStopTest, AnswersThatAreNotWantedArePolledToo) {
   }
   for (const char* search : {"0~/flat/*", "1~/files/none", "0~/points/*"}) {
     SCOPED_TRACE(search);
-    const auto all = answers([&] { return session.find(0, search); });
+    const auto all = answers([&] { return session.find(kFiles, search); });
     EXPECT_EQ(all.front(), -1);
     EXPECT_GE(all.back(), 0);
     EXPECT_EQ(all.size(), 2u) << "polled once in about 120 answers";
@@ -454,11 +452,12 @@ TEST_F(FindFilesStopTest, AnswersThatAreNotWantedArePolledToo) {
 }
 
 TEST_F(FindFilesStopTest, AddFileToListAnswersZeroAndKeepsWhatWasAdded) {
-  session.find(4, specification, kNoFacts);
-  ASSERT_EQ(GetCount(4, -1), 150);
+  session.find(ZENFO_LIST_RESULT, specification, kNoFacts);
+  ASSERT_EQ(GetCount(ZENFO_LIST_RESULT, -1), 150);
   EXPECT_THAT(answers([&] {
-                const int32_t answer = AddFileToList(4, 1, kNoFacts.data());
-                EXPECT_EQ(GetCount(1, -1), 150);
+                const int32_t answer = AddFileToList(
+                    ZENFO_LIST_RESULT, ZENFO_LIST_RUN_FILES, kNoFacts.data());
+                EXPECT_EQ(GetCount(ZENFO_LIST_RUN_FILES, -1), 150);
                 return answer;
               }),
               ElementsAre(0, 150));
@@ -472,10 +471,10 @@ class AddFileToListTest : public testing::Test {
     for (const char* name : {"a", "b", "c", "d"}) {
       session.folder.file(name, name);
     }
-    session.find(0, "0~/a;b;c;d");
+    session.find(kFiles, "0~/a;b;c;d");
     host.statuses.clear();
   }
-  // Adds list 0 to list 1 with these answers to the questions in turn.
+  // Adds one list to the other with these answers to the questions in turn.
   int32_t add(std::vector<int32_t> answers,
               const Options& options = kAllFacts) {
     size_t asked = 0;
@@ -483,7 +482,8 @@ class AddFileToListTest : public testing::Test {
     host.answer_file = [&](const std::string&) {
       return asked < answers.size() ? answers[asked++] : 99;
     };
-    const int32_t added = AddFileToList(0, 1, options.data());
+    const int32_t added =
+        AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, options.data());
     EXPECT_EQ(host.file_questions.size(), answers.size());
     return added;
   }
@@ -493,7 +493,7 @@ class AddFileToListTest : public testing::Test {
 
 TEST_F(AddFileToListTest, YesAddsAndNoSkipsEachFile) {
   EXPECT_EQ(add({1, 0, 1, 0}), 2);
-  EXPECT_THAT(session.names(1), ElementsAre("~/a", "~/c"));
+  EXPECT_THAT(session.names(ZENFO_LIST_RUN_FILES), ElementsAre("~/a", "~/c"));
   EXPECT_THAT(host.file_questions,
               ElementsAre(session.spelled("~/a"), session.spelled("~/b"),
                           session.spelled("~/c"), session.spelled("~/d")));
@@ -501,12 +501,13 @@ TEST_F(AddFileToListTest, YesAddsAndNoSkipsEachFile) {
 
 TEST_F(AddFileToListTest, NoToAllSkipsThisAndAllLaterUnasked) {
   EXPECT_EQ(add({1, 2}), 1);
-  EXPECT_THAT(session.names(1), ElementsAre("~/a"));
+  EXPECT_THAT(session.names(ZENFO_LIST_RUN_FILES), ElementsAre("~/a"));
 }
 
 TEST_F(AddFileToListTest, YesToAllAddsThisAndAllLaterUnasked) {
   EXPECT_EQ(add({0, 3}), 3);
-  EXPECT_THAT(session.names(1), ElementsAre("~/b", "~/c", "~/d"));
+  EXPECT_THAT(session.names(ZENFO_LIST_RUN_FILES),
+              ElementsAre("~/b", "~/c", "~/d"));
 }
 
 TEST_F(AddFileToListTest, TheAnswersForAllHoldForOneCallOnly) {
@@ -519,9 +520,9 @@ TEST_F(AddFileToListTest, AnyOtherAnswerIsInvalid) {
   const LogRecord invalid = {"Invalid option", "Checking user option",
                              "AddFileToList"};
   for (int32_t answer : {-1, 4, INT32_MAX, INT32_MIN}) {
-    Clear(1);
+    Clear(ZENFO_LIST_RUN_FILES);
     EXPECT_EQ(add({answer}), -1) << answer;
-    EXPECT_EQ(GetCount(1, -1), 0) << answer;
+    EXPECT_EQ(GetCount(ZENFO_LIST_RUN_FILES, -1), 0) << answer;
     EXPECT_THAT(session.take_log(), ElementsAre(invalid)) << answer;
   }
   EXPECT_EQ(add({1, 7}), -1);
@@ -531,68 +532,70 @@ TEST_F(AddFileToListTest, AnyOtherAnswerIsInvalid) {
 TEST_F(AddFileToListTest, WithoutAQuestionCallbackTheAnswerIsInvalid) {
   CallbackTable none{};
   SetCallBacks(&none);
-  EXPECT_EQ(AddFileToList(0, 1, kAllFacts.data()), -1);
+  EXPECT_EQ(AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, kAllFacts.data()), -1);
   EXPECT_THAT(session.take_log(),
               ElementsAre(LogRecord{"Invalid option", "Checking user option",
                                     "AddFileToList"}));
-  // With nothing to ask about nothing is missing.
-  EXPECT_EQ(AddFileToList(4, 1, kAllFacts.data()), 0);
+  // With an empty source no question is asked, so no callback is missing.
+  EXPECT_EQ(
+      AddFileToList(ZENFO_LIST_RESULT, ZENFO_LIST_RUN_FILES, kAllFacts.data()),
+      0);
 }
 
 TEST_F(AddFileToListTest, TheSourceMayBeTheTarget) {
   host.answer_file = [](const std::string&) { return 1; };
-  EXPECT_EQ(AddFileToList(0, 0, kAllFacts.data()), 4);
+  EXPECT_EQ(AddFileToList(kFiles, kFiles, kAllFacts.data()), 4);
   EXPECT_EQ(host.file_questions.size(), 4u);
-  EXPECT_THAT(session.names(0), ElementsAre("~/a", "~/b", "~/c", "~/d", "~/a",
-                                            "~/b", "~/c", "~/d"));
+  EXPECT_THAT(session.names(kFiles), ElementsAre("~/a", "~/b", "~/c", "~/d",
+                                                 "~/a", "~/b", "~/c", "~/d"));
 }
 
-// Appending takes the arranged order away.
+// Appending ends the sorted order.
 TEST_F(AddFileToListTest, AnArrangedListIsAddedToItselfInItsOrder) {
-  ASSERT_EQ(Sort(0, 10, 1), 1);
-  ASSERT_THAT(session.names(0), ElementsAre("~/d", "~/c", "~/b", "~/a"));
+  ASSERT_EQ(Sort(kFiles, 10, 1), 1);
+  ASSERT_THAT(session.names(kFiles), ElementsAre("~/d", "~/c", "~/b", "~/a"));
   host.answer_file = [](const std::string&) { return 1; };
-  EXPECT_EQ(AddFileToList(0, 0, kNoFacts.data()), 4);
+  EXPECT_EQ(AddFileToList(kFiles, kFiles, kNoFacts.data()), 4);
   EXPECT_THAT(host.file_questions,
               ElementsAre(session.spelled("~/d"), session.spelled("~/c"),
                           session.spelled("~/b"), session.spelled("~/a")));
-  EXPECT_THAT(session.names(0), ElementsAre("~/a", "~/b", "~/c", "~/d", "~/d",
-                                            "~/c", "~/b", "~/a"));
+  EXPECT_THAT(session.names(kFiles), ElementsAre("~/a", "~/b", "~/c", "~/d",
+                                                 "~/d", "~/c", "~/b", "~/a"));
 }
 
-// Half a million entries: any look through the list for each of them would
+// Half a million entries: a search through the list for each of them would
 // take minutes.
 TEST_F(AddFileToListTest, AListIsDoubledInTimeThatGrowsWithIt) {
   host.answer_file = [](const std::string&) { return 3; };
   for (int32_t count = 4; count < 500'000; count *= 2) {
-    ASSERT_EQ(AddFileToList(0, 0, kNoFacts.data()), count);
+    ASSERT_EQ(AddFileToList(kFiles, kFiles, kNoFacts.data()), count);
   }
-  EXPECT_EQ(read_text(GetFullName, 0, 500'000),
+  EXPECT_EQ(read_text(GetFullName, kFiles, 500'000),
             (Text{1, session.spelled("~/a")}));
 }
 
 TEST_F(AddFileToListTest, FactsAreGatheredForTheAddedEntriesOnly) {
-  session.find(1, "0~/a", kNoFacts);
+  session.find(ZENFO_LIST_RUN_FILES, "0~/a", kNoFacts);
   EXPECT_EQ(add({0, 1, 2}, asking_for({2, 5})), 1);
-  EXPECT_EQ(read_text(GetFilename, 1, 0), kNoText);
-  EXPECT_EQ(read_text(GetFilename, 1, 1), (Text{1, "b"}));
-  EXPECT_EQ(read_text(GetDirectory, 1, 1), kNoText);
-  EXPECT_EQ(read_text(GetSize, 1, 1), (Text{1, "1 B"}));
-  EXPECT_EQ(GetFlag(1, 1), 0);
+  EXPECT_EQ(read_text(GetFilename, ZENFO_LIST_RUN_FILES, 0), kNoText);
+  EXPECT_EQ(read_text(GetFilename, ZENFO_LIST_RUN_FILES, 1), (Text{1, "b"}));
+  EXPECT_EQ(read_text(GetDirectory, ZENFO_LIST_RUN_FILES, 1), kNoText);
+  EXPECT_EQ(read_text(GetSize, ZENFO_LIST_RUN_FILES, 1), (Text{1, "1 B"}));
+  EXPECT_EQ(GetFlag(ZENFO_LIST_RUN_FILES, 1), 0);
 }
 
 TEST_F(AddFileToListTest, NewEntriesCopyTheNameAlone) {
-  SetState(0, -1, 1);
+  SetState(kFiles, -1, 1);
   EXPECT_EQ(add({3}, kNoFacts), 4);
-  EXPECT_EQ(GetState(1, 0), 0);
-  EXPECT_EQ(read_text(GetFilename, 1, 0), kNoText);
+  EXPECT_EQ(GetState(ZENFO_LIST_RUN_FILES, 0), 0);
+  EXPECT_EQ(read_text(GetFilename, ZENFO_LIST_RUN_FILES, 0), kNoText);
 }
 
 TEST_F(AddFileToListTest, AVanishedFileIsAddedAndFlagged) {
   ASSERT_TRUE(std::filesystem::remove(session.folder.path("b")));
   EXPECT_EQ(add({3}), 4);
-  EXPECT_EQ(GetFlag(1, 0), 0);
-  EXPECT_EQ(GetFlag(1, 1), -1);
+  EXPECT_EQ(GetFlag(ZENFO_LIST_RUN_FILES, 0), 0);
+  EXPECT_EQ(GetFlag(ZENFO_LIST_RUN_FILES, 1), -1);
 }
 
 TEST_F(AddFileToListTest, StatusTextsComeBeforeTheQuestionsAndTheFacts) {
@@ -610,15 +613,15 @@ TEST_F(AddFileToListTest, RefusesMissingListsAndOptions) {
   auto refused = [](const char* message, const char* context) {
     return LogRecord{message, context, "AddFileToList"};
   };
-  EXPECT_EQ(AddFileToList(3, 5, nullptr), -1);
+  EXPECT_EQ(AddFileToList(ZENFO_LIST_UNDO, ZENFO_LIST_MATCHES, nullptr), -1);
   EXPECT_THAT(session.take_log(),
               ElementsAre(refused("The source list pointer is NULL",
                                   "Getting list pointer")));
-  EXPECT_EQ(AddFileToList(0, 5, nullptr), -1);
+  EXPECT_EQ(AddFileToList(kFiles, ZENFO_LIST_MATCHES, nullptr), -1);
   EXPECT_THAT(session.take_log(),
               ElementsAre(refused("The target list pointer is NULL",
                                   "Getting list pointer")));
-  EXPECT_EQ(AddFileToList(0, 1, nullptr), -1);
+  EXPECT_EQ(AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, nullptr), -1);
   EXPECT_THAT(session.take_log(),
               ElementsAre(refused("The file parameter list pointer is NULL",
                                   "Getting file infos")));
@@ -627,11 +630,12 @@ TEST_F(AddFileToListTest, RefusesMissingListsAndOptions) {
 
 TEST_F(AddFileToListTest, TheHostMayRenameTheEntryItIsAskedAbout) {
   host.answer_file = [](const std::string&) {
-    SetFullName(0, 0, "renamed while it was asked about, and quite long too");
+    SetFullName(kFiles, 0,
+                "renamed while it was asked about, and quite long too");
     return 1;
   };
-  EXPECT_EQ(AddFileToList(0, 1, kNoFacts.data()), 4);
-  EXPECT_EQ(session.names(1)[0], "~/a");
+  EXPECT_EQ(AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, kNoFacts.data()), 4);
+  EXPECT_EQ(session.names(ZENFO_LIST_RUN_FILES)[0], "~/a");
 }
 
 }  // namespace

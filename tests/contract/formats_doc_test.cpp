@@ -17,16 +17,11 @@
 
 #include "support/document.h"
 #include "support/list_test.h"
+#include "support/matchers.h"
 #include "zenfofr130.h"
 
+namespace zenfo::test {
 namespace {
-
-using testing::ElementsAre;
-using zenfo::test::fenced_blocks;
-using zenfo::test::ListTest;
-using zenfo::test::read_file;
-using zenfo::test::Texts;
-using zenfo::test::with_bytes;
 
 constexpr char kDocument[] = "docs/formats.md";
 constexpr char kFolderInDocument[] = "/home/ann";
@@ -107,9 +102,9 @@ TEST_F(Formats, ClassesAreReadAsShown) {
 TEST_F(Formats, FileListIsReadAndWrittenAsShown) {
   const std::array<unsigned char, ZENFO_OPTION_COUNT> no_facts{};
   ASSERT_EQ(LoadFileList(in("file-list").c_str(), no_facts.data()), 3);
-  EXPECT_THAT(texts(GetFullName, ZENFO_LIST_FILES),
+  EXPECT_THAT(texts(GetFullName, ZENFO_LIST_RUN_FILES),
               ElementsAre("notes.txt", "about.txt", "old notes.txt"));
-  SetState(ZENFO_LIST_FILES, -1, 1);
+  SetState(ZENFO_LIST_RUN_FILES, -1, 1);
   EXPECT_EQ(SaveFileList("out"), 3);
   EXPECT_EQ(out(), example("file-list"));
 }
@@ -179,7 +174,7 @@ TEST_F(Formats, ReplaceListIsReadAndWrittenAsShown) {
 }
 
 TEST(FormatsDocument, ShowsNoExampleThatIsNotRun) {
-  std::istringstream document(zenfo::test::read_source(kDocument));
+  std::istringstream document(read_source(kDocument));
   std::set<std::string> marks;
   for (std::string line; std::getline(document, line);) {
     if (line.starts_with("```") && line != "```") marks.insert(line.substr(3));
@@ -191,5 +186,6 @@ TEST(FormatsDocument, ShowsNoExampleThatIsNotRun) {
 }
 
 }  // namespace
+}  // namespace zenfo::test
 
 #endif  // __linux__

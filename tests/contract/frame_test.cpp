@@ -12,19 +12,14 @@
 
 #include "support/export_calls.h"
 #include "support/host_recorder.h"
+#include "support/lists.h"
+#include "support/matchers.h"
 #include "support/session.h"
 #include "support/temp_folder.h"
 #include "zenfofr130.h"
 
 namespace zenfo::test {
 namespace {
-
-using testing::Each;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
-
-constexpr int32_t kAllLists[] = {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
 
 bool is_routine(const ExportCall& call, std::string_view name) {
   return call.row->routine == name;
@@ -40,18 +35,18 @@ TEST(Initialize, AnswersOneAndLeavesAllListsEmpty) {
 
 TEST(Initialize, TwiceInARowEmptiesTheListsAndForgetsTheErrorFile) {
   Session session;
-  session.fill(ZENFO_LIST_FILES_1, 3);
+  session.fill(kFiles, 3);
   session.fill(ZENFO_LIST_ERROR, 2);
   EXPECT_EQ(Initialize(), 1);
   for (int32_t list : kAllLists) EXPECT_EQ(GetCount(list, -1), 0) << list;
-  EXPECT_EQ(Clear(11), 0);
+  EXPECT_EQ(Clear(kNoList), 0);
   EXPECT_FALSE(file_exists(session.error_file()));
 }
 
 TEST(Initialize, KeepsTheCallbacks) {
   HostRecorder host;
   Session session;
-  GetCount(0, -1);
+  GetCount(kFiles, -1);
   EXPECT_THAT(host.statuses, ElementsAre("Now counting entries"));
 }
 
@@ -68,7 +63,7 @@ TEST(Terminate, KeepsTheCallbacks) {
   Initialize();
   Terminate();
   Initialize();
-  GetCount(0, -1);
+  GetCount(kFiles, -1);
   EXPECT_THAT(host.statuses, SizeIs(1));
   Terminate();
 }
@@ -76,11 +71,11 @@ TEST(Terminate, KeepsTheCallbacks) {
 TEST(Terminate, LeavesNothingToClearAndNowhereToLogIt) {
   Session session;
   Terminate();
-  EXPECT_EQ(Clear(0), 0);
+  EXPECT_EQ(Clear(kFiles), 0);
   EXPECT_FALSE(file_exists(session.error_file()));
 }
 
-// Every operation answers its failure value where there is nothing.
+// Without a library every operation answers its failure value.
 void expect_failures_of_all(const char* when) {
   for (const ExportCall& call : export_calls()) {
     if (is_routine(call, "Initialize") || is_routine(call, "Terminate") ||
@@ -112,7 +107,7 @@ TEST(EveryExport, SurvivesZerosAndNullsForAllArguments) {
   for (const bool with_records : {false, true}) {
     Session session;
     if (with_records) {
-      for (int32_t list : {0, 1, 2, 4, 6, 7}) session.fill(list, 2);
+      for (int32_t list : kFileLists) session.fill(list, 2);
     }
     for (const ExportCall& call : export_calls()) {
       if (!is_routine(call, "Terminate")) call.with_zeros();
@@ -128,7 +123,7 @@ TEST(EveryExport, WorksWithoutAnErrorFile) {
   for (const ExportCall& call : export_calls()) {
     if (!is_routine(call, "Terminate")) call.with_zeros();
   }
-  EXPECT_EQ(Clear(11), 0);
+  EXPECT_EQ(Clear(kNoList), 0);
   Terminate();
 }
 
@@ -136,7 +131,7 @@ TEST(EveryExport, WorksWithoutAnErrorFile) {
 
 TEST(ListNumbers, UnknownOnesLeaveTheRegistrysRecordWithAnEmptyMessage) {
   Session session;
-  for (int32_t list : {11, -1, INT32_MAX, INT32_MIN}) {
+  for (int32_t list : {kNoList, -1, INT32_MAX, INT32_MIN}) {
     EXPECT_EQ(GetState(list, 0), -1);
     EXPECT_THAT(session.take_log(), ElementsAre(unknown_list())) << list;
   }
@@ -147,33 +142,33 @@ TEST(ListNumbers, UnknownOnesLeaveOneRecordInSilentOperations) {
   char buffer[64];
   const Options& options = kAllFacts;
   const std::function<int32_t()> calls[] = {
-      [&] { return GetFilename(11, 0, buffer, 64); },
-      [&] { return GetFullName(11, 0, buffer, 64); },
-      [&] { return SetFullName(11, 0, "x"); },
-      [&] { return SetFullName(11, 0, nullptr); },
-      [&] { return GetDirectory(11, 0, buffer, 64); },
-      [&] { return GetType(11, 0, buffer, 64); },
-      [&] { return GetCTime(11, 0, buffer, 64); },
-      [&] { return GetATime(11, 0, buffer, 64); },
-      [&] { return GetMTime(11, 0, buffer, 64); },
-      [&] { return GetSize(11, 0, buffer, 64); },
-      [&] { return GetAttributes(11, 0, buffer, 64); },
-      [&] { return SetState(11, 0, 1); },
-      [&] { return GetState(11, 0); },
-      [&] { return GetFlag(11, 0); },
-      [&] { return IsTrashed(11, 0); },
-      [&] { return GetCount(11, -1); },
-      [&] { return GetFileFlagCount(11, 0); },
-      [&] { return Refresh(11, 0, options.data()); },
-      [&] { return GetSizeSelection(11, buffer, nullptr); },
-      [&] { return GetSizeTotal(11, buffer, nullptr); },
-      [&] { return FindInFiles(11, "x", 0, 0, 0); },
-      [&] { return GetIcon(11, 0, nullptr, nullptr); },
-      [&] { return GetMatchOffset(11, 0, buffer, 64); },
-      [&] { return GetMatchLength(11, 0, buffer, 64); },
-      [&] { return GetMatchText(11, 0, buffer, 59); },
-      [&] { return GetMatchReplace(11, 0, buffer, 59); },
-      [&] { return get_match_flag(11, 0); },
+      [&] { return GetFilename(kNoList, 0, buffer, 64); },
+      [&] { return GetFullName(kNoList, 0, buffer, 64); },
+      [&] { return SetFullName(kNoList, 0, "x"); },
+      [&] { return SetFullName(kNoList, 0, nullptr); },
+      [&] { return GetDirectory(kNoList, 0, buffer, 64); },
+      [&] { return GetType(kNoList, 0, buffer, 64); },
+      [&] { return GetCTime(kNoList, 0, buffer, 64); },
+      [&] { return GetATime(kNoList, 0, buffer, 64); },
+      [&] { return GetMTime(kNoList, 0, buffer, 64); },
+      [&] { return GetSize(kNoList, 0, buffer, 64); },
+      [&] { return GetAttributes(kNoList, 0, buffer, 64); },
+      [&] { return SetState(kNoList, 0, 1); },
+      [&] { return GetState(kNoList, 0); },
+      [&] { return GetFlag(kNoList, 0); },
+      [&] { return IsTrashed(kNoList, 0); },
+      [&] { return GetCount(kNoList, -1); },
+      [&] { return GetFileFlagCount(kNoList, 0); },
+      [&] { return Refresh(kNoList, 0, options.data()); },
+      [&] { return GetSizeSelection(kNoList, buffer, nullptr); },
+      [&] { return GetSizeTotal(kNoList, buffer, nullptr); },
+      [&] { return FindInFiles(kNoList, "x", 0, 0, 0); },
+      [&] { return GetIcon(kNoList, 0, nullptr, nullptr); },
+      [&] { return GetMatchOffset(kNoList, 0, buffer, 64); },
+      [&] { return GetMatchLength(kNoList, 0, buffer, 64); },
+      [&] { return GetMatchText(kNoList, 0, buffer, 59); },
+      [&] { return GetMatchReplace(kNoList, 0, buffer, 59); },
+      [&] { return get_match_flag(kNoList, 0); },
   };
   int number = 0;
   for (const auto& call : calls) {
@@ -186,7 +181,7 @@ TEST(ListNumbers, UnknownOnesLeaveOneRecordInSilentOperations) {
 TEST(ListNumbers, UnknownOnesLeaveTwoRecordsInOperationsThatLog) {
   Session session;
   const Options& options = kAllFacts;
-  EXPECT_EQ(Clear(11), 0);
+  EXPECT_EQ(Clear(kNoList), 0);
   EXPECT_THAT(
       session.take_log(),
       ElementsAre(unknown_list(), LogRecord{"The list pointer is NULL",
@@ -196,12 +191,12 @@ TEST(ListNumbers, UnknownOnesLeaveTwoRecordsInOperationsThatLog) {
               ElementsAre(unknown_list(),
                           LogRecord{"The list pointer is NULL",
                                     "Getting list pointer", "FindFiles"}));
-  EXPECT_EQ(AddFileToList(11, 12, options.data()), -1);
+  EXPECT_EQ(AddFileToList(kNoList, kNoList, options.data()), -1);
   EXPECT_THAT(session.take_log(),
               ElementsAre(unknown_list(),
                           LogRecord{"The source list pointer is NULL",
                                     "Getting list pointer", "AddFileToList"}));
-  EXPECT_EQ(AddFileToList(0, 12, options.data()), -1);
+  EXPECT_EQ(AddFileToList(kFiles, kNoList, options.data()), -1);
   EXPECT_THAT(session.take_log(),
               ElementsAre(unknown_list(),
                           LogRecord{"The target list pointer is NULL",
@@ -226,7 +221,7 @@ std::string stamp_now() {
 TEST(ErrorFile, HoldsTwoErrorsInARowAsTwoRecordsByteForByte) {
   Session session;
   const std::string before = stamp_now();
-  Clear(11);
+  Clear(kNoList);
   const std::string after = stamp_now();
   const std::string bytes = read_file(session.error_file());
   LogReader reader(bytes);
@@ -252,9 +247,9 @@ TEST(ErrorFile, HoldsTwoErrorsInARowAsTwoRecordsByteForByte) {
 TEST(ErrorFile, IsAppendedToAndNeverTruncated) {
   Session session;
   write_file(session.error_file(), "what was there\n");
-  GetState(11, 0);
+  GetState(kNoList, 0);
   SetErrorFile(session.error_file().c_str());
-  GetState(11, 0);
+  GetState(kNoList, 0);
   const std::string bytes = read_file(session.error_file());
   const std::string old = "what was there\n";
   ASSERT_EQ(bytes.substr(0, old.size()), old);
@@ -264,9 +259,9 @@ TEST(ErrorFile, IsAppendedToAndNeverTruncated) {
 
 TEST(ErrorFile, MayBeReadAndDeletedBetweenTwoErrors) {
   Session session;
-  GetState(11, 0);
+  GetState(kNoList, 0);
   ASSERT_TRUE(std::filesystem::remove(session.error_file()));
-  GetState(11, 0);
+  GetState(kNoList, 0);
   EXPECT_THAT(session.take_log(), ElementsAre(unknown_list()));
 }
 
@@ -274,23 +269,23 @@ TEST(ErrorFile, ThatCannotBeWrittenChangesNoAnswer) {
   Session session;
   const std::string nowhere = session.folder.path("missing/errors.txt");
   EXPECT_EQ(SetErrorFile(nowhere.c_str()), 1);
-  EXPECT_EQ(Clear(11), 0);
+  EXPECT_EQ(Clear(kNoList), 0);
   EXPECT_EQ(SetErrorFile(session.folder.path().c_str()), 1);
-  EXPECT_EQ(Clear(11), 0);
+  EXPECT_EQ(Clear(kNoList), 0);
   EXPECT_FALSE(file_exists(nowhere));
 }
 
 TEST(SetErrorFile, EmptySwitchesLoggingOff) {
   Session session;
   EXPECT_EQ(SetErrorFile(""), 1);
-  Clear(11);
+  Clear(kNoList);
   EXPECT_THAT(session.take_log(), IsEmpty());
 }
 
 TEST(SetErrorFile, NullKeepsTheFileSetBefore) {
   Session session;
   EXPECT_EQ(SetErrorFile(nullptr), 1);
-  GetState(11, 0);
+  GetState(kNoList, 0);
   EXPECT_THAT(session.take_log(), ElementsAre(unknown_list()));
 }
 
@@ -300,7 +295,7 @@ TEST(SetErrorFile, AnotherNameTakesOverAndTheNameIsCopied) {
   EXPECT_EQ(SetErrorFile(name.c_str()), 1);
   const std::string kept = name;
   name.assign(name.size(), '?');
-  GetState(11, 0);
+  GetState(kNoList, 0);
   EXPECT_THAT(session.take_log(), IsEmpty());
   EXPECT_THAT(LogReader(read_file(kept)).records(),
               ElementsAre(unknown_list()));
@@ -323,7 +318,7 @@ TEST(SetCallBacks, NullIsLoggedAndChangesNothing) {
       session.take_log(),
       ElementsAre(LogRecord{"Pointer structure not initialised",
                             "Setting callback pointers", "SetCallBacks"}));
-  GetCount(0, -1);
+  GetCount(kFiles, -1);
   EXPECT_THAT(host.statuses, SizeIs(1));
 }
 
@@ -331,7 +326,7 @@ TEST(SetCallBacks, WorksBeforeInitialize) {
   Terminate();
   HostRecorder host;
   Initialize();
-  GetCount(0, -1);
+  GetCount(kFiles, -1);
   EXPECT_THAT(host.statuses, SizeIs(1));
   Terminate();
 }
@@ -347,20 +342,20 @@ TEST(SetCallBacks, CopiesTheTable) {
   };
   SetCallBacks(&table);
   table = {};
-  GetCount(0, -1);
+  GetCount(kFiles, -1);
   EXPECT_EQ(heard, 1);
   SetCallBacks(&table);
-  GetCount(0, -1);
+  GetCount(kFiles, -1);
   EXPECT_EQ(heard, 1);
 }
 
-// Runs what calls each of the callbacks of its table once or more.
+// Calls operations that use each callback of the table at least once.
 void use_all_callbacks(const Session& session) {
-  Clear(0);
-  session.fill(0, 250);
-  GetCount(0, 0);
-  SetState(0, -1, 1);
-  AddFileToList(0, 1, kNoFacts.data());
+  Clear(kFiles);
+  session.fill(kFiles, 250);
+  GetCount(kFiles, 0);
+  SetState(kFiles, -1, 1);
+  AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, kNoFacts.data());
 }
 
 TEST(SetCallBacks, TheFirstSlotIsNeverCalled) {
@@ -369,7 +364,7 @@ TEST(SetCallBacks, TheFirstSlotIsNeverCalled) {
   table.unused = reinterpret_cast<void*>(1);
   SetCallBacks(&table);
   use_all_callbacks(session);
-  EXPECT_EQ(GetCount(0, -1), 250);
+  EXPECT_EQ(GetCount(kFiles, -1), 250);
   table = {};
   SetCallBacks(&table);
 }
@@ -413,47 +408,47 @@ TEST(SetCallBacks, ANullSlotSwitchesThatKindOfCallOff) {
 
 TEST(SetCallBacks, WithoutAnInterruptCallbackNothingEverStops) {
   Session session;
-  session.fill(0, 500);
-  EXPECT_EQ(SetState(0, -1, 1), 500);
-  EXPECT_EQ(GetCount(0, 1), 500);
+  session.fill(kFiles, 500);
+  EXPECT_EQ(SetState(kFiles, -1, 1), 500);
+  EXPECT_EQ(GetCount(kFiles, 1), 500);
 }
 
 TEST(Callbacks, OnlyNonZeroStopsAndAnyNonZeroDoes) {
   Session session;
-  session.fill(0, 500);
+  session.fill(kFiles, 500);
   HostRecorder host;
   for (int32_t answer : {1, -1, 2, INT32_MIN}) {
     host.interrupt = [=] { return answer; };
-    EXPECT_LT(SetState(0, -1, 1), 500) << answer;
+    EXPECT_LT(SetState(kFiles, -1, 1), 500) << answer;
   }
   host.interrupt = [] { return 0; };
-  EXPECT_EQ(SetState(0, -1, 1), 500);
+  EXPECT_EQ(SetState(kFiles, -1, 1), 500);
 }
 
 TEST(Callbacks, ATextOf1023BytesArrivesWholeAndALongerOneIsCut) {
   Session session;
-  session.fill(0, 1);
+  session.fill(kFiles, 1);
   HostRecorder host;
   for (size_t length : {1022u, 1023u, 1024u, 1025u, 5000u}) {
     std::string name;
     for (size_t i = 0; i < length; ++i) {
       name += static_cast<char>('a' + i % 26);
     }
-    ASSERT_EQ(SetFullName(0, 0, name.c_str()), 1);
+    ASSERT_EQ(SetFullName(kFiles, 0, name.c_str()), 1);
     host.file_questions.clear();
-    AddFileToList(0, 1, kNoFacts.data());
+    AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, kNoFacts.data());
     EXPECT_THAT(host.file_questions, ElementsAre(name.substr(0, 1023)));
-    EXPECT_EQ(read_text(GetFullName, 0, 0), (Text{1, name}));
+    EXPECT_EQ(read_text(GetFullName, kFiles, 0), (Text{1, name}));
   }
 }
 
 TEST(Callbacks, NonAsciiTextsAreConverted) {
   Session session;
-  session.fill(0, 1);
+  session.fill(kFiles, 1);
   HostRecorder host;
-  // In any code page "e" stays and the other is not lost.
-  ASSERT_EQ(SetFullName(0, 0, "caf\xc3\xa9"), 1);
-  AddFileToList(0, 1, kNoFacts.data());
+  // In any code page "e" stays as it is and the other letter is kept too.
+  ASSERT_EQ(SetFullName(kFiles, 0, "caf\xc3\xa9"), 1);
+  AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, kNoFacts.data());
   ASSERT_THAT(host.file_questions, SizeIs(1));
   EXPECT_EQ(host.file_questions[0].substr(0, 3), "caf");
   EXPECT_GT(host.file_questions[0].size(), 3u);
@@ -463,35 +458,36 @@ TEST(Callbacks, NonAsciiTextsAreConverted) {
 
 TEST(CallingBack, ReadingAndSetStateWork) {
   Session session;
-  session.fill(0, 2);
+  session.fill(kFiles, 2);
   HostRecorder host;
   int heard = 0;
   host.on_status_text = [&](const std::string&) {
     if (++heard > 1) return;
-    EXPECT_EQ(GetCount(0, -1), 2);
-    EXPECT_EQ(read_text(GetFullName, 0, 1).result, 1);
-    EXPECT_EQ(SetState(0, 1, 1), 1);
-    EXPECT_EQ(GetState(0, 1), 1);
+    EXPECT_EQ(GetCount(kFiles, -1), 2);
+    EXPECT_EQ(read_text(GetFullName, kFiles, 1).result, 1);
+    EXPECT_EQ(SetState(kFiles, 1, 1), 1);
+    EXPECT_EQ(GetState(kFiles, 1), 1);
     EXPECT_EQ(SetErrorFile(nullptr), 1);
-    EXPECT_EQ(SetFullName(0, 0, "renamed"), 1);
+    EXPECT_EQ(SetFullName(kFiles, 0, "renamed"), 1);
   };
-  EXPECT_EQ(GetCount(0, 1), 1);
+  EXPECT_EQ(GetCount(kFiles, 1), 1);
   EXPECT_EQ(heard, 2);
-  EXPECT_EQ(read_text(GetFullName, 0, 0), (Text{1, "renamed"}));
+  EXPECT_EQ(read_text(GetFullName, kFiles, 0), (Text{1, "renamed"}));
   EXPECT_THAT(session.take_log(), IsEmpty());
 }
 
 TEST(CallingBack, OperationsThatWantTheLibraryAloneAreRefusedUnlogged) {
   Session session;
-  session.fill(0, 2);
+  session.fill(kFiles, 2);
   HostRecorder host;
   bool heard = false;
   host.on_status_text = [&](const std::string&) {
     heard = true;
-    EXPECT_EQ(Clear(0), 0);
-    EXPECT_EQ(session.find(0, "0~/fill/*"), -1);
-    EXPECT_EQ(AddFileToList(0, 1, kAllFacts.data()), -1);
-    EXPECT_EQ(FindInFiles(0, "x", 1, 0, 0), -1);
+    EXPECT_EQ(Clear(kFiles), 0);
+    EXPECT_EQ(session.find(kFiles, "0~/fill/*"), -1);
+    EXPECT_EQ(AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, kAllFacts.data()),
+              -1);
+    EXPECT_EQ(FindInFiles(kFiles, "x", 1, 0, 0), -1);
     EXPECT_EQ(Initialize(), 0);
     EXPECT_EQ(Terminate(), -1);
     for (const ExportCall& call : export_calls()) {
@@ -499,25 +495,25 @@ TEST(CallingBack, OperationsThatWantTheLibraryAloneAreRefusedUnlogged) {
       EXPECT_EQ(call.with_zeros(), call.row->failure) << call.row->routine;
     }
   };
-  EXPECT_EQ(GetCount(0, -1), 2);
+  EXPECT_EQ(GetCount(kFiles, -1), 2);
   EXPECT_TRUE(heard);
   EXPECT_THAT(session.take_log(), IsEmpty());
   host.on_status_text = nullptr;
-  EXPECT_EQ(GetCount(0, -1), 2);
-  EXPECT_EQ(Clear(0), 1);
+  EXPECT_EQ(GetCount(kFiles, -1), 2);
+  EXPECT_EQ(Clear(kFiles), 1);
 }
 
 TEST(CallingBack, IsRefusedFromEveryKindOfCallback) {
   Session session;
-  session.fill(0, 250);
+  session.fill(kFiles, 250);
   HostRecorder host;
   int refused = 0;
   auto try_clear = [&] {
-    EXPECT_EQ(Clear(0), 0);
+    EXPECT_EQ(Clear(kFiles), 0);
     ++refused;
   };
   host.on_progress = [&](const ProgressRecord&) { try_clear(); };
-  SetState(0, -1, 1);
+  SetState(kFiles, -1, 1);
   EXPECT_GT(refused, 0);
   host.on_progress = nullptr;
   refused = 0;
@@ -525,7 +521,7 @@ TEST(CallingBack, IsRefusedFromEveryKindOfCallback) {
     try_clear();
     return 0;
   };
-  SetState(0, -1, 1);
+  SetState(kFiles, -1, 1);
   EXPECT_GT(refused, 0);
   host.interrupt = [] { return 0; };
   refused = 0;
@@ -533,20 +529,20 @@ TEST(CallingBack, IsRefusedFromEveryKindOfCallback) {
     try_clear();
     return 2;
   };
-  AddFileToList(0, 1, kNoFacts.data());
+  AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, kNoFacts.data());
   EXPECT_EQ(refused, 1);
-  EXPECT_EQ(GetCount(0, -1), 250);
+  EXPECT_EQ(GetCount(kFiles, -1), 250);
 }
 
 TEST(CallingBack, TheCallbacksMayBeReplacedDuringACall) {
   Session session;
-  session.fill(0, 250);
+  session.fill(kFiles, 250);
   HostRecorder host;
   host.on_status_text = [&](const std::string&) {
     CallbackTable none{};
     SetCallBacks(&none);
   };
-  EXPECT_EQ(GetCount(0, 0), 250);
+  EXPECT_EQ(GetCount(kFiles, 0), 250);
   EXPECT_THAT(host.statuses, SizeIs(1));
   EXPECT_THAT(host.reports, IsEmpty());
 }
@@ -559,14 +555,14 @@ struct HostFault {};
 
 class ThrowingCallbacks : public testing::Test {
  protected:
-  ThrowingCallbacks() { session.fill(0, 250); }
+  ThrowingCallbacks() { session.fill(kFiles, 250); }
   Session session;
   HostRecorder host;
 };
 
 TEST_F(ThrowingCallbacks, AStatusTextIsPassedOver) {
   host.on_status_text = [](const std::string&) { throw HostFault(); };
-  EXPECT_EQ(GetCount(0, -1), 250);
+  EXPECT_EQ(GetCount(kFiles, -1), 250);
   EXPECT_THAT(session.take_log(), ElementsAre(runtime_error("cb_lng_str")));
 }
 
@@ -575,7 +571,7 @@ TEST_F(ThrowingCallbacks, AReportIsPassedOver) {
   host.on_progress = [](const ProgressRecord&) {
     throw std::runtime_error("host");
   };
-  EXPECT_EQ(SetState(0, -1, 1), 250);
+  EXPECT_EQ(SetState(kFiles, -1, 1), 250);
   const auto log = session.take_log();
   EXPECT_EQ(log.size(), host.reports.size());
   EXPECT_THAT(log, Each(runtime_error("cb_lng_report")));
@@ -584,7 +580,7 @@ TEST_F(ThrowingCallbacks, AReportIsPassedOver) {
 
 TEST_F(ThrowingCallbacks, AnInterruptDoesNotStop) {
   host.interrupt = []() -> int32_t { throw 1; };
-  EXPECT_EQ(SetState(0, -1, 1), 250);
+  EXPECT_EQ(SetState(kFiles, -1, 1), 250);
   const auto log = session.take_log();
   EXPECT_THAT(log, Each(runtime_error("cb_lng")));
   EXPECT_FALSE(log.empty());
@@ -592,19 +588,19 @@ TEST_F(ThrowingCallbacks, AnInterruptDoesNotStop) {
 
 TEST_F(ThrowingCallbacks, AQuestionIsAnInvalidAnswer) {
   host.answer_file = [](const std::string&) -> int32_t { throw HostFault(); };
-  EXPECT_EQ(AddFileToList(0, 1, kNoFacts.data()), -1);
+  EXPECT_EQ(AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, kNoFacts.data()), -1);
   EXPECT_THAT(session.take_log(),
               ElementsAre(runtime_error("cb_lng_str"),
                           LogRecord{"Invalid option", "Checking user option",
                                     "AddFileToList"}));
-  EXPECT_EQ(GetCount(1, -1), 0);
+  EXPECT_EQ(GetCount(ZENFO_LIST_RUN_FILES, -1), 0);
 }
 
 TEST_F(ThrowingCallbacks, TheLibraryIsFreeAfterwards) {
   host.on_status_text = [](const std::string&) { throw HostFault(); };
-  GetCount(0, -1);
+  GetCount(kFiles, -1);
   host.on_status_text = nullptr;
-  EXPECT_EQ(Clear(0), 1);
+  EXPECT_EQ(Clear(kFiles), 1);
 }
 
 #endif

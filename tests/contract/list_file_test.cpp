@@ -9,20 +9,12 @@
 
 #include "support/host_recorder.h"
 #include "support/list_test.h"
+#include "support/lists.h"
+#include "support/matchers.h"
 #include "zenfofr130.h"
 
+namespace zenfo::test {
 namespace {
-
-using namespace std::string_literals;
-using testing::Each;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using zenfo::test::ErrorRecord;
-using zenfo::test::HostRecorder;
-using zenfo::test::join;
-using zenfo::test::ListTest;
-using zenfo::test::read_file;
-using zenfo::test::Texts;
 
 constexpr unsigned char kNoFacts[ZENFO_OPTION_COUNT] = {};
 
@@ -32,7 +24,7 @@ class ListFileTest : public ListTest {
                const unsigned char* options = kNoFacts) {
     return LoadFileList(folder.file("list", bytes).c_str(), options);
   }
-  static Texts paths(int32_t list = ZENFO_LIST_FILES) {
+  static Texts paths(int32_t list = ZENFO_LIST_RUN_FILES) {
     return texts(GetFullName, list);
   }
   std::string out() { return folder.path("out"); }
@@ -78,16 +70,16 @@ TEST_F(ListFileTest, EveryLineThatIsNotEmptyIsAnEntry) {
 
 TEST_F(ListFileTest, LoadingReplacesTheList) {
   load("a\r\nb");
-  SetState(ZENFO_LIST_FILES, -1, 1);
+  SetState(ZENFO_LIST_RUN_FILES, -1, 1);
   EXPECT_EQ(load("c"), 1);
   EXPECT_THAT(paths(), ElementsAre("c"));
-  EXPECT_THAT(states(ZENFO_LIST_FILES), ElementsAre(0));
+  EXPECT_THAT(states(ZENFO_LIST_RUN_FILES), ElementsAre(0));
 }
 
 TEST_F(ListFileTest, AMissingFileLeavesTheListEmpty) {
   load("a\r\nb");
   EXPECT_EQ(LoadFileList(folder.path("none").c_str(), kNoFacts), -1);
-  EXPECT_EQ(GetCount(ZENFO_LIST_FILES, -1), 0);
+  EXPECT_EQ(GetCount(ZENFO_LIST_RUN_FILES, -1), 0);
   EXPECT_EQ(LoadFileList(folder.path().c_str(), kNoFacts), -1) << "a folder";
   EXPECT_THAT(errors(), IsEmpty());
 }
@@ -110,23 +102,24 @@ TEST_F(ListFileTest, DerivesAndGathersWhatTheOptionsAsk) {
   const std::string path = folder.file("dir/a.txt", "12345");
   const std::string bytes = path + "\r\n";
   ASSERT_EQ(load(bytes), 1);
-  EXPECT_THAT(texts(GetFilename, ZENFO_LIST_FILES), ElementsAre("(-1)"));
-  EXPECT_THAT(texts(GetDirectory, ZENFO_LIST_FILES), ElementsAre("(-1)"));
-  EXPECT_THAT(texts(GetType, ZENFO_LIST_FILES), ElementsAre("(-1)"));
-  EXPECT_THAT(texts(GetSize, ZENFO_LIST_FILES), ElementsAre("0 B"));
-  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(0));
+  EXPECT_THAT(texts(GetFilename, ZENFO_LIST_RUN_FILES), ElementsAre("(-1)"));
+  EXPECT_THAT(texts(GetDirectory, ZENFO_LIST_RUN_FILES), ElementsAre("(-1)"));
+  EXPECT_THAT(texts(GetType, ZENFO_LIST_RUN_FILES), ElementsAre("(-1)"));
+  EXPECT_THAT(texts(GetSize, ZENFO_LIST_RUN_FILES), ElementsAre("0 B"));
+  EXPECT_THAT(flags(ZENFO_LIST_RUN_FILES), ElementsAre(0));
   ASSERT_EQ(load(bytes, options({2}).data()), 1);
-  EXPECT_THAT(texts(GetFilename, ZENFO_LIST_FILES), ElementsAre("a.txt"));
+  EXPECT_THAT(texts(GetFilename, ZENFO_LIST_RUN_FILES), ElementsAre("a.txt"));
   ASSERT_EQ(load(bytes, options({3}).data()), 1);
-  EXPECT_THAT(texts(GetDirectory, ZENFO_LIST_FILES),
+  EXPECT_THAT(texts(GetDirectory, ZENFO_LIST_RUN_FILES),
               ElementsAre(folder.path("dir")));
   ASSERT_EQ(load(bytes, options({4}).data()), 1);
-  EXPECT_NE(texts(GetType, ZENFO_LIST_FILES)[0], "(-1)");
+  EXPECT_NE(texts(GetType, ZENFO_LIST_RUN_FILES)[0], "(-1)");
   for (int byte = 5; byte <= 9; ++byte) {
     ASSERT_EQ(load(bytes, options({byte}).data()), 1);
-    EXPECT_THAT(texts(GetSize, ZENFO_LIST_FILES), ElementsAre("5 B")) << byte;
+    EXPECT_THAT(texts(GetSize, ZENFO_LIST_RUN_FILES), ElementsAre("5 B"))
+        << byte;
   }
-  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(0));
+  EXPECT_THAT(flags(ZENFO_LIST_RUN_FILES), ElementsAre(0));
 }
 
 TEST_F(ListFileTest, EntriesThatFailACheckStayWithTheFlagMinusOne) {
@@ -136,18 +129,18 @@ TEST_F(ListFileTest, EntriesThatFailACheckStayWithTheFlagMinusOne) {
   const std::string slash = folder.folder("sub") + join("", "");
   const std::string bytes = lines({there, bin, gone, folder.path("*")});
   EXPECT_EQ(load(bytes), 4);
-  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(0, -1, -1, -1));
+  EXPECT_THAT(flags(ZENFO_LIST_RUN_FILES), ElementsAre(0, -1, -1, -1));
   EXPECT_EQ(load(bytes, options({5}).data()), 4);
-  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(0, -1, -1, -1));
+  EXPECT_THAT(flags(ZENFO_LIST_RUN_FILES), ElementsAre(0, -1, -1, -1));
   EXPECT_EQ(load(lines({there, slash}), options({2}).data()), 2);
-  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(0, -1))
+  EXPECT_THAT(flags(ZENFO_LIST_RUN_FILES), ElementsAre(0, -1))
       << "a path that ends in a separator has no file name";
   std::filesystem::remove(there);
   EXPECT_EQ(load(bytes), 4);
-  EXPECT_THAT(flags(ZENFO_LIST_FILES), ElementsAre(-1, -1, -1, -1));
+  EXPECT_THAT(flags(ZENFO_LIST_RUN_FILES), ElementsAre(-1, -1, -1, -1));
 }
 
-TEST_F(ListFileTest, LoadingTellsItsThreePhasesAndTheirPositions) {
+TEST_F(ListFileTest, LoadingReportsItsThreePhasesAndTheirPositions) {
   HostRecorder host;
   EXPECT_EQ(load("a\r\nb\r\nc"), 3);
   EXPECT_THAT(host.statuses,
@@ -167,7 +160,7 @@ TEST_F(ListFileTest, AStopInAnyPhaseAnswersZeroAndKeepsTheEntries) {
     };
     EXPECT_EQ(load(bytes), 0) << phase;
     EXPECT_EQ(host.statuses.back(), phase);
-    const int32_t count = GetCount(ZENFO_LIST_FILES, -1);
+    const int32_t count = GetCount(ZENFO_LIST_RUN_FILES, -1);
     const bool importing = phase == "Now importing filenames"s;
     EXPECT_TRUE(importing ? count >= 1 && count <= 101 : count == 1000)
         << phase << " " << count;
@@ -179,8 +172,8 @@ TEST_F(ListFileTest, SavesTheSelectedPathsOfListOne) {
   load("c\r\na\r\nb");
   EXPECT_EQ(SaveFileList(out().c_str()), 0);
   EXPECT_EQ(read_file(out()), "");
-  SetState(ZENFO_LIST_FILES, -1, 1);
-  SetState(ZENFO_LIST_FILES, 1, 0);
+  SetState(ZENFO_LIST_RUN_FILES, -1, 1);
+  SetState(ZENFO_LIST_RUN_FILES, 1, 0);
   HostRecorder host;
   EXPECT_EQ(SaveFileList(out().c_str()), 2);
   EXPECT_EQ(read_file(out()), "c\r\nb\r\n");
@@ -191,20 +184,20 @@ TEST_F(ListFileTest, SavesTheSelectedPathsOfListOne) {
 TEST_F(ListFileTest, WhatIsSavedLoadsAgainLineFeedsAside) {
   const Texts all = {"a", "b c", std::string(5000, 'x'), "\xe9"};
   load(lines(all));
-  SetState(ZENFO_LIST_FILES, -1, 1);
+  SetState(ZENFO_LIST_RUN_FILES, -1, 1);
   EXPECT_EQ(SaveFileList(out().c_str()), 4);
   EXPECT_EQ(LoadFileList(out().c_str(), kNoFacts), 4);
   EXPECT_EQ(paths(), all);
   load("a\nb");
-  SetState(ZENFO_LIST_FILES, -1, 1);
+  SetState(ZENFO_LIST_RUN_FILES, -1, 1);
   EXPECT_EQ(SaveFileList(out().c_str()), 1);
   EXPECT_EQ(read_file(out()), "a\r\nb\r\n");
 }
 
 TEST_F(ListFileTest, SavesInTheSortedOrder) {
   load("c\r\na\r\nb");
-  SetState(ZENFO_LIST_FILES, -1, 1);
-  ASSERT_EQ(Sort(ZENFO_LIST_FILES, 10, 1), 1);
+  SetState(ZENFO_LIST_RUN_FILES, -1, 1);
+  ASSERT_EQ(Sort(ZENFO_LIST_RUN_FILES, 10, 1), 1);
   EXPECT_EQ(SaveFileList(out().c_str()), 3);
   EXPECT_EQ(read_file(out()), "c\r\nb\r\na\r\n");
 }
@@ -226,19 +219,19 @@ TEST_F(ListFileTest, SavingLogsMissingNamesAndFilesThatCannotBeOpened) {
 
 TEST_F(ListFileTest, AStoppedSaveAnswersZeroWithTheLinesSoFar) {
   load(lines(Texts(1000, "a")));
-  SetState(ZENFO_LIST_FILES, -1, 1);
+  SetState(ZENFO_LIST_RUN_FILES, -1, 1);
   HostRecorder host;
   host.interrupt = [] { return 1; };
   EXPECT_EQ(SaveFileList(out().c_str()), 0);
   EXPECT_LE(read_file(out()).size(), 300u);
   EXPECT_EQ(read_file(out()).size() % 3, 0u);
-  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 1), 0);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RUN_FILES, out().c_str(), 1), 0);
   EXPECT_LE(read_file(out()).size(), 300u);
   EXPECT_THAT(errors(), IsEmpty());
 }
 
-// What one walk over 300 records does that the host stops at its first poll,
-// 50 polls having gone before of the kind that is counted to 101.
+// One walk over 300 records that the host stops at its first poll, after 50
+// polls of the counter that runs to 101.
 class ListFileStopTest : public ListFileTest {
  protected:
   void SetUp() override {
@@ -246,25 +239,26 @@ class ListFileStopTest : public ListFileTest {
     const std::string file = folder.file("f", "");
     std::string fifty = "0" + file;
     for (int i = 1; i < 50; ++i) fifty += ";f";
-    ASSERT_EQ(FindFiles(0, fifty.c_str(), kNoFacts, ""), 50);
+    ASSERT_EQ(FindFiles(ZENFO_LIST_OTHER_FILES, fifty.c_str(), kNoFacts, ""),
+              50);
     ASSERT_EQ(SetUndoFile(folder.path("undo").c_str()), 1);
     std::string copies;
     for (int i = 0; i < 300; ++i) copies += "a\tb\tc\r\n";
-    zenfo::test::write_file(folder.path("undo"), copies);
+    write_file(folder.path("undo"), copies);
   }
   // Answers what the walk answered.
   int32_t stopped(const std::function<int32_t()>& walk) {
     EXPECT_EQ(
         load(lines(Texts(300, "a")), options({ZENFO_OPTION_FILE_NAME}).data()),
         300);
-    EXPECT_EQ(SetState(ZENFO_LIST_FILES, -1, 1), 300);
+    EXPECT_EQ(SetState(ZENFO_LIST_RUN_FILES, -1, 1), 300);
     HostRecorder host;
     host.interrupt = [] { return 1; };
-    // Both counters to their start, one 50 polls on.
-    SetState(ZENFO_LIST_FILES, -1, 1);
-    GetCount(ZENFO_LIST_FILES, 1);
+    // Sets both poll counters to their start, then one of them 50 polls on.
+    SetState(ZENFO_LIST_RUN_FILES, -1, 1);
+    GetCount(ZENFO_LIST_RUN_FILES, 1);
     EXPECT_EQ(host.interrupt_polls, 2);
-    EXPECT_EQ(GetCount(0, 0), 50);
+    EXPECT_EQ(GetCount(ZENFO_LIST_OTHER_FILES, 0), 50);
     const int32_t answer = walk();
     EXPECT_EQ(host.interrupt_polls, 3);
     return answer;
@@ -272,17 +266,18 @@ class ListFileStopTest : public ListFileTest {
   size_t lines_saved() { return read_file(out()).size() / 3; }
 };
 
-TEST_F(ListFileStopTest, SavesStopBehindTheLinesOfTheirPolls) {
+TEST_F(ListFileStopTest, SavesStopAfterTheLinesOfTheirPolls) {
   EXPECT_EQ(stopped([&] { return SaveFileList(out().c_str()); }), 0);
   EXPECT_EQ(lines_saved(), 100u);
   EXPECT_EQ(stopped([&] {
-              return SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 1);
+              return SaveResultFileList(ZENFO_LIST_RUN_FILES, out().c_str(), 1);
             }),
             0);
   EXPECT_EQ(lines_saved(), 50u);
   const unsigned char names[10] = {0, 0, 1};
   EXPECT_EQ(stopped([&] {
-              return SaveSelection(ZENFO_LIST_FILES, out().c_str(), ";", names);
+              return SaveSelection(ZENFO_LIST_RUN_FILES, out().c_str(), ";",
+                                   names);
             }),
             101);
   EXPECT_EQ(lines_saved(), 101u);
@@ -290,16 +285,16 @@ TEST_F(ListFileStopTest, SavesStopBehindTheLinesOfTheirPolls) {
 
 TEST_F(ListFileStopTest, SearchesAndRemovalsCountTheRecordOfTheirPoll) {
   EXPECT_EQ(stopped([] {
-              return FindInList(ZENFO_LIST_FILES, 2, "a", 0, 0, 0, 0, 0, 0);
+              return FindInList(ZENFO_LIST_RUN_FILES, 2, "a", 0, 0, 0, 0, 0, 0);
             }),
             101);
-  EXPECT_EQ(stopped([] { return RemoveSelection(ZENFO_LIST_FILES); }), 250);
+  EXPECT_EQ(stopped([] { return RemoveSelection(ZENFO_LIST_RUN_FILES); }), 250);
 }
 
 TEST_F(ListFileStopTest, LoadsKeepTheRecordOfTheirPoll) {
   const std::string list = folder.path("list");
   EXPECT_EQ(stopped([&] { return LoadFileList(list.c_str(), kNoFacts); }), 0);
-  EXPECT_EQ(GetCount(ZENFO_LIST_FILES, -1), 51);
+  EXPECT_EQ(GetCount(ZENFO_LIST_RUN_FILES, -1), 51);
   EXPECT_EQ(stopped([] { return GetUndoList(); }), 51);
   EXPECT_EQ(GetCount(ZENFO_LIST_UNDO, -1), 51);
 }
@@ -307,26 +302,29 @@ TEST_F(ListFileStopTest, LoadsKeepTheRecordOfTheirPoll) {
 TEST_F(ListFileTest, SavesResultsByTheirFlagWhateverTheirState) {
   const std::string there = folder.file("there", "");
   load(lines({there, "gone1", "gone2"}));
-  SetState(ZENFO_LIST_FILES, 1, 1);
-  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 0), 1);
+  SetState(ZENFO_LIST_RUN_FILES, 1, 1);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RUN_FILES, out().c_str(), 0), 1);
   EXPECT_EQ(read_file(out()), there + "\r\n");
   for (const int32_t flagged : {1, -1, 7}) {
-    EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), flagged), 2);
+    EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RUN_FILES, out().c_str(), flagged),
+              2);
     EXPECT_EQ(read_file(out()), "gone1\r\ngone2\r\n");
   }
   load("gone");
-  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 0), 0);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RUN_FILES, out().c_str(), 0), 0);
   EXPECT_EQ(read_file(out()), "");
 }
 
-TEST_F(ListFileTest, SavingResultsTellsFirstAndLastPositionOnTheResultList) {
+TEST_F(ListFileTest, SavingResultsReportsFirstAndLastPositionOnTheResultList) {
   load("a\r\nb\r\nc");
   HostRecorder host;
-  ASSERT_EQ(AddFileToList(ZENFO_LIST_FILES, ZENFO_LIST_RESULT, kNoFacts), 3);
-  ASSERT_EQ(AddFileToList(ZENFO_LIST_FILES, ZENFO_LIST_RESULT, kNoFacts), 3);
+  ASSERT_EQ(AddFileToList(ZENFO_LIST_RUN_FILES, ZENFO_LIST_RESULT, kNoFacts),
+            3);
+  ASSERT_EQ(AddFileToList(ZENFO_LIST_RUN_FILES, ZENFO_LIST_RESULT, kNoFacts),
+            3);
   host.statuses.clear();
   host.reports.clear();
-  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 1), 3);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RUN_FILES, out().c_str(), 1), 3);
   EXPECT_THAT(host.statuses, ElementsAre("Now saving list of files"));
   std::vector<std::pair<uint32_t, uint32_t>> told;
   for (const ProgressRecord& r : host.reports) {
@@ -337,26 +335,30 @@ TEST_F(ListFileTest, SavingResultsTellsFirstAndLastPositionOnTheResultList) {
                         std::pair(2u, 3u), std::pair(6u, 6u)));
 }
 
-TEST_F(ListFileTest, SavingResultsOfAnEmptyResultListTellsNoMore) {
+TEST_F(ListFileTest, SavingResultsOfAnEmptyResultListReportsOnce) {
   load("a");
   HostRecorder host;
-  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, out().c_str(), 1), 1);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RUN_FILES, out().c_str(), 1), 1);
   EXPECT_THAT(host.report_positions(), ElementsAre(0));
 }
 
 TEST_F(ListFileTest, SavingResultsLogsItsFailures) {
-  const ErrorRecord no_name{"The list pointer is NULL", "Getting result list",
-                            "SaveResultFileList"};
   const ErrorRecord not_opened{"The file could not be opened",
                                "Opening target file", "SaveResultFileList"};
   const ErrorRecord no_list{"", "Error retrieving list handler", "get_list"};
-  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RESULT, nullptr, 0), -1);
-  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RESULT, "", 0), -1);
   EXPECT_EQ(
       SaveResultFileList(ZENFO_LIST_RESULT, folder.path("no/out").c_str(), 0),
       -1);
-  EXPECT_EQ(SaveResultFileList(11, "", 0), -1);
-  EXPECT_THAT(errors(), ElementsAre(no_name, no_name, not_opened, no_list));
+  EXPECT_EQ(SaveResultFileList(kNoList, "", 0), -1);
+  EXPECT_THAT(errors(), ElementsAre(not_opened, no_list));
+}
+
+TEST_F(ListFileTest, SavingResultsLogsAMissingNameAsAMissingList) {
+  const ErrorRecord no_name{"The list pointer is NULL", "Getting result list",
+                            "SaveResultFileList"};
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RESULT, nullptr, 0), -1);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RESULT, "", 0), -1);
+  EXPECT_THAT(errors(), ElementsAre(no_name, no_name));
 }
 
 TEST_F(ListFileTest, RecordsThatAreNoFilesAreLeftOut) {
@@ -369,15 +371,15 @@ TEST_F(ListFileTest, RecordsThatAreNoFilesAreLeftOut) {
 #ifndef _WIN32
 TEST_F(ListFileTest, AFullDiskFailsTheSaves) {
   load("a");
-  SetState(ZENFO_LIST_FILES, -1, 1);
+  SetState(ZENFO_LIST_RUN_FILES, -1, 1);
   EXPECT_EQ(SaveFileList("/dev/full"), -1);
-  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, "/dev/full", 1), -1);
+  EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RUN_FILES, "/dev/full", 1), -1);
 }
 #endif
 
 TEST_F(ListFileTest, SavesWorkWhileAnotherOperationRunsLoadsDoNot) {
   load("a\r\nb");
-  SetState(ZENFO_LIST_FILES, 0, 1);
+  SetState(ZENFO_LIST_RUN_FILES, 0, 1);
   const std::string list = folder.path("list");
   const std::string nested = folder.path("nested");
   HostRecorder host;
@@ -387,8 +389,8 @@ TEST_F(ListFileTest, SavesWorkWhileAnotherOperationRunsLoadsDoNot) {
     EXPECT_EQ(LoadFileList(list.c_str(), kNoFacts), -1);
     EXPECT_EQ(CompareLists(0, 0), -1);
     EXPECT_EQ(SaveFileList(nested.c_str()), 1);
-    EXPECT_EQ(SaveResultFileList(ZENFO_LIST_FILES, nested.c_str(), 1), 2);
-    EXPECT_EQ(FindInList(ZENFO_LIST_FILES, 2, "a", 0, 0, 0, 0, 0, 0), 0);
+    EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RUN_FILES, nested.c_str(), 1), 2);
+    EXPECT_EQ(FindInList(ZENFO_LIST_RUN_FILES, 2, "a", 0, 0, 0, 0, 0, 0), 0);
   };
   EXPECT_EQ(SaveFileList(out().c_str()), 1);
   EXPECT_GT(calls, 0);
@@ -404,3 +406,4 @@ TEST(ListFiles, AnswerMinusOneWithoutALibrary) {
 }
 
 }  // namespace
+}  // namespace zenfo::test

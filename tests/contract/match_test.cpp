@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "support/host_recorder.h"
+#include "support/lists.h"
+#include "support/matchers.h"
 #include "support/session.h"
 #include "support/temp_folder.h"
 #include "zenfofr130.h"
@@ -19,9 +21,6 @@
 namespace zenfo::test {
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 // --- Accessors without a match -----------------------------------------------
 
 constexpr TextAccessor kMatchTexts[] = {GetMatchOffset, GetMatchLength,
@@ -29,17 +28,17 @@ constexpr TextAccessor kMatchTexts[] = {GetMatchOffset, GetMatchLength,
 
 TEST(MatchAccessors, AnswerMinusOneUnloggedAndAnEmptyTextWithoutAMatch) {
   Session session;
-  session.fill(0, 1);
+  session.fill(kFiles, 1);
   for (TextAccessor accessor : kMatchTexts) {
-    for (int32_t list : {5, 9, 10}) {
+    for (int32_t list : kMatchLists) {
       EXPECT_EQ(read_text(accessor, list, 0), kNoText) << list;
       EXPECT_EQ(read_text(accessor, list, UINT32_MAX), kNoText) << list;
       EXPECT_EQ(accessor(list, 0, nullptr, 100), -1) << list;
     }
     // A record of another kind.
-    EXPECT_EQ(read_text(accessor, 0, 0), kNoText);
+    EXPECT_EQ(read_text(accessor, kFiles, 0), kNoText);
   }
-  for (int32_t list : {0, 1, 5, 9, 10}) EXPECT_EQ(get_match_flag(list, 0), -1);
+  for (int32_t list : kAllLists) EXPECT_EQ(get_match_flag(list, 0), -1);
   EXPECT_THAT(session.take_log(), IsEmpty());
 }
 
@@ -51,9 +50,9 @@ class MatchTest : public testing::Test {
   void look_at_matches(const std::string& content,
                        const std::function<void()>& look) {
     session.folder.file("text", content);
-    Clear(1);
-    ASSERT_EQ(session.find(1, "0~/text"), 1);
-    SetState(1, 0, 1);
+    Clear(ZENFO_LIST_RUN_FILES);
+    ASSERT_EQ(session.find(ZENFO_LIST_RUN_FILES, "0~/text"), 1);
+    SetState(ZENFO_LIST_RUN_FILES, 0, 1);
     ASSERT_EQ(SetPattern("", "abcdefghij", "", 0, 0, 0, 0, 0, 0), 1);
     HostRecorder host;
     bool asked = false;
@@ -68,7 +67,7 @@ class MatchTest : public testing::Test {
   // What GetMatchText leaves in a buffer of noise; `bytes` of it.
   static std::string match_text(uint32_t index, uint32_t size, size_t bytes) {
     std::vector<char> buffer(4096, '#');
-    EXPECT_EQ(GetMatchText(5, index, buffer.data(), size), 1);
+    EXPECT_EQ(GetMatchText(ZENFO_LIST_MATCHES, index, buffer.data(), size), 1);
     return {buffer.data(), bytes};
   }
   Session session;
@@ -76,38 +75,52 @@ class MatchTest : public testing::Test {
 
 TEST_F(MatchTest, OffsetAndLengthAreDecimalTextsWhateverTheSize) {
   look_at_matches("xxabcdefghij abcdefghij", [] {
-    EXPECT_EQ(GetCount(5, -1), 2);
-    EXPECT_EQ(read_text(GetMatchOffset, 5, 0), (Text{1, "2"}));
-    EXPECT_EQ(read_text(GetMatchOffset, 5, 1), (Text{1, "13"}));
-    EXPECT_EQ(read_text(GetMatchLength, 5, 1), (Text{1, "10"}));
-    EXPECT_EQ(read_text(GetMatchOffset, 5, 2), kNoText);
-    EXPECT_EQ(get_match_flag(5, 0), 1);
-    EXPECT_EQ(get_match_flag(5, 2), -1);
-    EXPECT_EQ(GetState(5, 0), 1);
+    EXPECT_EQ(GetCount(ZENFO_LIST_MATCHES, -1), 2);
+    EXPECT_EQ(read_text(GetMatchOffset, ZENFO_LIST_MATCHES, 0), (Text{1, "2"}));
+    EXPECT_EQ(read_text(GetMatchOffset, ZENFO_LIST_MATCHES, 1),
+              (Text{1, "13"}));
+    EXPECT_EQ(read_text(GetMatchLength, ZENFO_LIST_MATCHES, 1),
+              (Text{1, "10"}));
+    EXPECT_EQ(read_text(GetMatchOffset, ZENFO_LIST_MATCHES, 2), kNoText);
+    EXPECT_EQ(get_match_flag(ZENFO_LIST_MATCHES, 0), 1);
+    EXPECT_EQ(get_match_flag(ZENFO_LIST_MATCHES, 2), -1);
+    EXPECT_EQ(GetState(ZENFO_LIST_MATCHES, 0), 1);
   });
-  EXPECT_EQ(GetCount(5, -1), 0);
-  EXPECT_EQ(read_text(GetMatchText, 5, 0), kNoText);
+  EXPECT_EQ(GetCount(ZENFO_LIST_MATCHES, -1), 0);
+  EXPECT_EQ(read_text(GetMatchText, ZENFO_LIST_MATCHES, 0), kNoText);
 }
 
-TEST_F(MatchTest, TextsAreCutAtTheSizeAndMarked) {
+TEST_F(MatchTest, ASizeBelowTheLengthCutsTheText) {
   const std::string nul(1, '\0');
   look_at_matches("abcdefghijKLMNOPQRST", [&] {
     EXPECT_EQ(match_text(0, 15, 12), "abcdefghij" + nul + "#");
     EXPECT_EQ(match_text(0, 100, 12), "abcdefghij" + nul + "#");
     EXPECT_EQ(match_text(0, UINT32_MAX, 12), "abcdefghij" + nul + "#");
-    // Intended: from the length to the length + 4 bytes behind it come along.
-    EXPECT_EQ(match_text(0, 14, 16), "abcdefghijKLMN" + nul + "#");
-    EXPECT_EQ(match_text(0, 10, 12), "abcdefghij" + nul + "#");
-    // Intended: the mark runs over the size by five bytes.
-    EXPECT_EQ(match_text(0, 9, 15), "abcdefghi ..." + nul + "#");
-    EXPECT_EQ(match_text(0, 8, 14), "abcdefgh ..." + nul + "#");
-    EXPECT_EQ(match_text(0, 1, 7), "a ..." + nul + "#");
+    EXPECT_EQ(match_text(0, 9, 9), "abcdefghi");
     EXPECT_EQ(match_text(0, 0, 2), nul + "#");
-    EXPECT_EQ(GetMatchText(5, 0, nullptr, 10), -1);
+    EXPECT_EQ(GetMatchText(ZENFO_LIST_MATCHES, 0, nullptr, 10), -1);
   });
 }
 
-TEST_F(MatchTest, NothingBehindTheContentIsCopied) {
+TEST_F(MatchTest, TheMarkRunsOverTheStatedSizeByFiveBytes) {
+  const std::string nul(1, '\0');
+  look_at_matches("abcdefghijKLMNOPQRST", [&] {
+    EXPECT_EQ(match_text(0, 9, 15), "abcdefghi ..." + nul + "#");
+    EXPECT_EQ(match_text(0, 8, 14), "abcdefgh ..." + nul + "#");
+    EXPECT_EQ(match_text(0, 1, 7), "a ..." + nul + "#");
+  });
+}
+
+TEST_F(MatchTest, ASizeOfTheLengthToTheLengthPlus4CopiesBytesAfterTheMatch) {
+  const std::string nul(1, '\0');
+  look_at_matches("abcdefghijKLMNOPQRST", [&] {
+    EXPECT_EQ(match_text(0, 10, 12), "abcdefghij" + nul + "#");
+    EXPECT_EQ(match_text(0, 11, 13), "abcdefghijK" + nul + "#");
+    EXPECT_EQ(match_text(0, 14, 16), "abcdefghijKLMN" + nul + "#");
+  });
+}
+
+TEST_F(MatchTest, NothingAfterTheContentIsCopied) {
   const std::string nul(1, '\0');
   look_at_matches("..abcdefghijK", [&] {
     for (uint32_t size : {11u, 12u, 13u, 14u}) {
@@ -119,31 +132,31 @@ TEST_F(MatchTest, NothingBehindTheContentIsCopied) {
 
 TEST_F(MatchTest, WithoutAReplacementTheTextIsEmpty) {
   look_at_matches("abcdefghij", [] {
-    EXPECT_EQ(read_text(GetMatchReplace, 5, 0), (Text{1, ""}));
+    EXPECT_EQ(read_text(GetMatchReplace, ZENFO_LIST_MATCHES, 0), (Text{1, ""}));
   });
 }
 
-// Intended: the mark depends on the match's length, not the replacement's.
-TEST_F(MatchTest, AReplacementIsMarkedWhenItIsShorterThanItsMatch) {
+TEST_F(MatchTest, TheMarkDependsOnTheMatchsLengthNotTheReplacements) {
   const std::string nul(1, '\0');
   session.folder.file("text", "abcdefghij abcdefghij abcdefghij");
   session.folder.file("values", "xyz\r\na replacement longer than it\r\n");
-  ASSERT_EQ(session.find(1, "0~/text"), 1);
-  SetState(1, 0, 1);
+  ASSERT_EQ(session.find(ZENFO_LIST_RUN_FILES, "0~/text"), 1);
+  SetState(ZENFO_LIST_RUN_FILES, 0, 1);
   ASSERT_EQ(SetPattern("", "abcdefghij", "", 0, 0, 0, 0, 0, 0), 1);
   ASSERT_EQ(load_replace_list(session.spelled("~/values").c_str()), 2);
   HostRecorder host;
   bool asked = false;
   auto replacement = [](uint32_t index, uint32_t size, size_t bytes) {
     std::vector<char> buffer(4096, '#');
-    EXPECT_EQ(GetMatchReplace(5, index, buffer.data(), size), 1);
+    EXPECT_EQ(GetMatchReplace(ZENFO_LIST_MATCHES, index, buffer.data(), size),
+              1);
     return std::string(buffer.data(), bytes);
   };
   host.answer_option = [&](const HostRecorder::Question&) {
     asked = true;
     EXPECT_EQ(replacement(0, 100, 9), "xyz ..." + nul + "#");
     EXPECT_EQ(replacement(0, 8, 9), "xyz ..." + nul + "#");
-    // Zero bytes stand behind it: the mark follows the first of them.
+    // Zero bytes follow it: the mark follows the first of them.
     EXPECT_EQ(replacement(0, 7, 8), "xyz ..." + nul);
     EXPECT_EQ(replacement(0, 2, 8), "xy ..." + nul + "#");
     EXPECT_EQ(replacement(0, 0, 2), nul + "#");
@@ -152,11 +165,11 @@ TEST_F(MatchTest, AReplacementIsMarkedWhenItIsShorterThanItsMatch) {
     EXPECT_EQ(replacement(1, 13, 15), "a replacement" + nul + "#");
     EXPECT_EQ(replacement(1, 10, 12), "a replacem" + nul + "#");
     EXPECT_EQ(replacement(1, 9, 15), "a replace ..." + nul + "#");
-    EXPECT_EQ(get_match_flag(5, 1), 1);
+    EXPECT_EQ(get_match_flag(ZENFO_LIST_MATCHES, 1), 1);
     // The third match has no value.
     EXPECT_EQ(replacement(2, 100, 2), nul + "#");
-    EXPECT_EQ(get_match_flag(5, 2), 0);
-    EXPECT_EQ(GetMatchReplace(5, 0, nullptr, 10), -1);
+    EXPECT_EQ(get_match_flag(ZENFO_LIST_MATCHES, 2), 0);
+    EXPECT_EQ(GetMatchReplace(ZENFO_LIST_MATCHES, 0, nullptr, 10), -1);
     return 0;
   };
   ReplaceBlock("", 1, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0);
@@ -167,21 +180,22 @@ TEST_F(MatchTest, AReplacementIsMarkedWhenItIsShorterThanItsMatch) {
 
 class FindInFilesTest : public testing::Test {
  protected:
-  // Fills list 0 with files of these contents, named 0, 1, 2 and so on.
+  // Fills the list with files of these contents, named 0, 1, 2 and so on.
   void files(const std::vector<std::string>& contents) {
-    Clear(0);
+    Clear(kFiles);
     for (size_t i = 0; i < contents.size(); ++i) {
       const std::string name = std::to_string(i);
       session.folder.file(name, contents[i]);
-      ASSERT_EQ(session.find(0, "0~/" + name, kNoFacts), 1);
+      ASSERT_EQ(session.find(kFiles, "0~/" + name, kNoFacts), 1);
     }
   }
   // Positions of the selected entries.
   std::vector<int> selected() {
     std::vector<int> positions;
-    const int32_t count = GetCount(0, -1);
+    const int32_t count = GetCount(kFiles, -1);
     for (int32_t i = 0; i < count; ++i) {
-      if (GetState(0, static_cast<uint32_t>(i)) == 1) positions.push_back(i);
+      if (GetState(kFiles, static_cast<uint32_t>(i)) == 1)
+        positions.push_back(i);
     }
     return positions;
   }
@@ -190,30 +204,30 @@ class FindInFilesTest : public testing::Test {
 
 TEST_F(FindInFilesTest, SelectsTheFilesThatHoldTheTextAndCountsThem) {
   files({"xabcx", "nothing", "abc", "ABC", ""});
-  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 2);
+  EXPECT_EQ(FindInFiles(kFiles, "abc", 1, 0, 1), 2);
   EXPECT_THAT(selected(), ElementsAre(0, 2));
-  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 0), 3);
+  EXPECT_EQ(FindInFiles(kFiles, "abc", 1, 0, 0), 3);
   EXPECT_THAT(selected(), ElementsAre(0, 2, 3));
   EXPECT_THAT(session.take_log(), IsEmpty());
 }
 
 TEST_F(FindInFilesTest, KeepsTheSelectionUnlessAskedToClearIt) {
   files({"abc", "x"});
-  SetState(0, 1, 1);
-  EXPECT_EQ(FindInFiles(0, "abc", 0, 0, 1), 1);
+  SetState(kFiles, 1, 1);
+  EXPECT_EQ(FindInFiles(kFiles, "abc", 0, 0, 1), 1);
   EXPECT_THAT(selected(), ElementsAre(0, 1));
-  EXPECT_EQ(FindInFiles(0, "none", 7, 0, 1), 0);
+  EXPECT_EQ(FindInFiles(kFiles, "none", 7, 0, 1), 0);
   EXPECT_THAT(selected(), IsEmpty());
 }
 
 TEST_F(FindInFilesTest, SearchesUpToTheFirstNul) {
   const std::string nul(1, '\0');
   files({"ab" + nul + "c abc", nul + "abc", "abc" + nul, "ab" + nul + "c"});
-  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 1);
+  EXPECT_EQ(FindInFiles(kFiles, "abc", 1, 0, 1), 1);
   EXPECT_THAT(selected(), ElementsAre(2));
 }
 
-TEST_F(FindInFilesTest, AWholeWordIsSoughtBehindEachOccurrence) {
+TEST_F(FindInFilesTest, TheSearchForAWholeWordContinuesAfterEachOccurrence) {
   struct Case {
     const char* content;
     bool found;
@@ -231,16 +245,16 @@ TEST_F(FindInFilesTest, AWholeWordIsSoughtBehindEachOccurrence) {
     contents.push_back(c.content);
   }
   files(contents);
-  EXPECT_EQ(FindInFiles(0, "cat", 1, 1, 1),
+  EXPECT_EQ(FindInFiles(kFiles, "cat", 1, 1, 1),
             static_cast<int32_t>(expected.size()));
   EXPECT_EQ(selected(), expected);
-  EXPECT_EQ(FindInFiles(0, "cat", 1, 0, 1), 11);
+  EXPECT_EQ(FindInFiles(kFiles, "cat", 1, 0, 1), 11);
 }
 
 // An occurrence that begins inside the one before it counts.
-TEST_F(FindInFilesTest, TheSearchForAWholeWordGoesOnOneByteLater) {
+TEST_F(FindInFilesTest, TheSearchForAWholeWordContinuesOneByteLater) {
   files({"xa a a", "a a ax"});
-  EXPECT_EQ(FindInFiles(0, "a a", 1, 1, 1), 2);
+  EXPECT_EQ(FindInFiles(kFiles, "a a", 1, 1, 1), 2);
 }
 
 TEST_F(FindInFilesTest, ATextAcrossTheEndOfAReadBlockIsFound) {
@@ -248,36 +262,36 @@ TEST_F(FindInFilesTest, ATextAcrossTheEndOfAReadBlockIsFound) {
     std::string content(150000, '.');
     content.replace(at, 3, "abc");
     files({content});
-    EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 1) << at;
+    EXPECT_EQ(FindInFiles(kFiles, "abc", 1, 0, 1), 1) << at;
   }
 }
 
 TEST_F(FindInFilesTest, AnyBytesAreFound) {
   files({"\x80\xff", "caf\xc3\xa9", "a\r\nb", "a b"});
-  EXPECT_EQ(FindInFiles(0, "\xff", 1, 0, 1), 1);
-  EXPECT_EQ(FindInFiles(0, "\xc3\xa9", 1, 0, 0), 1);
-  EXPECT_EQ(FindInFiles(0, "\r\n", 1, 0, 1), 1);
+  EXPECT_EQ(FindInFiles(kFiles, "\xff", 1, 0, 1), 1);
+  EXPECT_EQ(FindInFiles(kFiles, "\xc3\xa9", 1, 0, 0), 1);
+  EXPECT_EQ(FindInFiles(kFiles, "\r\n", 1, 0, 1), 1);
   // Blanks are not skipped.
-  EXPECT_EQ(FindInFiles(0, "ab", 1, 0, 1), 0);
+  EXPECT_EQ(FindInFiles(kFiles, "ab", 1, 0, 1), 0);
 }
 
 TEST_F(FindInFilesTest, RefusesAMissingListAndAnEmptyText) {
   files({"abc"});
-  SetState(0, 0, 1);
-  EXPECT_EQ(FindInFiles(0, nullptr, 1, 0, 0), -1);
-  EXPECT_EQ(FindInFiles(0, "", 1, 0, 0), -1);
+  SetState(kFiles, 0, 1);
+  EXPECT_EQ(FindInFiles(kFiles, nullptr, 1, 0, 0), -1);
+  EXPECT_EQ(FindInFiles(kFiles, "", 1, 0, 0), -1);
   EXPECT_THAT(selected(), ElementsAre(0));
   EXPECT_THAT(session.take_log(), IsEmpty());
-  EXPECT_EQ(FindInFiles(11, "abc", 1, 0, 0), -1);
+  EXPECT_EQ(FindInFiles(kNoList, "abc", 1, 0, 0), -1);
   EXPECT_THAT(session.take_log(), ElementsAre(unknown_list()));
 }
 
 TEST_F(FindInFilesTest, PassesOverFilesThatCannotBeLoaded) {
   files({"abc", "abc", "abc", "abc"});
   ASSERT_TRUE(std::filesystem::remove(session.folder.path("0")));
-  SetFullName(0, 1, session.folder.path().c_str());
-  SetFullName(0, 2, session.spelled("~/missing/x").c_str());
-  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 1);
+  SetFullName(kFiles, 1, session.folder.path().c_str());
+  SetFullName(kFiles, 2, session.spelled("~/missing/x").c_str());
+  EXPECT_EQ(FindInFiles(kFiles, "abc", 1, 0, 1), 1);
   EXPECT_THAT(selected(), ElementsAre(3));
   EXPECT_THAT(session.take_log(), IsEmpty());
 }
@@ -289,38 +303,37 @@ TEST_F(FindInFilesTest, PassesOverFilesThatMayNotBeRead) {
                                std::filesystem::perms::none);
   const AsNobody nobody(session.folder.path());
   ASSERT_TRUE(nobody.in_force());
-  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 1);
+  EXPECT_EQ(FindInFiles(kFiles, "abc", 1, 0, 1), 1);
 }
 #endif
 
 TEST_F(FindInFilesTest, WorksOnAnyListThatHoldsFiles) {
   session.folder.file("a", "abc");
-  for (int32_t list : {1, 2, 4, 6, 7}) {
+  for (int32_t list : kFileLists) {
     ASSERT_EQ(session.find(list, "0~/a"), 1);
     EXPECT_EQ(FindInFiles(list, "abc", 0, 0, 0), 1) << list;
   }
-  for (int32_t list : {3, 5, 8, 9, 10}) {
+  for (int32_t list : kNoFileLists) {
     EXPECT_EQ(FindInFiles(list, "abc", 0, 0, 0), 0) << list;
   }
 }
 
-TEST_F(FindInFilesTest, TellsItsStatusAndItsPosition) {
-  session.fill(0, 250);
+TEST_F(FindInFilesTest, ReportsItsStatusAndItsPosition) {
+  session.fill(kFiles, 250);
   HostRecorder host;
-  EXPECT_EQ(FindInFiles(0, "x", 0, 0, 0), 250);
+  EXPECT_EQ(FindInFiles(kFiles, "x", 0, 0, 0), 250);
   EXPECT_THAT(host.statuses, ElementsAre("Now searching string in files"));
-  // No last report of 250: the walk tells its steps only.
+  // No last report of 250: the walk reports its steps only.
   std::vector<uint32_t> expected;
   for (uint32_t i = 0; i < 250; i += 2) expected.push_back(i);
   EXPECT_EQ(host.report_positions(), expected);
 }
 
-// Intended: the poll's answer does not stop the walk.
-TEST_F(FindInFilesTest, PollsAtEverySecondFileAndNeverStops) {
-  session.fill(0, 100);
+TEST_F(FindInFilesTest, PollsAtEverySecondFileAndNoAnswerStopsTheWalk) {
+  session.fill(kFiles, 100);
   HostRecorder host;
   host.interrupt = [] { return 1; };
-  EXPECT_EQ(FindInFiles(0, "x", 0, 0, 0), 100);
+  EXPECT_EQ(FindInFiles(kFiles, "x", 0, 0, 0), 100);
   EXPECT_GE(host.interrupt_polls, 50);
   EXPECT_LE(host.interrupt_polls, 51);
 }
@@ -333,20 +346,20 @@ TEST_F(FindInFilesTest, AnInterruptWhileLoadingSearchesWhatWasRead) {
   files({content});
   HostRecorder host;
   host.interrupt = [] { return 1; };
-  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 1);
-  EXPECT_EQ(FindInFiles(0, "xyz", 1, 0, 1), 0);
+  EXPECT_EQ(FindInFiles(kFiles, "abc", 1, 0, 1), 1);
+  EXPECT_EQ(FindInFiles(kFiles, "xyz", 1, 0, 1), 0);
   host.interrupt = [] { return 0; };
-  EXPECT_EQ(FindInFiles(0, "xyz", 1, 0, 1), 1);
+  EXPECT_EQ(FindInFiles(kFiles, "xyz", 1, 0, 1), 1);
 }
 
-TEST_F(FindInFilesTest, TheHostMayRenameEntriesMeanwhile) {
+TEST_F(FindInFilesTest, TheHostMayRenameEntriesDuringTheSearch) {
   files({"abc", "abc", "abc"});
   HostRecorder host;
   host.on_progress = [](const ProgressRecord&) {
-    SetFullName(0, 0, "another name, and quite a long one at that");
-    SetFullName(0, 1, "another name, and quite a long one at that");
+    SetFullName(kFiles, 0, "another name, and quite a long one at that");
+    SetFullName(kFiles, 1, "another name, and quite a long one at that");
   };
-  EXPECT_EQ(FindInFiles(0, "abc", 1, 0, 1), 2);
+  EXPECT_EQ(FindInFiles(kFiles, "abc", 1, 0, 1), 2);
 }
 
 }  // namespace

@@ -7,17 +7,19 @@
 
 #include "support/host_recorder.h"
 #include "support/list_test.h"
+#include "support/matchers.h"
 #include "zenfofr130.h"
 
+namespace zenfo::test {
 namespace {
 
-using namespace std::string_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using zenfo::test::HostRecorder;
-using zenfo::test::ListTest;
-using zenfo::test::read_file;
-using zenfo::test::Texts;
+struct PairFile {
+  const char* why;
+  std::string bytes;
+  int32_t answer;
+  Texts finds;
+  Texts replaces;
+};
 
 class PairTest : public ListTest {
  protected:
@@ -30,6 +32,11 @@ class PairTest : public ListTest {
   }
   int32_t load_values(const std::string& bytes) {
     return load_replace_list(folder.file("in", bytes).c_str());
+  }
+  void expect_loaded(const PairFile& c) {
+    EXPECT_EQ(load_pairs(c.bytes), c.answer) << c.why;
+    EXPECT_EQ(finds(), c.finds) << c.why;
+    EXPECT_EQ(replaces(), c.replaces) << c.why;
   }
   std::string out() { return folder.path("out"); }
 };
@@ -60,8 +67,8 @@ TEST_F(PairTest, UpdatingSetsBothTextsAndKeepsTheState) {
   EXPECT_THAT(states(ZENFO_LIST_PAIRS), ElementsAre(0, 1));
 }
 
-// The host's buffer is meant for what it sees of the text.
-TEST_F(PairTest, NothingBehindANulIsHandedOut) {
+// A host sizes its buffer for the text up to its NUL.
+TEST_F(PairTest, NothingAfterANulIsHandedOut) {
   using Accessor = decltype(&GetFindString);
   const auto first_bytes = [](Accessor accessor) {
     char buffer[16];
@@ -84,7 +91,7 @@ TEST_F(PairTest, UpdatingWithoutAPairAnswersMinusOneUnlogged) {
   EXPECT_THAT(errors(), IsEmpty());
 }
 
-TEST_F(PairTest, UpdatingAFileThatStandsInTheListIsRefused) {
+TEST_F(PairTest, UpdatingAFileInTheListIsRefused) {
   folder.file("f", "");
   const unsigned char options[ZENFO_OPTION_COUNT] = {};
   ASSERT_EQ(FindFiles(ZENFO_LIST_PAIRS, ("0" + folder.path("*")).c_str(),
@@ -94,14 +101,6 @@ TEST_F(PairTest, UpdatingAFileThatStandsInTheListIsRefused) {
   EXPECT_EQ(SaveStringPair(out().c_str(), 0), 0);
   EXPECT_EQ(read_file(out()), "");
 }
-
-struct PairFile {
-  const char* why;
-  std::string bytes;
-  int32_t answer;
-  Texts finds;
-  Texts replaces;
-};
 
 TEST_F(PairTest, LoadsLinesOfFindStringTabReplaceString) {
   const PairFile cases[] = {
@@ -116,18 +115,21 @@ TEST_F(PairTest, LoadsLinesOfFindStringTabReplaceString) {
       {"bare line feeds", "a\nb\tc\nd\n", 1, {"a\nb"}, {"c\nd\n"}},
       {"bare carriage returns", "a\rb\tc\rd", 1, {"a\rb"}, {"c\rd"}},
       {"CR CR LF", "a\tb\r\r\nc\td", 2, {"a", "c"}, {"b\r", "d"}},
-      {"empty line", "a\tb\r\n\r\nc\td\r\n", -1, {"a"}, {"b"}},
-      {"empty first line", "\r\na\tb\r\n", -1, {}, {}},
-      {"empty last line", "a\tb\r\n\r\n", -1, {"a"}, {"b"}},
       {"high bytes", "\x80\xff\t\xe9", 1, {"\x80\xff"}, {"\xe9"}},
       {"text behind a NUL", "a\0x\tb\0y"s, 1, {"a"}, {"b"}},
       {"the mark of a missing text", "a\t(null)", 1, {"a"}, {"(null)"}},
   };
-  for (const PairFile& c : cases) {
-    EXPECT_EQ(load_pairs(c.bytes), c.answer) << c.why;
-    EXPECT_EQ(finds(), c.finds) << c.why;
-    EXPECT_EQ(replaces(), c.replaces) << c.why;
-  }
+  for (const PairFile& c : cases) expect_loaded(c);
+  EXPECT_THAT(errors(), IsEmpty());
+}
+
+TEST_F(PairTest, AnEmptyLineEndsTheLoadThePairsBeforeItStay) {
+  const PairFile cases[] = {
+      {"empty line", "a\tb\r\n\r\nc\td\r\n", -1, {"a"}, {"b"}},
+      {"empty first line", "\r\na\tb\r\n", -1, {}, {}},
+      {"empty last line", "a\tb\r\n\r\n", -1, {"a"}, {"b"}},
+  };
+  for (const PairFile& c : cases) expect_loaded(c);
   EXPECT_THAT(errors(), IsEmpty());
 }
 
@@ -231,7 +233,7 @@ TEST_F(PairTest, SavesInListOrder) {
   EXPECT_EQ(read_file(out()), "c\tc\r\na\ta\r\nb\tb\r\n");
 }
 
-TEST_F(PairTest, SavingTellsItsPositions) {
+TEST_F(PairTest, SavingReportsItsPositions) {
   for (int i = 0; i < 3; ++i) AddStringPair("a", "b");
   HostRecorder host;
   EXPECT_EQ(SaveStringPair(out().c_str(), 0), 3);
@@ -268,7 +270,7 @@ struct ValueFile {
   Texts values;
 };
 
-TEST_F(PairTest, LoadsEveryLineThatIsNotEmptyAsAValue) {
+TEST_F(PairTest, LoadingValuesSkipsEmptyLines) {
   const ValueFile cases[] = {
       {"lines", "a\r\nb\tc\r\n", 2, {"a", "b\tc"}},
       {"no final line end", "a\r\nb", 2, {"a", "b"}},
@@ -283,7 +285,7 @@ TEST_F(PairTest, LoadsEveryLineThatIsNotEmptyAsAValue) {
   }
 }
 
-TEST_F(PairTest, LoadingValuesClearsThemWhateverTheName) {
+TEST_F(PairTest, LoadingValuesClearsThemBeforeTheNameIsLookedAt) {
   for (const std::string& name : {""s, folder.path("none")}) {
     ASSERT_EQ(load_values("a"), 1);
     EXPECT_EQ(load_replace_list(name.c_str()), -1);
@@ -307,7 +309,7 @@ TEST_F(PairTest, AStopEndsTheLoadOfValuesAtEmptyLinesToo) {
   EXPECT_THAT(values(), ElementsAre("a"));
 }
 
-TEST_F(PairTest, SavedValuesGrowACarriageReturn) {
+TEST_F(PairTest, SavingValuesAddsACrOfItsOwnToEachLine) {
   load_values("a\r\nb");
   EXPECT_EQ(save_replace_list(out().c_str()), 2);
   EXPECT_EQ(read_file(out()), "a\r\r\nb\r\r\n");
@@ -323,7 +325,7 @@ TEST_F(PairTest, SavingValuesIgnoresTheirState) {
   EXPECT_EQ(save_replace_list(out().c_str()), 2);
 }
 
-TEST_F(PairTest, SavingValuesTellsItsLastPositionOnTheListOfPairs) {
+TEST_F(PairTest, SavingValuesReportsItsLastPositionOnTheListOfPairs) {
   load_values("a\r\nb");
   for (int i = 0; i < 3; ++i) AddStringPair("a", "b");
   HostRecorder host;
@@ -395,3 +397,4 @@ TEST(PairLists, AnswerMinusOneWithoutALibrary) {
 }
 
 }  // namespace
+}  // namespace zenfo::test

@@ -11,16 +11,8 @@
 #endif
 #include "zenfofr130.h"
 
+namespace zenfo::test {
 namespace {
-
-using zenfo::test::exclusion;
-using zenfo::test::find_block;
-using zenfo::test::find_excluded;
-using zenfo::test::Operation;
-using zenfo::test::pattern;
-using zenfo::test::replace_block;
-using zenfo::test::replace_pattern;
-using zenfo::test::TempFolder;
 
 using SetThree = int32_t(ZENFO_CALL*)(const char*, const char*, const char*,
                                       int32_t, int32_t, int32_t, int32_t,
@@ -71,10 +63,10 @@ TEST_F(PatternTest, ClassesComeFromANonEmptyFile) {
 }
 
 // What patterns find in files.
-class PatternRunTest : public zenfo::test::RunTest {
+class PatternRunTest : public RunTest {
  protected:
   int32_t matches(std::string_view text, const Operation& search = find_block) {
-    EXPECT_EQ(Clear(ZENFO_LIST_FILES), 1);
+    EXPECT_EQ(Clear(ZENFO_LIST_RUN_FILES), 1);
     add("f", text);
     return search({}, nullptr);
   }
@@ -95,10 +87,10 @@ TEST_F(PatternRunTest, ClassesHoldForAllThreePatterns) {
   ASSERT_TRUE(pattern(" dg"));
   ASSERT_TRUE(replace_pattern("dg", 1));
   use_store();
-  EXPECT_EQ(Clear(ZENFO_LIST_FILES), 1);
+  EXPECT_EQ(Clear(ZENFO_LIST_RUN_FILES), 1);
   const std::string one = add("f", "12 dg");
   EXPECT_EQ(replace_block({.use_pattern = 1}), 1);
-  EXPECT_EQ(zenfo::test::read_file(one), "1212");
+  EXPECT_EQ(read_file(one), "1212");
 }
 
 TEST_F(PatternRunTest, AFailedLoadKeepsTheClasses) {
@@ -168,8 +160,8 @@ TEST_F(PatternRunTest, TagsAreKeptOutOfTheMatchWhenAsked) {
   add("f", "<a>");
   for (const char* offset : {"0", "1"}) {
     ASSERT_EQ(SetPatternTag("<", ">", *offset == '1', 0, 0), 1);
-    zenfo::test::HostRecorder host;
-    host.answer_option = [&](const zenfo::test::HostRecorder::Question&) {
+    HostRecorder host;
+    host.answer_option = [&](const HostRecorder::Question&) {
       char text[20] = "";
       EXPECT_EQ(GetMatchOffset(ZENFO_LIST_MATCHES, 0, text, sizeof text), 1);
       EXPECT_STREQ(text, offset);
@@ -191,7 +183,7 @@ TEST_F(PatternRunTest, ClassNamesFollowTheLocaleThatTheHostSets) {
   };
   EXPECT_EQ(digits_found(), 0);
   {
-    const zenfo::test::HostLatinLocale locale;
+    const HostLatinLocale locale;
     if (!locale.in_force()) GTEST_SKIP() << "no Latin-1 locale can be made";
     EXPECT_EQ(digits_found(), 1);
   }
@@ -210,3 +202,4 @@ TEST(Pattern, IsRefusedBeforeInitialize) {
 }
 
 }  // namespace
+}  // namespace zenfo::test

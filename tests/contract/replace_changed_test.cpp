@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "support/matchers.h"
 #include "support/replace_fixture.h"
 #ifndef _WIN32
 #include <fcntl.h>
@@ -16,22 +17,8 @@
 #include <unistd.h>
 #endif
 
+namespace zenfo::test {
 namespace {
-
-using namespace std::string_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using zenfo::test::HostRecorder;
-using zenfo::test::line_list;
-using zenfo::test::pattern;
-using zenfo::test::read_file;
-using zenfo::test::replace_block;
-using zenfo::test::replace_string;
-using zenfo::test::ReplaceTest;
-using zenfo::test::Texts;
-using zenfo::test::write_file;
 
 namespace fs = std::filesystem;
 
@@ -41,30 +28,28 @@ struct Change {
   std::string left;  // the file's bytes afterwards
 };
 
+void append(const std::string& path) {
+  std::ofstream(path, std::ios::binary | std::ios::app) << "!";
+}
+void overwrite(const std::string& path) { write_file(path, "b1"); }
+void exchange_keeping_time(const std::string& path) {
+  const auto time = fs::last_write_time(path);
+  write_file(path + ".new", "c1");
+  fs::last_write_time(path + ".new", time);
+  fs::rename(path + ".new", path);
+}
+void touch(const std::string& path) {
+  fs::last_write_time(path,
+                      fs::last_write_time(path) + std::chrono::seconds(1));
+}
+
 // Every way in which a file may no longer be the one that was loaded.
 std::vector<Change> changes() {
   return {
-      {"longer",
-       [](const std::string& path) {
-         std::ofstream(path, std::ios::binary | std::ios::app) << "!";
-       },
-       "a1!"},
-      {"of the same size",
-       [](const std::string& path) { write_file(path, "b1"); }, "b1"},
-      {"another file of the same size and time",
-       [](const std::string& path) {
-         const auto time = fs::last_write_time(path);
-         write_file(path + ".new", "c1");
-         fs::last_write_time(path + ".new", time);
-         fs::rename(path + ".new", path);
-       },
-       "c1"},
-      {"only its time",
-       [](const std::string& path) {
-         fs::last_write_time(
-             path, fs::last_write_time(path) + std::chrono::seconds(1));
-       },
-       "a1"},
+      {"longer", append, "a1!"},
+      {"of the same size", overwrite, "b1"},
+      {"another file of the same size and time", exchange_keeping_time, "c1"},
+      {"only its time", touch, "a1"},
   };
 }
 
@@ -74,14 +59,14 @@ std::string message(const std::string& path) {
 
 class ReplaceChangedTest : public ReplaceTest {
  protected:
-  // Makes the change when the run says `phase` of the first file, and runs.
+  // Runs, and makes the change when the run reports `phase` of the first file.
   void expect_skipped(const Change& change, const std::string& phase,
                       int32_t safe, bool lines) {
     SCOPED_TRACE(change.what + ", "s + phase + (safe ? " kept" : "") +
                  (lines ? " lines" : ""));
     const std::string one = folder.file("1", "a1");
     const std::string two = folder.file("2", "a2");
-    Clear(ZENFO_LIST_FILES);
+    Clear(ZENFO_LIST_RUN_FILES);
     add_path(one);
     add_path(two);
     HostRecorder host;
@@ -126,7 +111,7 @@ class ReplaceChangedTest : public ReplaceTest {
   }
 };
 
-TEST_F(ReplaceChangedTest, WhatChangedBeforeItWasKeptOrOpenedIsSkipped) {
+TEST_F(ReplaceChangedTest, AFileThatChangedBeforeItWasCopiedOrOpenedIsSkipped) {
   ASSERT_TRUE(pattern("a"));
   use_store();
   for (const Change& change : changes()) {
@@ -138,7 +123,7 @@ TEST_F(ReplaceChangedTest, WhatChangedBeforeItWasKeptOrOpenedIsSkipped) {
   }
 }
 
-TEST_F(ReplaceChangedTest, WhatChangedBehindItsSafeCopyLosesTheCopyAgain) {
+TEST_F(ReplaceChangedTest, AFileThatChangedAfterItsSafeCopyLosesTheCopyAgain) {
   ASSERT_TRUE(pattern("a"));
   use_store();
   for (const Change& change : changes()) {
@@ -150,11 +135,11 @@ TEST_F(ReplaceChangedTest, WhatChangedBehindItsSafeCopyLosesTheCopyAgain) {
   }
 }
 
-TEST_F(ReplaceChangedTest, AFileThatWentIsNotMadeAnew) {
+TEST_F(ReplaceChangedTest, AFileThatWasDeletedIsNotCreatedAgain) {
   ASSERT_TRUE(pattern("a"));
   use_store();
   for (const int32_t safe : {0, 1}) {
-    Clear(ZENFO_LIST_FILES);
+    Clear(ZENFO_LIST_RUN_FILES);
     const std::string one = add("1", "a1");
     const std::string two = add("2", "a2");
     HostRecorder host;
@@ -170,7 +155,7 @@ TEST_F(ReplaceChangedTest, AFileThatWentIsNotMadeAnew) {
   }
 }
 
-TEST_F(ReplaceChangedTest, WhatTheHostChangesInItsQuestionIsSkipped) {
+TEST_F(ReplaceChangedTest, AFileThatTheHostChangesInItsQuestionIsSkipped) {
   ASSERT_TRUE(pattern("a"));
   const std::string one = add("1", "a1");
   HostRecorder host;
@@ -197,7 +182,7 @@ TEST_F(ReplaceChangedTest, ItsOwnRewritingIsNoChange) {
   EXPECT_EQ(read_file(one), "ab");
 }
 
-// The way back of what the first string did must stay.
+// The safe copy is needed to undo what the first string changed.
 TEST_F(ReplaceChangedTest, ChangedBetweenItsStringsAFileKeepsItsSafeCopy) {
   pair("a", "b");
   pair("b", "c");
@@ -241,7 +226,7 @@ TEST_F(ReplaceChangedTest, AFileSwappedForALinkIsNotFollowed) {
   use_store();
   const std::string outside = work().file("outside", "a1");
   for (const char* phase : {"Now parsing file ", "Now replacing in file "}) {
-    Clear(ZENFO_LIST_FILES);
+    Clear(ZENFO_LIST_RUN_FILES);
     const std::string one = add("1", "a1");
     HostRecorder host;
     host.on_status_text = [&](const std::string& status) {
@@ -259,3 +244,4 @@ TEST_F(ReplaceChangedTest, AFileSwappedForALinkIsNotFollowed) {
 #endif
 
 }  // namespace
+}  // namespace zenfo::test

@@ -4,32 +4,11 @@
 
 #include <string>
 
+#include "support/matchers.h"
 #include "support/replace_fixture.h"
 
+namespace zenfo::test {
 namespace {
-
-using namespace std::string_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using zenfo::test::ErrorRecord;
-using zenfo::test::exclusion;
-using zenfo::test::file_exists;
-using zenfo::test::HostRecorder;
-using zenfo::test::line_list;
-using zenfo::test::LinePaths;
-using zenfo::test::Operation;
-using zenfo::test::pattern;
-using zenfo::test::read_file;
-using zenfo::test::replace_block;
-using zenfo::test::replace_block_nbr;
-using zenfo::test::replace_pattern;
-using zenfo::test::replace_string;
-using zenfo::test::replace_string_nbr;
-using zenfo::test::ReplaceTest;
-using zenfo::test::RunArguments;
-using zenfo::test::Texts;
-using zenfo::test::write_file;
 
 // ---- Results and summaries -------------------------------------------------
 
@@ -60,7 +39,17 @@ TEST_F(ReplaceTest, FilesGoToTheListsByTheirMatches) {
               "loading file", "ReplaceBlock"}));
 }
 
-TEST_F(ReplaceTest, SummaryLinesTellWhatBecameOfEachFile) {
+TEST_F(ReplaceTest, AnEmptyFileIsRejectedAsOneThatCouldNotBeLoaded) {
+  ASSERT_TRUE(pattern("a"));
+  const auto empty = add("1", "");
+  EXPECT_EQ(replace_block({}), 0);
+  EXPECT_THAT(rejected(), ElementsAre(empty));
+  EXPECT_THAT(errors(),
+              ElementsAre(ErrorRecord{empty + " could not be opened",
+                                      "loading file", "ReplaceBlock"}));
+}
+
+TEST_F(ReplaceTest, SummaryLinesSayWhatHappenedToEachFile) {
   ASSERT_TRUE(pattern("a"));
   use_store();
   const auto one = folder.file("1", "aXa");
@@ -81,14 +70,18 @@ TEST_F(ReplaceTest, SummaryLinesTellWhatBecameOfEachFile) {
   expect_no_results();
 }
 
-TEST_F(ReplaceTest, SummaryCountsWhatWasWrittenBehindWhatWasFound) {
+TEST_F(ReplaceTest, SummaryCountsMatchesFoundThenMatchesWritten) {
   ASSERT_TRUE(pattern("ab"));
   const auto one = folder.file("1", "ab\0ab"s);
   EXPECT_EQ(over_lines(replace_block, {}, one), 1);
   EXPECT_EQ(summary(), one + ", found 2, replaced 1\r\r\n");
 }
 
-// Intended: the line of a file without a safe copy has no end.
+ErrorRecord not_stored(const std::string& path, const char* routine) {
+  return {"Error safe storing file " + path + ". File has been skipped",
+          "Error saving file for undo purpose", routine};
+}
+
 TEST_F(ReplaceTest, WithoutASafeCopyAFileIsSkippedAndLogged) {
   ASSERT_TRUE(pattern("a"));
   const auto one = add("1", "a");
@@ -97,19 +90,20 @@ TEST_F(ReplaceTest, WithoutASafeCopyAFileIsSkippedAndLogged) {
   EXPECT_EQ(read_file(one) + read_file(two), "aba");
   EXPECT_THAT(rejected(), ElementsAre(one, two));
   EXPECT_THAT(found(), IsEmpty());
-  const auto record = [](const std::string& path, const char* routine) {
-    return ErrorRecord{
-        "Error safe storing file " + path + ". File has been skipped",
-        "Error saving file for undo purpose", routine};
-  };
-  EXPECT_THAT(errors(), ElementsAre(record(one, "ReplaceBlock"),
-                                    record(two, "ReplaceBlock")));
+  EXPECT_THAT(errors(), ElementsAre(not_stored(one, "ReplaceBlock"),
+                                    not_stored(two, "ReplaceBlock")));
+}
+
+TEST_F(ReplaceTest, TheSummaryLineOfAFileWithoutASafeCopyHasNoLineEnd) {
+  ASSERT_TRUE(pattern("a"));
+  const auto one = folder.file("1", "a");
+  const auto two = folder.file("2", "ba");
   EXPECT_EQ(over_lines(replace_block, {.safe = 1}, line_list({one, two})), 0);
   EXPECT_EQ(summary(),
             one + ", found 1 ERROR, refer to error log file for details" + two +
                 ", found 1 ERROR, refer to error log file for details");
-  EXPECT_THAT(errors(), ElementsAre(record(one, "ReplaceBlock_f"),
-                                    record(two, "ReplaceBlock_f")));
+  EXPECT_THAT(errors(), ElementsAre(not_stored(one, "ReplaceBlock_f"),
+                                    not_stored(two, "ReplaceBlock_f")));
 }
 
 TEST_F(ReplaceTest, AStringWhoseSafeCopyFailsSkipsTheWholeFile) {
@@ -126,12 +120,21 @@ TEST_F(ReplaceTest, AStringWhoseSafeCopyFailsSkipsTheWholeFile) {
             one + ", found 1 ERROR, refer to error log file for details");
 }
 
+TEST_F(ReplaceTest, APairWithoutAFindStringFailsTheRunThoughItsFileIsSkipped) {
+  pair("a", "1");
+  pair("", "2");
+  const auto one = add("1", "a");
+  EXPECT_EQ(replace_string({.safe = 1}), -1);
+  EXPECT_EQ(read_file(one), "a");
+  EXPECT_THAT(rejected(), ElementsAre(one));
+}
+
 struct PhaseCase {
   int32_t mode;
   const char* text;
 };
 
-TEST_F(ReplaceTest, TellsThePhasesOfEachFile) {
+TEST_F(ReplaceTest, ReportsThePhasesOfEachFile) {
   ASSERT_TRUE(pattern("a"));
   const PhaseCase cases[] = {{0, "Now replacing in file "},
                              {1, "Now inserting before in file "},
@@ -188,7 +191,7 @@ TEST_F(ReplaceTest, AllMembersKeepTheSameRules) {
   use_store();
   for (const Member& member : kMembers) {
     SCOPED_TRACE(member.routine);
-    ASSERT_EQ(Clear(ZENFO_LIST_FILES), 1);
+    ASSERT_EQ(Clear(ZENFO_LIST_RUN_FILES), 1);
     const auto one = add("1", "aba");
     const auto missing = add_missing("2");
     const auto run = [&](const RunArguments& arguments) {
@@ -234,27 +237,24 @@ struct ArgumentCase {
 };
 
 // With the exclusion "(a)", the replacement pattern "b" and a list of "V".
+// clang-format off
 const ArgumentCase kArgumentCases[] = {
-    {"", "a", "X", {.case_flag = 0}, "A", "X"},
-    {"", "a", "X", {.case_flag = 1}, "A", "A"},
-    {"", "a", "X", {.whole_words = 1}, "ab a", "ab X"},
-    {"", "a", "X", {.whole_words = 0}, "ab a", "Xb X"},
-    {"", "a", "X", {.display = 1}, "a(a)", "a(X)"},
-    {"", "a", "X", {.display = 0}, "a(a)", "X(a)"},
-    {"Block", "a", "X", {.mode = 1}, "ba", "bXa"},
-    {"Block", "a", "X", {.use_list = 1}, "aa", "Va"},
-    {"Block", "a", "X", {.use_pattern = 1, .index = 2}, "abb", "bbb"},
-    {"Block", "a", "X", {.use_pattern = 1, .index = 3}, "abb", "abb"},
-    {"Block", "a", "^M", {.expand = 1}, "a", "\r"},
-    {"String", "'a|b'", "X", {.is_pattern = 1}, "a-b", "X-X"},
-    {"String", "^M", "X", {.convert = 1}, "\r", "X"},
-    {"Nbr",
-     "a",
-     "<n>",
-     {.placeholder = "n", .first = 3, .step = 4},
-     "aa",
-     "<3><7>"},
+  {"", "a", "X", {.case_flag = 0}, "A", "X"},
+  {"", "a", "X", {.case_flag = 1}, "A", "A"},
+  {"", "a", "X", {.whole_words = 1}, "ab a", "ab X"},
+  {"", "a", "X", {.whole_words = 0}, "ab a", "Xb X"},
+  {"", "a", "X", {.display = 1}, "a(a)", "a(X)"},
+  {"", "a", "X", {.display = 0}, "a(a)", "X(a)"},
+  {"Block", "a", "X", {.mode = 1}, "ba", "bXa"},
+  {"Block", "a", "X", {.use_list = 1}, "aa", "Va"},
+  {"Block", "a", "X", {.use_pattern = 1, .index = 2}, "abb", "bbb"},
+  {"Block", "a", "X", {.use_pattern = 1, .index = 3}, "abb", "abb"},
+  {"Block", "a", "^M", {.expand = 1}, "a", "\r"},
+  {"String", "'a|b'", "X", {.is_pattern = 1}, "a-b", "X-X"},
+  {"String", "^M", "X", {.convert = 1}, "\r", "X"},
+  {"Nbr", "a", "<n>", {.placeholder = "n", .first = 3, .step = 4}, "aa", "<3><7>"},
 };
+// clang-format on
 
 TEST_F(ReplaceTest, EveryMemberTakesEveryArgument) {
   ASSERT_TRUE(exclusion("(a)"));
@@ -399,3 +399,4 @@ TEST_F(ReplaceTest, AnswersDecideWhichFilesAreChanged) {
 }
 
 }  // namespace
+}  // namespace zenfo::test

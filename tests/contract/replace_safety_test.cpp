@@ -6,6 +6,7 @@
 #include <random>
 #include <string>
 
+#include "support/matchers.h"
 #include "support/replace_fixture.h"
 #ifdef _WIN32
 #include <windows.h>
@@ -17,25 +18,8 @@
 #include <csignal>
 #endif
 
+namespace zenfo::test {
 namespace {
-
-using namespace std::string_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using zenfo::test::exclusion;
-using zenfo::test::file_exists;
-using zenfo::test::HostRecorder;
-using zenfo::test::line_list;
-using zenfo::test::LinePaths;
-using zenfo::test::pattern;
-using zenfo::test::read_file;
-using zenfo::test::replace_block;
-using zenfo::test::replace_pattern;
-using zenfo::test::replace_string;
-using zenfo::test::ReplaceTest;
-using zenfo::test::RunArguments;
-using zenfo::test::Texts;
-using zenfo::test::write_file;
 
 // ---- Interrupts ------------------------------------------------------------
 
@@ -122,7 +106,7 @@ TEST_F(ReplaceTest, InterruptedAtAnyPollStringsLoseNoFile) {
   });
 }
 
-TEST_F(ReplaceTest, InterruptedBetweenItsStringsAFileIsToldOfAsItIs) {
+TEST_F(ReplaceTest, InterruptedBetweenItsStringsAFileIsReportedAsItIs) {
   pair("a", "b");
   pair("b", "c");
   use_store();
@@ -153,7 +137,7 @@ TEST_F(ReplaceTest, InterruptedBetweenItsStringsAFileIsToldOfAsItIs) {
   }
 }
 
-TEST_F(ReplaceTest, AStopWhileAreasAreSoughtEndsTheRun) {
+TEST_F(ReplaceTest, AStopDuringTheSearchForAreasEndsTheRun) {
   ASSERT_TRUE(pattern("a"));
   ASSERT_TRUE(exclusion("(a)"));
   use_store();
@@ -209,9 +193,9 @@ TEST_F(ReplaceTest, EveryRunEmptiesTheSafeStoreAskedForCopiesOrNot) {
   work().file("store/foreign", "x");
   work().file("store/sub/kept", "x");
   EXPECT_EQ(replace_block({.text = "b"}), 2);
-  EXPECT_EQ(contents(work().path("store")),
-            (std::map<std::string, std::string>{
-                {"sub"s + zenfo::test::kSeparator + "kept", "x"}}))
+  EXPECT_EQ(
+      contents(work().path("store")),
+      (std::map<std::string, std::string>{{"sub"s + kSeparator + "kept", "x"}}))
       << "the undo list file is deleted with the rest, subfolders stay";
   EXPECT_THAT(originals(), IsEmpty());
   EXPECT_EQ(Undo(), 0);
@@ -229,8 +213,7 @@ TEST_F(ReplaceTest, AFileMetTwiceGetsOneSafeCopy) {
   EXPECT_THAT(found(), ElementsAre(one, one));
   EXPECT_EQ(Undo(), 0);
   EXPECT_EQ(read_file(one), "a");
-  std::string other = folder.path() + zenfo::test::kSeparator + "." +
-                      zenfo::test::kSeparator + "1";
+  std::string other = folder.path() + kSeparator + "." + kSeparator + "1";
   EXPECT_EQ(over_lines(replace_block, {.text = "aa", .safe = 1},
                        line_list({one, one, other})),
             1 + 2 + 4);
@@ -329,7 +312,7 @@ TEST_F(ReplaceTest, RandomFilesAreReplacedAndBroughtBack) {
     return out;
   };
   for (int round = 0; round < 25; ++round) {
-    ASSERT_EQ(Clear(ZENFO_LIST_FILES), 1);
+    ASSERT_EQ(Clear(ZENFO_LIST_RUN_FILES), 1);
     ASSERT_EQ(Clear(ZENFO_LIST_PAIRS), 1);
     Texts paths, before, after;
     for (int i = 0; i < 6; ++i) {
@@ -413,7 +396,7 @@ TEST_F(ReplaceTest, AFileMappedByAnotherProgramEndsTheRunAndStays) {
   EXPECT_EQ(read_file(one), "1234567890");
 }
 #else
-// No file may grow beyond the limit while this lives.
+// No file may grow beyond the limit while this object lives.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t bytes) : handler_(signal(SIGXFSZ, SIG_IGN)) {
@@ -433,7 +416,7 @@ class FileSizeLimit {
   void (*handler_)(int);
 };
 
-// Root may write everything: gives that up while this lives.
+// Gives up root's right to write every file while this object lives.
 class Unprivileged {
  public:
   Unprivileged() : user_(geteuid()) {
@@ -523,3 +506,4 @@ TEST_F(ReplaceTest, ASummaryThatCannotBeWrittenFailsTheRun) {
 #endif
 
 }  // namespace
+}  // namespace zenfo::test

@@ -4,27 +4,11 @@
 
 #include <string>
 
+#include "support/matchers.h"
 #include "support/replace_fixture.h"
 
+namespace zenfo::test {
 namespace {
-
-using namespace std::string_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using zenfo::test::ErrorRecord;
-using zenfo::test::exclusion;
-using zenfo::test::HostRecorder;
-using zenfo::test::line_list;
-using zenfo::test::pattern;
-using zenfo::test::read_file;
-using zenfo::test::replace_block;
-using zenfo::test::replace_block_nbr;
-using zenfo::test::replace_pattern;
-using zenfo::test::replace_string;
-using zenfo::test::replace_string_nbr;
-using zenfo::test::ReplaceTest;
-using zenfo::test::RunArguments;
-using zenfo::test::write_file;
 
 // ---- What is written -------------------------------------------------------
 
@@ -55,7 +39,7 @@ TEST_F(ReplaceTest, ExpandTurnsCaretNamesIntoControlCharacters) {
             "a\r\nc");
 }
 
-TEST_F(ReplaceTest, BytesBehindANulAreLost) {
+TEST_F(ReplaceTest, BytesAfterANulAreLost) {
   ASSERT_TRUE(pattern("ab"));
   int32_t answer;
   EXPECT_EQ(becomes(replace_block, {.text = "Z"}, "ab\0cab"s, &answer), "Z");
@@ -265,7 +249,7 @@ TEST_F(ReplaceTest, DeselectedMatchesUseUpNoNumber) {
 TEST_F(ReplaceTest, NumbersStartAgainWithEachFileUnlessTheyRunOn) {
   ASSERT_TRUE(pattern("b"));
   for (int32_t run_on : {0, 1, -1}) {
-    ASSERT_EQ(Clear(ZENFO_LIST_FILES), 1);
+    ASSERT_EQ(Clear(ZENFO_LIST_RUN_FILES), 1);
     const auto one = add("1", "b b");
     const auto two = add("2", "b");
     EXPECT_EQ(replace_block_nbr({.text = "#", .run_on = run_on}), 3);
@@ -334,7 +318,7 @@ TEST_F(ReplaceTest, EachStringIsReplacedInWhatTheOneBeforeHasLeft) {
                            folder.path("3") + ", found 0\r\r\n");
 }
 
-#ifndef _WIN32  // which lets no open file go
+#ifndef _WIN32  // Windows deletes no file that is open
 TEST_F(ReplaceTest, AFileThatGoesBetweenTwoStringsIsFinished) {
   pair("a", "b");
   pair("b", "c");
@@ -418,3 +402,4 @@ TEST_F(ReplaceTest, SeveralStringsOnOneFileMakeOneSafeCopy) {
 }
 
 }  // namespace
+}  // namespace zenfo::test

@@ -1,5 +1,5 @@
-// Runs that change files, and Undo, under the words of ZENFO_SAFETY: what they
-// leave is what they leave without, and what breaks off loses nothing.
+// Runs that change files, and Undo, under the words of ZENFO_SAFETY: the files
+// are the same as without it, and an interrupted run loses nothing.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,28 +8,14 @@
 #include <vector>
 
 #include "support/environment.h"
+#include "support/matchers.h"
 #include "support/replace_fixture.h"
 #ifndef _WIN32
 #include <sys/stat.h>
 #endif
 
+namespace zenfo::test {
 namespace {
-
-using namespace std::string_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::SizeIs;
-using zenfo::test::EnvironmentVariable;
-using zenfo::test::HostRecorder;
-using zenfo::test::kSeparator;
-using zenfo::test::line_list;
-using zenfo::test::pattern;
-using zenfo::test::read_file;
-using zenfo::test::replace_block;
-using zenfo::test::replace_string;
-using zenfo::test::ReplaceTest;
-using zenfo::test::Texts;
-using zenfo::test::write_file;
 
 namespace fs = std::filesystem;
 
@@ -41,9 +27,9 @@ constexpr int kMany = 100;
 
 class SafetyTest : public ReplaceTest {
  protected:
-  // So many files "ab" in list 1.
+  // So many files "ab" for the run.
   Texts add_files(int count) {
-    Clear(ZENFO_LIST_FILES);
+    Clear(ZENFO_LIST_RUN_FILES);
     Texts paths;
     for (int i = 0; i < count; ++i) {
       paths.push_back(add("f" + std::to_string(i), "ab"));
@@ -119,7 +105,8 @@ TEST_F(SafetyTest, ARunThatTakesNothingLeavesNothingInTheStore) {
   for (const char* words : {"", "sync"}) {
     safety_.set(words);
     HostRecorder host;
-    // The first file is kept safe, and changes before it is written.
+    // The first file changes after its safe copy was made and before it is
+    // written.
     host.on_status_text = [&](const std::string& status) {
       if (status.starts_with("Now replacing")) write_file(paths[0], "other");
     };
@@ -152,7 +139,7 @@ TEST_F(SafetyTest, AStoppedRunIsUndoneWhole) {
   for (const auto& path : paths) ASSERT_EQ(read_file(path), "ab");
 }
 
-// The copy that was made ahead is of no use then.
+// A copy made ahead of such a change is not used.
 TEST_F(SafetyTest, WhatChangedAfterItWasCopiedAheadIsCopiedAgain) {
   ASSERT_TRUE(pattern("a"));
   use_store();
@@ -173,13 +160,13 @@ TEST_F(SafetyTest, WhatChangedAfterItWasCopiedAheadIsCopiedAgain) {
   EXPECT_EQ(read_file(paths[5]), "ab");
 }
 
-// Ahead or not, there is one copy of a file, and it is the first.
+// A file has one copy, made before the first change, ahead of time or not.
 TEST_F(SafetyTest, AFileMetAgainIsNotCopiedAheadAgain) {
   pair("a", "aa");
   use_store();
   safety_.set("sync");
   const Texts paths = add_files(5);
-  // The same files again behind the first batch, under another name too.
+  // The same files again after the first batch, under another name too.
   for (const auto& path : paths) add_path(path);
   const std::string link = folder.path("other");
   fs::create_hard_link(paths[2], link);
@@ -277,3 +264,4 @@ TEST_F(SafetyTest, LinksAreNotFollowedWhenTheyAreRefused) {
 #endif
 
 }  // namespace
+}  // namespace zenfo::test

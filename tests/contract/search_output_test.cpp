@@ -6,28 +6,14 @@
 #include <string>
 #include <string_view>
 
+#include "support/matchers.h"
 #include "support/search_fixture.h"
 #ifndef _WIN32
 #include "support/temporary_locale.h"
 #endif
 
+namespace zenfo::test {
 namespace {
-
-using namespace std::string_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using zenfo::test::ErrorRecord;
-using zenfo::test::exclusion;
-using zenfo::test::file_exists;
-using zenfo::test::find_block;
-using zenfo::test::find_string;
-using zenfo::test::HostRecorder;
-using zenfo::test::line_list;
-using zenfo::test::LinePaths;
-using zenfo::test::pattern;
-using zenfo::test::read_file;
-using zenfo::test::SearchTest;
-using zenfo::test::Texts;
 
 // ---- Report ----------------------------------------------------------------
 
@@ -183,7 +169,7 @@ TEST_F(SearchTest, LinesAreReadInPiecesOf4095Bytes) {
   ASSERT_TRUE(pattern("a"));
   const auto one = folder.file("1", "a");
   const std::string longest(4095, '\1');
-  // The path behind the piece is a line of its own, of the same length or not.
+  // The path after the piece is a line of its own, of the same length or not.
   EXPECT_EQ(over_lines(find_block, {}, longest + one + "\r\n"), 1);
   EXPECT_EQ(errors().size(), 1u);
   EXPECT_EQ(over_lines(find_block, {}, longest + longest + one), 1);
@@ -223,7 +209,7 @@ TEST_F(SearchTest, PathsOfTheRunMustBeGivenAndDiffer) {
 using Spelling = std::string (*)(const std::string& path);
 
 std::string with_a_dot(const std::string& path) {
-  const size_t name = path.rfind(zenfo::test::kSeparator) + 1;
+  const size_t name = path.rfind(kSeparator) + 1;
   return path.substr(0, name) + "." + path.substr(name - 1);
 }
 std::string linked(const std::string& path) {
@@ -287,13 +273,13 @@ TEST_F(SearchTest, LettersFollowTheLocaleThatTheHostSets) {
   ASSERT_TRUE(pattern("\xE4"));
   add("1", "\xC4");
   const auto matches = [] {
-    EXPECT_EQ(FindInFiles(ZENFO_LIST_FILES, "\xE4", 0, 0, 0),
+    EXPECT_EQ(FindInFiles(ZENFO_LIST_RUN_FILES, "\xE4", 0, 0, 0),
               find_block({.case_flag = 0}));
     return GetCount(ZENFO_LIST_RESULT, -1);
   };
   EXPECT_EQ(matches(), 0);
   {
-    const zenfo::test::HostLatinLocale locale;
+    const HostLatinLocale locale;
     if (!locale.in_force()) GTEST_SKIP() << "no Latin-1 locale can be made";
     EXPECT_EQ(matches(), 1);
   }
@@ -363,7 +349,7 @@ TEST_F(SearchTest, InterruptedAtAnyPollARunOverAListEndsClean) {
     EXPECT_GE(answer, -1);
     expect_prefix(found(), paths);
     expect_no_matches();
-    EXPECT_THAT(not_found(), testing::SizeIs(testing::Le(1u)));
+    EXPECT_THAT(not_found(), SizeIs(testing::Le(1u)));
     EXPECT_THAT(rejected(), IsEmpty());
   });
   EXPECT_GT(stops, 10);
@@ -416,7 +402,7 @@ TEST_F(SearchTest, InterruptedAtAnyPollARunOverLinesEndsClean) {
   }
 }
 
-TEST_F(SearchTest, AStopWhileAreasAreSoughtEndsTheRun) {
+TEST_F(SearchTest, AStopDuringTheSearchForAreasEndsTheRun) {
   ASSERT_TRUE(pattern("a"));
   ASSERT_TRUE(exclusion("(a)"));
   std::string bytes;
@@ -448,7 +434,7 @@ TEST_F(SearchTest, AnInterruptedLoadIsSearchedAsFarAsItWent) {
     loading = status.starts_with("Now loading");
   };
   host.interrupt = [&] { return loading ? 1 : 0; };
-  // The poll falls due behind the first block or behind the second. Where the
+  // The poll falls due after the first block or after the second. Where the
   // rest is missing there is a byte of zeros.
   const int32_t answer = find_block({});
   EXPECT_TRUE(answer == 50000 || answer == 100000) << answer;
@@ -473,3 +459,4 @@ TEST_F(SearchTest, ReportsProgressOfLoadingAndSearching) {
 }
 
 }  // namespace
+}  // namespace zenfo::test

@@ -5,17 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "support/matchers.h"
 #include "support/search_fixture.h"
 
+namespace zenfo::test {
 namespace {
-
-using testing::ElementsAre;
-using zenfo::test::exclusion;
-using zenfo::test::find_block;
-using zenfo::test::find_string;
-using zenfo::test::HostRecorder;
-using zenfo::test::read_file;
-using zenfo::test::SearchTest;
 
 TEST_F(SearchTest, AFilesNumberIsTheSumOfItsStrings) {
   pair("a", "");
@@ -58,7 +52,7 @@ TEST_F(SearchTest, FindStringsAreCompiledAsAsked) {
   EXPECT_EQ(find_string({.convert = 1}), 2);
   ASSERT_EQ(SetState(ZENFO_LIST_PAIRS, 0, 0), 1);
   ASSERT_EQ(UpdateStringPair(1, "'x|y'b", ""), 1);
-  zenfo::test::write_file(one, "axyb");
+  write_file(one, "axyb");
   EXPECT_EQ(find_string({}), 0);
   EXPECT_EQ(find_string({.is_pattern = 1}), 1);
 }
@@ -128,8 +122,7 @@ TEST_F(SearchTest, TakingAllHoldsForLaterStringsAndFiles) {
   EXPECT_EQ(host.option_questions.size(), 1u);
 }
 
-// Intended: the last argument of FindString_f is not handed on.
-TEST_F(SearchTest, StringsOverLinesAreAlwaysSoughtOutsideTheAreas) {
+TEST_F(SearchTest, TheDisplayOptionOfStringsOverLinesIsNotHandedOn) {
   ASSERT_TRUE(exclusion("(aa)"));
   pair("a", "");
   const auto one = add("1", "a(aa)");
@@ -137,7 +130,7 @@ TEST_F(SearchTest, StringsOverLinesAreAlwaysSoughtOutsideTheAreas) {
   EXPECT_EQ(over_lines(find_string, {.display = 1}, one + "\r\n"), 1);
 }
 
-TEST_F(SearchTest, AStringThatTheHostChangesIsSoughtInTheNextFileAsItIsThen) {
+TEST_F(SearchTest, AStringThatTheHostChangesIsUsedFromTheNextFileOn) {
   pair("a", "");
   pair("b", "");
   add("1", "a b cc");
@@ -156,7 +149,7 @@ TEST_F(SearchTest, AStringThatTheHostChangesIsSoughtInTheNextFileAsItIsThen) {
   EXPECT_THAT(flags(ZENFO_LIST_RESULT), ElementsAre(2, 3, 2));
 }
 
-TEST_F(SearchTest, ALaterSearchIsForTheStringThatWasSoughtLast) {
+TEST_F(SearchTest, ALaterSearchIsForTheStringOfTheSearchBefore) {
   pair("a", "");
   pair("b", "");
   add("1", "a bb");
@@ -168,7 +161,7 @@ TEST_F(SearchTest, ALaterSearchIsForTheStringThatWasSoughtLast) {
   EXPECT_EQ(find_block({}), 2);
 }
 
-TEST_F(SearchTest, PairsThatAreManyAreAllSought) {
+TEST_F(SearchTest, AllOfManyPairsAreSearchedFor) {
   std::string text;
   for (int i = 0; i < 1200; ++i) {
     const std::string word = "<" + std::to_string(i) + ">";
@@ -182,3 +175,4 @@ TEST_F(SearchTest, PairsThatAreManyAreAllSought) {
 }
 
 }  // namespace
+}  // namespace zenfo::test

@@ -6,30 +6,13 @@
 #include <random>
 #include <string>
 
+#include "support/matchers.h"
 #include "support/search_fixture.h"
 
+namespace zenfo::test {
 namespace {
 
-using namespace std::string_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using zenfo::test::ErrorRecord;
-using zenfo::test::exclusion;
-using zenfo::test::file_exists;
-using zenfo::test::find_block;
-using zenfo::test::find_excluded;
-using zenfo::test::find_string;
-using zenfo::test::HostRecorder;
-using zenfo::test::line_list;
-using zenfo::test::LinePaths;
-using zenfo::test::Operation;
-using zenfo::test::pattern;
-using zenfo::test::read_file;
-using zenfo::test::RunArguments;
-using zenfo::test::SearchTest;
-using zenfo::test::Texts;
-
-// What was written into a buffer by an accessor of a match.
+// What an accessor of matches writes into a buffer.
 template <class Getter>
 std::string of_match(Getter getter, int32_t list, uint32_t index) {
   char buffer[200] = "?";
@@ -51,7 +34,7 @@ TEST_F(SearchTest, FilesGoToTheListsByTheirMatches) {
   EXPECT_THAT(not_found(), ElementsAre(none));
   EXPECT_THAT(flags(ZENFO_LIST_NO_MATCH), ElementsAre(0));
   EXPECT_THAT(rejected(), ElementsAre(missing));
-  EXPECT_THAT(files(ZENFO_LIST_FILES), ElementsAre(two, none, missing, one))
+  EXPECT_THAT(files(ZENFO_LIST_RUN_FILES), ElementsAre(two, none, missing, one))
       << "entries are copied, not moved";
   expect_no_matches();
   EXPECT_THAT(errors(),
@@ -70,12 +53,12 @@ TEST_F(SearchTest, FilesAreSearchedInTheSortedOrder) {
   ASSERT_TRUE(pattern("a"));
   Texts paths;
   for (const char* name : {"a", "b", "c"}) paths.push_back(add(name, "a"));
-  ASSERT_EQ(Sort(ZENFO_LIST_FILES, 10, 1), 1);
+  ASSERT_EQ(Sort(ZENFO_LIST_RUN_FILES, 10, 1), 1);
   EXPECT_EQ(find_block({}), 3);
   EXPECT_THAT(found(), ElementsAre(paths[2], paths[1], paths[0]));
 }
 
-TEST_F(SearchTest, StringsAreSoughtInTheSortedOrder) {
+TEST_F(SearchTest, StringsAreSearchedForInTheSortedOrder) {
   for (const char* find : {"c", "a", "b"}) pair(find, "");
   ASSERT_EQ(SortString(1, 0), 1);
   const auto one = add("1", "abc");
@@ -93,10 +76,10 @@ TEST_F(SearchTest, UnselectedEntriesArePassedOver) {
   ASSERT_TRUE(pattern("a"));
   add("1", "a");
   add("2", "a");
-  ASSERT_EQ(SetState(ZENFO_LIST_FILES, -1, 0), 2);
+  ASSERT_EQ(SetState(ZENFO_LIST_RUN_FILES, -1, 0), 2);
   EXPECT_EQ(find_block({}), 0);
   expect_no_results();
-  ASSERT_EQ(SetState(ZENFO_LIST_FILES, 1, 1), 1);
+  ASSERT_EQ(SetState(ZENFO_LIST_RUN_FILES, 1, 1), 1);
   EXPECT_EQ(find_block({}), 1);
   EXPECT_EQ(found().size(), 1u);
 }
@@ -107,7 +90,7 @@ TEST_F(SearchTest, ARunEmptiesTheResultsOfTheOneBefore) {
   add("2", "b");
   add_missing("3");
   EXPECT_EQ(find_block({}), 1);
-  ASSERT_EQ(Clear(ZENFO_LIST_FILES), 1);
+  ASSERT_EQ(Clear(ZENFO_LIST_RUN_FILES), 1);
   EXPECT_EQ(find_block({}), 0);
   expect_no_results();
 }
@@ -233,7 +216,7 @@ TEST_F(SearchTest, WhatWasDeselectedIsNotCountedWhenAllIsTaken) {
 }
 
 int32_t most_matches_seen = 0;
-// Counting tells the host of itself, and asks it now and then.
+// Counting sends a status text and polls.
 void look_at_matches() {
   most_matches_seen =
       std::max({most_matches_seen, GetCount(ZENFO_LIST_MATCHES, -1),
@@ -252,7 +235,7 @@ int32_t ZENFO_CALL look_at_status(const ZenfoWideChar*) {
   return 0;
 }
 
-// Not in the question alone: a host may look whenever it is called.
+// A host may read the matches in every callback, not only in the question.
 TEST_F(SearchTest, MatchesAreThereForEveryCallbackOfTheHost) {
   ASSERT_TRUE(pattern("a"));
   pair("a", "");
@@ -358,7 +341,7 @@ TEST_F(SearchTest, ANonPrintableByteRejectsTheFileWhenAsked) {
 
 // ---- Phases ----------------------------------------------------------------
 
-TEST_F(SearchTest, TellsThePhasesOfEachFileInOrder) {
+TEST_F(SearchTest, ReportsThePhasesOfEachFileInOrder) {
   ASSERT_TRUE(pattern("a"));
   const auto one = add("1", "a");
   const auto two = add("2", "b");
@@ -373,7 +356,7 @@ TEST_F(SearchTest, TellsThePhasesOfEachFileInOrder) {
                   "Now parsing file " + two));
 }
 
-TEST_F(SearchTest, ParsingIsToldForEachString) {
+TEST_F(SearchTest, ParsingIsReportedForEachString) {
   pair("a", "");
   pair("b", "");
   const auto one = add("1", "ab");
@@ -386,7 +369,7 @@ TEST_F(SearchTest, ParsingIsToldForEachString) {
 
 // ---- Questions -------------------------------------------------------------
 
-TEST_F(SearchTest, AsksForEveryFileWithMatchesAndTellsOfTheReport) {
+TEST_F(SearchTest, AsksForEveryFileWithMatchesAndAnnouncesTheReport) {
   ASSERT_TRUE(pattern("a"));
   const auto one = add("1", "a");
   add("2", "b");
@@ -532,7 +515,7 @@ TEST_F(SearchTest, InsideTheQuestionTheMatchesCanBeReadAndDeselected) {
                 "-----------END MATCH-----------\r\n\r\n");
 }
 
-// Its lines are there inside the question only, whatever the answer.
+// The display has lines during the question only, whatever the answer.
 TEST_F(SearchTest, TheDisplayShowsTheFileInsideTheQuestion) {
   ASSERT_TRUE(pattern("a"));
   ASSERT_TRUE(exclusion("(a)"));
@@ -613,17 +596,17 @@ TEST_F(SearchTest, WhatWouldPullTheListsAwayIsRefusedInsideTheQuestion) {
     TextCounts counts;
     EXPECT_EQ(Initialize(), 0);
     EXPECT_EQ(Terminate(), -1);
-    EXPECT_EQ(Clear(ZENFO_LIST_FILES), 0);
+    EXPECT_EQ(Clear(ZENFO_LIST_RUN_FILES), 0);
     EXPECT_EQ(Clear(ZENFO_LIST_MATCHES), 0);
-    EXPECT_EQ(FindFiles(ZENFO_LIST_FILES, "0x", options, ""), -1);
+    EXPECT_EQ(FindFiles(ZENFO_LIST_RUN_FILES, "0x", options, ""), -1);
     EXPECT_FALSE(pattern("b"));
     EXPECT_FALSE(exclusion("b"));
     EXPECT_EQ(find_block({}), -1);
     EXPECT_EQ(find_string({}), -1);
     EXPECT_EQ(find_excluded({}), -1);
-    EXPECT_EQ(zenfo::test::replace_block({}), -1);
-    EXPECT_EQ(zenfo::test::replace_string({}), -1);
-    EXPECT_EQ(zenfo::test::change_case({}), -1);
+    EXPECT_EQ(replace_block({}), -1);
+    EXPECT_EQ(replace_string({}), -1);
+    EXPECT_EQ(change_case({}), -1);
     EXPECT_EQ(AddStringPair("x", "y"), -1);
     EXPECT_EQ(Undo(), -1);
     EXPECT_EQ(GetUndoList(), -1);
@@ -638,7 +621,7 @@ TEST_F(SearchTest, WhatWouldPullTheListsAwayIsRefusedInsideTheQuestion) {
 
 // ---- Exclusion -------------------------------------------------------------
 
-TEST_F(SearchTest, MatchesAreSoughtOutsideOrInsideTheAreas) {
+TEST_F(SearchTest, MatchesAreFoundOutsideOrInsideTheAreas) {
   ASSERT_TRUE(pattern("a"));
   ASSERT_TRUE(exclusion("(aa)"));
   add("1", "a(aa)a(a)");
@@ -690,3 +673,4 @@ TEST_F(SearchTest, WithoutAnExclusionPatternThereAreNoAreasToFind) {
 }
 
 }  // namespace
+}  // namespace zenfo::test

@@ -8,18 +8,12 @@
 
 #include "support/host_recorder.h"
 #include "support/list_test.h"
+#include "support/lists.h"
+#include "support/matchers.h"
 #include "zenfofr130.h"
 
+namespace zenfo::test {
 namespace {
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-using zenfo::test::ErrorRecord;
-using zenfo::test::HostRecorder;
-using zenfo::test::ListTest;
-using zenfo::test::read_file;
-using zenfo::test::runtime_error;
-using zenfo::test::Texts;
 
 constexpr unsigned char kAllFacts[ZENFO_OPTION_COUNT] = {1, 1, 1, 1, 1,
                                                          1, 1, 1, 1, 1};
@@ -46,7 +40,7 @@ class SortTest : public ListTest {
   void fill_values(const Texts& values) {
     load_replace_list(folder.file("values", lines(values)).c_str());
   }
-  static Texts names(int32_t list = ZENFO_LIST_FILES) {
+  static Texts names(int32_t list = ZENFO_LIST_RUN_FILES) {
     return texts(GetFilename, list);
   }
   static Texts finds() { return texts(GetFindString, ZENFO_LIST_PAIRS); }
@@ -54,8 +48,9 @@ class SortTest : public ListTest {
 };
 
 TEST_F(SortTest, SortsFilesByEveryKeyBothWays) {
-  fill(ZENFO_LIST_FILES, {{"b/C.txt", 10}, {"c/a.doc", 30}, {"a/B.ini", 20}});
-  SetState(ZENFO_LIST_FILES, 0, 1);
+  fill(ZENFO_LIST_RUN_FILES,
+       {{"b/C.txt", 10}, {"c/a.doc", 30}, {"a/B.ini", 20}});
+  SetState(ZENFO_LIST_RUN_FILES, 0, 1);
   const std::pair<uint32_t, Texts> rising[] = {
       {2, {"a.doc", "B.ini", "C.txt"}},  {3, {"B.ini", "C.txt", "a.doc"}},
       {8, {"C.txt", "B.ini", "a.doc"}},  {10, {"B.ini", "C.txt", "a.doc"}},
@@ -63,34 +58,34 @@ TEST_F(SortTest, SortsFilesByEveryKeyBothWays) {
       {14, {"B.ini", "C.txt", "a.doc"}}, {16, {"B.ini", "C.txt", "a.doc"}},
   };
   for (const auto& [option, expected] : rising) {
-    EXPECT_EQ(Sort(ZENFO_LIST_FILES, option, 0), 1);
+    EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, option, 0), 1);
     EXPECT_EQ(names(), expected) << option;
-    EXPECT_EQ(Sort(ZENFO_LIST_FILES, option, -5), 1);
+    EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, option, -5), 1);
     EXPECT_EQ(names(), Texts(expected.rbegin(), expected.rend())) << option;
   }
   for (const uint32_t option : {0u, 12u, 15u}) {
-    EXPECT_EQ(Sort(ZENFO_LIST_FILES, option, 0), 1);
+    EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, option, 0), 1);
     EXPECT_EQ(names().back(), "C.txt") << "the selected one, " << option;
-    EXPECT_EQ(Sort(ZENFO_LIST_FILES, option, 1), 1);
+    EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, option, 1), 1);
     EXPECT_EQ(names().front(), "C.txt") << option;
   }
   for (uint32_t option = 0; option <= 16; ++option) {
-    EXPECT_EQ(Sort(ZENFO_LIST_FILES, option, 0), 1) << option;
+    EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, option, 0), 1) << option;
   }
   EXPECT_THAT(errors(), IsEmpty());
 }
 
 TEST_F(SortTest, SortsByTypeName) {
-  fill(ZENFO_LIST_FILES, {{"1.zz"}, {"2.aa"}});
-  EXPECT_EQ(Sort(ZENFO_LIST_FILES, 4, 0), 1);
-  const Texts types = texts(GetType, ZENFO_LIST_FILES);
+  fill(ZENFO_LIST_RUN_FILES, {{"1.zz"}, {"2.aa"}});
+  EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, 4, 0), 1);
+  const Texts types = texts(GetType, ZENFO_LIST_RUN_FILES);
   EXPECT_LE(types[0], types[1]);
 }
 
-TEST_F(SortTest, OptionsBehindTheLastAreRefused) {
-  fill(ZENFO_LIST_FILES, {{"b"}, {"a"}});
-  EXPECT_EQ(Sort(ZENFO_LIST_FILES, 17, 0), -1);
-  EXPECT_EQ(Sort(ZENFO_LIST_FILES, UINT32_MAX, 0), -1);
+TEST_F(SortTest, OptionsAfterTheLastAreRefused) {
+  fill(ZENFO_LIST_RUN_FILES, {{"b"}, {"a"}});
+  EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, 17, 0), -1);
+  EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, UINT32_MAX, 0), -1);
   const ErrorRecord refused{"Option is invalid", "Checking sort option",
                             "Sort"};
   EXPECT_THAT(errors(), ElementsAre(refused, refused));
@@ -98,7 +93,7 @@ TEST_F(SortTest, OptionsBehindTheLastAreRefused) {
 }
 
 TEST_F(SortTest, AnUnknownListIsLoggedTwice) {
-  EXPECT_EQ(Sort(11, 99, 0), -1);
+  EXPECT_EQ(Sort(kNoList, 99, 0), -1);
   EXPECT_THAT(
       errors(),
       ElementsAre(ErrorRecord{"", "Error retrieving list handler", "get_list"},
@@ -109,37 +104,38 @@ TEST_F(SortTest, AnUnknownListIsLoggedTwice) {
 TEST_F(SortTest, TheListIsTestedBeforeTheStatusText) {
   HostRecorder host;
   EXPECT_EQ(Sort(-1, 0, 0), -1);
-  EXPECT_EQ(Sort(ZENFO_LIST_FILES, 17, 0), -1);
+  EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, 17, 0), -1);
   EXPECT_THAT(host.statuses, IsEmpty());
-  EXPECT_EQ(Sort(ZENFO_LIST_FILES, 0, 0), -1) << "an empty list";
+  EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, 0, 0), -1) << "an empty list";
   EXPECT_THAT(host.statuses, ElementsAre("Now sorting entries"));
 }
 
 TEST_F(SortTest, FewerThanTwoRecordsAnswerMinusOneUnlogged) {
-  EXPECT_EQ(Sort(ZENFO_LIST_FILES, 2, 0), -1);
-  fill(ZENFO_LIST_FILES, {{"a"}});
-  EXPECT_EQ(Sort(ZENFO_LIST_FILES, 2, 0), -1);
+  EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, 2, 0), -1);
+  fill(ZENFO_LIST_RUN_FILES, {{"a"}});
+  EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, 2, 0), -1);
   EXPECT_THAT(names(), ElementsAre("a"));
   EXPECT_THAT(errors(), IsEmpty());
 }
 
 TEST_F(SortTest, MissingNamesGoFirst) {
-  fill(ZENFO_LIST_FILES, {{"b"}, {"a"}});
+  fill(ZENFO_LIST_RUN_FILES, {{"b"}, {"a"}});
   HostRecorder host;
   int asked = 0;
   host.answer_file = [&](const std::string&) { return asked++ == 0 ? 1 : 2; };
-  ASSERT_EQ(AddFileToList(ZENFO_LIST_FILES, ZENFO_LIST_FILES, kNoFacts), 1);
-  EXPECT_EQ(Sort(ZENFO_LIST_FILES, 2, 0), 1);
+  ASSERT_EQ(AddFileToList(ZENFO_LIST_RUN_FILES, ZENFO_LIST_RUN_FILES, kNoFacts),
+            1);
+  EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, 2, 0), 1);
   EXPECT_THAT(names(), ElementsAre("(-1)", "a", "b"));
-  EXPECT_EQ(Sort(ZENFO_LIST_FILES, 2, 1), 1);
+  EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, 2, 1), 1);
   EXPECT_THAT(names(), ElementsAre("b", "a", "(-1)"));
 }
 
 TEST_F(SortTest, AnAppendedRecordEndsTheSortedOrder) {
-  fill(ZENFO_LIST_FILES, {{"c"}, {"a"}});
-  Sort(ZENFO_LIST_FILES, 2, 0);
+  fill(ZENFO_LIST_RUN_FILES, {{"c"}, {"a"}});
+  Sort(ZENFO_LIST_RUN_FILES, 2, 0);
   EXPECT_THAT(names(), ElementsAre("a", "c"));
-  fill(ZENFO_LIST_FILES, {{"b"}});
+  fill(ZENFO_LIST_RUN_FILES, {{"b"}});
   EXPECT_THAT(names(), ElementsAre("c", "a", "b"));
 }
 
@@ -252,13 +248,14 @@ TEST_F(SortTest, SortsResultsByFlagNameFolderAndFlag) {
 }
 
 TEST_F(SortTest, OptionsThreeAndZeroOfTheResultsSortAlike) {
-  fill(ZENFO_LIST_FILES, {{"a"}, {"b"}, {"c"}, {"d"}, {"e"}, {"f"}, {"g"}});
+  fill(ZENFO_LIST_RUN_FILES, {{"a"}, {"b"}, {"c"}, {"d"}, {"e"}, {"f"}, {"g"}});
   // Files that are gone lack facts: flag -1.
   for (const char* gone : {"b", "d", "g"}) {
     std::filesystem::remove(folder.path(gone));
   }
   HostRecorder host;
-  ASSERT_EQ(AddFileToList(ZENFO_LIST_FILES, ZENFO_LIST_RESULT, kAllFacts), 7);
+  ASSERT_EQ(AddFileToList(ZENFO_LIST_RUN_FILES, ZENFO_LIST_RESULT, kAllFacts),
+            7);
   EXPECT_EQ(SortResult(0, 0), 1);
   EXPECT_THAT(flags(ZENFO_LIST_RESULT), ElementsAre(-1, -1, -1, 0, 0, 0, 0));
   const Texts by_zero = names(ZENFO_LIST_RESULT);
@@ -281,16 +278,16 @@ TEST_F(SortTest, FixedListsRefuseOptionsAboveTheirLast) {
 }
 
 TEST_F(SortTest, SelectsAllButTheFirstOfEqualFiles) {
-  fill(ZENFO_LIST_FILES,
+  fill(ZENFO_LIST_RUN_FILES,
        {{"1/A", 5}, {"2/a", 5}, {"3/B", 5}, {"4/a", 6}, {"5/c", 5}});
-  SetState(ZENFO_LIST_FILES, -1, 1);
-  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_FILES, 2), 2);
-  EXPECT_EQ(GetCount(ZENFO_LIST_FILES, 1), 2);
-  EXPECT_THAT(states(ZENFO_LIST_FILES), ElementsAre(0, 1, 1, 0, 0))
+  SetState(ZENFO_LIST_RUN_FILES, -1, 1);
+  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_RUN_FILES, 2), 2);
+  EXPECT_EQ(GetCount(ZENFO_LIST_RUN_FILES, 1), 2);
+  EXPECT_THAT(states(ZENFO_LIST_RUN_FILES), ElementsAre(0, 1, 1, 0, 0))
       << "in sorted order";
-  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_FILES, 8), 3);
-  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_FILES, 10), 0);
-  EXPECT_EQ(GetCount(ZENFO_LIST_FILES, 1), 0);
+  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_RUN_FILES, 8), 3);
+  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_RUN_FILES, 10), 0);
+  EXPECT_EQ(GetCount(ZENFO_LIST_RUN_FILES, 1), 0);
 }
 
 TEST_F(SortTest, SelectsAllButOneByState) {
@@ -300,16 +297,17 @@ TEST_F(SortTest, SelectsAllButOneByState) {
 }
 
 TEST_F(SortTest, DuplicatesByOptionElevenShareNameSizeTimeAndAttributes) {
-  fill(ZENFO_LIST_FILES, {{"1/a", 5}, {"2/a", 6}});
-  fill(ZENFO_LIST_FILES, {{"1/a", 5}});
-  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_FILES, 11), 1);
-  EXPECT_THAT(states(ZENFO_LIST_FILES), ElementsAre(0, 1, 0));
+  fill(ZENFO_LIST_RUN_FILES, {{"1/a", 5}, {"2/a", 6}});
+  fill(ZENFO_LIST_RUN_FILES, {{"1/a", 5}});
+  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_RUN_FILES, 11), 1);
+  EXPECT_THAT(states(ZENFO_LIST_RUN_FILES), ElementsAre(0, 1, 0));
 }
 
 TEST_F(SortTest, MissingNamesAreNoDuplicatesOfEachOther) {
-  fill(ZENFO_LIST_FILES, {{"a"}, {"b"}}, kNoFacts);
-  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_FILES, 2), 0);
-  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_FILES, 4), 1) << "missing types are";
+  fill(ZENFO_LIST_RUN_FILES, {{"a"}, {"b"}}, kNoFacts);
+  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_RUN_FILES, 2), 0);
+  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_RUN_FILES, 4), 1)
+      << "missing types are";
 }
 
 TEST_F(SortTest, SelectDuplicatesClearsTheSelectionOfASingleRecordToo) {
@@ -341,7 +339,7 @@ TEST_F(SortTest, SelectDuplicatesRefusesOptionsAboveElevenAndMissingLists) {
                               "Getting list pointer", "SelectDuplicates"}));
 }
 
-TEST_F(SortTest, SelectDuplicatesTellsBothWalks) {
+TEST_F(SortTest, SelectDuplicatesReportsBothWalks) {
   fill_pairs({"a", "b", "a"});
   HostRecorder host;
   EXPECT_EQ(SelectDuplicates(ZENFO_LIST_PAIRS, 10), 1);
@@ -415,7 +413,7 @@ TEST_F(SortTest, RemovalReportsZerosAndNoPositions) {
   }
 }
 
-TEST_F(SortTest, AHostThatReadsTheListMeanwhileDoesNotMoveTheWalk) {
+TEST_F(SortTest, AHostThatReadsTheListDuringTheWalkDoesNotMoveIt) {
   Texts finds_in;
   for (int i = 0; i < 1000; ++i) finds_in.push_back(std::to_string(i));
   fill_pairs(finds_in);
@@ -445,7 +443,7 @@ TEST_F(SortTest, RemoveSelectionLogsAMissingList) {
                               "Getting list pointer", "RemoveSelection"}));
 }
 
-TEST_F(SortTest, DeletesTheRecordThatStandsAtAPosition) {
+TEST_F(SortTest, DeletesTheRecordAtAPosition) {
   fill_pairs({"c", "a", "b"});
   SortString(1, 0);
   EXPECT_EQ(DeleteItem(ZENFO_LIST_PAIRS, 0), 1);
@@ -454,7 +452,7 @@ TEST_F(SortTest, DeletesTheRecordThatStandsAtAPosition) {
   EXPECT_THAT(finds(), ElementsAre("c"));
 }
 
-TEST_F(SortTest, DeletingBehindTheEndRemovesNothingAndAnswersOne) {
+TEST_F(SortTest, DeletingAfterTheEndRemovesNothingAndAnswersOne) {
   EXPECT_EQ(DeleteItem(ZENFO_LIST_PAIRS, 0), 1);
   fill_pairs({"b", "a"});
   SortString(1, 0);
@@ -465,7 +463,7 @@ TEST_F(SortTest, DeletingBehindTheEndRemovesNothingAndAnswersOne) {
 }
 
 TEST_F(SortTest, DeletingFromAMissingListAnswersMinusOne) {
-  EXPECT_EQ(DeleteItem(11, 0), -1);
+  EXPECT_EQ(DeleteItem(kNoList, 0), -1);
   EXPECT_THAT(errors(), ElementsAre(ErrorRecord{
                             "", "Error retrieving list handler", "get_list"}));
 }
@@ -493,16 +491,17 @@ TEST_F(SortTest, SortsAreRefusedWhileAnotherOperationRuns) {
 
 TEST(SortLists, AnswerMinusOneWithoutALibrary) {
   Terminate();
-  EXPECT_EQ(Sort(ZENFO_LIST_FILES, 0, 0), -1);
+  EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, 0, 0), -1);
   EXPECT_EQ(SortString(0, 0), -1);
   EXPECT_EQ(SortUndo(0, 0), -1);
   EXPECT_EQ(SortResult(0, 0), -1);
   EXPECT_EQ(SortResultNoMatch(0, 0), -1);
   EXPECT_EQ(SortResultError(0, 0), -1);
   EXPECT_EQ(sort_replace_list(2, 0), -1);
-  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_FILES, 0), -1);
-  EXPECT_EQ(RemoveSelection(ZENFO_LIST_FILES), -1);
-  EXPECT_EQ(DeleteItem(ZENFO_LIST_FILES, 0), -1);
+  EXPECT_EQ(SelectDuplicates(ZENFO_LIST_RUN_FILES, 0), -1);
+  EXPECT_EQ(RemoveSelection(ZENFO_LIST_RUN_FILES), -1);
+  EXPECT_EQ(DeleteItem(ZENFO_LIST_RUN_FILES, 0), -1);
 }
 
 }  // namespace
+}  // namespace zenfo::test

@@ -14,10 +14,8 @@ static bool operator==(const TextCounts& a, const TextCounts& b) {
   return a.size == b.size && a.words == b.words && a.lines == b.lines;
 }
 
+namespace zenfo::test {
 namespace {
-
-using zenfo::test::HostRecorder;
-using zenfo::test::TempFolder;
 
 class CountTest : public testing::Test {
  protected:
@@ -123,8 +121,8 @@ TEST_F(CountTest, AStopWhileLinesAreCountedStoresNothing) {
   EXPECT_EQ(host.statuses.size(), 2u);
 }
 
-// What is kept from count to count remembers neither hosts nor stops.
-TEST_F(CountTest, AHostThatComesLaterIsAskedAndAStopEndsOneCountOnly) {
+// What one count leaves for the next holds no callback and no stop.
+TEST_F(CountTest, AHostSetLaterIsPolledAndAStopEndsOneCountOnly) {
   std::string text;
   for (int i = 0; i < 5000; ++i) text += "a\r\n";
   const TextCounts whole{15000, 5000, 5000};
@@ -140,7 +138,7 @@ TEST_F(CountTest, AHostThatComesLaterIsAskedAndAStopEndsOneCountOnly) {
     host.reports.clear();
     EXPECT_EQ(get_word_count(path.c_str(), &counts), 1);
     EXPECT_EQ(counts, whole);
-    // 14999 attempts behind the first at words, 4999 at lines.
+    // 14999 attempts after the first at words, 4999 at lines.
     EXPECT_EQ(host.interrupt_polls, 199);
     EXPECT_EQ(host.reports.size(), 200u);
   }
@@ -165,7 +163,7 @@ TEST(Count, IsRefusedBeforeInitialize) {
 TEST_F(CountTest, SavingNoOccurrenceWritesAnEmptyFile) {
   const std::string path = folder.file("out", "old");
   EXPECT_EQ(save_occurrences(path.c_str(), ";"), 0);
-  EXPECT_EQ(zenfo::test::read_file(path), "");
+  EXPECT_EQ(read_file(path), "");
 }
 
 TEST_F(CountTest, SavingOccurrencesRefusesMissingArguments) {
@@ -175,11 +173,11 @@ TEST_F(CountTest, SavingOccurrencesRefusesMissingArguments) {
   EXPECT_EQ(save_occurrences(path.c_str(), nullptr), -1);
   EXPECT_EQ(save_occurrences(path.c_str(), ""), -1);
   EXPECT_EQ(save_occurrences(folder.path("no/such").c_str(), ";"), -1);
-  EXPECT_EQ(zenfo::test::read_file(path), "old");
+  EXPECT_EQ(read_file(path), "old");
 }
 
 // Runs a search over one file and saves its matches from inside the question.
-class OccurrenceTest : public zenfo::test::RunTest {
+class OccurrenceTest : public RunTest {
  protected:
   void search(std::string_view bytes, const std::function<void()>& question) {
     add("1", bytes);
@@ -188,19 +186,19 @@ class OccurrenceTest : public zenfo::test::RunTest {
       question();
       return 1;
     };
-    EXPECT_GE(zenfo::test::find_block({.ask = 1}), 0);
+    EXPECT_GE(find_block({.ask = 1}), 0);
     EXPECT_EQ(host.option_questions.size(), 1u);
   }
   int32_t save(const char* separator) {
     return save_occurrences(out.c_str(), separator);
   }
-  std::string saved() const { return zenfo::test::read_file(out); }
+  std::string saved() const { return read_file(out); }
 
   const std::string out = folder.path("out");
 };
 
 TEST_F(OccurrenceTest, SelectedMatchesAreSavedEachWithASeparator) {
-  ASSERT_TRUE(zenfo::test::pattern("'a|b'", 1));
+  ASSERT_TRUE(pattern("'a|b'", 1));
   search("a-bb-ab", [&] {
     EXPECT_EQ(save("\r\n"), 3);
     EXPECT_EQ(saved(), "a\r\nbb\r\nab\r\n");
@@ -224,7 +222,7 @@ TEST_F(OccurrenceTest, AMatchIsSavedUpToItsFirstNul) {
 }
 
 TEST_F(OccurrenceTest, AStopLeavesWhatWasSavedSoFar) {
-  ASSERT_TRUE(zenfo::test::pattern("a"));
+  ASSERT_TRUE(pattern("a"));
   const std::string all(250, 'a');
   add("1", all);
   HostRecorder host;
@@ -237,11 +235,11 @@ TEST_F(OccurrenceTest, AStopLeavesWhatWasSavedSoFar) {
     EXPECT_EQ(saved(), all + all);
     return 1;
   };
-  EXPECT_EQ(zenfo::test::find_block({.ask = 1}), 250);
+  EXPECT_EQ(find_block({.ask = 1}), 250);
 }
 
-TEST_F(OccurrenceTest, SavingTellsItsStatusAndProgress) {
-  ASSERT_TRUE(zenfo::test::pattern("a"));
+TEST_F(OccurrenceTest, SavingReportsItsStatusAndProgress) {
+  ASSERT_TRUE(pattern("a"));
   add("1", "aa");
   HostRecorder host;
   host.answer_option = [&](const HostRecorder::Question&) {
@@ -254,14 +252,15 @@ TEST_F(OccurrenceTest, SavingTellsItsStatusAndProgress) {
     EXPECT_EQ(host.report_positions(), (std::vector<uint32_t>{0, 1}));
     return 1;
   };
-  EXPECT_EQ(zenfo::test::find_block({.ask = 1}), 2);
+  EXPECT_EQ(find_block({.ask = 1}), 2);
 }
 
 #ifndef _WIN32
 TEST_F(OccurrenceTest, AFullDiskIsAFailure) {
-  ASSERT_TRUE(zenfo::test::pattern("a"));
+  ASSERT_TRUE(pattern("a"));
   search("a", [&] { EXPECT_EQ(save_occurrences("/dev/full", ";"), -1); });
 }
 #endif
 
 }  // namespace
+}  // namespace zenfo::test

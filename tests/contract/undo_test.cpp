@@ -11,30 +11,17 @@
 #include <windows.h>
 #endif
 
+#include "support/matchers.h"
 #include "support/run_fixture.h"
 
+namespace zenfo::test {
 namespace {
 
-using namespace std::string_literals;
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using zenfo::test::change_case;
-using zenfo::test::file_exists;
-using zenfo::test::HostRecorder;
-using zenfo::test::pattern;
-using zenfo::test::read_file;
-using zenfo::test::replace_block;
-using zenfo::test::Texts;
-using zenfo::test::write_file;
-
-class UndoTest : public zenfo::test::RunTest {
+class UndoTest : public RunTest {
  protected:
   // Changes files of the given names from "a" to "X", with safe copies.
   Texts change(const Texts& names) {
-    Clear(ZENFO_LIST_FILES);
+    Clear(ZENFO_LIST_RUN_FILES);
     Texts paths;
     for (const auto& name : names) paths.push_back(add(name, "a"));
     EXPECT_TRUE(pattern("a"));
@@ -42,7 +29,7 @@ class UndoTest : public zenfo::test::RunTest {
     return paths;
   }
   std::string undo_errors() const { return undo_file() + ".error"; }
-  // Appends to the undo list file what is not to be read as a record.
+  // Appends text to the undo list file that must not be read as a record.
   void spoil(const std::string& bytes) {
     write_file(undo_file(), read_file(undo_file()) + bytes);
   }
@@ -57,8 +44,8 @@ Texts times() {
   return all;
 }
 
-// The character set is the process's own; what it makes of the names is asked
-// of the library, and must be what the system has.
+// Names are in the process's character set; the library must answer them as the
+// system has them.
 TEST_F(UndoTest, FilesAndStoresNamedBeyondAsciiAreTaken) {
   namespace fs = std::filesystem;
   const fs::path home = fs::path(work().path()) / u"J\u00FCrgen";
@@ -66,13 +53,13 @@ TEST_F(UndoTest, FilesAndStoresNamedBeyondAsciiAreTaken) {
   fs::create_directory(home);
   std::ofstream(file) << "a";
   const unsigned char options[ZENFO_OPTION_COUNT] = {};
-  const std::string separator(1, zenfo::test::kSeparator);
-  ASSERT_EQ(FindFiles(ZENFO_LIST_FILES,
+  const std::string separator(1, kSeparator);
+  ASSERT_EQ(FindFiles(ZENFO_LIST_RUN_FILES,
                       ("1" + work().path() + separator + "*.txt").c_str(),
                       options, ""),
             1);
-  ASSERT_EQ(SetState(ZENFO_LIST_FILES, -1, 1), 1);
-  const std::string name = files(ZENFO_LIST_FILES).at(0);
+  ASSERT_EQ(SetState(ZENFO_LIST_RUN_FILES, -1, 1), 1);
+  const std::string name = files(ZENFO_LIST_RUN_FILES).at(0);
   const std::string store = name.substr(0, name.rfind(separator) + 1) + "store";
   ASSERT_EQ(SetUndoFile((store + separator + "undo").c_str()), 1);
   EXPECT_TRUE(fs::exists(home / "store" / "undo"));
@@ -103,7 +90,7 @@ TEST_F(UndoTest, NamingAnUndoFileCreatesItAndItsFolders) {
 }
 
 TEST_F(UndoTest, RefusedNamesLeaveTheStoreWithoutAFile) {
-  const std::string separator(1, zenfo::test::kSeparator);
+  const std::string separator(1, kSeparator);
   work().file("file", "x");
   for (const std::string& refused :
        {std::string(), work().path(), work().path("new") + separator,
@@ -131,8 +118,7 @@ TEST_F(UndoTest, TheUndoListIsKeptWhenTheFileChanges) {
 TEST_F(UndoTest, ARelativeNameKeepsItsFolder) {
   const auto here = std::filesystem::current_path();
   std::filesystem::current_path(work().path());
-  const std::string name =
-      std::string("rel") + zenfo::test::kSeparator + "undo.txt";
+  const std::string name = std::string("rel") + kSeparator + "undo.txt";
   EXPECT_EQ(SetUndoFile(name.c_str()), 1);
   std::filesystem::current_path(here);
   change({"1"});
@@ -308,17 +294,25 @@ TEST_F(UndoTest, ReadingReportsZerosAndNoPositions) {
 TEST_F(UndoTest, RestoresDeletesTheCopiesAndEmptiesTheList) {
   use_store();
   const auto paths = change({"1", "2"});
-  write_file(paths[0], "changed since");
-  std::filesystem::remove(paths[1]);
   HostRecorder host;
   EXPECT_EQ(Undo(), 0);
   EXPECT_THAT(host.statuses, ElementsAre("Restoring original files"));
-  EXPECT_EQ(read_file(paths[0]), "a") << "whatever was done to it since";
+  EXPECT_EQ(read_file(paths[0]), "a");
   EXPECT_EQ(read_file(paths[1]), "a");
   EXPECT_THAT(
       contents(work().path("store")),
       ElementsAre(std::pair<const std::string, std::string>{"undo.txt", ""}));
   EXPECT_EQ(Undo(), 0) << "nothing to restore";
+}
+
+TEST_F(UndoTest, WhateverWasDoneToAFileSinceIsOverwritten) {
+  use_store();
+  const auto paths = change({"1", "2"});
+  write_file(paths[0], "changed since");
+  std::filesystem::remove(paths[1]);
+  EXPECT_EQ(Undo(), 0);
+  EXPECT_EQ(read_file(paths[0]), "a");
+  EXPECT_EQ(read_file(paths[1]), "a");
 }
 
 TEST_F(UndoTest, DeselectedRecordsStay) {
@@ -434,8 +428,8 @@ TEST_F(UndoTest, ACopyThatIsNoFileIsReported) {
   EXPECT_TRUE(file_exists(undo_errors()));
 }
 
-// A host that shows the list while it shrinks moves its cursor.
-TEST_F(UndoTest, AHostMayReadTheListMeanwhile) {
+// A host that reads the list while it shrinks moves the list's cursor.
+TEST_F(UndoTest, AHostMayReadTheListDuringUndo) {
   use_store();
   const auto paths = change({"1", "2", "3", "4", "5"});
   HostRecorder host;
@@ -503,7 +497,7 @@ TEST_F(UndoTest, TheUndoFileStaysWhereItIsDuringARun) {
 const std::string kUnread =
     "damaged\r\na\tb\tc\r\r\nd\te\tf\ng\th\r\n\r\n\0z\t\t\r\nend"s;
 
-TEST_F(UndoTest, ADamagedLineAndWhatStandsBehindItStay) {
+TEST_F(UndoTest, ADamagedLineAndTheLinesAfterItStay) {
   use_store();
   const auto paths = change({"1", "2", "3"});
   const auto when = times();
@@ -523,7 +517,7 @@ TEST_F(UndoTest, ADamagedLineAndWhatStandsBehindItStay) {
   EXPECT_EQ(read_file(undo_file()), kUnread);
 }
 
-TEST_F(UndoTest, LinesBehindAStopAreReadNextTime) {
+TEST_F(UndoTest, LinesAfterAStopAreReadNextTime) {
   use_store();
   Texts names;
   for (int i = 0; i < 230; ++i) names.push_back(std::to_string(i));
@@ -624,3 +618,4 @@ TEST_F(UndoTest, WithoutAnUndoFileNothingIsDone) {
 }
 
 }  // namespace
+}  // namespace zenfo::test

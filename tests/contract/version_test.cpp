@@ -1,4 +1,5 @@
-// The version resource of the DLL, read back as Windows shows it.
+// The version resource of the DLL, read back as Windows shows it: the version
+// that the header states, and the product.
 #ifdef _WIN32
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -6,6 +7,9 @@
 #include <string>
 #include <vector>
 
+#include "zenfofr130.h"
+
+namespace zenfo::test {
 namespace {
 
 class VersionResource : public testing::Test {
@@ -34,7 +38,7 @@ class VersionResource : public testing::Test {
   std::vector<char> bytes_;
 };
 
-TEST_F(VersionResource, TellsVersionAndProduct) {
+TEST_F(VersionResource, NamesVersionAndProduct) {
   EXPECT_EQ(text("FileVersion"), ZENFO_VERSION);
   EXPECT_EQ(text("ProductVersion"), ZENFO_VERSION);
   EXPECT_EQ(text("ProductName"), "ZenfoFR130");
@@ -58,5 +62,6 @@ TEST_F(VersionResource, HasTheSameVersionAsNumbers) {
 }
 
 }  // namespace
+}  // namespace zenfo::test
 
 #endif  // _WIN32

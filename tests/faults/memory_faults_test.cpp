@@ -1,5 +1,5 @@
 // Every operation with each of its allocations failing in turn: it answers its
-// failure value (or does without), the lists stay sound, and under
+// failure value (or works without the memory), the lists stay sound, and under
 // AddressSanitizer nothing leaks.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,8 +12,9 @@
 #include <vector>
 
 #include "containers/item_list.h"
-#include "frame/library.h"
+#include "library/library.h"
 #include "support/host_recorder.h"
+#include "support/lists.h"
 #include "support/session.h"
 #include "support/temp_folder.h"
 #include "zenfofr130.h"
@@ -87,25 +88,23 @@ void listen_quietly() {
   SetCallBacks(&table);
 }
 
-// Nodes and records come from pools, which take memory for themselves only
-// under AddressSanitizer at each object; there every one of them fails once.
+// Nodes and records come from pools. Under AddressSanitizer a pool allocates
+// each object by itself, so there each of these allocations fails once.
 void expect_sound_lists(const char* operation, long n) {
-  for (int32_t number = 0; number <= 10; ++number) {
+  for (int32_t number : kAllLists) {
     ItemList* list = library().get_list(number);
     if (list == nullptr) continue;
-    EXPECT_TRUE(list->Check()) << operation << ", allocation " << n;
-    for (uint32_t i = 0; i < list->Count(); ++i) {
-      ASSERT_NE(list->Get(i), nullptr) << operation << ", allocation " << n;
+    EXPECT_TRUE(list->check()) << operation << ", allocation " << n;
+    for (uint32_t i = 0; i < list->count(); ++i) {
+      ASSERT_NE(list->get(i), nullptr) << operation << ", allocation " << n;
     }
   }
 }
 
-struct Fault {
-  const char* operation;
-  std::function<int32_t()> run;
+struct Expected {
   int32_t success;
   // All that may be answered when an allocation failed.
-  std::vector<int32_t> failures;
+  std::vector<int32_t> failures = {-1};
   // The operation needs memory at all.
   bool allocates = true;
   // A failure is logged; the matcher answers its own instead.
@@ -113,13 +112,12 @@ struct Fault {
   // Around the run of each round, with all memory there is.
   std::function<void()> before = [] {};
   std::function<void()> after = [] {};
-
-  // The routine of its records: the operation's name, without what it does.
-  std::string routine() const {
-    const std::string name = operation;
-    return name.substr(0, name.find(' '));
-  }
 };
+
+// The routine of its records: the operation's name, without what it does.
+std::string routine_of(const std::string& operation) {
+  return operation.substr(0, operation.find(' '));
+}
 
 // Answers what `operation` does inside the option question of a search, the
 // only part of it where an allocation fails.
@@ -152,11 +150,11 @@ class MemoryFaults : public testing::Test {
 
   // The lists as every run finds them.
   void set_up() {
-    for (int32_t list : {0, 1, 2, 4, 6, 7}) Clear(list);
+    for (int32_t list : kFileLists) Clear(list);
     const std::string two_files = session.spelled("0~/one;two");
-    FindFiles(0, two_files.c_str(), kAllFacts.data(), "");
-    FindFiles(1, two_files.c_str(), kAllFacts.data(), "");
-    SetState(1, -1, 1);
+    FindFiles(kFiles, two_files.c_str(), kAllFacts.data(), "");
+    FindFiles(ZENFO_LIST_RUN_FILES, two_files.c_str(), kAllFacts.data(), "");
+    SetState(ZENFO_LIST_RUN_FILES, -1, 1);
   }
 
   // A list file of the two files.
@@ -164,30 +162,33 @@ class MemoryFaults : public testing::Test {
     return session.spelled("~/one\r\n~/two\r\n");
   }
 
-  void run_with_each_allocation_failing(const Fault& fault) {
+  // Runs the operation again and again, with its first, second, ... allocation
+  // failing, until none is left to fail.
+  void fail_each(const char* operation, const std::function<int32_t()>& run,
+                 const Expected& expected) {
     for (long n = 0;; ++n) {
       set_up();
-      fault.before();
+      expected.before();
       session.take_log();
       failed = false;
       allocations_left = n;
-      const int32_t answer = fault.run();
+      const int32_t answer = run();
       allocations_left = -1;
-      expect_sound_lists(fault.operation, n);
-      fault.after();
+      expect_sound_lists(operation, n);
+      expected.after();
       if (!failed) {
-        EXPECT_EQ(answer, fault.success) << fault.operation;
-        EXPECT_EQ(n > 0, fault.allocates) << fault.operation;
+        EXPECT_EQ(answer, expected.success) << operation;
+        EXPECT_EQ(n > 0, expected.allocates) << operation;
         return;
       }
-      EXPECT_THAT(fault.failures, testing::Contains(answer))
-          << fault.operation << ", allocation " << n;
-      if (answer != fault.success && fault.logged) {
+      EXPECT_THAT(expected.failures, testing::Contains(answer))
+          << operation << ", allocation " << n;
+      if (answer != expected.success && expected.logged) {
         EXPECT_THAT(session.take_log(),
-                    testing::Contains(runtime_error(fault.routine())))
-            << fault.operation << ", allocation " << n;
+                    testing::Contains(runtime_error(routine_of(operation))))
+            << operation << ", allocation " << n;
       }
-      ASSERT_LT(n, 100000) << fault.operation;
+      ASSERT_LT(n, 100000) << operation;
     }
   }
 
@@ -196,71 +197,64 @@ class MemoryFaults : public testing::Test {
 };
 
 TEST_F(MemoryFaults, FindFilesFails) {
-  run_with_each_allocation_failing(
-      {"FindFiles",
-       [&] { return FindFiles(1, everything.c_str(), kAllFacts.data(), ""); },
-       6,
-       {-1, 6}});
+  fail_each("FindFiles",
+            [&] {
+              return FindFiles(ZENFO_LIST_RUN_FILES, everything.c_str(),
+                               kAllFacts.data(), "");
+            },
+            {.success = 6, .failures = {-1, 6}});
   const std::string output = session.folder.path("names");
-  run_with_each_allocation_failing({"FindFiles to a file",
-                                    [&] {
-                                      return FindFiles(1, everything.c_str(),
-                                                       kAllFacts.data(),
-                                                       output.c_str());
-                                    },
-                                    8,
-                                    {-1, 8}});
+  fail_each("FindFiles to a file",
+            [&] {
+              return FindFiles(ZENFO_LIST_RUN_FILES, everything.c_str(),
+                               kAllFacts.data(), output.c_str());
+            },
+            {.success = 8, .failures = {-1, 8}});
 }
 
 TEST_F(MemoryFaults, AddFileToListFails) {
-  run_with_each_allocation_failing(
-      {"AddFileToList",
-       [] { return AddFileToList(0, 1, kAllFacts.data()); },
-       2,
-       {-1, 2}});
-  run_with_each_allocation_failing(
-      {"AddFileToList to itself",
-       [] { return AddFileToList(0, 0, kAllFacts.data()); },
-       2,
-       {-1, 2}});
+  fail_each("AddFileToList",
+            [] {
+              return AddFileToList(kFiles, ZENFO_LIST_RUN_FILES,
+                                   kAllFacts.data());
+            },
+            {.success = 2, .failures = {-1, 2}});
+  fail_each("AddFileToList to itself",
+            [] { return AddFileToList(kFiles, kFiles, kAllFacts.data()); },
+            {.success = 2, .failures = {-1, 2}});
 }
 
 TEST_F(MemoryFaults, FindInFilesFails) {
-  run_with_each_allocation_failing(
-      {"FindInFiles",
-       [] { return FindInFiles(0, "text", 1, 1, 0); },
-       2,
-       {-1, 2}});
+  fail_each("FindInFiles", [] { return FindInFiles(kFiles, "text", 1, 1, 0); },
+            {.success = 2, .failures = {-1, 2}});
 }
 
 TEST_F(MemoryFaults, RefreshFails) {
-  run_with_each_allocation_failing(
-      {"Refresh", [] { return Refresh(0, -1, kAllFacts.data()); }, 2, {-1, 2}});
+  fail_each("Refresh", [] { return Refresh(kFiles, -1, kAllFacts.data()); },
+            {.success = 2, .failures = {-1, 2}});
 }
 
 TEST_F(MemoryFaults, SetFullNameFailsAndKeepsAName) {
-  run_with_each_allocation_failing(
-      {"SetFullName",
-       [] { return SetFullName(0, 0, "a name that no small text holds"); },
-       1,
-       {-1}});
+  fail_each(
+      "SetFullName",
+      [] { return SetFullName(kFiles, 0, "a name that no small text holds"); },
+      {.success = 1});
   // The failed calls left the old name.
   set_up();
   allocations_left = 0;
-  EXPECT_EQ(SetFullName(0, 0, "a name that no small text holds"), -1);
-  EXPECT_EQ(read_text(GetFullName, 0, 0),
+  EXPECT_EQ(SetFullName(kFiles, 0, "a name that no small text holds"), -1);
+  EXPECT_EQ(read_text(GetFullName, kFiles, 0),
             (Text{1, session.folder.path("one")}));
   EXPECT_THAT(session.take_log(),
               testing::ElementsAre(runtime_error("SetFullName")));
 }
 
-TEST_F(MemoryFaults, CountsAndStatesAnswerAsEver) {
-  run_with_each_allocation_failing(
-      {"GetCount", [] { return GetCount(0, 0); }, 2, {-1}});
-  run_with_each_allocation_failing(
-      {"GetFileFlagCount", [] { return GetFileFlagCount(0, 0); }, 2, {-1}});
-  run_with_each_allocation_failing(
-      {"SetState", [] { return SetState(0, -1, 1); }, 2, {}, false});
+TEST_F(MemoryFaults, CountsAndStatesAnswerAsUsual) {
+  fail_each("GetCount", [] { return GetCount(kFiles, 0); }, {.success = 2});
+  fail_each("GetFileFlagCount", [] { return GetFileFlagCount(kFiles, 0); },
+            {.success = 2});
+  fail_each("SetState", [] { return SetState(kFiles, -1, 1); },
+            {.success = 2, .failures = {}, .allocates = false});
 }
 
 TEST_F(MemoryFaults, TextsFailWithAnEmptyBuffer) {
@@ -293,13 +287,10 @@ TEST_F(MemoryFaults, TextsFailWithAnEmptyBuffer) {
 
 TEST_F(MemoryFaults, TotalsFail) {
   static char short_text[64], long_text[64];
-  // Their texts are short enough to need no memory, or fail.
-  run_with_each_allocation_failing(
-      {"GetSizeTotal",
-       [] { return GetSizeTotal(0, short_text, long_text); },
-       1,
-       {-1},
-       false});
+  // The texts are short enough to need no allocation.
+  fail_each("GetSizeTotal",
+            [] { return GetSizeTotal(kFiles, short_text, long_text); },
+            {.success = 1, .allocates = false});
 }
 
 TEST_F(MemoryFaults, SetErrorFileFailsAndTheNextCallWorks) {
@@ -309,65 +300,49 @@ TEST_F(MemoryFaults, SetErrorFileFailsAndTheNextCallWorks) {
   EXPECT_EQ(allocations_left, -1) << "no memory was asked for";
   EXPECT_EQ(SetErrorFile(session.error_file().c_str()), 1);
   session.take_log();
-  Clear(11);
+  Clear(kNoList);
   EXPECT_EQ(session.take_log().size(), 2u);
 }
 
 TEST_F(MemoryFaults, ALogRecordThatCannotBeWrittenIsDropped) {
-  run_with_each_allocation_failing(
-      {"Clear of an unknown list", [] { return Clear(11); }, 0, {0}});
+  fail_each("Clear of an unknown list", [] { return Clear(kNoList); },
+            {.success = 0, .failures = {0}});
 }
 
 TEST_F(MemoryFaults, SetPatternFails) {
-  run_with_each_allocation_failing({"SetPattern",
-                                    [] {
-                                      return SetPattern(
-                                          "<", "a long literal text and ?", ">",
-                                          1, 1, 1, 1, 1, 1);
-                                    },
-                                    1,
-                                    {-1}});
+  fail_each("SetPattern",
+            [] {
+              return SetPattern("<", "a long literal text and ?", ">", 1, 1, 1,
+                                1, 1, 1);
+            },
+            {.success = 1});
 }
 
 TEST_F(MemoryFaults, FindBlockFails) {
   ASSERT_EQ(SetPattern("", "text", "", 0, 0, 0, 0, 0, 0), 1);
   const std::string report = session.folder.path("report");
-  run_with_each_allocation_failing(
-      {"FindBlock",
-       [&] { return FindBlock(0, 0, 1, report.c_str(), 1, 0); },
-       2,
-       {-1, 2},
-       true,
-       false});
+  fail_each("FindBlock",
+            [&] { return FindBlock(0, 0, 1, report.c_str(), 1, 0); },
+            {.success = 2, .failures = {-1, 2}, .logged = false});
 }
 
 TEST_F(MemoryFaults, GetWordCountFails) {
   static TextCounts counts;
   const std::string path = session.folder.path("one");
-  run_with_each_allocation_failing(
-      {"get_word_count",
-       [&] { return get_word_count(path.c_str(), &counts); },
-       1,
-       {-1},
-       true,
-       false});
+  fail_each("get_word_count",
+            [&] { return get_word_count(path.c_str(), &counts); },
+            {.success = 1, .logged = false});
 }
 
 TEST_F(MemoryFaults, SetPatternTagAndSetOperatorsFail) {
-  run_with_each_allocation_failing(
-      {"SetPatternTag",
-       [] { return SetPatternTag("<a long tag>", "</a long tag>", 1, 1, 1); },
-       1,
-       {-1}});
+  fail_each(
+      "SetPatternTag",
+      [] { return SetPatternTag("<a long tag>", "</a long tag>", 1, 1, 1); },
+      {.success = 1});
   const std::string classes = session.folder.file(
       "classes", "name=a name that no small text holds\r\ninc_ranges=48-57");
-  run_with_each_allocation_failing(
-      {"set_operators",
-       [&] { return set_operators(classes.c_str()); },
-       1,
-       {-1, 1},
-       true,
-       false});
+  fail_each("set_operators", [&] { return set_operators(classes.c_str()); },
+            {.success = 1, .failures = {-1, 1}, .logged = false});
 }
 
 TEST_F(MemoryFaults, SearchesFail) {
@@ -375,37 +350,29 @@ TEST_F(MemoryFaults, SearchesFail) {
   const std::string report = session.folder.path("report");
   const std::string list = session.folder.file("list", line_list());
   const std::string summary = session.folder.path("summary");
-  run_with_each_allocation_failing(
-      {"FindExcludedArea",
-       [&] { return FindExcludedArea(0, 0, 1, report.c_str()); },
-       2,
-       {-1, 0, 1, 2},
-       true,
-       false});
+  fail_each("FindExcludedArea",
+            [&] { return FindExcludedArea(0, 0, 1, report.c_str()); },
+            {.success = 2, .failures = {-1, 0, 1, 2}, .logged = false});
   ASSERT_EQ(SetExclusionPattern("", "none", "", 0, 0, 0, 0, 0, 0), 1);
   const auto add_pair = [] {
     ASSERT_EQ(AddStringPair("text", ""), 1);
     SetState(ZENFO_LIST_PAIRS, 0, 1);
   };
-  run_with_each_allocation_failing(
-      {"FindString",
-       [&] { return FindString(0, 0, 1, report.c_str(), 1, 1, 1, 0); },
-       2,
-       {-1, 0, 1, 2},
-       true,
-       false,
-       add_pair});
-  run_with_each_allocation_failing({"FindString_f",
-                                    [&] {
-                                      return FindString_f(
-                                          0, 0, 1, report.c_str(), 1, 1, 1,
-                                          list.c_str(), summary.c_str(), 0);
-                                    },
-                                    2,
-                                    {-1, 0, 1, 2},
-                                    true,
-                                    false,
-                                    add_pair});
+  fail_each("FindString",
+            [&] { return FindString(0, 0, 1, report.c_str(), 1, 1, 1, 0); },
+            {.success = 2,
+             .failures = {-1, 0, 1, 2},
+             .logged = false,
+             .before = add_pair});
+  fail_each("FindString_f",
+            [&] {
+              return FindString_f(0, 0, 1, report.c_str(), 1, 1, 1,
+                                  list.c_str(), summary.c_str(), 0);
+            },
+            {.success = 2,
+             .failures = {-1, 0, 1, 2},
+             .logged = false,
+             .before = add_pair});
 }
 
 // Whatever fails, the safe copies bring every file back.
@@ -419,24 +386,24 @@ TEST_F(MemoryFaults, RunsThatWriteLoseNoFile) {
       {"change_case_i", [] { return change_case_i(1, 0, 0, 0, 1, 1, 0); }},
   };
   for (const auto& [operation, run] : runs) {
-    run_with_each_allocation_failing(
-        {operation,
-         run,
-         2,
-         {-1, 0, 1, 2},
-         true,
-         false,
-         [] {
-           ASSERT_EQ(AddStringPair("text", "a longer one"), 1);
-           SetState(ZENFO_LIST_PAIRS, 0, 1);
-         },
-         [&] {
-           EXPECT_EQ(Undo(), 0) << operation;
-           for (const char* name : {"one", "two"}) {
-             ASSERT_EQ(read_file(session.folder.path(name)), "some text")
-                 << operation;
-           }
-         }});
+    fail_each(
+        operation, run,
+        {.success = 2,
+         .failures = {-1, 0, 1, 2},
+         .logged = false,
+         .before =
+             [] {
+               ASSERT_EQ(AddStringPair("text", "a longer one"), 1);
+               SetState(ZENFO_LIST_PAIRS, 0, 1);
+             },
+         .after =
+             [&] {
+               EXPECT_EQ(Undo(), 0) << operation;
+               for (const char* name : {"one", "two"}) {
+                 ASSERT_EQ(read_file(session.folder.path(name)), "some text")
+                     << operation;
+               }
+             }});
   }
 }
 
@@ -444,110 +411,84 @@ TEST_F(MemoryFaults, RunsThatWriteLoseNoFile) {
 TEST_F(MemoryFaults, GetUndoListFails) {
   ASSERT_EQ(SetUndoFile(session.folder.path("store/undo.txt").c_str()), 1);
   session.folder.file("store/undo.txt", "a\tb\tc\r\nd\te\tf\r\n");
-  run_with_each_allocation_failing(
-      {"GetUndoList", [] { return GetUndoList(); }, 2, {-1, 2}});
+  fail_each("GetUndoList", [] { return GetUndoList(); },
+            {.success = 2, .failures = {-1, 2}});
 }
 
-// Sorts go without the memory that makes them faster.
-TEST_F(MemoryFaults, SortsFailOrDoWithout) {
-  run_with_each_allocation_failing(
-      {"Sort", [] { return Sort(1, 2, 0); }, 1, {-1, 1}});
-  run_with_each_allocation_failing(
-      {"SelectDuplicates", [] { return SelectDuplicates(1, 2); }, 0, {-1, 0}});
-  run_with_each_allocation_failing(
-      {"CompareLists",
-       [] { return CompareLists(2, 1); },
-       1,
-       {-1, 1},
-       true,
-       true,
-       [&] {
-         const std::string files = session.spelled("0~/one;two");
-         ASSERT_EQ(FindFiles(2, files.c_str(), kAllFacts.data(), ""), 2);
-       }});
+// Sorts work, more slowly, without the memory that makes them fast.
+TEST_F(MemoryFaults, SortsFailOrWorkWithoutTheMemory) {
+  fail_each("Sort", [] { return Sort(ZENFO_LIST_RUN_FILES, 2, 0); },
+            {.success = 1, .failures = {-1, 1}});
+  fail_each("SelectDuplicates",
+            [] { return SelectDuplicates(ZENFO_LIST_RUN_FILES, 2); },
+            {.success = 0, .failures = {-1, 0}});
+  fail_each("CompareLists", [] { return CompareLists(2, 1); },
+            {.success = 1, .failures = {-1, 1}, .before = [&] {
+               const std::string files = session.spelled("0~/one;two");
+               ASSERT_EQ(FindFiles(ZENFO_LIST_PAIRS, files.c_str(),
+                                   kAllFacts.data(), ""),
+                         2);
+             }});
 }
 
 TEST_F(MemoryFaults, ListFilesFail) {
   const std::string list = session.folder.file("list", line_list());
   const std::string out = session.folder.path("out");
   const unsigned char columns[10] = {0, 0, 1, 1, 1, 1, 1, 1, 1, 1};
-  run_with_each_allocation_failing(
-      {"LoadFileList",
-       [&] { return LoadFileList(list.c_str(), kAllFacts.data()); },
-       2,
-       {-1, 2}});
-  run_with_each_allocation_failing(
-      {"SaveFileList", [&] { return SaveFileList(out.c_str()); }, 2, {-1}});
-  run_with_each_allocation_failing(
-      {"SaveSelection",
-       [&] { return SaveSelection(1, out.c_str(), ";", columns); },
-       2,
-       {-1}});
-  run_with_each_allocation_failing(
-      {"FindInList",
-       [] { return FindInList(1, 3, "e", 0, 0, 0, 0, 0, 0); },
-       2,
-       {-1, 2}});
+  fail_each("LoadFileList",
+            [&] { return LoadFileList(list.c_str(), kAllFacts.data()); },
+            {.success = 2, .failures = {-1, 2}});
+  fail_each("SaveFileList", [&] { return SaveFileList(out.c_str()); },
+            {.success = 2});
+  fail_each("SaveSelection",
+            [&] {
+              return SaveSelection(ZENFO_LIST_RUN_FILES, out.c_str(), ";",
+                                   columns);
+            },
+            {.success = 2});
+  fail_each(
+      "FindInList",
+      [] { return FindInList(ZENFO_LIST_RUN_FILES, 3, "e", 0, 0, 0, 0, 0, 0); },
+      {.success = 2, .failures = {-1, 2}});
 }
 
 TEST_F(MemoryFaults, PairAndValueFilesFail) {
   const std::string bytes = "a find string\ta replace string\r\nb\tc\r\n";
   const std::string list = session.folder.file("pairs", bytes);
   const std::string out = session.folder.path("out");
-  run_with_each_allocation_failing(
-      {"LoadStringPair",
-       [&] { return LoadStringPair(list.c_str()); },
-       2,
-       {-1, 2}});
-  run_with_each_allocation_failing(
-      {"SaveStringPair",
-       [&] { return SaveStringPair(out.c_str(), 0); },
-       2,
-       {-1},
-       true,
-       true,
-       [&] { LoadStringPair(list.c_str()); }});
-  run_with_each_allocation_failing(
-      {"load_replace_list",
-       [&] { return load_replace_list(list.c_str()); },
-       2,
-       {-1, 2}});
-  run_with_each_allocation_failing(
-      {"save_replace_list",
-       [&] { return save_replace_list(out.c_str()); },
-       2,
-       {-1},
-       true,
-       true,
-       [&] { load_replace_list(list.c_str()); }});
+  fail_each("LoadStringPair", [&] { return LoadStringPair(list.c_str()); },
+            {.success = 2, .failures = {-1, 2}});
+  fail_each("SaveStringPair", [&] { return SaveStringPair(out.c_str(), 0); },
+            {.success = 2, .before = [&] { LoadStringPair(list.c_str()); }});
+  fail_each("load_replace_list",
+            [&] { return load_replace_list(list.c_str()); },
+            {.success = 2, .failures = {-1, 2}});
+  fail_each("save_replace_list", [&] { return save_replace_list(out.c_str()); },
+            {.success = 2, .before = [&] { load_replace_list(list.c_str()); }});
 }
 
 TEST_F(MemoryFaults, OperationsInsideTheQuestionFail) {
   ASSERT_EQ(SetPattern("", "text", "", 0, 0, 0, 0, 0, 0), 1);
   const std::string out = session.folder.path("out");
-  run_with_each_allocation_failing(
-      {"save_occurrences",
-       [&] {
-         return in_question([&] { return save_occurrences(out.c_str(), ";"); });
-       },
-       1,
-       {-1}});
-  run_with_each_allocation_failing(
-      {"PrepareDisplay",
-       [] {
-         return in_question([] {
-           return PrepareDisplay("a separator that no small text holds", 0);
-         });
-       },
-       1,
-       {-1},
-       true,
-       false,
-       [] {},
-       [&] { EXPECT_THAT(session.take_log(), testing::IsEmpty()); }});
+  fail_each(
+      "save_occurrences",
+      [&] {
+        return in_question([&] { return save_occurrences(out.c_str(), ";"); });
+      },
+      {.success = 1});
+  fail_each("PrepareDisplay",
+            [] {
+              return in_question([] {
+                return PrepareDisplay("a separator that no small text holds",
+                                      0);
+              });
+            },
+            {.success = 1, .logged = false, .after = [&] {
+               EXPECT_THAT(session.take_log(), testing::IsEmpty());
+             }});
 }
 
-// An object without memory stays missing; the rest works.
+// An object that cannot be allocated stays missing; the rest works.
 TEST_F(MemoryFaults, InitializeLeavesMissingObjectsNull) {
   for (long n = 0;; ++n) {
     Terminate();
@@ -560,20 +501,20 @@ TEST_F(MemoryFaults, InitializeLeavesMissingObjectsNull) {
       break;
     }
     EXPECT_THAT(answer, testing::AnyOf(0, 1));
-    for (int32_t list = 0; list <= 10; ++list) {
+    for (int32_t list : kAllLists) {
       const int32_t count = GetCount(list, -1);
       EXPECT_THAT(count, testing::AnyOf(0, -1)) << list;
       EXPECT_EQ(Clear(list), count == 0 ? 1 : 0);
     }
-    FindFiles(0, everything.c_str(), kAllFacts.data(), "");
-    FindInFiles(0, "text", 1, 0, 0);
+    FindFiles(kFiles, everything.c_str(), kAllFacts.data(), "");
+    FindInFiles(kFiles, "text", 1, 0, 0);
     SetErrorFile(session.error_file().c_str());
-    Clear(11);
+    Clear(kNoList);
     expect_sound_lists("Initialize", n);
     session.take_log();
   }
   EXPECT_EQ(Initialize(), 1);
-  EXPECT_EQ(FindFiles(0, everything.c_str(), kAllFacts.data(), ""), 6);
+  EXPECT_EQ(FindFiles(kFiles, everything.c_str(), kAllFacts.data(), ""), 6);
 }
 
 }  // namespace

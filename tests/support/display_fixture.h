@@ -26,10 +26,10 @@ struct DisplayFixture {
   DisplayState state;
 
   void fill(ItemList& list, const Marks& marks) {
-    list.Clear();
+    list.clear();
     for (const auto& [offset, length] : marks) {
       // The text may be shorter than a mark says; layouts go by offsets.
-      list.Append(std::make_unique<MatchRecord>(text.data(), length, offset));
+      list.append(std::make_unique<MatchRecord>(text.data(), length, offset));
     }
   }
 
@@ -47,8 +47,8 @@ struct DisplayFixture {
   }
 };
 
-// The spans of a line between bars: plain ones as they are, marked ones behind
-// their kind and group, as in "ab|M0:cd|A1:".
+// The spans of a line between bars: plain ones as they are, marked ones with
+// their kind and group in front, as in "ab|M0:cd|A1:".
 inline std::string line_picture(const DisplayState& state, uint32_t line) {
   std::string picture;
   LineSpans spans(state, line);

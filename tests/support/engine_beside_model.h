@@ -1,6 +1,6 @@
-// The pattern engine and its slow model side by side: both are told the same
-// class definitions, patterns and searches, and what they answer differently
-// is told in words.
+// The pattern engine and its slow model side by side: both get the same
+// class definitions, patterns and searches, and every difference
+// is described in words.
 //
 // Used by tests/unit/model/engine_against_model_test.cpp and fuzz/
 #pragma once
@@ -22,8 +22,8 @@
 
 namespace zenfo::test {
 
-// What an element is, whichever side made it. Classes are told by their name
-// and the bytes that belong to them.
+// What an element is, whichever side made it. Classes are identified by their
+// name and the bytes that belong to them.
 struct ToldElement {
   model::Kind kind = model::Kind::kLiteral;
   std::string text;
@@ -254,9 +254,9 @@ class EngineBesideModel {
   }
 
   void fill_areas(const model::RandomCase& one) {
-    areas_.ClearMatches();
+    areas_.clear_matches();
     for (const model::RandomArea& area : one.areas) {
-      areas_.matches.Append(
+      areas_.matches.append(
           std::make_unique<MatchRecord>(nullptr, area.length, area.offset));
     }
   }
@@ -290,8 +290,8 @@ class EngineBesideModel {
   std::string compare_records(const std::vector<model::Match>& expected,
                               const std::vector<char>& text) {
     std::vector<model::Match> matches;
-    for (uint32_t i = 0; i < engine_.matches.Count(); ++i) {
-      const auto* match = record_cast<MatchRecord>(engine_.matches.Get(i));
+    for (uint32_t i = 0; i < engine_.matches.count(); ++i) {
+      const auto* match = record_cast<MatchRecord>(engine_.matches.get(i));
       if (match == nullptr) return "a record that is no match";
       if (match->begin() != text.data() + match->offset) {
         return "a match that points elsewhere";

@@ -22,7 +22,7 @@ class EnvironmentVariable {
   EnvironmentVariable(const EnvironmentVariable&) = delete;
   EnvironmentVariable& operator=(const EnvironmentVariable&) = delete;
 
-  // Null takes the variable away.
+  // Null removes the variable.
   void set(const char* value) {
 #ifdef _WIN32
     SetEnvironmentVariableA(name_.c_str(), value);

@@ -1,5 +1,5 @@
-// Every exported operation as a call with nothing but zeros and nulls, made
-// from the table: what a careless host may do at any time.
+// Every exported operation as a call with only zeros and nulls, made from the
+// table: calls that a careless host may make at any time.
 #pragma once
 
 #include <vector>

@@ -1,5 +1,5 @@
-// Memory for a text that lies against a page which may not be touched: behind
-// its end or before its start. A single byte read beyond it ends the program.
+// Memory for a text next to a page that may not be touched, after its end
+// or before its start. A single byte read beyond it ends the program.
 #pragma once
 
 #include <sys/mman.h>

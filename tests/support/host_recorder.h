@@ -1,7 +1,7 @@
-// A host that writes down all it is told and answers as a test wishes.
+// A host that records all its callbacks get and answers as a test wishes.
 //
 // Install() registers its callbacks; the destructor takes them back. One at a
-// time, as callbacks carry no argument to tell hosts apart.
+// time, as callbacks have no argument that names their host.
 #pragma once
 
 #include <functional>
@@ -38,14 +38,14 @@ class HostRecorder {
   HostRecorder(const HostRecorder&) = delete;
   HostRecorder& operator=(const HostRecorder&) = delete;
 
-  // What was heard, in order.
+  // What the callbacks got, in order.
   std::vector<ProgressRecord> reports;
   std::vector<std::string> statuses;
   std::vector<std::string> file_questions;
   std::vector<Question> option_questions;
   int interrupt_polls = 0;
 
-  // What to answer; by default go on, and yes.
+  // What to answer; by default continue, and yes.
   std::function<int32_t()> interrupt = [] { return 0; };
   std::function<void(const ProgressRecord&)> on_progress;
   std::function<void(const std::string&)> on_status_text;

@@ -1,5 +1,5 @@
-// Rights of nobody in particular, for tests of what is closed to a user: to
-// root nothing is.
+// The rights of an ordinary user, for tests of files that may not be read: root
+// may read every file.
 #pragma once
 
 #include <sys/stat.h>
@@ -9,8 +9,9 @@
 
 namespace zenfo::test {
 
-// While it lives, root's process has nobody's rights; any other keeps its own.
-// The folder is opened to all, as it is made for its owner alone.
+// While it lives, a process of root has the rights of the user nobody; any
+// other keeps its own. The folder is opened to all, as it was made for its
+// owner only.
 class AsNobody {
  public:
   explicit AsNobody(const std::string& folder) {

@@ -193,7 +193,8 @@ inline constexpr CaretExample kCaretExamples[] = {
     {R"(^m)", "^m", "^m", "L(^m)"},
     {R"(^\x)", "\x1Cx", "\x1Cx", "L(<1C>x)"},
     {R"(a\b)", R"(a\b)", "ab", "L(ab)"},
-    // an escaped name is left one byte on, a replaced one behind it
+    // after an escaped name the pass continues one byte on, after a replaced
+    // one at its end
     {R"(\^^^)", "\\^\x1E", "^\x1E", "L(^<1E>)"},
     {R"(^^^^)", "\x1E\x1E", "\x1E\x1E", "L(<1E><1E>)"},
     {R"(^\^\)", "\x1C\x1C", "\x1C\x1C", "L(<1C><1C>)"},
@@ -486,7 +487,7 @@ inline constexpr MatcherExample kMoreMatcherExamples[] = {
     {.main = "digits[3]x", .text = "1a345x", .matches = {{2, 4}}},
     {.main = "<digits[3]>", .text = "<12<345>"},
     {.main = "<digits[3]>", .text = "<12 <345>", .matches = {{4, 5}}},
-    // and to behind the literal when it stopped there
+    // and to after the literal when it stopped there
     {.main = "digits[0-]'a'x", .text = "12x3ax", .matches = {{3, 3}}},
     // the resume word of a run that was cut, in gap and tail
     {.main = "digits[2]'a'[2]", .text = "123aa", .matches = {{1, 4}}},
@@ -509,16 +510,16 @@ inline constexpr MatcherExample kMoreMatcherExamples[] = {
     {.main = "digits[0-]", .text = "abc"},
     {.main = "?", .text = "abc"},
     {.texts = Texts::kStartMain, .start = "a", .main = "?", .text = "aaa"},
-    // a wildcard as first main element stands where the one before ended
+    // a wildcard as first main element is where the one before ended
     {.texts = Texts::kAll,
      .start = "<",
      .main = "?a",
      .end = ">",
      .text = "<a> <ba>",
      .matches = {{1, 1}}},
-    // a wildcard behind a literal start marker lets the literals touch
+    // a wildcard after a literal start marker lets the literals touch
     {.main = "a?b", .text = "aab", .matches = {{1, 2}}},
-    // adjacent literals: on behind the first literal of the pattern
+    // adjacent literals: on after the first literal of the pattern
     {.texts = Texts::kAll,
      .start = "a",
      .main = "b",

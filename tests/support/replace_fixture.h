@@ -1,4 +1,4 @@
-// Replacing one file, for tests of what becomes of it.
+// A test of replacing in one file.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ class ReplaceTest : public RunTest {
   // What one file becomes; with the number of matches, if it is of interest.
   std::string becomes(const Operation& run, const RunArguments& arguments,
                       std::string_view text, int32_t* answer = nullptr) {
-    EXPECT_EQ(Clear(ZENFO_LIST_FILES), 1);
+    EXPECT_EQ(Clear(ZENFO_LIST_RUN_FILES), 1);
     const std::string path = add("f", text);
     const int32_t count = run(arguments, nullptr);
     if (answer != nullptr) *answer = count;

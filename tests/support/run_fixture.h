@@ -1,5 +1,5 @@
 // A test of runs over files: files to run over, the arguments of every run by
-// name, and what is left afterwards.
+// name, and the results.
 #pragma once
 
 #include <filesystem>
@@ -39,7 +39,7 @@ struct RunArguments {
   int32_t upper = 1;
 };
 
-// The two files of an _f run; null for a run over list 1.
+// The two files of an _f run; null for a run over selected files.
 struct LinePaths {
   const char* list = nullptr;
   const char* summary = nullptr;
@@ -144,21 +144,22 @@ inline bool replace_pattern(const char* main, int32_t is_pattern = 0) {
 
 class RunTest : public ListTest {
  protected:
-  // Adds a file of the test's folder to list 1, selected.
+  // Adds a file of the test's folder to the files of runs, selected.
   std::string add(std::string_view name, std::string_view bytes) {
     const std::string path = folder.file(name, bytes);
     add_path(path);
     return path;
   }
-  // Adds an existing file to list 1 (again).
+  // Adds an existing file to them (again).
   static void add_path(const std::string& path) {
     const unsigned char options[ZENFO_OPTION_COUNT] = {};
-    const int32_t index = GetCount(ZENFO_LIST_FILES, -1);
-    ASSERT_EQ(FindFiles(ZENFO_LIST_FILES, ("0" + path).c_str(), options, ""), 1)
+    const int32_t index = GetCount(ZENFO_LIST_RUN_FILES, -1);
+    ASSERT_EQ(
+        FindFiles(ZENFO_LIST_RUN_FILES, ("0" + path).c_str(), options, ""), 1)
         << path;
-    ASSERT_EQ(SetState(ZENFO_LIST_FILES, index, 1), 1);
+    ASSERT_EQ(SetState(ZENFO_LIST_RUN_FILES, index, 1), 1);
   }
-  // Adds an entry whose file has gone.
+  // Adds an entry whose file does not exist any more.
   std::string add_missing(std::string_view name) {
     const std::string path = add(name, "x");
     std::filesystem::remove(path);
@@ -223,7 +224,7 @@ class RunTest : public ListTest {
   }
 
   // Calls `attempt` with a host that interrupts at its first, second, ... poll
-  // until a poll too few comes; answers how many polls interrupted.
+  // until a run ends before that poll; answers how many polls interrupted.
   static int at_every_poll(const std::function<void(HostRecorder&)>& attempt) {
     for (int stop = 1;; ++stop) {
       SCOPED_TRACE("interrupted at poll " + std::to_string(stop));
@@ -255,7 +256,7 @@ class RunTest : public ListTest {
   const std::string summary_ = work_.path("summary");
 };
 
-// Runs over lists and over lines do the same but for their results.
+// A list file of these paths.
 inline std::string line_list(const Texts& paths) {
   std::string all;
   for (const std::string& path : paths) all += path + "\r\n";

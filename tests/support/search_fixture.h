@@ -1,4 +1,4 @@
-// Searching, for tests of what comes of it.
+// A test of searches.
 #pragma once
 
 #include <cstdint>
@@ -12,8 +12,8 @@ namespace zenfo::test {
 class SearchTest : public RunTest {
  protected:
   std::string report() const { return work().path("report"); }
-  // From here on counts poll as if nothing had polled before: the next 100
-  // records do not ask.
+  // Sets the poll counter of counts to its start: the next 100 records do not
+  // poll.
   static void start_counting_polls(HostRecorder& host) {
     while (GetCount(ZENFO_LIST_PAIRS, -1) < 101) AddStringPair("x", "");
     const auto interrupt = std::exchange(host.interrupt, [] { return 1; });

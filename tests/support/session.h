@@ -149,7 +149,7 @@ class Session {
     return reader.records();
   }
 
-  // A specification or path: "~" stands for the session's folder, "/" for the
+  // A specification or path: "~" means the session's folder, "/" for the
   // system's separator.
   std::string spelled(std::string_view text) const {
     std::string whole;

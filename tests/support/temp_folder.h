@@ -14,7 +14,7 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
-// Words that tests need, of 16-bit days.
+// Macros of windows.h, left from 16-bit systems, whose names tests use.
 #undef far
 #undef near
 #endif
@@ -55,7 +55,7 @@ inline std::string as_library_text(const std::string& text) {
 #endif
 }
 
-// Joins with the system's separator; a slash in `name` stands for it too.
+// Joins with the system's separator; a slash in `name` means it too.
 inline std::string join(std::string_view folder, std::string_view name) {
   std::string path(folder);
   path += kSeparator;
@@ -119,7 +119,7 @@ class TempFolder {
   }
 
  private:
-  // Tells the folders of processes that run at the same time apart.
+  // Keeps the folders of processes that run at the same time apart.
   static unsigned unique() {
     static const unsigned number = static_cast<unsigned>(
         std::filesystem::file_time_type::clock::now()

@@ -66,8 +66,6 @@ class World:
         self.tree = self.folder / "tree"
         self.state = self.folder / "state"
         self.old = {}
-        # The program may set this by itself; nothing is lost by saying it.
-        self.safety = "sync,beside,nolinks"
 
     def reset(self, files):
         """Makes the tree anew, of these names and bytes, and empties the
@@ -83,7 +81,7 @@ class World:
     def environment(self):
         return {**os.environ, "XDG_STATE_HOME": str(self.state),
                 "HOME": str(self.folder), "TMPDIR": str(self.folder),
-                "ZENFO_SAFETY": self.safety, "LC_ALL": "C.UTF-8"}
+                "LC_ALL": "C.UTF-8"}
 
     def start(self, arguments, wrap=()):
         return subprocess.Popen(
@@ -179,8 +177,8 @@ def wide_tree(random_, count):
 
 
 class Verdict(NamedTuple):
-    by_hand: bool  # plain `undo` did not do, but copies are on record
-    lost: list  # what is lost, a text each
+    by_hand: list  # what plain `undo` did not bring back, a text each
+    lost: list  # what has no copy on record either
 
 
 def describe(world, names):
@@ -197,13 +195,14 @@ def take_back(world):
     said = []
     for _ in range(4):
         if not world.changed():
-            return Verdict(False, [])
+            return Verdict([], [])
         said.append(world.zenfo("undo"))
-    lost = [name for name in world.changed() if not world.has_way_back(name)]
+    words = [f"undo said: {s.err.strip()[:500]}" for s in said]
     if not world.changed():
-        return Verdict(False, [])
-    return Verdict(True, describe(world, lost) +
-                   [f"undo said: {s.err.strip()[:500]}" for s in said if lost])
+        return Verdict([], [])
+    lost = [name for name in world.changed() if not world.has_way_back(name)]
+    return Verdict(words + describe(world, world.changed()),
+                   words + describe(world, lost) if lost else [])
 
 
 def not_done(scene, world, result):
@@ -343,9 +342,11 @@ class Campaign:
     def count(self, what, number=1):
         self.figures[what] = self.figures.get(what, 0) + number
 
-    def judge(self, about, verdict):
-        self.count("by hand", int(verdict.by_hand))
-        self.lose(about, verdict.lost)
+    def judge(self, about, verdict, alone=True):
+        """Only a run that was not alone may need `undo --force`: it sees the
+        changes of the other."""
+        self.count("by hand", int(bool(verdict.by_hand)))
+        self.lose(about, verdict.lost or (verdict.by_hand if alone else []))
 
     def lose(self, about, lost):
         """Notes a run that lost something; the list may be empty."""

@@ -320,12 +320,9 @@ def lost(disk, world):
 # ---- the campaign ------------------------------------------------------------
 
 
-def unflushed(world, arguments):
+def unflushed(arguments):
     """The same command, told not to flush."""
-    world.safety = "beside,nolinks"
-    known = "--no-sync" in world.zenfo(arguments[0], "--help").out
-    return arguments[:1] + ["--no-sync"] + arguments[1:] if known \
-        else arguments
+    return arguments[:1] + ["--no-sync"] + arguments[1:]
 
 
 def record(world, arguments):
@@ -376,14 +373,12 @@ def replay_command(campaign, world, command):
 
 
 def find_out_unflushed(campaign, world, command):
-    flushed = world.safety
     world.reset(common.wide_tree(campaign.random, 30))
     for arguments in (command.arguments, ["undo"]):
-        found = replay(campaign, world, unflushed(world, arguments))
+        found = replay(campaign, world, unflushed(arguments))
         campaign.count("found unflushed", int(bool(found)))
         if not found:
             campaign.lose(f"unflushed {arguments}", ["the model saw nothing"])
-    world.safety = flushed
 
 
 def run(campaign, world):

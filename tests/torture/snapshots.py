@@ -9,6 +9,7 @@ A copy is taken only of a moment at which the disk was still: it is read twice
 and must be the same. The reads meet any moment between two of its writes."""
 
 import os
+import re
 import subprocess
 import time
 
@@ -95,8 +96,18 @@ def snapshots_of(campaign, image, command, process, length, number):
     return copies
 
 
+def start_system_anew(world):
+    """The power came back: the journals of runs name an earlier start."""
+    for journal in world.state.glob("zenfo/runs/*.journal"):
+        written = journal.stat()
+        journal.write_bytes(re.sub(rb"(?m)^boot\t.*$", b"boot\tearlier",
+                                   journal.read_bytes()))
+        os.utime(journal, ns=(written.st_atime_ns, written.st_mtime_ns))
+
+
 def judge(campaign, world, command, ended, about):
     """The world is that of a mounted copy."""
+    start_system_anew(world)
     campaign.count("runs")
     campaign.count("after the end", int(ended))
     torn = [name for name in world.old if world.bytes(name) not in

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Two programs at work on the same files at once: two replaces, a replace and
-an undo, two undos, a replace and a log that grows, a replace and an editor that
-renames. No file is mixed, nothing that the other program wrote is lost without
+an undo, two undos, a replace and a log that grows, a replace or an undo and an
+editor that renames, a replace and files that turn into links. No file is mixed, nothing that the other program wrote is lost without
 a word, and every file's old bytes are there or on record.
 
 Writers that take a lock lose nothing. Those that take none can lose what they
@@ -45,7 +45,7 @@ def judge_files(campaign, world, about, possible):
              if world.bytes(name) not in possible(world.old[name])]
     campaign.lose(about + ", mixed", common.describe(world, mixed))
     campaign.count("hit", int(bool(world.changed())))
-    campaign.judge(about, common.take_back(world))
+    campaign.judge(about, common.take_back(world), alone=False)
 
 
 def two_replaces(campaign, world):
@@ -129,10 +129,24 @@ class Editor(Other):
         self.written[name].append(text)
 
 
-def beside(world, other):
+class Swapper(Other):
+    """Puts a link to a file outside the tree in the place of a file, and the
+    file back."""
+
+    def work(self, name, line):
+        path = self.world.tree / name
+        aside = self.world.folder / "aside"
+        os.rename(path, aside)
+        os.symlink(self.world.folder / "outside", path)
+        self.written[name].append(line)
+        self.ended.wait(0.0002)
+        os.rename(aside, path)
+
+
+def beside(world, other, arguments=PLUM):
     other.start()
     time.sleep(0.003)
-    result = world.zenfo(*PLUM)
+    result = world.zenfo(*arguments)
     other.end()
     return result
 
@@ -167,9 +181,40 @@ def editor(campaign, world):
     campaign.lose("an editor", common.describe(world, gone))
 
 
+def editor_during_undo(campaign, world):
+    world.reset(common.wide_tree(campaign.random, FILES))
+    world.zenfo(*PLUM)
+    other = Editor(campaign, world)
+    beside(world, other, ["undo"])
+    gone = [name for name, texts in other.written.items()
+            if texts and world.bytes(name) != texts[-1]]
+    campaign.count("files edited",
+                   sum(bool(texts) for texts in other.written.values()))
+    campaign.count("in the gap", len(gone))
+    # A few fall between the last look at a file and its restoring. Without
+    # that look it would be dozens.
+    if len(gone) > 5:
+        campaign.lose("an editor during undo", common.describe(world, gone))
+
+
+def swapped_links(campaign, world):
+    world.reset(common.wide_tree(campaign.random, FILES))
+    outside = world.folder / "outside"
+    outside.write_bytes(b"plum outside\n")
+    swapper = Swapper(campaign, world)
+    beside(world, swapper)
+    swaps = sum(map(len, swapper.written.values()))
+    campaign.count("swaps", swaps)
+    if outside.read_bytes() != b"plum outside\n":
+        campaign.lose("links that are put in the place of files",
+                      ["the file outside was changed"])
+    judge_files(campaign, world, "swapped links", lambda old: (old, plum(old)))
+
+
 # ------------------------------------------------------------------------------
 
 ROUNDS = [two_replaces, replace_and_undo, two_undos, editor,
+          editor_during_undo, swapped_links,
           lambda campaign, world: log_that_grows(campaign, world, True),
           lambda campaign, world: log_that_grows(campaign, world, False)]
 

@@ -38,14 +38,14 @@ bool put_zeros(uintptr_t address) {
               MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) == page;
 }
 
-// The fault comes again, or the signal is sent again, with no handler.
+// Repeats the fault, or sends the signal again, with no handler installed.
 void leave_to_system(int signal, const siginfo_t* info) {
   ::signal(signal, SIG_DFL);
   if (info->si_code <= 0) raise(signal);
 }
 
-// What would have happened without this handler. The host's may have found this
-// one when it was installed, and pass on to it in turn: that ends here.
+// What would have happened without this handler. The host's handler may have
+// been installed after this one and pass the signal on to it: that ends here.
 void pass_on(int signal, siginfo_t* info, void* context) {
   if (passing_on != 0) {
     leave_to_system(signal, info);
@@ -83,7 +83,7 @@ bool install_handler() {
   return sigaction(SIGBUS, &handler, &handler_before) == 0;
 }
 
-// A handler that the host has put in its place meanwhile stays.
+// A handler that the host has installed since then stays.
 void remove_handler() {
   struct sigaction present;
   if (sigaction(SIGBUS, nullptr, &present) == 0 &&

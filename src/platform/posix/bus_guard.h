@@ -1,9 +1,9 @@
 // Keeps the process alive when a viewed file is shortened by somebody else.
 //
 // Touching a page of a mapping that its file no longer has raises SIGBUS. While
-// any range is guarded, a handler puts a page of zeros in the place of such a
-// page and lets the process go on. Faults elsewhere go to whoever handled the
-// signal before, and the handler goes when the last range does.
+// any range is guarded, a handler replaces such a page by a page of zeros and
+// lets the process continue. Faults elsewhere are passed to the previous
+// handler. The handler is removed with the last range.
 //
 // Tested by tests/unit/platform/posix_file_view_test.cpp
 #pragma once
@@ -13,9 +13,9 @@
 namespace zenfo::platform {
 
 // The range is a writable private mapping, from one page border to another.
-// False when as many are guarded as can be at a time.
+// False when the greatest possible number is guarded already.
 bool guard_range(char* begin, size_t size);
-// To be called before it is unmapped.
+// Call this before the range is unmapped.
 void release_range(char* begin);
 
 }  // namespace zenfo::platform

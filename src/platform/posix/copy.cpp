@@ -1,5 +1,5 @@
 // Copying one file. The system moves the bytes itself where it can (on some
-// file systems by sharing them); a plain loop takes up wherever that ends.
+// file systems by sharing them); a plain loop copies the rest.
 //
 // Tested by tests/unit/platform/copy_test.cpp,
 // tests/unit/platform/posix_copy_test.cpp
@@ -9,7 +9,9 @@
 #include <unistd.h>
 
 #include "platform/files.h"
+#include "platform/next_version.h"
 #include "platform/posix/descriptor.h"
+#include "platform/posix/file_lock.h"
 #include "platform/posix/version.h"
 
 namespace zenfo::platform {
@@ -33,9 +35,9 @@ bool write_all(int to, const char* data, size_t size) {
   return true;
 }
 
-// Both move the positions of both files; the loop goes on where the system's
-// own copy gave up, and finds the end where it did not. Only the loop looks for
-// more than the source had to begin with.
+// Both advance the positions of both files, so the loop continues where the
+// system's own copy stopped, or finds only the end. Only the loop looks for
+// bytes that were added to the source meanwhile.
 void copy_in_system(int from, int to, off_t size) {
   while (size > 0) {
     const ssize_t count =
@@ -56,8 +58,8 @@ bool copy_in_blocks(int from, int to) {
   }
 }
 
-// A longer file of that name keeps nothing of its old end. To look is cheaper
-// than to cut a file where it ends anyway.
+// Removes the old end of a longer file. Asking for the size is cheaper than
+// cutting a file where it ends anyway.
 bool cut_behind_copy(int to) {
   const off_t end = lseek(to, 0, SEEK_CUR);
   struct stat copied;
@@ -65,8 +67,8 @@ bool cut_behind_copy(int to) {
   return copied.st_size == end || ftruncate(to, end) == 0;
 }
 
-// All of this as far as the target's owner and file system allow: the bytes
-// count.
+// All of this only as far as the target's owner and file system allow: what
+// matters is the bytes.
 
 void copy_owner(const struct stat& source, struct stat& target, int to) {
   const bool same_owner = source.st_uid == target.st_uid;
@@ -78,9 +80,9 @@ void copy_owner(const struct stat& source, struct stat& target, int to) {
   fstat(to, &target);
 }
 
-// Setuid and setgid lend the rights of the owner and the group: of none but the
-// source's own. Last, as the system takes them off a file that is written or
-// given away.
+// Setuid and setgid lend the rights of the owner and group, so they are copied
+// only if these are the source's. This comes last because the system clears
+// them when a file is written or changes its owner.
 void copy_mode(const struct stat& source, const struct stat& target, int to) {
   mode_t mode = source.st_mode & 07777;
   if (source.st_uid != target.st_uid) mode &= ~mode_t{S_ISUID};
@@ -101,13 +103,16 @@ bool is_sparse(const struct stat& source) {
   return source.st_blocks * kUnit < source.st_size;
 }
 
-// An existing file is written over only when there is room for all of it: with
-// half of it written, its old bytes would be lost. True also where the file
-// system cannot tell.
-bool has_room(int to, const struct stat& source) {
-  if (source.st_size == 0 || is_sparse(source)) return true;
-  return fallocate(to, FALLOC_FL_KEEP_SIZE, 0, source.st_size) == 0 ||
-         (errno != ENOSPC && errno != EDQUOT);
+// An existing file is overwritten only when there is room for all of the copy:
+// a half-written copy would have destroyed the old bytes.
+enum class Room { kEnough, kTooLittle, kUnknown };
+
+Room room_for(const struct stat& source, int to) {
+  if (source.st_size == 0 || is_sparse(source)) return Room::kEnough;
+  if (fallocate(to, FALLOC_FL_KEEP_SIZE, 0, source.st_size) == 0) {
+    return Room::kEnough;
+  }
+  return errno == ENOSPC || errno == EDQUOT ? Room::kTooLittle : Room::kUnknown;
 }
 
 // Nothing is stored for these bytes of the file, which read as zeros.
@@ -116,8 +121,9 @@ bool make_hole(int to, off_t from, off_t end) {
   return from >= end || fallocate(to, kMode, from, end - from) == 0;
 }
 
-// Copies the parts between the holes of a file, whose size it has; false where
-// the file system knows none of this. The positions are then where they were.
+// Copies the parts between the holes of a file. The target has the file's size
+// already. False where the file system does not support holes; the positions
+// are unchanged then.
 bool copy_around_holes(int from, int to, off_t size) {
   off_t at = 0;
   bool done = ftruncate(to, size) == 0;
@@ -141,8 +147,8 @@ bool copy_around_holes(int from, int to, off_t size) {
   return done;
 }
 
-// A copy that was interrupted goes, unless it was a file before: that keeps its
-// name, whatever its bytes are now.
+// Deletes a copy that was interrupted, unless the file existed before: that one
+// stays, whatever its bytes are now.
 void discard(const struct stat& target, const char* to) {
   struct stat named;
   if (lstat(to, &named) == 0 && same_file(named, target)) unlink(to);
@@ -156,7 +162,48 @@ bool copy_bytes(int from, int to, const struct stat& source) {
   return copy_in_blocks(from, to) && cut_behind_copy(to);
 }
 
-// Opens what is to be written; `created` tells whether it is new.
+// Bytes, owner of a new file, rights and times; closes the target.
+bool copy_all(int from, const struct stat& source, Descriptor& to,
+              struct stat& target, bool created) {
+  if (!copy_bytes(from, to.get(), source)) return false;
+  if (created) copy_owner(source, target, to.get());
+  copy_mode(source, target, to.get());
+  copy_times(source, to.get());
+  return to.close();
+}
+
+// Copies into a file beside `to`, which then replaces it. kFailed: `to` has to
+// be written in place; kChanged: it must not be touched.
+Opened copy_beside(int from, const struct stat& source, const char* to,
+                   const struct stat& target) {
+  NextVersion next;
+  const Opened opened = next.begin(to, version_of(target));
+  if (opened != Opened::kOpen) return opened;
+  Descriptor file(open(next.path(), O_WRONLY | kOpenFlags));
+  struct stat fresh;
+  const bool done = file.is_open() && fstat(file.get(), &fresh) == 0 &&
+                    copy_all(from, source, file, fresh, false) &&
+                    next.take_place() == Opened::kOpen;
+  return done ? Opened::kOpen : Opened::kChanged;
+}
+
+// `file` is `to`, open, whose facts are `target`.
+bool copy_over(int from, const struct stat& source, const char* to,
+               Descriptor& file, struct stat& target) {
+  if (is_locked_by_others(file.get())) return false;
+  const Room room = room_for(source, file.get());
+  if (room == Room::kTooLittle) return false;
+  if (room == Room::kUnknown) {
+    file.close();  // and with it the lock
+    const Opened beside = copy_beside(from, source, to, target);
+    if (beside != Opened::kFailed) return beside == Opened::kOpen;
+    file.reset(open(to, O_WRONLY | kOpenFlags));
+    if (!file.is_open() || is_locked_by_others(file.get())) return false;
+  }
+  return copy_all(from, source, file, target, false);
+}
+
+// Opens the target; `created` receives whether it is new.
 int open_target(const char* to, mode_t mode, bool& created) {
   constexpr int kFlags = O_WRONLY | O_CREAT | kOpenFlags;
   const int file = open(to, kFlags | O_EXCL, mode);
@@ -182,16 +229,13 @@ bool copy_file(const char* from, const char* to, FileVersion* version) {
       !S_ISREG(target.st_mode) || same_file(source, target)) {
     return false;
   }
-  if (!created && !has_room(target_file.get(), source)) return false;
-  if (!copy_bytes(source_file.get(), target_file.get(), source)) {
-    if (created) discard(target, to);
-    return false;
+  if (!created) {
+    return copy_over(source_file.get(), source, to, target_file, target);
   }
-  if (created) copy_owner(source, target, target_file.get());
-  copy_mode(source, target, target_file.get());
-  copy_times(source, target_file.get());
-  if (target_file.close()) return true;
-  if (created) discard(target, to);
+  if (copy_all(source_file.get(), source, target_file, target, true)) {
+    return true;
+  }
+  discard(target, to);
   return false;
 }
 

@@ -29,19 +29,19 @@ class Descriptor {
     descriptor_ = -1;
     return descriptor;
   }
-  // False when the system reports that something written was lost.
+  // False when the system reports that written bytes were lost.
   bool close() {
     if (!is_open()) return true;
     const int result = ::close(descriptor_);
     descriptor_ = -1;
-    return result == 0 || errno == EINTR;  // Linux has closed it then, too
+    return result == 0 || errno == EINTR;  // Linux closes it even then
   }
 
  private:
   int descriptor_ = -1;
 };
 
-// Calls until the call is not interrupted by a signal.
+// Repeats the call until no signal interrupts it.
 template <class Call>
 auto uninterrupted(Call call) {
   auto result = call();

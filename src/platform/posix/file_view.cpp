@@ -24,12 +24,12 @@ size_t page_size() {
   return size;
 }
 
-// The pages of the bytes and of one byte behind them.
+// The pages of the bytes and of one byte after them.
 size_t mapped_size(size_t size) {
   return (size / page_size() + 1) * page_size();
 }
 
-// Maps the pages that the file has in front of zero bytes.
+// Maps the pages of the file, followed by zero bytes.
 char* map_file(int descriptor, size_t size) {
   constexpr int kProtection = PROT_READ | PROT_WRITE;
   void* whole = mmap(nullptr, mapped_size(size), kProtection,
@@ -53,7 +53,7 @@ bool FileView::open(const InputFile& file, size_t size) {
   data_ = data;
   size_ = size;
   filled_ = 0;
-  // Where the system cannot fill a view, errors would go unseen.
+  // Where the system cannot fill a view, read errors would go unnoticed.
   if (guard_range(data, mapped_size(size)) && fill(0, 1)) return true;
   close();
   return false;

@@ -11,7 +11,7 @@
 
 namespace zenfo::platform {
 
-// One open file of each file system, which stands for all of it.
+// One open file of each file system: flushing through it flushes all of it.
 struct FlushSet::State {
   std::map<dev_t, Descriptor> file_systems;
   bool failed = false;
@@ -27,7 +27,7 @@ void FlushSet::add(const char* path) {
   if (file.is_open()) return;
   file.reset(open(path, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
   if (file.is_open()) return;
-  // Perhaps it may be written, not read.
+  // It may be possible to write it but not to read it.
   file.reset(open(path, O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
   if (!file.is_open()) state_->failed = true;
 }

@@ -1,10 +1,12 @@
-// Listing folders. A folder is read once, in large pieces; the system tells
-// with each name what it is, so that only links cost a call of their own. The
-// names lie in one text, sorted, so that every run finds the same order.
+// Listing folders. A folder is read once, in large pieces. The system gives the
+// kind of each entry with its name, so only links cost a further call. The
+// names are kept in one text and sorted, so that every run finds the same
+// order.
 //
 // Tested by tests/unit/platform/folders_test.cpp,
 // tests/unit/platform/posix_folders_test.cpp
 #include <dirent.h>
+#include <errno.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -37,7 +39,7 @@ Kind follow_link(int folder, const char* name) {
   return kind == Kind::kFolder ? Kind::kLinkToFolder : kind;
 }
 
-// Without what the name came with: not every file system tells the kind.
+// For names that came without it: not every file system gives the kind.
 Kind ask_kind(int folder, const char* name) {
   struct stat found;
   if (fstatat(folder, name, &found, AT_SYMLINK_NOFOLLOW) != 0) {
@@ -62,7 +64,8 @@ Kind kind_of(int folder, const dirent64& entry) {
   }
 }
 
-// Orders names as their first eight bytes do; what is shorter ends in zeros.
+// Orders names as their first eight bytes do; shorter names are filled up with
+// zeros.
 uint64_t head_of(std::string_view name) {
   uint64_t head = 0;
   for (size_t i = 0; i < sizeof head; ++i) {
@@ -72,19 +75,28 @@ uint64_t head_of(std::string_view name) {
   return head;
 }
 
-// "/" behind the path makes "" the root, as it is in "" + "/" + name, and
-// refuses what is no folder.
+// "/" after the path makes "" the root, as it is in "" + "/" + name, and fails
+// for anything but a folder.
 int open_folder(const std::string& path) {
-  return open((path + '/').c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const std::string folder = path + '/';
+  const auto open_it = [&] {
+    return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  };
+  const int file = uninterrupted(open_it);
+  // A folder that cannot be read is skipped silently, so try again when a
+  // failure may be over in a moment, here and below.
+  const bool shortage = errno == ENFILE || errno == EMFILE || errno == ENOMEM;
+  return file < 0 && shortage ? uninterrupted(open_it) : file;
 }
 
-// Hands every entry, "." and ".." too, to `take`, which answers false to stop;
-// what cannot be read is left out. False when stopped.
+// Passes every entry, "." and ".." too, to `take`, which answers false to stop;
+// entries that cannot be read are left out. False when stopped.
 template <class Take>
 bool read_folder(int folder, Take take) {
   alignas(dirent64) char buffer[kReadSize];
   for (;;) {
-    const ssize_t size = getdents64(folder, buffer, kReadSize);
+    ssize_t size = getdents64(folder, buffer, kReadSize);
+    if (size < 0) size = getdents64(folder, buffer, kReadSize);
     if (size <= 0) return true;
     for (ssize_t at = 0; at < size;) {
       const auto& entry = *reinterpret_cast<const dirent64*>(buffer + at);
@@ -130,7 +142,7 @@ void FolderListing::State::add(int folder, const dirent64& entry) {
   names += found;
 }
 
-// A reading that was stopped starts over the next time.
+// A listing that was stopped starts again the next time.
 bool FolderListing::State::read(const std::string& path,
                                 const Answered& answered) {
   names.clear();
@@ -205,7 +217,7 @@ void delete_files_in(const char* folder,
   if (!handle.is_open()) return;
   std::vector<std::string> names;
   read_folder(handle.get(), [&](const dirent64& entry) {
-    // Asked of each name: what is about to go is worth a call.
+    // Asked for each name: before deleting, a call is worth its cost.
     const Kind kind = ask_kind(handle.get(), entry.d_name);
     if (kind == Kind::kFile || kind == Kind::kOther) {
       names.emplace_back(entry.d_name);

@@ -21,11 +21,12 @@ size_t round_up(size_t size, size_t unit) {
 
 bool KeptBuffer::reserve(size_t size, size_t keep) {
   if (size <= capacity_) return true;
-  if (size > SIZE_MAX / 2) return false;  // what is added would wrap
+  if (size > SIZE_MAX / 2) return false;  // the additions would overflow
   size_t wanted = std::max(size, capacity_ + capacity_ / 2) + 2 * kSlack;
   const bool huge = wanted >= kHugePage;
   wanted = round_up(wanted, huge ? kHugePage : kSmallPage);
-  // Huge pages need an aligned start: take one page more and begin there.
+  // Huge pages need an aligned start: reserve one page more and begin at the
+  // aligned address.
   const size_t mapped = huge ? wanted + kHugePage : wanted;
   void* block = mmap(nullptr, mapped, PROT_READ | PROT_WRITE,
                      MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);

@@ -1,6 +1,6 @@
-// The folder of the path asked last. It is opened only when a second path in a
-// row lies in it: a walk in random order then costs no more than plain paths,
-// a walk folder by folder saves resolving the folder for every file.
+// The folder of the last path. It is opened only when two paths in a row are in
+// it: then a walk in random order costs no more than plain paths do, and a walk
+// folder by folder does not resolve the folder for every file.
 //
 // Tested by tests/unit/platform/files_test.cpp,
 // tests/unit/platform/posix_files_test.cpp
@@ -22,7 +22,7 @@ Place locate(const char* path, NearbyFolder* nearby) {
   if (nearby == nullptr) return plain;
   const std::string_view text(path);
   const size_t cut = text.rfind('/') + 1;  // 0 when there is none
-  // A path too long for the system fails by bare name as well.
+  // A path that is too long for the system must fail by its bare name as well.
   if (cut == 0 || cut == text.size() || text.size() >= PATH_MAX) return plain;
 
   NearbyFolder::State& state = nearby->state();

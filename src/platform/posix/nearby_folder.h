@@ -14,10 +14,11 @@ namespace zenfo::platform {
 
 struct NearbyFolder::State {
   std::string folder;  // up to and with its last slash
-  Descriptor handle;   // opened when the folder is asked for again
+  Descriptor handle;   // opened when a second path is in the folder
 };
 
-// What the "...at" calls take. Valid as long as the path and the folder.
+// The arguments for the "...at" calls. Valid as long as the path and the
+// folder.
 struct Place {
   int folder;
   const char* name;

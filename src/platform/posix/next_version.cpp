@@ -2,7 +2,6 @@
 #include "platform/next_version.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
@@ -11,6 +10,7 @@
 #include <cstdlib>
 
 #include "platform/posix/descriptor.h"
+#include "platform/posix/file_lock.h"
 #include "platform/posix/version.h"
 
 namespace zenfo::platform {
@@ -23,7 +23,7 @@ struct NextVersion::State {
 
 namespace {
 
-// Everything that another file of the same name would not have.
+// Everything that a new file of the same name would lack.
 bool is_plain(int file, const struct stat& facts, const char* path) {
   struct stat named;
   return S_ISREG(facts.st_mode) && facts.st_nlink == 1 &&
@@ -42,11 +42,6 @@ bool take_rights(int file, const struct stat& old) {
   return fchmod(file, old.st_mode & 07777) == 0;
 }
 
-// Another run has it.
-bool is_locked(int file) {
-  return flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-}
-
 }  // namespace
 
 NextVersion::NextVersion() : state_(std::make_unique<State>()) {}
@@ -61,7 +56,7 @@ void NextVersion::discard() {
 Opened NextVersion::begin(const char* path, const FileVersion& expected) {
   discard();
   const Opened opened = lock_and_create(path, expected);
-  // A lock that stayed would keep this run from writing in place.
+  // If the lock stayed, this run could not write in place either.
   if (opened != Opened::kOpen) discard();
   return opened;
 }
@@ -76,7 +71,7 @@ Opened NextVersion::lock_and_create(const char* path,
   if (!state_->old.is_open() || fstat(state_->old.get(), &facts) != 0) {
     return Opened::kFailed;
   }
-  if (version_of(facts) != expected || is_locked(state_->old.get())) {
+  if (version_of(facts) != expected || is_locked_by_others(state_->old.get())) {
     return Opened::kChanged;
   }
   if (!is_plain(state_->old.get(), facts, path)) return Opened::kFailed;

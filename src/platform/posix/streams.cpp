@@ -1,11 +1,10 @@
 // Reading and writing open files on bare descriptors. Every file is opened
-// without waiting, so that a pipe without a partner never stops a run.
+// without waiting, so that a pipe that nobody writes to never blocks a run.
 //
 // Tested by tests/unit/platform/streams_test.cpp,
 // tests/unit/platform/posix_streams_test.cpp
 #include <fcntl.h>
 #include <linux/openat2.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -13,13 +12,14 @@
 #include <algorithm>
 
 #include "platform/files.h"
+#include "platform/posix/file_lock.h"
 #include "platform/posix/nearby_folder.h"
 #include "platform/posix/version.h"
 
 namespace zenfo::platform {
 namespace {
 
-// Linux moves at most 2 GB less a page in one call.
+// One call of Linux transfers at most 2 GB less one page.
 constexpr size_t kMostPerCall = size_t{1} << 30;
 
 constexpr int kOpenFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
@@ -36,8 +36,8 @@ constexpr int flags_of(OutputMode mode) {
   return 0;
 }
 
-// Older systems, and fences around a process, do not know the call: then only
-// the last part of the path is looked at.
+// Older systems and sandboxes lack this call: then only the last part of the
+// path is checked.
 int open_no_links(const char* path, int flags) {
   struct open_how how {};
   how.flags = static_cast<uint64_t>(flags);
@@ -48,20 +48,12 @@ int open_no_links(const char* path, int flags) {
   return ::open(path, flags | O_NOFOLLOW);
 }
 
-// A reader that takes its time (a terminal, a pipe) is waited for once the
-// file is open. False when there is nothing to wait for.
+// Once the file is open, wait for a slow other end (a terminal, a pipe). False
+// when there is nothing to wait for.
 bool wait_from_now_on(int descriptor) {
   const int flags = fcntl(descriptor, F_GETFL);
   if (flags < 0 || (flags & O_NONBLOCK) == 0) return false;
   return fcntl(descriptor, F_SETFL, flags & ~O_NONBLOCK) == 0;
-}
-
-// The lock goes with the descriptor. File systems without locks, and those who
-// do not ask for them, are left to the comparison of versions.
-bool is_locked_by_others(int descriptor) {
-  return uninterrupted([&] { return flock(descriptor, LOCK_EX | LOCK_NB); }) !=
-             0 &&
-         errno == EWOULDBLOCK;
 }
 
 ssize_t write_some(int descriptor, const char* data, size_t size) {
@@ -104,7 +96,8 @@ int64_t InputFile::read(void* buffer, size_t size) {
     });
     if (count < 0) return -1;
     done += static_cast<size_t>(count);
-    // Short means at the end; asking again would cost a call for every file.
+    // A short read means the end of the file; reading again would cost one call
+    // for every file.
     if (static_cast<size_t>(count) < part) break;
   }
   return static_cast<int64_t>(done);
@@ -167,7 +160,8 @@ bool OutputFile::set_end() {
   const int descriptor = static_cast<int>(handle_);
   const off_t end = lseek(descriptor, 0, SEEK_CUR);
   if (end < 0) return false;
-  // Cutting a file where it ends anyway costs ten times as much as to look.
+  // Cutting a file where it ends anyway costs ten times as much as asking for
+  // its size.
   struct stat found;
   if (fstat(descriptor, &found) == 0 && S_ISREG(found.st_mode) &&
       found.st_size == end) {

@@ -1,6 +1,6 @@
 // UTF-8 to UTF-16. A byte that is not part of a well-formed character (cut
-// off, overlong, a surrogate, beyond U+10FFFF) stands for the character of its
-// own number, so that texts in Latin-1 come out readable.
+// off, overlong, a surrogate, beyond U+10FFFF) becomes the character with its
+// number, so that texts in Latin-1 stay readable.
 //
 // Tested by tests/unit/platform/wide_text_test.cpp
 #include "platform/wide_text.h"

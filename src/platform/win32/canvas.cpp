@@ -37,8 +37,8 @@ class WindowCanvas final : public Canvas {
   }
 
   bool begin_paint() override {
-    // BeginPaint lets the host erase the background, and the host may call
-    // back: only the outermost paint goes through.
+    // BeginPaint lets the host erase the background, and the host may paint
+    // again from there: only the outermost paint is carried out.
     if (painting_) return false;
     painting_ = true;
     paint_ = {};

@@ -1,4 +1,5 @@
-// The system's own list of variables: the C library of a host keeps another.
+// The system's own list of variables: the C library of a host keeps a copy of
+// its own.
 //
 // Tested by tests/unit/platform/environment_test.cpp
 #include "platform/environment.h"

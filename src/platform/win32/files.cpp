@@ -30,8 +30,8 @@ bool read_attribute_data(const char* path, WIN32_FILE_ATTRIBUTE_DATA& data) {
   return GetFileAttributesExA(path, GetFileExInfoStandard, &data) != 0;
 }
 
-// Takes marks off a file: the attributes that it had, or 0 when it had none of
-// these, or they stay.
+// Removes attributes from a file. Answers all attributes that it had; 0 when it
+// had none of these or they could not be removed.
 DWORD take_off(const char* path, DWORD marks) {
   const DWORD before = GetFileAttributesA(path);
   if (before == INVALID_FILE_ATTRIBUTES || (before & marks) == 0) return 0;
@@ -78,7 +78,7 @@ bool exists(const char* path) {
   return true;
 }
 
-// The system itself copies onto no hidden or system file.
+// The system itself refuses to overwrite a hidden or system file.
 bool copy_file(const char* from, const char* to, FileVersion* version) {
   InputFile source;
   if (version != nullptr && (!source.open(from) || !source.version(*version))) {

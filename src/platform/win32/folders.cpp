@@ -28,9 +28,9 @@ class Query {
   bool is_folder() const {
     return (found_.dwFileAttributes & kAttributeDirectory) != 0;
   }
-  // Stands for another folder, as junctions, mounted volumes and symbolic links
-  // do: a walk that followed it might never end. Other reparse points hold
-  // files of their own, the folders of cloud storage for one.
+  // A reparse point that leads to another folder (junction, mounted volume,
+  // symbolic link): a walk that followed it might never end. Other reparse
+  // points, such as folders of cloud storage, hold files of their own.
   bool is_link() const {
     if ((found_.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
       return false;
@@ -40,7 +40,7 @@ class Query {
   }
 
  private:
-  WIN32_FIND_DATAA found_ = {};  // Wine leaves the tag as it is
+  WIN32_FIND_DATAA found_ = {};  // Wine does not set the tag
   HANDLE handle_;
 };
 

@@ -10,8 +10,8 @@ namespace zenfo::platform {
 bool KeptBuffer::reserve(size_t size, size_t keep) {
   if (size <= capacity_) return true;
   if (size > SIZE_MAX / 2 - 2 * kSlack) return false;
-  // Half more than before keeps growth cheap; a 32-bit process may have room
-  // for the plain size only.
+  // Growing by half keeps growth cheap, but a 32-bit process may only have room
+  // for the size itself.
   char* block = nullptr;
   size_t wanted = std::max(size, capacity_ + capacity_ / 2);
   for (;;) {

@@ -33,7 +33,7 @@ std::wstring widened(const std::string& text) {
   return wide;
 }
 
-// Volume and file number; empty when the system does not tell them.
+// Volume and file number; empty when the system does not say.
 std::string identity(const char* path) {
   const HANDLE file =
       CreateFileA(path, FILE_READ_ATTRIBUTES,

@@ -38,8 +38,8 @@ constexpr Access access_of(OutputMode mode) {
 
 constexpr DWORD kBehindContent = 0x40000000;  // the high half of an offset
 
-// Locks one byte far behind every content, which keeps nobody but another run
-// from the file. The lock goes with the handle. False when a run has it.
+// Locks one byte far beyond any content, which hinders only other runs. The
+// lock ends with the handle. False when another run holds it.
 bool lock(HANDLE file) {
   OVERLAPPED place{};
   place.OffsetHigh = kBehindContent;
@@ -48,8 +48,8 @@ bool lock(HANDLE file) {
          GetLastError() != ERROR_LOCK_VIOLATION;
 }
 
-// Whether another program has locked a part of the content, where the file
-// could be cut but not written.
+// Whether another program has locked part of the content: then the file could
+// be cut but not written.
 bool is_locked(HANDLE file) {
   if (LockFile(file, 0, 0, 0, kBehindContent)) {
     UnlockFile(file, 0, 0, 0, kBehindContent);
@@ -59,8 +59,8 @@ bool is_locked(HANDLE file) {
 }
 
 // A file that is mapped by another program can be written, but not cut. So it
-// is cut first: false leaves it as it was. Opening it with CREATE_ALWAYS would
-// do the same, but for hidden files, which that refuses.
+// is cut first: false leaves it as it was. CREATE_ALWAYS would do the same, but
+// it refuses hidden files.
 bool empty(HANDLE file) { return !is_locked(file) && SetEndOfFile(file) != 0; }
 
 }  // namespace
@@ -172,7 +172,8 @@ bool OutputFile::write(const void* data, size_t size) {
   return true;
 }
 
-// Every file ends behind what was written: it was empty, or is appended to.
+// Every file already ends after what was written: it was empty, or is appended
+// to.
 bool OutputFile::set_end() { return is_open(); }
 
 bool OutputFile::close() {

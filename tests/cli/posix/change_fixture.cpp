@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <regex>
 
 namespace zenfo::test {
 
@@ -18,6 +19,23 @@ ChangeTest::ChangeTest() {
 }
 
 ChangeTest::~ChangeTest() { unsetenv("XDG_STATE_HOME"); }
+
+Outcome ChangeTest::undo(std::vector<std::string> arguments) const {
+  arguments.insert(arguments.begin(), "undo");
+  return without_run_named(run(std::move(arguments)));
+}
+
+Outcome without_run_named(Outcome outcome) {
+  static const std::regex kNamed("zenfo: [^\n]*: undoing the run[^\n]*\n");
+  outcome.err = std::regex_replace(outcome.err, kNamed, "");
+  return outcome;
+}
+
+void ChangeTest::write_three() const {
+  for (const char* name : {"a.txt", "b.txt", "c.txt"}) {
+    folder_.file(name, "plum");
+  }
+}
 
 std::string ChangeTest::made_of(const std::string& before,
                                 std::vector<std::string> arguments) const {

@@ -20,6 +20,11 @@ class ChangeTest : public ::testing::Test {
   Outcome run(std::vector<std::string> arguments) const {
     return run_zenfo(std::move(arguments), folder_.path());
   }
+  // Without a run's name, so that the command says which one it takes: that is
+  // left out of the outcome.
+  Outcome undo(std::vector<std::string> arguments = {}) const;
+  // a.txt, b.txt and c.txt, a "plum" each.
+  void write_three() const;
   std::string bytes(const std::string& name) const {
     return read_file(folder_.path(name));
   }
@@ -33,5 +38,8 @@ class ChangeTest : public ::testing::Test {
   TempFolder folder_;
   TempFolder store_;
 };
+
+// The outcome of a plain undo but for the line that names its run.
+Outcome without_run_named(Outcome outcome);
 
 }  // namespace zenfo::test

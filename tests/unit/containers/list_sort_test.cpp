@@ -14,7 +14,7 @@
 namespace zenfo {
 namespace {
 
-// A key to sort by and where the item stood, to see what becomes of equals.
+// A key to sort by and the item's first position, to check the order of equals.
 struct Item {
   int key;
   int origin;

@@ -33,17 +33,17 @@ struct Empty final : Record {
 class ProgressTest : public testing::Test {
  protected:
   void SetUp() override {
-    hooks.SetInterruptHook(ask);
-    hooks.SetReportHook(tell);
+    hooks.set_interrupt_hook(ask);
+    hooks.set_report_hook(tell);
     // The counters are the process's: bring each to its start.
     answer = 1;
-    while (hooks.PollInterrupt() == 0) {
+    while (hooks.poll_interrupt() == 0) {
     }
-    while (hooks.PollInterruptEvery(100) == 0) {
+    while (hooks.poll_interrupt_every(100) == 0) {
     }
     reports.clear();
-    while (reports.empty()) hooks.ReportReset();
-    hooks.ReportPositionOf(0, 1);
+    while (reports.empty()) hooks.report_reset();
+    hooks.report_position_of(0, 1);
     reports.clear();
     answer = 0;
     asked = 0;
@@ -53,53 +53,53 @@ class ProgressTest : public testing::Test {
 
 TEST_F(ProgressTest, PollsAskTheHookOnEvery101stCall) {
   for (int round = 1; round <= 3; ++round) {
-    for (int i = 0; i < 100; ++i) EXPECT_EQ(hooks.PollInterrupt(), 0);
+    for (int i = 0; i < 100; ++i) EXPECT_EQ(hooks.poll_interrupt(), 0);
     EXPECT_EQ(asked, round - 1);
-    hooks.PollInterrupt();
+    hooks.poll_interrupt();
     EXPECT_EQ(asked, round);
   }
 }
 
 TEST_F(ProgressTest, PollsAnswerTheHooksAnswer) {
   answer = 7;
-  for (int i = 0; i < 100; ++i) EXPECT_EQ(hooks.PollInterrupt(), 0);
-  EXPECT_EQ(hooks.PollInterrupt(), 7);
+  for (int i = 0; i < 100; ++i) EXPECT_EQ(hooks.poll_interrupt(), 0);
+  EXPECT_EQ(hooks.poll_interrupt(), 7);
 }
 
 TEST_F(ProgressTest, PollsWithAPeriodHaveACounterOfTheirOwn) {
-  for (int i = 0; i < 50; ++i) hooks.PollInterrupt();
-  EXPECT_EQ(hooks.PollInterruptEvery(1), 0);
+  for (int i = 0; i < 50; ++i) hooks.poll_interrupt();
+  EXPECT_EQ(hooks.poll_interrupt_every(1), 0);
   answer = 1;
-  EXPECT_EQ(hooks.PollInterruptEvery(1), 1);
+  EXPECT_EQ(hooks.poll_interrupt_every(1), 1);
   EXPECT_EQ(asked, 1);
 }
 
 TEST_F(ProgressTest, CountersAreSharedByAllLists) {
   ProgressHooks other;
-  other.SetInterruptHook(ask);
-  for (int i = 0; i < 60; ++i) hooks.PollInterrupt();
-  for (int i = 0; i < 40; ++i) other.PollInterrupt();
+  other.set_interrupt_hook(ask);
+  for (int i = 0; i < 60; ++i) hooks.poll_interrupt();
+  for (int i = 0; i < 40; ++i) other.poll_interrupt();
   EXPECT_EQ(asked, 0);
-  other.PollInterrupt();
+  other.poll_interrupt();
   EXPECT_EQ(asked, 1);
 }
 
-TEST_F(ProgressTest, NothingIsAskedOrToldWithoutHooks) {
+TEST_F(ProgressTest, WithoutHooksNothingIsAskedOrReported) {
   ProgressHooks silent;
   EXPECT_TRUE(silent.silent());
   for (int i = 0; i < 300; ++i) {
-    EXPECT_EQ(silent.PollInterrupt(), 0);
-    EXPECT_EQ(silent.PollInterruptEvery(0), 0);
-    EXPECT_EQ(silent.ReportReset(), 0);
-    EXPECT_EQ(silent.ReportPositionOf(0, 10), 0);
+    EXPECT_EQ(silent.poll_interrupt(), 0);
+    EXPECT_EQ(silent.poll_interrupt_every(0), 0);
+    EXPECT_EQ(silent.report_reset(), 0);
+    EXPECT_EQ(silent.report_position_of(0, 10), 0);
   }
   EXPECT_EQ(asked, 0);
   EXPECT_TRUE(reports.empty());
 }
 
 TEST_F(ProgressTest, ResetReportsZerosOnEvery101stCall) {
-  for (int i = 0; i < 100; ++i) EXPECT_EQ(hooks.ReportReset(), 0);
-  EXPECT_EQ(hooks.ReportReset(), 5);
+  for (int i = 0; i < 100; ++i) EXPECT_EQ(hooks.report_reset(), 0);
+  EXPECT_EQ(hooks.report_reset(), 5);
   ASSERT_EQ(reports.size(), 1u);
   EXPECT_EQ(reports[0].total, 0u);
   EXPECT_EQ(reports[0].position, 0u);
@@ -107,7 +107,7 @@ TEST_F(ProgressTest, ResetReportsZerosOnEvery101stCall) {
 }
 
 TEST_F(ProgressTest, PositionsAreReportedAboutAHundredTimesAndAtTheEnd) {
-  for (uint32_t i = 0; i <= 1050; ++i) hooks.ReportPositionOf(i, 1050);
+  for (uint32_t i = 0; i <= 1050; ++i) hooks.report_position_of(i, 1050);
   // Step 10: 0, 10, 20, ... 1050.
   ASSERT_EQ(reports.size(), 106u);
   for (size_t i = 0; i < reports.size(); ++i) {
@@ -117,46 +117,46 @@ TEST_F(ProgressTest, PositionsAreReportedAboutAHundredTimesAndAtTheEnd) {
   EXPECT_EQ(reports.back().percent, 100);
 }
 
-TEST_F(ProgressTest, AWalkThatBeginsBehindZeroGoesOnFromTheLastStep) {
-  hooks.ReportPositionOf(0, 10);
-  hooks.ReportPositionOf(5, 10);
+TEST_F(ProgressTest, AWalkThatBeginsAfterZeroContinuesFromTheLastStep) {
+  hooks.report_position_of(0, 10);
+  hooks.report_position_of(5, 10);
   reports.clear();
-  hooks.ReportPositionOf(1, 10);
-  hooks.ReportPositionOf(5, 10);
+  hooks.report_position_of(1, 10);
+  hooks.report_position_of(5, 10);
   EXPECT_TRUE(reports.empty());
-  hooks.ReportPositionOf(6, 10);
+  hooks.report_position_of(6, 10);
   EXPECT_EQ(reports.size(), 1u);
 }
 
-// The steps that each kind of walk has come to are remembered apart.
+// Each kind of walk remembers its own last step.
 TEST_F(ProgressTest, WalksOverListsAndOthersRememberTheirOwnSteps) {
   ItemList list;
-  for (int i = 0; i < 10; ++i) list.Append(std::make_unique<Empty>());
-  list.SetReportHook(tell);
-  list.ReportPosition(0);
-  list.ReportPositionOf(0, 10);
-  list.ReportPositionOf(9, 10);
+  for (int i = 0; i < 10; ++i) list.append(std::make_unique<Empty>());
+  list.set_report_hook(tell);
+  list.report_position(0);
+  list.report_position_of(0, 10);
+  list.report_position_of(9, 10);
   reports.clear();
-  list.ReportPosition(1);
+  list.report_position(1);
   EXPECT_EQ(reports.size(), 1u);
-  list.ReportPosition(9);
-  list.ReportPositionOf(0, 10);
+  list.report_position(9);
+  list.report_position_of(0, 10);
   reports.clear();
-  list.ReportPositionOf(1, 10);
+  list.report_position_of(1, 10);
   EXPECT_EQ(reports.size(), 1u);
 }
 
 TEST_F(ProgressTest, PollsAndResetsAreCountedApart) {
-  for (int i = 0; i < 60; ++i) hooks.PollInterrupt();
-  for (int i = 0; i < 100; ++i) hooks.ReportReset();
+  for (int i = 0; i < 60; ++i) hooks.poll_interrupt();
+  for (int i = 0; i < 100; ++i) hooks.report_reset();
   EXPECT_TRUE(reports.empty());
-  hooks.ReportReset();
+  hooks.report_reset();
   EXPECT_EQ(reports.size(), 1u);
   EXPECT_EQ(asked, 0);
 }
 
 TEST_F(ProgressTest, NothingIsReportedOfATotalOfZero) {
-  EXPECT_EQ(hooks.ReportPositionOf(0, 0), 0);
+  EXPECT_EQ(hooks.report_position_of(0, 0), 0);
   EXPECT_TRUE(reports.empty());
 }
 

@@ -105,21 +105,15 @@ TEST_F(HexPainter, ScrollsTheDigitsByColumns) {
     uint32_t left;
     std::vector<DrawnText> texts;
     int32_t start;
+    // clang-format off
   } cases[] = {
-      {1,
-       {plain(0, 0, "1 "), match(20, 0, "62 "), plain(50, 0, "63 64 ")},
-       110},
-      {2, {plain(0, 0, " "), match(10, 0, "62 "), plain(40, 0, "63 64 ")}, 100},
-      {3, {match(0, 0, "62 "), plain(30, 0, "63 64 "), plain(90, 0, "a")}, 90},
-      {4,
-       {match(0, 0, "2 "), plain(20, 0, "63 64 "), plain(80, 0, "a"),
-        match(90, 0, "b")},
-       80},
-      {11,
-       {plain(0, 0, " "), plain(10, 0, "a"), match(20, 0, "b"),
-        plain(30, 0, "cd")},
-       10},
+    {1, {plain(0, 0, "1 "), match(20, 0, "62 "), plain(50, 0, "63 64 ")}, 110},
+    {2, {plain(0, 0, " "), match(10, 0, "62 "), plain(40, 0, "63 64 ")}, 100},
+    {3, {match(0, 0, "62 "), plain(30, 0, "63 64 "), plain(90, 0, "a")}, 90},
+    {4, {match(0, 0, "2 "), plain(20, 0, "63 64 "), plain(80, 0, "a"), match(90, 0, "b")}, 80},
+    {11, {plain(0, 0, " "), plain(10, 0, "a"), match(20, 0, "b"), plain(30, 0, "cd")}, 10},
   };
+  // clang-format on
   for (const auto& row : cases) {
     ASSERT_EQ(paint({.left_column = row.left}), 1);
     EXPECT_EQ(canvas_->texts, row.texts) << row.left;
@@ -144,7 +138,7 @@ TEST_F(HexPainter, KeepsTheCharactersAtTheClientsEdgeWhenScrolledFar) {
   }
 }
 
-TEST_F(HexPainter, PutsTheCharactersAColumnFurtherBehindLineNumbers) {
+TEST_F(HexPainter, PutsTheGuttersRuleAtItsEndAndTheCharactersAColumnFurther) {
   lay_out("abcd", 2, {{2, 1}});
   ASSERT_EQ(paint({.line_numbers = true}), 1);
   EXPECT_THAT(
@@ -153,7 +147,6 @@ TEST_F(HexPainter, PutsTheCharactersAColumnFurtherBehindLineNumbers) {
                   plain(90, 0, "ab"), drawn(0, 20, "2", colours().gutter),
                   match(20, 20, "63 "), plain(50, 20, "64 "),
                   match(90, 20, "c"), plain(100, 20, "d")));
-  // The gutter's rule stands at its end.
   EXPECT_THAT(canvas_->rules,
               ElementsAre(DrawnRule{20, 0, 60, colours().gutter.text},
                           DrawnRule{90, 0, 60, colours().gutter.text},

@@ -33,131 +33,38 @@ struct LayoutCase {
 };
 
 TEST(Layout, CutsLinesIntoSpans) {
+  // clang-format off
   const LayoutCase cases[] = {
-      {"a match over two lines",
-       "ab\r\ncd",
-       "\r\n",
-       0,
-       {{1, 4}},
-       {"a|M0:b", "M0:c|d"}},
-      {"a match of the separator alone",
-       "ab\r\ncd",
-       "\r\n",
-       0,
-       {{2, 2}},
-       {"ab|M0:", "cd"}},
-      {"a part of the separator",
-       "ab\r\ncd",
-       "\r\n",
-       0,
-       {{3, 1}},
-       {"ab|M0:", "cd"}},
-      {"two matches in one separator",
-       "ab\r\ncd",
-       "\r\n",
-       0,
-       {{2, 1}, {3, 1}},
-       {"ab|M0:|M1:", "cd"}},
-      {"separator and next line",
-       "ab\r\ncd",
-       "\r\n",
-       0,
-       {{3, 2}},
-       {"ab|M0:", "M0:c|d"}},
-      {"text and separator", "ab\r\ncd", "\r\n", 0, {{1, 3}}, {"a|M0:b", "cd"}},
-      {"an empty line in the middle",
-       "ab\r\n\r\ncd",
-       "\r\n",
-       0,
-       {{1, 6}},
-       {"a|M0:b", "M0:", "M0:c|d"}},
-      {"an empty line's separator",
-       "\r\ncd",
-       "\r\n",
-       0,
-       {{0, 2}},
-       {"M0:", "cd"}},
-      {"a match that ends where a line starts",
-       "ab\ncd",
-       "\n",
-       0,
-       {{2, 1}},
-       {"ab|M0:", "cd"}},
-      {"a whole line", "ab\ncd\nef", "\n", 0, {{3, 2}}, {"ab", "M0:cd", "ef"}},
-      {"neighbours",
-       "abcd",
-       "\n",
-       0,
-       {{0, 2}, {2, 1}, {3, 1}},
-       {"M0:ab|M1:c|M2:d"}},
-      {"a text that ends with a separator",
-       "ab\r\n",
-       "\r\n",
-       0,
-       {},
-       {"ab", ""}},
-      {"separators only", "\n\n", "\n", 0, {}, {"", "", ""}},
-      {"separators that overlap", "aaaXaa", "aa", 0, {}, {"", "aX", ""}},
-      {"half a separator at the end", "ab\r", "\r\n", 0, {}, {"ab\r"}},
-      {"a separator searched byte for byte", "aXbxc", "x", 0, {}, {"aXb", "c"}},
-      {"zero bytes",
-       std::string("a\0b\nc", 5),
-       "\n",
-       0,
-       {{1, 1}},
-       {std::string("a|M0:\0|b", 8), "c"}},
-      {"a match behind the text", "ab", "\n", 0, {{2, 5}, {7, 1}}, {"ab"}},
-      {"a match over the text's end",
-       "ab",
-       "\n",
-       0,
-       {{1, 4294967295u}},
-       {"a|M0:b"}},
-      {"a match of no length", "ab", "\n", 0, {{1, 0}}, {"ab"}},
-      {"matches that overlap",
-       "abcdef",
-       "\n",
-       0,
-       {{0, 3}, {1, 1}, {2, 3}},
-       {"M0:abc|M2:de|f"}},
-      {"matches out of order",
-       "abcdef",
-       "\n",
-       0,
-       {{4, 1}, {1, 2}},
-       {"a|M1:bc|d|M0:e|f"}},
-      {"of two at one place the first",
-       "abcd",
-       "\n",
-       0,
-       {{1, 2}, {1, 3}},
-       {"a|M0:bc|M1:d"}},
-      {"hex: lines of four",
-       "abcdefghij",
-       "",
-       4,
-       {{2, 5}},
-       {"ab|M0:cd", "M0:efg|h", "ij"}},
-      {"hex: no empty last line",
-       "abcdefgh",
-       "",
-       4,
-       {{4, 4}},
-       {"abcd", "M0:efgh"}},
-      {"hex: bytes of separators are shown",
-       "a\r\nb",
-       "\r\n",
-       2,
-       {{1, 2}},
-       {"a|M0:\r", "M0:\n|b"}},
-      {"hex: one byte a line", "abc", "", 1, {{1, 1}}, {"a", "M0:b", "c"}},
-      {"hex: a line longer than the text",
-       "abc",
-       "",
-       4294967295u,
-       {{1, 1}},
-       {"a|M0:b|c"}},
+    {"a match over two lines", "ab\r\ncd", "\r\n", 0, {{1, 4}}, {"a|M0:b", "M0:c|d"}},
+    {"a match of the separator alone", "ab\r\ncd", "\r\n", 0, {{2, 2}}, {"ab|M0:", "cd"}},
+    {"a part of the separator", "ab\r\ncd", "\r\n", 0, {{3, 1}}, {"ab|M0:", "cd"}},
+    {"two matches in one separator", "ab\r\ncd", "\r\n", 0, {{2, 1}, {3, 1}}, {"ab|M0:|M1:", "cd"}},
+    {"separator and next line", "ab\r\ncd", "\r\n", 0, {{3, 2}}, {"ab|M0:", "M0:c|d"}},
+    {"text and separator", "ab\r\ncd", "\r\n", 0, {{1, 3}}, {"a|M0:b", "cd"}},
+    {"an empty line in the middle", "ab\r\n\r\ncd", "\r\n", 0, {{1, 6}}, {"a|M0:b", "M0:", "M0:c|d"}},
+    {"an empty line's separator", "\r\ncd", "\r\n", 0, {{0, 2}}, {"M0:", "cd"}},
+    {"a match that ends where a line starts", "ab\ncd", "\n", 0, {{2, 1}}, {"ab|M0:", "cd"}},
+    {"a whole line", "ab\ncd\nef", "\n", 0, {{3, 2}}, {"ab", "M0:cd", "ef"}},
+    {"neighbours", "abcd", "\n", 0, {{0, 2}, {2, 1}, {3, 1}}, {"M0:ab|M1:c|M2:d"}},
+    {"a text that ends with a separator", "ab\r\n", "\r\n", 0, {}, {"ab", ""}},
+    {"separators only", "\n\n", "\n", 0, {}, {"", "", ""}},
+    {"separators that overlap", "aaaXaa", "aa", 0, {}, {"", "aX", ""}},
+    {"half a separator at the end", "ab\r", "\r\n", 0, {}, {"ab\r"}},
+    {"a separator searched byte for byte", "aXbxc", "x", 0, {}, {"aXb", "c"}},
+    {"zero bytes", std::string("a\0b\nc", 5), "\n", 0, {{1, 1}}, {std::string("a|M0:\0|b", 8), "c"}},
+    {"a match behind the text", "ab", "\n", 0, {{2, 5}, {7, 1}}, {"ab"}},
+    {"a match over the text's end", "ab", "\n", 0, {{1, 4294967295u}}, {"a|M0:b"}},
+    {"a match of no length", "ab", "\n", 0, {{1, 0}}, {"ab"}},
+    {"matches that overlap", "abcdef", "\n", 0, {{0, 3}, {1, 1}, {2, 3}}, {"M0:abc|M2:de|f"}},
+    {"matches out of order", "abcdef", "\n", 0, {{4, 1}, {1, 2}}, {"a|M1:bc|d|M0:e|f"}},
+    {"of two at one place the first", "abcd", "\n", 0, {{1, 2}, {1, 3}}, {"a|M0:bc|M1:d"}},
+    {"hex: lines of four", "abcdefghij", "", 4, {{2, 5}}, {"ab|M0:cd", "M0:efg|h", "ij"}},
+    {"hex: no empty last line", "abcdefgh", "", 4, {{4, 4}}, {"abcd", "M0:efgh"}},
+    {"hex: bytes of separators are shown", "a\r\nb", "\r\n", 2, {{1, 2}}, {"a|M0:\r", "M0:\n|b"}},
+    {"hex: one byte a line", "abc", "", 1, {{1, 1}}, {"a", "M0:b", "c"}},
+    {"hex: a line longer than the text", "abc", "", 4294967295u, {{1, 1}}, {"a|M0:b|c"}},
   };
+  // clang-format on
   for (const LayoutCase& row : cases) {
     SCOPED_TRACE(row.what);
     DisplayFixture display;
@@ -178,95 +85,28 @@ struct AreaCase {
 };
 
 TEST(Layout, GathersMatchesAndAreasInOrder) {
+  // clang-format off
   const AreaCase cases[] = {
-      {"a match inside an area",
-       "abcdef",
-       0,
-       {{1, 2}},
-       {{0, 4}},
-       {"A0:a|M1:bc|A0:d|ef"}},
-      {"matches before, at the start of, and behind an area",
-       "abcdefgh",
-       0,
-       {{0, 1}, {2, 1}, {4, 1}, {7, 1}},
-       {{2, 4}},
-       {"M0:a|b|M1:c|A2:d|M3:e|A2:f|g|M4:h"}},
-      {"two areas",
-       "abcdef",
-       0,
-       {{3, 1}},
-       {{1, 1}, {4, 2}},
-       {"a|A0:b|c|M1:d|A2:ef"}},
-      {"areas without matches", "abc", 0, {}, {{1, 1}}, {"a|A0:b|c"}},
-      {"an area pattern without areas", "abc", 0, {{1, 1}}, {}, {"a|M0:b|c"}},
-      {"an area that a match hides",
-       "abcd",
-       0,
-       {{0, 3}},
-       {{1, 1}},
-       {"M0:abc|d"}},
-      {"a match over the end of one area and the start of another",
-       "abcdef",
-       0,
-       {{1, 4}},
-       {{0, 2}, {3, 3}},
-       {"A0:a|M1:bcde|A2:f"}},
-      {"areas that overlap",
-       "abcdef",
-       0,
-       {},
-       {{0, 3}, {2, 3}},
-       {"A0:abc|A1:de|f"}},
-      {"an area over two lines",
-       "ab\ncd",
-       0,
-       {{2, 1}},
-       {{1, 3}},
-       {"a|A0:b|M1:", "A0:c|d"}},
-      {"the complement",
-       "abcdefgh",
-       1,
-       {{0, 1}, {3, 1}, {5, 1}},
-       {{2, 3}},
-       {"A0:ab|c|M1:d|e|A2:fgh"}},
-      {"the complement for any mode but 0",
-       "abc",
-       -1,
-       {{1, 1}},
-       {{1, 1}},
-       {"A0:a|M1:b|A2:c"}},
-      {"the complement of areas at both ends",
-       "abcde",
-       1,
-       {{0, 1}, {4, 1}},
-       {{0, 2}, {3, 2}},
-       {"M0:a|b|A1:c|d|M2:e"}},
-      {"the complement of neighbouring areas",
-       "abcd",
-       1,
-       {{2, 1}},
-       {{0, 2}, {2, 2}},
-       {"ab|M0:c|d"}},
-      {"a match that starts where an area ends is outside",
-       "abcd",
-       1,
-       {{2, 1}},
-       {{0, 2}},
-       {"ab|A0:cd"}},
-      {"a match that leaves its area wins",
-       "abcd",
-       1,
-       {{1, 2}},
-       {{0, 2}},
-       {"a|M0:bc|A1:d"}},
-      {"the complement of no area", "abc", 1, {{1, 1}}, {}, {"A0:abc"}},
-      {"the complement of everything",
-       "abc",
-       1,
-       {{1, 1}},
-       {{0, 3}},
-       {"a|M0:b|c"}},
+    {"a match inside an area", "abcdef", 0, {{1, 2}}, {{0, 4}}, {"A0:a|M1:bc|A0:d|ef"}},
+    {"matches around and inside an area", "abcdefgh", 0, {{0, 1}, {2, 1}, {4, 1}, {7, 1}}, {{2, 4}},
+     {"M0:a|b|M1:c|A2:d|M3:e|A2:f|g|M4:h"}},
+    {"two areas", "abcdef", 0, {{3, 1}}, {{1, 1}, {4, 2}}, {"a|A0:b|c|M1:d|A2:ef"}},
+    {"areas without matches", "abc", 0, {}, {{1, 1}}, {"a|A0:b|c"}},
+    {"an area pattern without areas", "abc", 0, {{1, 1}}, {}, {"a|M0:b|c"}},
+    {"an area that a match hides", "abcd", 0, {{0, 3}}, {{1, 1}}, {"M0:abc|d"}},
+    {"a match from one area into the next", "abcdef", 0, {{1, 4}}, {{0, 2}, {3, 3}}, {"A0:a|M1:bcde|A2:f"}},
+    {"areas that overlap", "abcdef", 0, {}, {{0, 3}, {2, 3}}, {"A0:abc|A1:de|f"}},
+    {"an area over two lines", "ab\ncd", 0, {{2, 1}}, {{1, 3}}, {"a|A0:b|M1:", "A0:c|d"}},
+    {"the complement", "abcdefgh", 1, {{0, 1}, {3, 1}, {5, 1}}, {{2, 3}}, {"A0:ab|c|M1:d|e|A2:fgh"}},
+    {"the complement for any mode but 0", "abc", -1, {{1, 1}}, {{1, 1}}, {"A0:a|M1:b|A2:c"}},
+    {"the complement of areas at both ends", "abcde", 1, {{0, 1}, {4, 1}}, {{0, 2}, {3, 2}}, {"M0:a|b|A1:c|d|M2:e"}},
+    {"the complement of neighbouring areas", "abcd", 1, {{2, 1}}, {{0, 2}, {2, 2}}, {"ab|M0:c|d"}},
+    {"a match where an area ends is outside", "abcd", 1, {{2, 1}}, {{0, 2}}, {"ab|A0:cd"}},
+    {"a match that leaves its area wins", "abcd", 1, {{1, 2}}, {{0, 2}}, {"a|M0:bc|A1:d"}},
+    {"the complement of no area", "abc", 1, {{1, 1}}, {}, {"A0:abc"}},
+    {"the complement of everything", "abc", 1, {{1, 1}}, {{0, 3}}, {"a|M0:b|c"}},
   };
+  // clang-format on
   for (const AreaCase& row : cases) {
     SCOPED_TRACE(row.what);
     DisplayFixture display;
@@ -289,12 +129,12 @@ TEST(Layout, MakesAGroupOfEveryRangeEvenWhenItIsHidden) {
 TEST(Layout, CountsMatchesWhateverTheirState) {
   DisplayFixture display;
   display.show("abcd", {{0, 1}, {2, 1}});
-  display.matches.SetState(0, 0);
+  display.matches.set_state(0, 0);
   ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
   EXPECT_THAT(picture(display.state), ElementsAre("M0:a|b|M1:c|d"));
 }
 
-TEST(Layout, TellsLineColumnAndColoursOfEachSpan) {
+TEST(Layout, GivesLineColumnAndColoursOfEachSpan) {
   DisplayFixture display;
   display.show("ab\ncdef", {{4, 1}}, {{0, 1}});
   ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
@@ -360,7 +200,7 @@ TEST(Layout, MarksTextLinesWithMatchesOrAreasAndNeverHexLines) {
   }
 }
 
-TEST(PrepareDisplay, SplitsAtLineFeedCarriageReturnUnlessToldOtherwise) {
+TEST(PrepareDisplay, TheFirstSeparatorUnlessOneIsGivenIsLfCr) {
   DisplayFixture display;
   display.show("a\r\nb\r\nc", {});
   ASSERT_EQ(prepare_display(display.state, "", 0), 1);
@@ -404,7 +244,7 @@ TEST(PrepareDisplay, FailsForARecordThatIsNoMatch) {
       DisplayFixture display;
       display.show("abcdef", {{0, 1}}, {{0, 3}});
       (list == 0 ? display.matches : display.areas)
-          .Append(std::make_unique<OtherRecord>());
+          .append(std::make_unique<OtherRecord>());
       EXPECT_EQ(prepare_display(display.state, "\n", mode), -1);
       EXPECT_EQ(display.state.groups().size(), 0u);
       EXPECT_EQ(display.state.line_count(), 0u);
@@ -465,8 +305,8 @@ class LayoutPolls : public ::testing::Test {
     Marks marks;
     for (uint32_t i = 0; i < 1010; ++i) marks.push_back({i * 2, 1});
     display_.show(std::string(2020, 'x'), marks);
-    display_.state.SetInterruptHook(poll);
-    display_.state.SetReportHook(count_report);
+    display_.state.set_interrupt_hook(poll);
+    display_.state.set_report_hook(count_report);
   }
   ~LayoutPolls() override { when_polled = nullptr; }
 
@@ -497,7 +337,7 @@ TEST_F(LayoutPolls, GiveUpWhenTheHostResetsTheDisplay) {
   EXPECT_EQ(display_.state.line_count(), 0u);
 }
 
-TEST_F(LayoutPolls, LetALayoutFromWithinStand) {
+TEST_F(LayoutPolls, KeepALayoutMadeDuringTheLayout) {
   when_polled = [this] {
     if (polls == 1) {
       display_.state.bytes_per_line = 1000;
@@ -515,7 +355,7 @@ Lines slow_layout(const std::string& text, const std::string& separator,
                   uint32_t bytes_per_line, const Marks& matches,
                   const Marks& areas) {
   // Mode 0: an area's group follows those of all matches that do not start
-  // behind it.
+  // after it.
   std::vector<int> owner(text.size(), -1);
   std::vector<std::string> names;
   std::vector<std::pair<bool, std::pair<uint32_t, uint32_t>>> ranges;

@@ -159,7 +159,7 @@ TEST_F(TextPainter, DrawsASpanOfMoreThan8192BytesButNeverFindsIt) {
     const bool noted = length <= 8192;
     EXPECT_EQ(canvas_->texts.size(), noted ? 3u : 4u);
     EXPECT_EQ(display_.state.group_at(100, 10), noted ? 0u : kNoGroup);
-    // What follows stands where it was drawn.
+    // The next span is found where it was drawn.
     EXPECT_EQ(display_.state.group_at(static_cast<int32_t>(length) + 2, 10),
               1u);
   }

@@ -107,7 +107,7 @@ TEST(Columns, NamesAndTypeAreMissingUntilDerived) {
   EXPECT_EQ(shown(entry, Column::kAttributes), "");
 }
 
-TEST(Columns, AttributeLettersStandInTheirOrder) {
+TEST(Columns, AttributeLettersAreInTheirOrder) {
   struct Case {
     uint32_t bits;
     const char* letters;

@@ -193,8 +193,8 @@ TEST_F(FileContentTest, ReportsEachBlockOfASmallNumberOfBlocks) {
 TEST_F(FileContentTest, ReportsAboutAHundredTimesForManyBlocks) {
   listen();
   content.load_file_content(folder.file("f", noise(50000 * 450)).c_str());
-  // 451 steps, told at every fourth: 0 twice, 4, 8, ... 448, and nothing new
-  // at 451, which is in the same fourth.
+  // 451 steps, reported at every fourth: 0 twice, 4, 8, ... 448, and nothing
+  // new at 451, which is in the same fourth.
   EXPECT_EQ(reports.size(), 2u + 112u);
   EXPECT_EQ(reports.back().position, 448u);
 }
@@ -205,7 +205,7 @@ TEST_F(FileContentTest, PollsTheHostOnEverySecondBlock) {
   EXPECT_EQ(polls, 3);
 }
 
-TEST_F(FileContentTest, TheHalvingIsCountedAcrossFiles) {
+TEST_F(FileContentTest, EverySecondCallIsCountedAcrossFiles) {
   listen();
   const std::string path = folder.file("f", noise(50000));
   content.load_file_content(path.c_str());
@@ -243,13 +243,13 @@ TEST_F(FileContentTest, PercentIsComputedInDoublePrecision) {
   EXPECT_EQ(reports.back().percent, 28);
 }
 
-TEST_F(FileContentTest, StepsOfATotalOfZeroAreNotTold) {
+TEST_F(FileContentTest, StepsOfATotalOfZeroAreNotReported) {
   listen();
   content.progress_step(0, 0);
   EXPECT_TRUE(reports.empty());
 }
 
-TEST_F(FileContentTest, AStepIsToldOnlyBeyondTheLastOne) {
+TEST_F(FileContentTest, AStepIsReportedOnlyAfterTheLastOne) {
   listen();
   for (uint32_t i = 0; i <= 1000; ++i) content.progress_step(i, 1000);
   EXPECT_EQ(reports.size(), 101u);
@@ -269,22 +269,24 @@ struct PrintableCase {
   int32_t position;
 };
 
-TEST_F(FileContentTest, FindsTheFirstControlByteBehindTheFirstByte) {
+TEST_F(FileContentTest, FindsTheFirstNonPrintableByteAfterPositionZero) {
   const std::string xs(40, 'x');
   const PrintableCase cases[] = {
-      {"plain\ttext\r\n", 0},
-      {std::string("\x01", 1) + "only the first", 0},
-      {std::string("\x01\x02", 2), 1},
-      {"12345\x0b", 5},
-      {"a\x7f\x80\xff z", 0},
-      {std::string("ab\0", 3), 2},
-      {xs + '\x1f', 40},
-      {xs + '\x1f' + xs + '\x01', 40},
+      {"plain\ttext\r\n", 0}, {"12345\x0b", 5},
+      {"a\x7f\x80\xff z", 0}, {std::string("ab\0", 3), 2},
+      {xs + '\x1f', 40},      {xs + '\x1f' + xs + '\x01', 40},
   };
   for (const PrintableCase& c : cases) {
     content.load_file_content(folder.file("f", c.bytes).c_str());
     EXPECT_EQ(content.find_non_printable(), c.position);
   }
+}
+
+TEST_F(FileContentTest, ANonPrintableByteAtPositionZeroIsNeverFound) {
+  content.load_file_content(folder.file("f", "\x01 only").c_str());
+  EXPECT_EQ(content.find_non_printable(), 0);
+  content.load_file_content(folder.file("f", "\x01\x02").c_str());
+  EXPECT_EQ(content.find_non_printable(), 1);
 }
 
 TEST_F(FileContentTest, TheCheckReportsItsBeginningAndItsEnd) {

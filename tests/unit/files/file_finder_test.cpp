@@ -33,7 +33,7 @@ std::string native(std::string path) {
 class FileFinderTest : public testing::Test {
  protected:
   // Names found, relative to the test's folder, with slashes. In the
-  // specification "~" stands for the folder.
+  // specification "~" means the folder.
   std::vector<std::string> find(std::string specification) {
     std::string whole;
     for (char c : specification) {
@@ -178,8 +178,8 @@ TEST_F(FileFinderTest, AnInterruptEndsTheWalkWithMinusOne) {
   for (int i = 0; i < 60; ++i) {
     folder.file("f" + std::to_string(1000 + i), "");
   }
-  hooks.SetInterruptHook(stop);
-  while (hooks.PollInterruptEvery(100) == 0) {
+  hooks.set_interrupt_hook(stop);
+  while (hooks.poll_interrupt_every(100) == 0) {
   }
   // "." and ".." are names too, and are read once.
   EXPECT_EQ(find("0~/*;*").size(), 101u - 62u);
@@ -188,8 +188,8 @@ TEST_F(FileFinderTest, AnInterruptEndsTheWalkWithMinusOne) {
 
 TEST_F(FileFinderTest, AnInterruptEndsTheWalkOfFoldersToo) {
   for (int i = 0; i < 250; ++i) folder.folder("d" + std::to_string(i));
-  hooks.SetInterruptHook(stop);
-  while (hooks.PollInterruptEvery(100) == 0) {
+  hooks.set_interrupt_hook(stop);
+  while (hooks.poll_interrupt_every(100) == 0) {
   }
   EXPECT_THAT(find("1~/*"), IsEmpty());
   EXPECT_EQ(result, -1);
@@ -197,7 +197,7 @@ TEST_F(FileFinderTest, AnInterruptEndsTheWalkOfFoldersToo) {
 
 TEST_F(FileFinderTest, AnInterruptEndsTheReadingOfAFolder) {
   for (int i = 0; i < 250; ++i) folder.file("f" + std::to_string(i), "");
-  hooks.SetInterruptHook(stop);
+  hooks.set_interrupt_hook(stop);
   EXPECT_THAT(find("0~/*"), IsEmpty());
   EXPECT_EQ(result, -1);
   EXPECT_THAT(find("0~/none"), IsEmpty());

@@ -13,7 +13,7 @@ namespace {
 
 struct Fault {};
 
-// What the callbacks below heard and answer.
+// What the callbacks below got, and what they answer.
 std::vector<std::u16string> texts;
 std::vector<int32_t> numbers;
 std::vector<const void*> pointers;
@@ -53,7 +53,7 @@ class CallbacksTest : public testing::Test {
     pointers.clear();
     answer = 42;
     throwing = false;
-    log.SetFile(path.c_str());
+    log.set_file(path.c_str());
     install_error_log(&log);
     allocate_shared_wide_buffer();
   }
@@ -152,7 +152,7 @@ TEST_F(CallbacksTest, InterrAnswersOneForAnyStop) {
   EXPECT_EQ(interr(nullptr), 0);
 }
 
-// Intended: what the host answers to a report is of no meaning.
+// Intended: the host's answer to a report is ignored.
 TEST_F(CallbacksTest, ReportAnswersOneWhateverTheHostAnswered) {
   ProgressRecord record{};
   EXPECT_EQ(report(&record), 0);

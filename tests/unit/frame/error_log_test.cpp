@@ -29,14 +29,14 @@ class ErrorLogTest : public testing::Test {
 };
 
 TEST_F(ErrorLogTest, WritesNothingUntilAFileIsSet) {
-  EXPECT_EQ(log.Write("m", "c", "o", "r"), -1);
-  EXPECT_EQ(ReportError("m", "c", "r"), -1);
+  EXPECT_EQ(log.write("m", "c", "o", "r"), -1);
+  EXPECT_EQ(report_error("m", "c", "r"), -1);
   EXPECT_FALSE(file_exists(path));
 }
 
 TEST_F(ErrorLogTest, WritesTheFourTextsBelowAStamp) {
-  ASSERT_EQ(log.SetFile(path.c_str()), 1);
-  EXPECT_EQ(log.Write("a message", "a context", "Module", "Routine"), 1);
+  ASSERT_EQ(log.set_file(path.c_str()), 1);
+  EXPECT_EQ(log.write("a message", "a context", "Module", "Routine"), 1);
   EXPECT_EQ(unstamped(),
             "\r\n\r\n"
             "  message  : a message\r\n"
@@ -46,54 +46,54 @@ TEST_F(ErrorLogTest, WritesTheFourTextsBelowAStamp) {
 }
 
 TEST_F(ErrorLogTest, EmptyTextsAreWrittenAndMissingOnesRefused) {
-  log.SetFile(path.c_str());
-  EXPECT_EQ(log.Write(nullptr, "", "", ""), -1);
-  EXPECT_EQ(log.Write("", nullptr, "", ""), -1);
-  EXPECT_EQ(log.Write("", "", nullptr, ""), -1);
-  EXPECT_EQ(log.Write("", "", "", nullptr), -1);
+  log.set_file(path.c_str());
+  EXPECT_EQ(log.write(nullptr, "", "", ""), -1);
+  EXPECT_EQ(log.write("", nullptr, "", ""), -1);
+  EXPECT_EQ(log.write("", "", nullptr, ""), -1);
+  EXPECT_EQ(log.write("", "", "", nullptr), -1);
   EXPECT_FALSE(file_exists(path));
-  EXPECT_EQ(log.Write("", "", "", ""), 1);
+  EXPECT_EQ(log.write("", "", "", ""), 1);
   EXPECT_EQ(unstamped(),
             "\r\n\r\n  message  : \r\n  context  : \r\n  module   : \r\n"
             "  routine  : \r\n\r\n");
 }
 
 TEST_F(ErrorLogTest, LongTextsAreWrittenWholeAndLineFeedsExpanded) {
-  log.SetFile(path.c_str());
+  log.set_file(path.c_str());
   const std::string text = "two\nlines" + std::string(5000, 'x');
-  EXPECT_EQ(log.Write(text.c_str(), "", "", ""), 1);
+  EXPECT_EQ(log.write(text.c_str(), "", "", ""), 1);
   EXPECT_THAT(unstamped(), testing::HasSubstr("message  : two\r\nlines" +
                                               std::string(5000, 'x') + "\r\n"));
 }
 
 TEST_F(ErrorLogTest, SetFileAnswersOneWhateverItIsGiven) {
-  EXPECT_EQ(log.SetFile(path.c_str()), 1);
-  EXPECT_EQ(log.SetFile(nullptr), 1);
-  EXPECT_EQ(log.Write("", "", "", ""), 1);
-  EXPECT_EQ(log.SetFile(""), 1);
-  EXPECT_EQ(log.Write("", "", "", ""), -1);
+  EXPECT_EQ(log.set_file(path.c_str()), 1);
+  EXPECT_EQ(log.set_file(nullptr), 1);
+  EXPECT_EQ(log.write("", "", "", ""), 1);
+  EXPECT_EQ(log.set_file(""), 1);
+  EXPECT_EQ(log.write("", "", "", ""), -1);
 }
 
 TEST_F(ErrorLogTest, AFileThatCannotBeOpenedAnswersMinusOne) {
-  log.SetFile(folder.path().c_str());
-  EXPECT_EQ(log.Write("", "", "", ""), -1);
+  log.set_file(folder.path().c_str());
+  EXPECT_EQ(log.write("", "", "", ""), -1);
 }
 
 TEST_F(ErrorLogTest, ReportErrorWritesUnderTheModuleMain) {
-  log.SetFile(path.c_str());
-  EXPECT_EQ(ReportError("m", "c", "r"), 1);
+  log.set_file(path.c_str());
+  EXPECT_EQ(report_error("m", "c", "r"), 1);
   EXPECT_THAT(unstamped(), testing::HasSubstr("  module   : Main\r\n"));
 }
 
 TEST_F(ErrorLogTest, ReportErrorAnswersMinusOneWithoutALog) {
-  log.SetFile(path.c_str());
+  log.set_file(path.c_str());
   install_error_log(nullptr);
-  EXPECT_EQ(ReportError("m", "c", "r"), -1);
+  EXPECT_EQ(report_error("m", "c", "r"), -1);
   EXPECT_FALSE(file_exists(path));
 }
 
 TEST_F(ErrorLogTest, ARuntimeErrorHasItsFixedTexts) {
-  log.SetFile(path.c_str());
+  log.set_file(path.c_str());
   report_runtime_error("AnyRoutine");
   EXPECT_EQ(unstamped(),
             "\r\n\r\n"
@@ -105,8 +105,8 @@ TEST_F(ErrorLogTest, ARuntimeErrorHasItsFixedTexts) {
 
 #ifndef _WIN32
 TEST_F(ErrorLogTest, AFullDeviceAnswersMinusOne) {
-  log.SetFile("/dev/full");
-  EXPECT_EQ(log.Write("m", "c", "o", "r"), -1);
+  log.set_file("/dev/full");
+  EXPECT_EQ(log.write("m", "c", "o", "r"), -1);
 }
 #endif
 

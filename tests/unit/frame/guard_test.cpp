@@ -22,7 +22,7 @@ constexpr ExportRow kAlone = {3,  "Alone",           0,
 class GuardTest : public testing::Test {
  protected:
   GuardTest() {
-    log.SetFile(path.c_str());
+    log.set_file(path.c_str());
     install_error_log(&log);
   }
   ~GuardTest() override { install_error_log(nullptr); }

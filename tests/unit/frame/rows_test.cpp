@@ -29,7 +29,7 @@ TEST(Rows, TheTableHoldsEachOrdinalAndNameOnce) {
   }
 }
 
-// Whatever empties a list or starts the library anew must not run inside
+// Whatever empties a list or starts the library again must not run inside
 // another operation.
 TEST(Rows, WhatDestroysRecordsWantsTheLibraryAlone) {
   for (const ExportRow* row : {&row::Initialize, &row::Terminate, &row::Clear,
@@ -40,70 +40,26 @@ TEST(Rows, WhatDestroysRecordsWantsTheLibraryAlone) {
 
 // All that a host may call inside its callbacks.
 TEST(Rows, OperationsThatReadMayRunInsideOthers) {
+  // clang-format off
   const std::set<std::string> expected = {
-      "SaveFileList",
-      "SaveResultFileList",
-      "GetFilename",
-      "GetFullName",
-      "SetFullName",
-      "GetDirectory",
-      "GetType",
-      "GetCTime",
-      "GetATime",
-      "GetMTime",
-      "GetSize",
-      "GetAttributes",
-      "SetCallBacks",
-      "SetState",
-      "GetState",
-      "GetFlag",
-      "IsTrashed",
-      "GetCount",
-      "GetFileFlagCount",
-      "Refresh",
-      "SaveSelection",
-      "GetSizeSelection",
-      "GetSizeTotal",
-      "FindInList",
-      "GetIcon",
-      "CopyToClipboard",
-      "UpdateStringPair",
-      "SaveStringPair",
-      "GetFindString",
-      "GetReplaceString",
-      "SetUndoFile",
-      "SetErrorFile",
-      "GetOrigFile",
-      "GetSafeFile",
-      "GetSafeTime",
-      "GetMatchOffset",
-      "GetMatchLength",
-      "GetMatchText",
-      "GetDisplayLineCount",
-      "GetDisplayWidth",
-      "GetDisplayTopLine",
-      "HighlightGroup",
-      "PaintDisplay",
-      "GetDisplayPageLines",
-      "GetDisplayLeftColumn",
-      "HitTestDisplay",
-      "RepaintDisplay",
-      "PrepareDisplay",
-      "ClearHighlight",
-      "MarkGroups",
-      "save_replace_list",
-      "get_replace_value",
-      "GetMatchReplace",
-      "get_match_flag",
-      "ResetDisplay",
-      "SetBytesPerLine",
-      "GetBytesPerLine",
-      "save_occurrences",
-      "SetDisplayWindow",
-      "GetDisplayScrollPos",
-      "GetDisplayScrollTrackPos",
-      "GetLineSeparator",
+    "SaveFileList", "SaveResultFileList", "GetFilename", "GetFullName",
+    "SetFullName", "GetDirectory", "GetType", "GetCTime", "GetATime",
+    "GetMTime", "GetSize", "GetAttributes", "SetCallBacks", "SetState",
+    "GetState", "GetFlag", "IsTrashed", "GetCount", "GetFileFlagCount",
+    "Refresh", "SaveSelection", "GetSizeSelection", "GetSizeTotal",
+    "FindInList", "GetIcon", "CopyToClipboard", "UpdateStringPair",
+    "SaveStringPair", "GetFindString", "GetReplaceString", "SetUndoFile",
+    "SetErrorFile", "GetOrigFile", "GetSafeFile", "GetSafeTime",
+    "GetMatchOffset", "GetMatchLength", "GetMatchText", "GetDisplayLineCount",
+    "GetDisplayWidth", "GetDisplayTopLine", "HighlightGroup", "PaintDisplay",
+    "GetDisplayPageLines", "GetDisplayLeftColumn", "HitTestDisplay",
+    "RepaintDisplay", "PrepareDisplay", "ClearHighlight", "MarkGroups",
+    "save_replace_list", "get_replace_value", "GetMatchReplace",
+    "get_match_flag", "ResetDisplay", "SetBytesPerLine", "GetBytesPerLine",
+    "save_occurrences", "SetDisplayWindow", "GetDisplayScrollPos",
+    "GetDisplayScrollTrackPos", "GetLineSeparator",
   };
+  // clang-format on
   std::set<std::string> shared;
   for (const ExportRow& row : kExportRows) {
     if (row.access == Access::kShared) shared.insert(row.routine);

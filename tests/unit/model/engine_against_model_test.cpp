@@ -78,7 +78,7 @@ TEST(EngineAgainstModel, SameMatchesOnLongerTexts) {
 }
 
 // Every place where a text of so many bytes can be cut in two: occurrences
-// that begin before the cut and end behind it, among many others or alone.
+// that begin before the cut and end after it, among many others or alone.
 TEST(EngineAgainstModel, SameMatchesWhereverAreasAndTextsEnd) {
   constexpr const char* kPatterns[] = {
       "ab",       "\"ab|bca|c\"",  "\"aab|a\"'b'", "digitsab",
@@ -149,7 +149,7 @@ TEST(EngineAgainstModel, FindsWhatLiesAcrossABorderAlone) {
         text.replace(second, 8, "1abcdex.");
         ASSERT_EQ(find_all(context, text.data(), text.size(), {}), 2)
             << kBorderPatterns[row] << " " << first << " " << shift;
-        const auto* match = record_cast<MatchRecord>(context.matches.Get(1));
+        const auto* match = record_cast<MatchRecord>(context.matches.get(1));
         ASSERT_EQ(match->offset, second + kStarts[row]);
         ASSERT_EQ(match->length, kLengths[row]);
       }
@@ -212,7 +212,8 @@ TEST(EngineExamples, CompilerTables) {
 TEST(EngineExamples, CaretTable) {
   const ExampleContext context;
   for (const auto& row : examples::kCaretExamples) {
-    EXPECT_EQ(context.ExpandControlNames(row.text), row.converted) << row.text;
+    EXPECT_EQ(context.expand_control_names(row.text), row.converted)
+        << row.text;
     EXPECT_EQ(compiled(row.text, false, true),
               "L(" + pattern_test::spell_bytes(row.literal) + ")")
         << row.text;

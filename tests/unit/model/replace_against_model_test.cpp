@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "listops/string_pair.h"
+#include "containers/string_pair.h"
 #include "model/random_cases.h"
 #include "model/replace_model.h"
 #include "pattern/match_record.h"
@@ -29,8 +29,7 @@ constexpr int kCases = 10000;
 constexpr int kCases = 80000;
 #endif
 
-// A file of its own in memory where there is such a place: the disk is not
-// what is tested.
+// A file in memory where the system has such a folder: the disk is not tested.
 class ScratchFile {
  public:
   ScratchFile() {
@@ -49,7 +48,7 @@ class ScratchFile {
   std::string path_ = folder_.path("out");
 };
 
-// Draws one case and lets both sides write it.
+// Makes one random case and has both sides write it.
 class SideBySide {
  public:
   explicit SideBySide(uint64_t seed) : cases_(seed), random_(seed) {}
@@ -105,15 +104,15 @@ class SideBySide {
   }
 
   void fill_records() {
-    context_.ClearMatches();
-    context_.SetText(text_.data(), text_.size());
+    context_.clear_matches();
+    context_.set_text(text_.data(), text_.size());
     for (Mark& mark : marks_) {
       auto record = std::make_unique<MatchRecord>(
           text_.data() + mark.offset, static_cast<uint32_t>(mark.length),
           static_cast<uint32_t>(mark.offset));
       mark.selected = !chance(4);
       record->state = mark.selected ? 1 : 0;
-      context_.matches.Append(std::move(record));
+      context_.matches.append(std::move(record));
     }
   }
 
@@ -188,7 +187,7 @@ class SideBySide {
     ItemList values;
     for (size_t n = below(5); n > 0; --n) {
       texts.push_back(draw_text());
-      values.Append(std::make_unique<ReplaceValue>(texts.back()));
+      values.append(std::make_unique<ReplaceValue>(texts.back()));
     }
     model::set_from_list(marks_, texts, expand);
     ASSERT_EQ(set_replacements_from_list(context_, values, expand), 1);
@@ -202,7 +201,7 @@ class SideBySide {
       const size_t offset = below(source.size());
       const size_t length = 1 + below(source.size() - offset);
       texts.push_back(source.substr(offset, length));
-      other.matches.Append(std::make_unique<MatchRecord>(
+      other.matches.append(std::make_unique<MatchRecord>(
           source.data() + offset, static_cast<uint32_t>(length),
           static_cast<uint32_t>(offset)));
     }
@@ -213,7 +212,7 @@ class SideBySide {
 
   void check_records() {
     for (uint32_t i = 0; i < marks_.size(); ++i) {
-      const auto* record = record_cast<MatchRecord>(context_.matches.Get(i));
+      const auto* record = record_cast<MatchRecord>(context_.matches.get(i));
       ASSERT_EQ(record->state != 0, marks_[i].selected);
       ASSERT_EQ(record->flag != 0, marks_[i].flag);
     }

@@ -4,6 +4,7 @@
 
 #include <random>
 #include <string>
+#include <vector>
 
 #include "unit/pattern/pattern_support.h"
 
@@ -29,43 +30,16 @@ Tried try_once(PatternContext& context, const std::string& text, size_t s) {
           found ? attempt.match_length() : 0, attempt.next_start()};
 }
 
-TEST(Attempt, SaysWhereToTryNext) {
-  struct {
-    const char* pattern;
-    const char* text;
-    size_t s;
-    bool found;
-    size_t next;
-  } cases[] = {
-      // A literal that does not come ends the area.
-      {"x", "abc", 0, false, kNoPosition},
-      // A gap element fails at c: c + 1 for the first element, else c.
-      {"digitsx", "abx", 0, false, 1},
-      {"alphadigitsx", "ab-x", 0, false, 2},
-      // It fails behind c: q + 1.
-      {"digits[3]x", "12-45x", 0, false, 3},
-      // The element before was cut: its resume word.
-      {"digits[2]alphax", "123x", 0, false, 1},
-      // The gap ends short: q of its last element.
-      {"digitsx", "12-x", 0, false, 2},
-      {"digits[2]x", "1234x", 0, false, 2},
-      // But always behind s.
-      {"digits[0-]x", "-x", 0, false, 1},
-      {"?x", "-x", 0, false, 1},
-      // The tail fails at the text's end.
-      {"adigits", "a", 0, false, 2},
-      {"digits[2]alpha", "123", 0, false, 1},
-      {"adigits", "ab", 0, false, 1},
-      {"digits", "a1", 0, false, 1},
-      {"digits[3]", "12a3", 0, false, 3},
-      // A match: behind its last element, at least one byte on when that is
-      // empty.
-      {"digits", "12a", 0, true, 2},
-      {"adigits[0-]", "ab", 0, true, 2},
-      {"a?", "ab", 0, true, 1},
-      {"digits[0-]", "a", 0, false, 1},
-  };
-  for (const auto& one : cases) {
+struct NextCase {
+  const char* pattern;
+  const char* text;
+  size_t s;
+  bool found;
+  size_t next;
+};
+
+void expect_next(const std::vector<NextCase>& cases) {
+  for (const NextCase& one : cases) {
     TestContext context;
     context.compile(one.pattern);
     Tried tried = try_once(context, one.text, one.s);
@@ -74,7 +48,44 @@ TEST(Attempt, SaysWhereToTryNext) {
   }
 }
 
-TEST(Attempt, AdjacentLiteralsApartGoOnBehindTheFirstOfThePattern) {
+TEST(Attempt, SaysWhereToTryNext) {
+  expect_next({
+      // A literal that does not come ends the area.
+      {"x", "abc", 0, false, kNoPosition},
+      // A gap element fails at c: c + 1 for the first element, else c.
+      {"digitsx", "abx", 0, false, 1},
+      {"alphadigitsx", "ab-x", 0, false, 2},
+      // The element before was cut: its resume word.
+      {"digits[2]alphax", "123x", 0, false, 1},
+      // The gap ends short: q of its last element.
+      {"digitsx", "12-x", 0, false, 2},
+      {"digits[2]x", "1234x", 0, false, 2},
+      // But always after s.
+      {"digits[0-]x", "-x", 0, false, 1},
+      {"?x", "-x", 0, false, 1},
+      // The tail fails at the end of the text.
+      {"adigits", "a", 0, false, 2},
+      {"digits[2]alpha", "123", 0, false, 1},
+      {"adigits", "ab", 0, false, 1},
+      {"digits", "a1", 0, false, 1},
+      // A match: after its last element, at least one byte on when that is
+      // empty.
+      {"digits", "12a", 0, true, 2},
+      {"adigits[0-]", "ab", 0, true, 2},
+      {"a?", "ab", 0, true, 1},
+      {"digits[0-]", "a", 0, false, 1},
+  });
+}
+
+// q is the byte that ended a run too short for its element.
+TEST(Attempt, AnElementThatFailsAtQSkipsQItself) {
+  expect_next({
+      {"digits[3]x", "12-45x", 0, false, 3},
+      {"digits[3]", "12a3", 0, false, 3},
+  });
+}
+
+TEST(Attempt, AdjacentLiteralsApartContinueAfterThePatternsFirstLiteral) {
   TestContext context;
   compile_search(context, {"digitsx", true}, {"y", false}, {});
   Tried tried = try_once(context, "1x-xy", 0);

@@ -20,7 +20,8 @@ Flags flags_of(const std::vector<std::pair<int, int>>& ranges) {
   return flags;
 }
 
-// None, all, one to five ranges, and turned round; ends of the byte range.
+// No byte, all, one to five ranges, the ends of the byte range, and the
+// complement of each.
 std::vector<Flags> sets() {
   std::vector<Flags> all = {
       flags_of({}),

@@ -88,7 +88,7 @@ TEST(CharClass, AnEmptyNameIsAbsent) {
   EXPECT_TRUE(one.name().empty());
 }
 
-TEST(CompareClassNames, GoesByLengthAlone) {
+TEST(CompareClassNames, NamesOfEqualLengthAreEqualWhateverTheirBytes) {
   CharClass shorter("zz");
   CharClass longer("aaa");
   CharClass equal("bbb");

@@ -95,7 +95,7 @@ TEST(ClassFile, RangesNeedBothParts) {
   EXPECT_EQ(contexts.members(0, "0123456789:az"), "34az");
 }
 
-TEST(ClassFile, ARangeOfZeroToZeroHidesThoseBehindIt) {
+TEST(ClassFile, ARangeOfZeroToZeroHidesThoseAfterIt) {
   Contexts contexts;
   contexts.apply("name=one\r\ninc_ranges=0-0,48-57");
   EXPECT_EQ(contexts.members(0, std::string_view("\0"

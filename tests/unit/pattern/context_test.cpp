@@ -25,15 +25,15 @@ TEST(PatternContext, HasItsDefaults) {
     EXPECT_TRUE(context.any_character.contains(static_cast<uint8_t>(byte)));
   }
   EXPECT_TRUE(context.pattern.empty());
-  EXPECT_EQ(context.matches.Count(), 0u);
+  EXPECT_EQ(context.matches.count(), 0u);
   EXPECT_EQ(context.text(), nullptr);
   EXPECT_EQ(context.text_end(), nullptr);
 }
 
 TEST(PatternContext, PassesItsHooksToTheMatchList) {
   PatternContext context;
-  context.SetInterruptHook(interr);
-  context.SetReportHook(report);
+  context.set_interrupt_hook(interr);
+  context.set_report_hook(report);
   EXPECT_EQ(context.matches.interrupt_hook(), &interr);
   EXPECT_EQ(context.matches.report_hook(), &report);
 }
@@ -42,8 +42,8 @@ TEST(PatternContext, NobodyListensWhenTheHostHasNoCallback) {
   PatternContext context;
   EXPECT_FALSE(context.polls());
   EXPECT_FALSE(context.reports());
-  context.SetInterruptHook(interr);
-  context.SetReportHook(report);
+  context.set_interrupt_hook(interr);
+  context.set_report_hook(report);
   EXPECT_FALSE(context.polls());
   EXPECT_FALSE(context.reports());
   host_callbacks().interrupt = [] { return 0; };
@@ -57,11 +57,11 @@ TEST(PatternContext, CallsTheHookOnEveryIntervalThPoll) {
   PatternContext context;
   HookLog log(context, 3);
   for (int i = 1; i <= 9; ++i) {
-    context.PollCancel();
+    context.poll_cancel();
     EXPECT_EQ(HookLog::polls(), i / 3);
   }
   HookLog again(context, 0);
-  for (int i = 1; i <= 250; ++i) context.PollCancel();
+  for (int i = 1; i <= 250; ++i) context.poll_cancel();
   EXPECT_EQ(HookLog::polls(), 2);
 }
 
@@ -70,27 +70,27 @@ TEST(PatternContext, CountsPollsAcrossContexts) {
   PatternContext two;
   HookLog log_one(one, 2);
   HookLog log_two(two, 2);
-  one.PollCancel();
+  one.poll_cancel();
   EXPECT_EQ(HookLog::polls(), 0);
-  two.PollCancel();
+  two.poll_cancel();
   EXPECT_EQ(HookLog::polls(), 1);
 }
 
 TEST(PatternContext, ManyPollsMakeTheCallsThatFallDue) {
   PatternContext context;
   HookLog log(context, 10);
-  EXPECT_EQ(context.PollCancelTimes(9), 0);
+  EXPECT_EQ(context.poll_cancel_times(9), 0);
   EXPECT_EQ(HookLog::polls(), 0);
-  EXPECT_EQ(context.PollCancelTimes(35), 0);
+  EXPECT_EQ(context.poll_cancel_times(35), 0);
   EXPECT_EQ(HookLog::polls(), 4);
   EXPECT_EQ(search_counters().polls, 4u);
-  EXPECT_EQ(context.PollCancelTimes(0), 0);
+  EXPECT_EQ(context.poll_cancel_times(0), 0);
 }
 
 TEST(PatternContext, StopsCountingAtTheFirstStop) {
   PatternContext context;
   HookLog log(context, 10, 2);
-  EXPECT_EQ(context.PollCancelTimes(100), 1);
+  EXPECT_EQ(context.poll_cancel_times(100), 1);
   EXPECT_EQ(HookLog::polls(), 2);
   EXPECT_EQ(search_counters().polls, 0u);
 }
@@ -98,64 +98,64 @@ TEST(PatternContext, StopsCountingAtTheFirstStop) {
 TEST(PatternContext, ReportsFirstLastAndAboutAHundredBetween) {
   PatternContext context;
   HookLog log(context, 0);
-  for (size_t i = 0; i <= 4; ++i) context.ReportProgress(i, 4);
+  for (size_t i = 0; i <= 4; ++i) context.report_progress(i, 4);
   EXPECT_EQ(HookLog::text(), " 0/4=0% 1/4=25% 2/4=50% 3/4=75% 4/4=100%");
   HookLog again(context, 0);
-  for (size_t i = 0; i <= 500; ++i) context.ReportProgress(i, 500);
+  for (size_t i = 0; i <= 500; ++i) context.report_progress(i, 500);
   EXPECT_EQ(HookLog::text().substr(0, 35),
             " 0/500=0% 5/500=1% 10/500=2% 15/500");
   HookLog none(context, 0);
-  context.ReportProgress(0, 0);
+  context.report_progress(0, 0);
   EXPECT_EQ(HookLog::text(), "");
 }
 
 TEST(PatternContext, ComputesPercentagesInDoublePrecision) {
   PatternContext context;
   HookLog log(context, 0);
-  context.ReportProgress(0, 3000000000u);
-  context.ReportProgress(2900000000u, 3000000000u);
+  context.report_progress(0, 3000000000u);
+  context.report_progress(2900000000u, 3000000000u);
   // In single precision and in 32 bits this would come out otherwise.
   EXPECT_EQ(HookLog::text(), " 0/3000000000=0% 2900000000/3000000000=96%");
   HookLog again(context, 0);
-  context.ReportProgress(29, 100);
-  context.ReportProgress(0, 10);
-  context.ReportProgress(7, 10);
+  context.report_progress(29, 100);
+  context.report_progress(0, 10);
+  context.report_progress(7, 10);
   EXPECT_EQ(HookLog::text(), " 29/100=29% 0/10=0% 7/10=70%");
 }
 
 TEST(PatternContext, NextReportIsTheFirstPositionWorthOne) {
   PatternContext context;
   HookLog log(context, 0);
-  context.ReportProgress(0, 1000);
+  context.report_progress(0, 1000);
   EXPECT_EQ(PatternContext::next_report(1000), 10u);
-  context.ReportProgress(57, 1000);
+  context.report_progress(57, 1000);
   EXPECT_EQ(PatternContext::next_report(1000), 60u);
 }
 
-TEST(PatternContext, ClearMatchesLetsGoOfTheText) {
+TEST(PatternContext, ClearMatchesForgetsTheText) {
   PatternContext context;
-  context.SetText("abc", 3);
+  context.set_text("abc", 3);
   EXPECT_EQ(context.text_end(), context.text() + 3);
-  context.matches.Append(std::make_unique<MatchRecord>(context.text(), 1, 0));
-  context.ClearMatches();
-  EXPECT_EQ(context.matches.Count(), 0u);
+  context.matches.append(std::make_unique<MatchRecord>(context.text(), 1, 0));
+  context.clear_matches();
+  EXPECT_EQ(context.matches.count(), 0u);
   EXPECT_EQ(context.text(), nullptr);
   EXPECT_EQ(context.text_length(), 0u);
 }
 
 TEST(PatternContext, AddsAndClearsUserClasses) {
   PatternContext context;
-  EXPECT_EQ(context.AddUserClass(nullptr), -1);
-  EXPECT_EQ(context.AddUserClass(std::make_unique<CharClass>("a")), 1);
+  EXPECT_EQ(context.add_user_class(nullptr), -1);
+  EXPECT_EQ(context.add_user_class(std::make_unique<CharClass>("a")), 1);
   EXPECT_EQ(context.user_classes.count(), 1u);
-  EXPECT_EQ(context.ClearUserClasses(), 1);
-  EXPECT_EQ(context.ClearUserClasses(), 1);
+  EXPECT_EQ(context.clear_user_classes(), 1);
+  EXPECT_EQ(context.clear_user_classes(), 1);
   EXPECT_EQ(context.user_classes.count(), 0u);
 }
 
 TEST(PatternContext, ExpandsControlNamesAndKeepsEscapes) {
   PatternContext context;
-  EXPECT_EQ(context.ExpandControlNames(R"(C:\dir^I\^J)"), "C:\\dir\t\\^J");
+  EXPECT_EQ(context.expand_control_names(R"(C:\dir^I\^J)"), "C:\\dir\t\\^J");
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ void expect_match(Element& element, const Case& one, bool case_flag = true) {
   }
 }
 
-TEST(LiteralElement, MatchesWhereItsTextStands) {
+TEST(LiteralElement, MatchesWhereItsTextIs) {
   LiteralElement literal("abc");
   expect_match(literal, {"xabc", 1, 4, true, 3, 0});
   expect_match(literal, {"xabc", 0, 4, false, 0, 0});
@@ -47,7 +47,7 @@ TEST(LiteralElement, MatchesWhereItsTextStands) {
   expect_match(literal, {"xaBC", 1, 4, true, 3, 0}, false);
 }
 
-TEST(LiteralElement, LocatesPastBlanksWhenToldTo) {
+TEST(LiteralElement, LocatesPastBlanksWhenAsked) {
   LiteralElement literal("ab");
   std::string text = "xa \tbab";
   MatchScope scope{text.data(), text.size(), 0};

@@ -4,7 +4,7 @@
 // the class (so that giving back bytes, as grep does, makes no difference).
 //
 // grep runs as a process, in the C locale, over a file of generated text; -o
-// and -b make it print every match behind its offset.
+// and -b make it print every match after its offset.
 #include <gtest/gtest.h>
 
 #ifdef __linux__
@@ -217,7 +217,7 @@ TEST(GrepAgreement, ClassRunBeforeALiteral) {
   TestContext context;
   auto high = std::make_unique<CharClass>("high");
   high->add_include_range(0x80, 0xFF);
-  context.AddUserClass(std::move(high));
+  context.add_user_class(std::move(high));
   Tally tally;
   for (const auto& one : classes) {
     for (const auto& count : counts) {

@@ -14,8 +14,8 @@ namespace {
 
 using pattern_test::TestContext;
 
-// Sanitizers make a byte some ten times dearer; the square of a megabyte would
-// not end either.
+// Sanitizers make the work for a byte some ten times longer; work that grows
+// with the square of a megabyte would not end there either.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr size_t kLength = size_t{1} << 20;
 constexpr size_t kPatternPieces = 30000;
@@ -120,7 +120,7 @@ TEST(HostilePatterns, AlternativesThatSharePrefixes) {
   EXPECT_EQ(count("alpha[1]\"a|b|ab\"<", filled("ab", "<")), 1);
 }
 
-TEST(HostilePatterns, LiteralPairsThatNeverStandBackToBack) {
+TEST(HostilePatterns, LiteralPairsThatNeverTouch) {
   struct {
     const char* start;
     const char* main;
@@ -209,7 +209,7 @@ TEST(HostilePatterns, MatchesThatAreDroppedForTheirNeighbours) {
   EXPECT_EQ(count(context, filled("a1"), true, true), 0);
 }
 
-// Polls and reports in force: attempts that are skipped are told of.
+// With polls and reports: attempts that are skipped are reported too.
 int asked;
 int32_t never_stop(void*) {
   ++asked;
@@ -219,8 +219,8 @@ int32_t no_report(ProgressRecord*) { return 1; }
 
 TEST(HostilePatterns, UnderAHostThatListens) {
   TestContext context;
-  context.SetInterruptHook(never_stop);
-  context.SetReportHook(no_report);
+  context.set_interrupt_hook(never_stop);
+  context.set_report_hook(no_report);
   asked = 0;
   struct {
     const char* pattern;
@@ -236,7 +236,7 @@ TEST(HostilePatterns, UnderAHostThatListens) {
   EXPECT_GT(asked, 0);
 }
 
-// Many areas: each costs what lies in it.
+// Many areas: the work for each depends on its own bytes only.
 TEST(HostilePatterns, ManyAreas) {
   constexpr uint32_t kAreas = kLength / 42;
   std::vector<pattern_test::Span> spans;

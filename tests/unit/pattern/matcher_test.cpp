@@ -23,7 +23,7 @@ std::string found_in(PatternContext& context, const std::string& text,
   for (SearchPath path : kPaths) {
     options.path = path;
     int32_t answer = find_all(context, text.data(), text.size(), options);
-    EXPECT_EQ(static_cast<uint32_t>(answer), context.matches.Count());
+    EXPECT_EQ(static_cast<uint32_t>(answer), context.matches.count());
     std::string spelt = spell_matches(context);
     if (path == SearchPath::kFast) {
       EXPECT_EQ(spelt, found) << "paths differ";
@@ -94,7 +94,7 @@ TEST(FindAll, CharListsFollowTheCaseFlagAndClassesDoNot) {
   TestContext context;
   auto lower = std::make_unique<CharClass>("lower");
   lower->add_include_range('a', 'z');
-  context.AddUserClass(std::move(lower));
+  context.add_user_class(std::move(lower));
   context.compile("lower");
   EXPECT_EQ(found_in(context, "aBc", {.case_flag = false}), "(0,1) (2,1)");
 }
@@ -120,7 +120,7 @@ TEST(FindAll, FitsElementsIntoTheGapsBetweenLiterals) {
   });
 }
 
-TEST(FindAll, MatchesTheTailBehindTheLastLiteral) {
+TEST(FindAll, MatchesTheTailAfterTheLastLiteral) {
   expect_matches({
       {"digits[3]alpha", "12345ab", "(2,5)"},
       {"digitsalpha", "12ab3c 4", "(0,4) (4,2)"},
@@ -164,8 +164,8 @@ TEST(FindAll, AdjacentLiteralsMustTouch) {
     const char* text;
     const char* matches;
   } cases[] = {{"a", "b", "axaxb ab", "(7,1)"},
-               // Intended: tries again behind the first literal, although the
-               // pair stands at 1.
+               // Intended: tries again after the first literal, although the
+               // pair is at 1.
                {"aa", "b", "aaab aab", "(7,1)"},
                {"digits", "x", "12x ax 7x", "(2,1) (8,1)"}};
   for (const auto& one : cases) {
@@ -232,29 +232,29 @@ TEST(FindAll, EmptiesTheMatchListBeforeEveryAnswer) {
   auto find_again = [&] {
     context.compile("b");
     ASSERT_EQ(find_all(context, text.data(), text.size(), {}), 1);
-    ASSERT_EQ(context.matches.Count(), 1u);
+    ASSERT_EQ(context.matches.count(), 1u);
   };
   find_again();
   EXPECT_EQ(find_all(context, nullptr, 3, {}), 0);
-  EXPECT_EQ(context.matches.Count(), 0u);
+  EXPECT_EQ(context.matches.count(), 0u);
   find_again();
   EXPECT_EQ(find_all(context, text.data(), 0, {}), 0);
-  EXPECT_EQ(context.matches.Count(), 0u);
+  EXPECT_EQ(context.matches.count(), 0u);
   find_again();
   context.pattern.clear();
   EXPECT_EQ(find_all(context, text.data(), text.size(), {}), -1);
-  EXPECT_EQ(context.matches.Count(), 0u);
+  EXPECT_EQ(context.matches.count(), 0u);
   EXPECT_EQ(find_all_by_areas(context, text.data(), 3, {}, nullptr, true), -1);
   context.pattern.elements.push_back(nullptr);
   EXPECT_EQ(find_all(context, text.data(), text.size(), {}), -1);
 }
 
-TEST(FindAll, CountsWithoutStoringWhenTold) {
+TEST(FindAll, CountsWithoutStoringWhenAsked) {
   TestContext context;
   const std::string text = "ab cd\r\nef\r\n";
   context.compile("alpha");
   EXPECT_EQ(find_all(context, text.data(), text.size(), {.store = false}), 3);
-  EXPECT_EQ(context.matches.Count(), 0u);
+  EXPECT_EQ(context.matches.count(), 0u);
   compile_literal(context, "\r\n");
   EXPECT_EQ(find_all(context, text.data(), text.size(), {.store = false}), 2);
 }
@@ -264,7 +264,7 @@ TEST(FindAll, RecordsKnowTheirText) {
   const std::string text = "xxabc";
   context.compile("abc");
   find_all(context, text.data(), text.size(), {});
-  const auto* match = record_cast<MatchRecord>(context.matches.Get(0));
+  const auto* match = record_cast<MatchRecord>(context.matches.get(0));
   ASSERT_NE(match, nullptr);
   EXPECT_EQ(match->matched(), "abc");
   EXPECT_EQ(match->begin(), text.data() + 2);
@@ -307,7 +307,7 @@ TEST(FindAll, StaysLinearOnHostilePatterns) {
     TestContext context;
     ASSERT_EQ(context.compile(one.pattern), 1);
     found_in(context, one.text);
-    EXPECT_EQ(context.matches.Count(), one.matches) << one.pattern;
+    EXPECT_EQ(context.matches.count(), one.matches) << one.pattern;
   }
 }
 
@@ -320,7 +320,7 @@ TEST(FindAll, StaysLinearOnPairsThatNeverTouch) {
 }
 
 TEST(FindAll, FindsOccurrencesAcrossWindows) {
-  // Matches stand on both sides of, and across, what is searched at once.
+  // Matches on both sides of, and across, each piece that is searched at once.
   std::string text(600000, '.');
   for (size_t at : {131070u, 131072u, 262143u, 393214u, 599997u}) {
     text.replace(at, 2, "xy");
@@ -339,7 +339,7 @@ TEST(FindAll, PollsBeforeEveryFurtherAttempt) {
   context.compile("a", false);
   HookLog log(context, 1, 0, true, false);
   EXPECT_EQ(find_all(context, text.data(), text.size(), {}), 3);
-  // One behind each match; none before the first attempt.
+  // One after each match; none before the first attempt.
   EXPECT_EQ(HookLog::text(), " poll poll poll");
   HookLog sparse(context, 2, 0, true, false);
   find_all(context, text.data(), text.size(), {});
@@ -424,7 +424,7 @@ TEST(FindAllByAreas, TakesAreasWhateverTheirStateAndStopsAtTheMaximum) {
   TestContext areas;
   context.compile("a");
   set_areas(areas, {{0, 1}, {2, 1}, {4, 1}});
-  areas.matches.SetState(-1, 0);
+  areas.matches.set_state(-1, 0);
   const std::string text = "a a a";
   EXPECT_EQ(find_all_by_areas(context, text.data(), text.size(), {.maximum = 2},
                               &areas, true),
@@ -476,7 +476,7 @@ TEST(FindAllByAreas, PassesOverOtherRecords) {
   TestContext context;
   TestContext areas;
   context.compile("a", false);
-  areas.matches.Append(std::make_unique<Alien>());
+  areas.matches.append(std::make_unique<Alien>());
   EXPECT_EQ(find_all_by_areas(context, "aa", 2, {}, &areas, true), 0);
   EXPECT_EQ(find_all_by_areas(context, "aa", 2, {}, &areas, false), 2);
 }

@@ -17,7 +17,7 @@ TEST(Operators, HaveTheirDefaults) {
   EXPECT_EQ(operators.negation_marker, "!");
 }
 
-TEST(ControlNames, AreTheThirtyOneInOrder) {
+TEST(ControlNames, PlaceTwentyNineRepeatsTheBracketOfTwentySeven) {
   const char* const kNames[] = {"^A", "^B", "^C", "^D",  "^E", "^F", "^G", "^H",
                                 "^I", "^J", "^K", "^L",  "^M", "^N", "^O", "^P",
                                 "^Q", "^R", "^S", "^T",  "^U", "^V", "^W", "^X",
@@ -68,7 +68,7 @@ TEST(ConvertCarets, ReplacesNamesThatAreNotEscaped) {
   }
 }
 
-TEST(ConvertCarets, YieldsAllCodesButTwentyNine) {
+TEST(ConvertCarets, NoNameYieldsCodeTwentyNine) {
   auto names = default_control_names();
   std::string all;
   for (int c = 0x40; c < 0x60; ++c) all += {'^', static_cast<char>(c)};

@@ -123,8 +123,8 @@ int32_t compile(const Example& example, PatternContext& context) {
 std::vector<std::string> found(PatternContext& context,
                                const std::string& text) {
   std::vector<std::string> matches;
-  for (uint32_t i = 0; i < context.matches.Count(); ++i) {
-    const auto* match = record_cast<MatchRecord>(context.matches.Get(i));
+  for (uint32_t i = 0; i < context.matches.count(); ++i) {
+    const auto* match = record_cast<MatchRecord>(context.matches.get(i));
     matches.push_back(std::to_string(match->offset) + " " +
                       text.substr(match->offset, match->length));
   }
@@ -177,7 +177,7 @@ TEST(PatternLanguage, FindsWhatItsDocumentSays) {
   }
 }
 
-// No block of another kind, whose claims nobody would check.
+// Every fenced block is of a kind that is run.
 TEST(PatternLanguage, ShowsNoExampleThatIsNotRun) {
   std::istringstream document(read_source(kDocument));
   size_t fences = 0;
@@ -251,7 +251,7 @@ TEST(ExampleClasses, HoldTheBytesThatTheirNamesPromise) {
   EXPECT_EQ(defined, expected);
 }
 
-// Of two such names the longer one could never be said.
+// Of two such names a pattern could never use the longer one.
 TEST(ExampleClasses, HaveNoNameThatBeginsAnother) {
   ExampleContext context;
   for (size_t i = 0; i < context.user_classes.count(); ++i) {

@@ -131,11 +131,11 @@ inline int32_t record_report(ProgressRecord* record) {
 inline TestContext::TestContext() {
   auto digits = std::make_unique<CharClass>("digits");
   digits->add_include_range(48, 57);
-  AddUserClass(std::move(digits));
+  add_user_class(std::move(digits));
   auto alpha = std::make_unique<CharClass>("alpha");
   alpha->add_include_range(65, 90);
   alpha->add_include_range(97, 122);
-  AddUserClass(std::move(alpha));
+  add_user_class(std::move(alpha));
 }
 
 inline int32_t TestContext::compile(const char* main, bool is_pattern,
@@ -167,8 +167,8 @@ inline std::string spell_elements(const PatternContext& context) {
 
 inline std::string spell_matches(PatternContext& context) {
   std::string spelt;
-  for (uint32_t i = 0; i < context.matches.Count(); ++i) {
-    const auto* match = record_cast<MatchRecord>(context.matches.Get(i));
+  for (uint32_t i = 0; i < context.matches.count(); ++i) {
+    const auto* match = record_cast<MatchRecord>(context.matches.get(i));
     if (match == nullptr) return "not a match";
     if (match->begin() != context.text() + match->offset) return "astray";
     spelt += (spelt.empty() ? "(" : " (") + std::to_string(match->offset) +
@@ -187,9 +187,9 @@ inline std::string with_line_ends(std::string text) {
 }
 
 inline void set_areas(PatternContext& context, const std::vector<Span>& areas) {
-  context.ClearMatches();
+  context.clear_matches();
   for (const Span& area : areas) {
-    context.matches.Append(
+    context.matches.append(
         std::make_unique<MatchRecord>(nullptr, area.length, area.offset));
   }
 }
@@ -200,9 +200,9 @@ inline HookLog::HookLog(PatternContext& context, uint32_t interval,
   log_polls = 0;
   log_cancel_at = cancel_at;
   search_counters() = {};
-  context.SetPollInterval(interval);
-  context.SetInterruptHook(with_polls ? record_poll : nullptr);
-  context.SetReportHook(with_reports ? record_report : nullptr);
+  context.set_poll_interval(interval);
+  context.set_interrupt_hook(with_polls ? record_poll : nullptr);
+  context.set_report_hook(with_reports ? record_report : nullptr);
 }
 
 inline const std::string& HookLog::text() { return log_text; }

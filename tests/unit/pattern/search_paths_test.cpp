@@ -48,7 +48,7 @@ void add_class(TestContext& context, const char* name, uint32_t low,
                uint32_t high) {
   auto one = std::make_unique<CharClass>(name);
   one->add_include_range(low, high);
-  context.AddUserClass(std::move(one));
+  context.add_user_class(std::move(one));
 }
 
 struct Outcome {

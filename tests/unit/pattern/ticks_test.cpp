@@ -35,7 +35,7 @@ TEST(Ticks, ReportsBeforeItPolls) {
   EXPECT_EQ(HookLog::text(), " 0/4=0% 2/4=50% poll 4/4=100%");
 }
 
-// Telling of many attempts at once is telling of each.
+// Reporting many attempts at once makes the same calls as reporting each.
 TEST(Ticks, ManyAttemptsMakeTheSameCallsAsEach) {
   std::mt19937 random(3);
   std::array<bool, 256> flags{};

@@ -27,7 +27,7 @@ TEST(Canvas, TakesColoursFromTheSystem) {
 
 class WindowCanvas : public ::testing::Test {
  protected:
-  // One window for all, as the system takes its time to show one.
+  // One window for all tests, as the system is slow to show one.
   static void SetUpTestSuite() {
     window_ = CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 10, 10,
                               300, 100, nullptr, nullptr, nullptr, nullptr);
@@ -46,7 +46,7 @@ class WindowCanvas : public ::testing::Test {
   std::unique_ptr<Canvas> canvas_ = open_window(window_);
 };
 
-TEST_F(WindowCanvas, TellsTheClientRectangle) {
+TEST_F(WindowCanvas, AnswersTheClientRectangle) {
   RECT client{};
   ASSERT_TRUE(GetClientRect(window_, &client));
   ASSERT_GT(client.right, 0);
@@ -69,7 +69,7 @@ TEST_F(WindowCanvas, MeasuresInTheFontSelected) {
   canvas_->end_paint();
 }
 
-TEST_F(WindowCanvas, DrawsTextsOneBehindTheOtherWithinTheClip) {
+TEST_F(WindowCanvas, DrawsTextsOneAfterTheOtherWithinTheClip) {
   constexpr Colour kRed = 0x0000FF;
   constexpr Colour kBlue = 0xFF0000;
   constexpr Colour kGreen = 0x00FF00;

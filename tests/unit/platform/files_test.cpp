@@ -23,7 +23,7 @@ uint64_t file_time_now() {
          10000000;
 }
 
-TEST(ReadFileFacts, TellsSizeAndTimesOfAFile) {
+TEST(ReadFileFacts, ReadsSizeAndTimesOfAFile) {
   const TempFolder folder;
   const std::string path = folder.file("a.txt", std::string(70000, 'x'));
   FileFacts facts;
@@ -40,7 +40,7 @@ TEST(ReadFileFacts, TellsSizeAndTimesOfAFile) {
   }
 }
 
-TEST(ReadFileFacts, TellsFoldersByTheirBitAndWithoutSize) {
+TEST(ReadFileFacts, MarksFoldersByTheirBitAndWithoutSize) {
   const TempFolder folder;
   FileFacts facts;
   facts.size = 1;

@@ -39,7 +39,7 @@ Names files_of(FolderListing& listing, const char* pattern) {
   return sorted(names);
 }
 
-TEST(FolderListing, TellsFilesFromFolders) {
+TEST(FolderListing, MarksFoldersAsFolders) {
   const TempFolder folder;
   for (const char* name : {"b.txt", "a.log", "c", ".hidden"}) {
     folder.file(name, "");
@@ -82,7 +82,7 @@ TEST(FolderListing, StopsWhenTheVisitorSaysSo) {
   EXPECT_EQ(2, calls);
 }
 
-TEST(FolderListing, TellsOfAnswersThatAreNotWanted) {
+TEST(FolderListing, ReportsAnswersThatAreNotWanted) {
   const TempFolder folder;
   for (const char* name : {"a", "b", ".hidden"}) folder.file(name, "");
   folder.folder("f");
@@ -156,8 +156,8 @@ TEST(FolderListing, HasNoNamesInAnEmptyFolder) {
 }
 
 TEST(FolderListing, ListsTheRootForAnEmptyPath) {
-  // On the drive of the temporary folder: of another one that stands for a
-  // whole Linux system all folders may be mounted ones, which count as links.
+  // On the drive of the temporary folder: the folders of another drive, which
+  // may show a whole Linux system, may all be mounted and so count as links.
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(std::filesystem::temp_directory_path());
   FolderListing listing("");

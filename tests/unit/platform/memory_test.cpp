@@ -91,7 +91,7 @@ TEST(KeptBuffer, AnswersFalseWithoutMemoryAndKeepsWhatItHas) {
   }
 }
 
-TEST(KeptBuffer, ReleaseGivesAllBackAndReserveStartsAnew) {
+TEST(KeptBuffer, ReleaseFreesAllAndReserveStartsAgain) {
   KeptBuffer buffer;
   ASSERT_TRUE(buffer.reserve(1000, 0));
   buffer.release();

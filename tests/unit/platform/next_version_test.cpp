@@ -6,7 +6,9 @@
 #include <string>
 
 #include "support/temp_folder.h"
-#ifndef _WIN32
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -28,36 +30,31 @@ FileVersion version_now(const std::string& path) {
   return version;
 }
 
-#ifdef _WIN32
-TEST(NextVersion, OnWindowsFilesAreWrittenInPlace) {
-  const TempFolder folder;
-  const std::string path = folder.file("a", "old");
-  NextVersion next;
-  EXPECT_EQ(next.begin(path.c_str(), version_now(path)), Opened::kFailed);
-  EXPECT_FALSE(next.begun());
-}
-#else
 size_t files_in(const std::string& folder) {
   return static_cast<size_t>(std::distance(fs::directory_iterator(folder), {}));
 }
 
-TEST(NextVersion, TakesThePlaceInOneStepWithTheOldRights) {
+TEST(NextVersion, TakesThePlaceInOneStep) {
   const TempFolder folder;
   const std::string path = folder.file("a", "old");
-  for (const mode_t mode : {0600, 0755, 0644, 0440}) {
-    ASSERT_EQ(chmod(path.c_str(), mode | 0200), 0);
-    NextVersion next;
-    ASSERT_EQ(next.begin(path.c_str(), version_now(path)), Opened::kOpen);
-    write_file(next.path(), "new");
-    EXPECT_EQ(read_file(path), "old");
-    EXPECT_EQ(next.take_place(), Opened::kOpen);
-    EXPECT_EQ(read_file(path), "new");
-    struct stat facts;
-    ASSERT_EQ(stat(path.c_str(), &facts), 0);
-    EXPECT_EQ(facts.st_mode & 07777, mode | 0200u);
-    EXPECT_EQ(files_in(folder.path()), 1u);
-    write_file(path, "old");
-  }
+  NextVersion next;
+  ASSERT_EQ(next.begin(path.c_str(), version_now(path)), Opened::kOpen);
+  write_file(next.path(), "new");
+  EXPECT_EQ(read_file(path), "old");
+  EXPECT_EQ(next.take_place(), Opened::kOpen);
+  EXPECT_EQ(read_file(path), "new");
+  EXPECT_EQ(files_in(folder.path()), 1u);
+}
+
+TEST(NextVersion, AFileOfSeveralNamesIsWrittenInPlace) {
+  const TempFolder folder;
+  const std::string path = folder.file("a", "old");
+  std::error_code error;
+  fs::create_hard_link(path, folder.path("b"), error);
+  if (error) GTEST_SKIP() << "no hard links here";
+  NextVersion next;
+  EXPECT_EQ(next.begin(path.c_str(), version_now(path)), Opened::kFailed);
+  EXPECT_FALSE(next.begun());
 }
 
 TEST(NextVersion, WhatDoesNotTakeThePlaceIsDeleted) {
@@ -85,6 +82,38 @@ TEST(NextVersion, AFileOfAnotherVersionIsLeft) {
   EXPECT_EQ(next.take_place(), Opened::kChanged);
   EXPECT_EQ(read_file(path), "again");
   EXPECT_EQ(files_in(folder.path()), 1u);
+}
+
+#ifdef _WIN32
+TEST(NextVersion, KeepsTheAttributes) {
+  const TempFolder folder;
+  const std::string path = folder.file("a", "old");
+  SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_HIDDEN);
+  NextVersion next;
+  ASSERT_EQ(next.begin(path.c_str(), version_now(path)), Opened::kOpen);
+  write_file(next.path(), "new");
+  EXPECT_EQ(next.take_place(), Opened::kOpen);
+  EXPECT_EQ(read_file(path), "new");
+  EXPECT_NE(GetFileAttributesA(path.c_str()) & FILE_ATTRIBUTE_HIDDEN, 0u);
+}
+#else
+TEST(NextVersion, KeepsTheRights) {
+  const TempFolder folder;
+  const std::string path = folder.file("a", "old");
+  for (const mode_t mode : {0600, 0755, 0644, 0440}) {
+    ASSERT_EQ(chmod(path.c_str(), mode | 0200), 0);
+    NextVersion next;
+    ASSERT_EQ(next.begin(path.c_str(), version_now(path)), Opened::kOpen);
+    write_file(next.path(), "new");
+    EXPECT_EQ(read_file(path), "old");
+    EXPECT_EQ(next.take_place(), Opened::kOpen);
+    EXPECT_EQ(read_file(path), "new");
+    struct stat facts;
+    ASSERT_EQ(stat(path.c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 07777, mode | 0200u);
+    EXPECT_EQ(files_in(folder.path()), 1u);
+    write_file(path, "old");
+  }
 }
 
 TEST(NextVersion, WhatAnotherFileWouldNotHaveIsWrittenInPlace) {

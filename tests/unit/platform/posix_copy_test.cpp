@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -26,7 +27,7 @@ struct stat stat_of(const std::string& path) {
   return found;
 }
 
-// Copies while no file may grow behind `size` bytes.
+// Copies while no file may grow beyond `size` bytes.
 bool copy_with_limit(rlim_t size, const std::string& from,
                      const std::string& to) {
   const sighandler_t old_handler = signal(SIGXFSZ, SIG_IGN);
@@ -258,6 +259,41 @@ TEST(PosixCopyFile, TouchesNothingWhereThereIsNoRoom) {
   const std::string to = folder.file("to", "old");
   EXPECT_FALSE(copy_file(from.c_str(), to.c_str()));
   EXPECT_EQ("old", read_file(to));
+}
+
+TEST(PosixCopyFile, LeavesAFileAloneThatAnotherRunRewrites) {
+  const TempFolder folder;
+  const std::string from = folder.file("from", "new");
+  const std::string to = folder.file("to", "old");
+  const int file = open(to.c_str(), O_WRONLY);
+  ASSERT_EQ(0, flock(file, LOCK_EX));
+  EXPECT_FALSE(copy_file(from.c_str(), to.c_str()));
+  EXPECT_EQ("old", read_file(to));
+  close(file);
+  EXPECT_TRUE(copy_file(from.c_str(), to.c_str()));
+}
+
+// This file system keeps files in memory and reserves no room.
+TEST(PosixCopyFile, TakesThePlaceWhereNoRoomCanBeReserved) {
+  const TempFolder folder;
+  if (mount("none", folder.path().c_str(), "ramfs", 0, "") != 0) {
+    GTEST_SKIP() << "no disk may be mounted here";
+  }
+  const std::string source = folder.file("source", "new");
+  const std::string to = folder.file("to", "old text");
+  const std::string two_names = folder.file("two", "old text");
+  ASSERT_EQ(0, link(two_names.c_str(), folder.path("names").c_str()));
+  chmod(to.c_str(), 0600);
+  chmod(source.c_str(), 0644);
+  const auto inode = stat_of(to).st_ino;
+  const auto kept = stat_of(two_names).st_ino;
+  EXPECT_TRUE(copy_file(source.c_str(), to.c_str()));
+  EXPECT_TRUE(copy_file(source.c_str(), two_names.c_str()));
+  EXPECT_EQ("newnew", read_file(to) + read_file(folder.path("names")));
+  EXPECT_NE(inode, stat_of(to).st_ino);
+  EXPECT_EQ(mode_t{0644}, stat_of(to).st_mode & 07777);
+  EXPECT_EQ(kept, stat_of(two_names).st_ino);
+  umount2(folder.path().c_str(), MNT_DETACH);
 }
 
 TEST(PosixCopyFile, KeepsHolesAsHoles) {

@@ -49,7 +49,7 @@ struct sigaction bus_handler() {
   return handler;
 }
 
-TEST_F(PosixFileViewTest, ShowsTheBytesAndOneBehindThem) {
+TEST_F(PosixFileViewTest, ShowsTheBytesAndOneAfterThem) {
   for (const size_t length :
        {size_t{1}, kPage - 1, kPage, kPage + 1, size_t{5} << 20}) {
     const std::string expected = pattern_of(length);
@@ -158,7 +158,7 @@ void touch_lost_page(const TempFolder& folder) {
 
 using PosixFileViewDeathTest = PosixFileViewTest;
 
-TEST_F(PosixFileViewDeathTest, FaultsElsewhereEndTheProcessAsEver) {
+TEST_F(PosixFileViewDeathTest, FaultsElsewhereStillEndTheProcess) {
   open(pattern_of(kPage));
   EXPECT_EXIT(
       {
@@ -170,7 +170,7 @@ TEST_F(PosixFileViewDeathTest, FaultsElsewhereEndTheProcessAsEver) {
       testing::KilledBySignal(SIGBUS), "");
 }
 
-TEST_F(PosixFileViewDeathTest, ASignalThatIsSentEndsTheProcessAsEver) {
+TEST_F(PosixFileViewDeathTest, ASignalThatIsSentStillEndsTheProcess) {
   EXPECT_EXIT(
       {
         ::signal(SIGBUS, SIG_DFL);
@@ -204,7 +204,8 @@ TEST_F(PosixFileViewDeathTest, FaultsElsewhereGoToTheHostsHandler) {
 
 struct sigaction found_by_host;
 
-// A host that came later, and goes on with what it found.
+// A host that installs its handler later and passes signals on to the one it
+// found.
 TEST_F(PosixFileViewDeathTest, HandlersThatPassOnToEachOtherEnd) {
   EXPECT_EXIT(
       {

@@ -18,7 +18,7 @@ namespace {
 using test::read_file;
 using test::TempFolder;
 
-// Writing behind `size` fails while it lives.
+// Writing beyond `size` fails while this object lives.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t size) {
@@ -61,7 +61,7 @@ TEST(PosixInputFile, NeverWaitsForAPipe) {
   ASSERT_TRUE(file.open(path.c_str()));
   EXPECT_EQ(0, file.read(&byte, 1));
   EXPECT_EQ(-1, file.size());
-  // With a writer that is silent.
+  // With a writer that writes nothing.
   const int writer = open(path.c_str(), O_RDWR);
   ASSERT_GE(writer, 0);
   ASSERT_TRUE(file.open(path.c_str()));
@@ -69,7 +69,7 @@ TEST(PosixInputFile, NeverWaitsForAPipe) {
   close(writer);
 }
 
-TEST(PosixInputFile, TellsDevicesByTheirSize) {
+TEST(PosixInputFile, DevicesHaveNoSize) {
   InputFile file;
   ASSERT_TRUE(file.open("/dev/zero"));
   EXPECT_EQ(-1, file.size());
@@ -137,7 +137,7 @@ TEST(PosixOutputFile, DoesNotWaitForTheReaderOfAPipe) {
   EXPECT_FALSE(file.open(path.c_str(), OutputMode::kTruncate));
 }
 
-// What others wrote behind it meanwhile goes, too.
+// Bytes that others appended meanwhile are cut off, too.
 TEST(PosixOutputFile, CutsOffWhatTheFileHasGrownBy) {
   const TempFolder folder;
   const std::string path = folder.file("a", "0123");
@@ -159,7 +159,7 @@ TEST(PosixOutputFile, CannotEndADevice) {
   EXPECT_FALSE(file.set_end());
 }
 
-// Once open, a slow reader is waited for: a full pipe is no error.
+// Writing waits for a slow reader: a full pipe is no error.
 TEST(PosixOutputFile, WritesMoreThanAPipeHoldsAtOnce) {
   const TempFolder folder;
   const std::string path = folder.path("pipe");

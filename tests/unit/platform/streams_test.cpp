@@ -81,7 +81,7 @@ TEST(InputFile, RefusesFoldersAndMissingFiles) {
   }
 }
 
-TEST(InputFile, TellsTheSizeOfFilesOnly) {
+TEST(InputFile, AnswersTheSizeOfFilesOnly) {
   const TempFolder folder;
   InputFile file;
   if (file.open(folder.path().c_str())) {
@@ -141,7 +141,7 @@ TEST(OutputFile, TruncatesWhatWasThere) {
   EXPECT_EQ(std::string("new\n\0\r", 6), read_file(path));
 }
 
-TEST(OutputFile, AppendsBehindWhatIsThere) {
+TEST(OutputFile, AppendsAtTheEnd) {
   const TempFolder folder;
   const std::string path = folder.path("a");
   for (const char* text : {"one", "two"}) {
@@ -155,7 +155,7 @@ TEST(OutputFile, AppendsBehindWhatIsThere) {
   EXPECT_EQ("onetwo", read_file(path));
 }
 
-TEST(OutputFile, OverwritesAndLeavesNothingBehindOnceItIsCut) {
+TEST(OutputFile, OverwritesAndKeepsNoOldBytesOnceItIsCut) {
   const TempFolder folder;
   const std::string path = folder.file("a", "0123456789");
   OutputFile file;

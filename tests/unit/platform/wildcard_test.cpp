@@ -22,77 +22,93 @@ TEST_P(Patterns, MatchesAsStated) {
       << "pattern \"" << c.pattern << "\" name \"" << c.name << '"';
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    PlainNames, Patterns,
-    testing::Values(Case{"abc", "abc", true},    //
-                    Case{"abc", "ABC", true},    //
-                    Case{"ABC", "aBc", true},    //
-                    Case{"abc", "abcd", false},  //
-                    Case{"abc", "ab", false},    //
-                    Case{"abc.", "abc", true},   //
-                    Case{"abc..", "abc", true},  //
-                    Case{"abc.", "abc.d", false}, Case{"@", "`", false},
-                    Case{"[", "{", false}, Case{"", "a", false},
-                    Case{"", "", false}, Case{".", "a", false}));
+// clang-format off
+constexpr Case kPlainNames[] = {
+  {"abc", "abc", true},
+  {"abc", "ABC", true},
+  {"ABC", "aBc", true},
+  {"abc", "abcd", false},
+  {"abc", "ab", false},
+  {"abc.", "abc", true},
+  {"abc..", "abc", true},
+  {"abc.", "abc.d", false},
+  {"@", "`", false},
+  {"[", "{", false},
+  {"", "a", false},
+  {"", "", false},
+  {".", "a", false},
+};
+INSTANTIATE_TEST_SUITE_P(PlainNames, Patterns, testing::ValuesIn(kPlainNames));
 
-INSTANTIATE_TEST_SUITE_P(
-    Runs, Patterns,
-    testing::Values(Case{"*", "a", true}, Case{"*", "a.b.c", true},
-                    Case{"*", "", true}, Case{"**", "a.b", true},
-                    Case{"*.*", "a", true}, Case{"*.*", "a.b", true},
-                    Case{"*.*", "a.b.c", true}, Case{"*.*", "a.", true},
-                    Case{"*.", "a", true}, Case{"*.", "a.b", false},
-                    Case{"*..", "a.b", false}, Case{"a*.", "abc", true},
-                    Case{"a*.", "ab.c", false}, Case{"*.htm", "x.htm", true},
-                    Case{"*.htm", "x.HTM", true},
-                    Case{"*.htm", "x.html", false}, Case{"*.htm", "htm", false},
-                    Case{"*.htm", ".htm", true}, Case{"*.htm", "a.b.htm", true},
-                    Case{"*.b.htm", "a.b.htm", true},
-                    Case{"*.ht*", "x.html", true}, Case{"*.ht*", "x.ht", true},
-                    Case{"*.ht*", "a.ht.txt", true},
-                    Case{"*.ht*", "a.txt", false}, Case{"a*b*c", "aXbYc", true},
-                    Case{"a*b*c", "abcbc", true}, Case{"a*b*c", "acb", false},
-                    Case{"*a", "aaab", false}, Case{"*ab", "aaab", true},
-                    Case{"a*a", "a", false}));
+constexpr Case kRuns[] = {
+  {"*", "a", true},
+  {"*", "a.b.c", true},
+  {"*", "", true},
+  {"**", "a.b", true},
+  {"*.*", "a", true},
+  {"*.*", "a.b", true},
+  {"*.*", "a.b.c", true},
+  {"*.*", "a.", true},
+  {"*.", "a", true},
+  {"*.", "a.b", false},
+  {"*..", "a.b", false},
+  {"a*.", "abc", true},
+  {"a*.", "ab.c", false},
+  {"*.htm", "x.htm", true},
+  {"*.htm", "x.HTM", true},
+  {"*.htm", "x.html", false},
+  {"*.htm", "htm", false},
+  {"*.htm", ".htm", true},
+  {"*.htm", "a.b.htm", true},
+  {"*.b.htm", "a.b.htm", true},
+  {"*.ht*", "x.html", true},
+  {"*.ht*", "x.ht", true},
+  {"*.ht*", "a.ht.txt", true},
+  {"*.ht*", "a.txt", false},
+  {"a*b*c", "aXbYc", true},
+  {"a*b*c", "abcbc", true},
+  {"a*b*c", "acb", false},
+  {"*a", "aaab", false},
+  {"*ab", "aaab", true},
+  {"a*a", "a", false},
+};
+INSTANTIATE_TEST_SUITE_P(Runs, Patterns, testing::ValuesIn(kRuns));
 
-INSTANTIATE_TEST_SUITE_P(
-    SingleCharacters, Patterns,
-    testing::Values(Case{"a?c", "abc", true}, Case{"a?c", "ac", false},
-                    Case{"a?c", "a.c", false}, Case{"a??", "a", true},
-                    Case{"a??", "abc", true}, Case{"a??", "abcd", false},
-                    Case{"??.txt", "a.txt", true},
-                    Case{"??.txt", "abc.txt", false},
-                    Case{"?", "\xC3\xA4", true},  // a with two dots
-                    Case{"a?c",
-                         "a\xC3\xA4"
-                         "c",
-                         true},
-                    Case{"a?c",
-                         "a\xE2\x82\xAC"
-                         "c",
-                         true},  // euro sign
-                    Case{"?c",
-                         "\xC3\xA4\xC3\xA4"
-                         "c",
-                         false},
-                    Case{"??c",
-                         "\xC3\xA4"
-                         "c",
-                         false},
-                    Case{"a?c",
-                         "a\xE4"
-                         "c",
-                         true},  // Latin-1
-                    Case{"?", "\xA4", true}));
+constexpr Case kSingleCharacters[] = {
+  {"a?c", "abc", true},
+  {"a?c", "ac", false},
+  {"a?c", "a.c", false},
+  {"a??", "a", true},
+  {"a??", "abc", true},
+  {"a??", "abcd", false},
+  {"??.txt", "a.txt", true},
+  {"??.txt", "abc.txt", false},
+  {"?", "\u00E4", true},  // a with two dots
+  {"a?c", "a\u00E4c", true},
+  {"a?c", "a\u20ACc", true},  // euro sign
+  {"?c", "\u00E4\u00E4c", false},
+  {"??c", "\u00E4c", false},
+  {"a?c", "a\344c", true},  // Latin-1
+  {"?", "\244", true},
+};
+INSTANTIATE_TEST_SUITE_P(SingleCharacters, Patterns,
+                         testing::ValuesIn(kSingleCharacters));
 
-INSTANTIATE_TEST_SUITE_P(
-    PointsBeforeWildcards, Patterns,
-    testing::Values(Case{"abc.*", "abc", true}, Case{"abc.*", "abc.d", true},
-                    Case{"abc.*", "abcd", false}, Case{"abc.?", "abc", true},
-                    Case{"abc.?", "abc.d", true},
-                    Case{"abc.?", "abc.de", false}, Case{"*.?", "a.bcd", false},
-                    Case{"*.?", "a.b", true}, Case{"*.?", "abc", true},
-                    Case{"*a*.?", "a.ba", true}));
+constexpr Case kPointsBeforeWildcards[] = {
+  {"abc.*", "abc", true},
+  {"abc.*", "abc.d", true},
+  {"abc.*", "abcd", false},
+  {"abc.?", "abc", true},
+  {"abc.?", "abc.d", true},
+  {"abc.?", "abc.de", false},
+  {"*.?", "a.bcd", false},
+  {"*.?", "a.b", true},
+  {"*.?", "abc", true},
+  {"*a*.?", "a.ba", true},
+};
+INSTANTIATE_TEST_SUITE_P(PointsBeforeWildcards, Patterns,
+                         testing::ValuesIn(kPointsBeforeWildcards));
+// clang-format on
 
 TEST(WildcardPattern, TakesEveryByteAsALetterOfItsOwn) {
   for (int byte = 1; byte < 256; ++byte) {

@@ -61,8 +61,8 @@ TEST_F(CaseEngineTest, FailsWithoutPathOrText) {
 TEST_F(CaseEngineTest, AnInterruptEndsIt) {
   set("ab", {{0, 1}, {1, 1}});
   search_counters() = {};
-  context.SetPollInterval(1);
-  context.SetInterruptHook([](void*) { return 1; });
+  context.set_poll_interval(1);
+  context.set_interrupt_hook([](void*) { return 1; });
   EXPECT_EQ(change(true), -1);
 }
 

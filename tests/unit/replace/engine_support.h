@@ -23,15 +23,15 @@ class Engine {
   // Sets text and matches; positions without one are not selected.
   void set(std::string_view text, std::initializer_list<Span> spans) {
     text_ = text;
-    context.ClearMatches();
-    context.SetText(text_.data(), text_.size());
+    context.clear_matches();
+    context.set_text(text_.data(), text_.size());
     for (const Span& span : spans) {
-      context.matches.Append(std::make_unique<MatchRecord>(
+      context.matches.append(std::make_unique<MatchRecord>(
           text_.data() + span.offset, span.length, span.offset));
     }
   }
   MatchRecord& match(uint32_t i) {
-    return *record_cast<MatchRecord>(context.matches.Get(i));
+    return *record_cast<MatchRecord>(context.matches.get(i));
   }
   std::string written() const { return test::read_file(path); }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "listops/string_pair.h"
+#include "containers/string_pair.h"
 #include "unit/replace/engine_support.h"
 
 namespace zenfo {
@@ -29,7 +29,7 @@ class ReplaceEngineTest : public testing::Test, protected replace_test::Engine {
   }
   std::string states() {
     std::string all;
-    for (uint32_t i = 0; i < context.matches.Count(); ++i) {
+    for (uint32_t i = 0; i < context.matches.count(); ++i) {
       all += std::to_string(match(i).state) + std::to_string(match(i).flag);
     }
     return all;
@@ -44,7 +44,7 @@ TEST_F(ReplaceEngineTest, EditModesByNumber) {
   }
 }
 
-TEST_F(ReplaceEngineTest, PutsTheTextBeforeBehindOrInPlaceOfTheMatch) {
+TEST_F(ReplaceEngineTest, PutsTheTextBeforeAfterOrInPlaceOfTheMatch) {
   set("abc", {{1, 1}});
   EXPECT_EQ(with_text("X"), 1);
   EXPECT_EQ(written(), "aXc");
@@ -72,7 +72,7 @@ TEST_F(ReplaceEngineTest, RefusesBeforeTheFileIsTouched) {
   set("\0a"s, {{1, 1}});
   EXPECT_EQ(with_text("X"), -1);
   EXPECT_EQ(with_records(), -1);
-  context.ClearMatches();
+  context.clear_matches();
   EXPECT_EQ(with_text("X"), -1) << "no text";
   set("abc", {{1, 1}});
   EXPECT_EQ(with_numbers("", "#", {1, 1}), -1);
@@ -145,7 +145,7 @@ TEST(InsertNumber, ReplacesEveryPlaceholder) {
 TEST_F(ReplaceEngineTest, ListValuesGoToMatchesByPosition) {
   ItemList values;
   for (const char* value : {"1", "", "^M"}) {
-    values.Append(std::make_unique<ReplaceValue>(value));
+    values.append(std::make_unique<ReplaceValue>(value));
   }
   set("b.b.b.b", {{0, 1}, {2, 1}, {4, 1}, {6, 1}});
   EXPECT_EQ(set_replacements_from_list(context, values, true), 1);
@@ -161,7 +161,7 @@ TEST_F(ReplaceEngineTest, ListValuesGoToMatchesByPosition) {
 TEST_F(ReplaceEngineTest, ValuesBeyondTheMatchesAreOfNoUse) {
   ItemList values;
   for (int i = 0; i < 3; ++i)
-    values.Append(std::make_unique<ReplaceValue>("v"));
+    values.append(std::make_unique<ReplaceValue>("v"));
   set("b", {{0, 1}});
   EXPECT_EQ(set_replacements_from_list(context, values, false), 1);
   EXPECT_EQ(with_records(), 1);
@@ -170,11 +170,11 @@ TEST_F(ReplaceEngineTest, ValuesBeyondTheMatchesAreOfNoUse) {
 
 TEST_F(ReplaceEngineTest, RecordsOfOtherKindsAreRefused) {
   ItemList values;
-  values.Append(std::make_unique<StringPair>("a", "b"));
+  values.append(std::make_unique<StringPair>("a", "b"));
   set("b", {{0, 1}});
   EXPECT_EQ(set_replacements_from_list(context, values, false), -1);
-  values.Clear();
-  context.matches.Append(std::make_unique<StringPair>("a", "b"));
+  values.clear();
+  context.matches.append(std::make_unique<StringPair>("a", "b"));
   EXPECT_EQ(set_replacements_from_list(context, values, false), -1);
   PatternContext other;
   EXPECT_EQ(set_replacements_from_matches(context, other, 0, false), -1);
@@ -214,7 +214,7 @@ TEST_F(ReplaceEngineTest, TakingMatchesReportsEachRecord) {
   set("bbb", {{0, 1}, {1, 1}, {2, 1}});
   replace_test::Engine source;
   source.set("xyz", {{0, 1}, {1, 1}, {2, 1}});
-  context.SetReportHook([](ProgressRecord* record) {
+  context.set_report_hook([](ProgressRecord* record) {
     EXPECT_EQ(record->total, 3u);
     reported.push_back(record->position);
     return 0;
@@ -232,7 +232,7 @@ TEST_F(ReplaceEngineTest, TakingMatchesReportsThoseLeftWithoutAValueToo) {
   set("bbb", {{0, 1}, {1, 1}, {2, 1}});
   replace_test::Engine source;
   source.set("x", {{0, 1}});
-  context.SetReportHook([](ProgressRecord* record) {
+  context.set_report_hook([](ProgressRecord* record) {
     reported.push_back(record->position);
     return 0;
   });
@@ -254,10 +254,10 @@ TEST_F(ReplaceEngineTest, TakingMatchesCanBeInterruptedAtEachRecord) {
       replace_test::Engine source;
       source.set("x", {{0, 1}});
       search_counters() = {};
-      context.SetPollInterval(1);
+      context.set_poll_interval(1);
       static int left;
       left = polls;
-      context.SetInterruptHook([](void*) { return --left == 0 ? 1 : 0; });
+      context.set_interrupt_hook([](void*) { return --left == 0 ? 1 : 0; });
       EXPECT_EQ(
           set_replacements_from_matches(context, source.context, index, false),
           polls <= 6 ? -1 : 1)

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "listops/string_pair.h"
+#include "containers/string_pair.h"
 #include "unit/replace/engine_support.h"
 
 namespace zenfo {
@@ -55,7 +55,7 @@ TEST_F(RewriterTest, PassesOverDeselectedMatches) {
   EXPECT_EQ(written(), "[a]b[c]");
 }
 
-TEST_F(RewriterTest, OverlappingMatchesAreWrittenAgain) {
+TEST_F(RewriterTest, AMatchThatOverlapsTheOneBeforeIsWrittenAllTheSame) {
   set("abcdef", {{0, 3}, {1, 4}, {2, 1}});
   EXPECT_EQ(write(), 3);
   EXPECT_EQ(written(), "[abc][bcde][c]f") << "the cursor never goes back";
@@ -69,7 +69,7 @@ TEST_F(RewriterTest, ClipsMatchesToTheTextThatIsWritten) {
   EXPECT_EQ(written(), "a");
 }
 
-// Wherever the NUL stands, as if the text had been cut there beforehand.
+// The result is that of a text cut at the NUL beforehand, wherever it is.
 TEST_F(RewriterTest, EndsAtTheFirstNulWhenAskedTo) {
   constexpr size_t kFar = 300'000;
   for (const size_t nul :
@@ -89,7 +89,7 @@ TEST_F(RewriterTest, EndsAtTheFirstNulWhenAskedTo) {
   }
 }
 
-// An earlier look further on has found the NUL already.
+// An earlier search beyond this place has found the NUL already.
 TEST_F(RewriterTest, MatchesInAnyOrderEndAtTheFirstNul) {
   set(std::string_view("abcdef\0hij", 10), {{8, 1}, {4, 6}, {0, 1}, {6, 1}});
   EXPECT_EQ(write_until_nul(), 2);
@@ -105,7 +105,7 @@ TEST_F(RewriterTest, FailsWithoutTouchingAFileItCannotOpen) {
 
 TEST_F(RewriterTest, ARecordThatIsNoMatchLeavesTheFileAsFarAsWritten) {
   set("abc", {{0, 1}});
-  context.matches.Append(std::make_unique<StringPair>("a", "b"));
+  context.matches.append(std::make_unique<StringPair>("a", "b"));
   EXPECT_EQ(write(), -1);
   EXPECT_EQ(written(), "[a]");
 }
@@ -121,7 +121,7 @@ int32_t note_report(ProgressRecord* record) {
 TEST_F(RewriterTest, ReportsEachMatchAndPollsAtTheContextsInterval) {
   set("abc", {{0, 1}, {1, 1}, {2, 1}});
   reported.clear();
-  context.SetReportHook([](ProgressRecord* record) {
+  context.set_report_hook([](ProgressRecord* record) {
     EXPECT_EQ(record->total, 3u);
     reported.push_back(record->position);
     return 0;
@@ -129,33 +129,33 @@ TEST_F(RewriterTest, ReportsEachMatchAndPollsAtTheContextsInterval) {
   EXPECT_EQ(write(), 3);
   EXPECT_EQ(reported, (std::vector<uint32_t>{0, 0, 1, 2, 3}));
   search_counters() = {};
-  context.SetPollInterval(1);
+  context.set_poll_interval(1);
   for (int stop = 1; stop <= 4; ++stop) {
     polls = stop;
-    context.SetInterruptHook([](void*) { return --polls == 0 ? 1 : 0; });
+    context.set_interrupt_hook([](void*) { return --polls == 0 ? 1 : 0; });
     EXPECT_EQ(write(), stop <= 3 ? -1 : 3);
     EXPECT_EQ(written(), std::string("[a][b][c]").substr(0, (stop - 1) * 3));
   }
 }
 
-// The same calls as when every match is offered to be reported.
+// The calls are those of a loop that reports every match.
 TEST_F(RewriterTest, ReportsAboutAHundredMatchesOfMany) {
   const std::string text(1234, 'x');
   set(text, {});
   for (uint32_t i = 0; i < text.size(); ++i) {
-    context.matches.Append(
+    context.matches.append(
         std::make_unique<MatchRecord>(context.text() + i, 1, i));
   }
-  context.SetReportHook(note_report);
+  context.set_report_hook(note_report);
   reported.clear();
   EXPECT_EQ(write(), 1234);
   const std::vector<uint32_t> seen = reported;
   reported.clear();
-  context.ReportProgress(0, text.size());
+  context.report_progress(0, text.size());
   for (size_t i = 0; i < text.size(); ++i) {
-    context.ReportProgress(i, text.size());
+    context.report_progress(i, text.size());
   }
-  context.ReportProgress(text.size(), text.size());
+  context.report_progress(text.size(), text.size());
   EXPECT_EQ(seen, reported);
   EXPECT_EQ(seen.size(), 105u);
 }

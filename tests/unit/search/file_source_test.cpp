@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "listops/string_pair.h"
+#include "containers/string_pair.h"
 #include "support/temp_folder.h"
 
 namespace zenfo {
@@ -17,7 +17,7 @@ using Next = FileSource::Next;
 void append(ItemList& list, const char* path, uint32_t state) {
   auto entry = std::make_unique<FileEntry>(SharedText(std::string_view(path)));
   entry->state = state;
-  list.Append(std::move(entry));
+  list.append(std::move(entry));
 }
 
 TEST(ListSource, GivesTheSelectedEntriesWithACopy) {
@@ -31,7 +31,7 @@ TEST(ListSource, GivesTheSelectedEntriesWithACopy) {
   ASSERT_EQ(source.next(file), Next::kFile);
   EXPECT_EQ(file.path.view(), "b");
   ASSERT_NE(file.copy, nullptr);
-  EXPECT_NE(file.copy.get(), list.Get(1));
+  EXPECT_NE(file.copy.get(), list.get(1));
   EXPECT_EQ(file.copy->full_name().view(), "b");
   file.found = 9;
   file.handled = file.recorded = true;
@@ -43,7 +43,7 @@ TEST(ListSource, GivesTheSelectedEntriesWithACopy) {
   EXPECT_EQ(source.next(file), Next::kEnd);
 }
 
-TEST(ListSource, TellsWhichFilesComeNext) {
+TEST(ListSource, NamesTheFilesThatComeNext) {
   ItemList list;
   for (const char* path : {"a", "b", "c", "d", "e"}) {
     append(list, path, path[0] != 'c');
@@ -62,21 +62,21 @@ TEST(ListSource, TellsWhichFilesComeNext) {
 
 TEST(ListSource, FailsAtASelectedRecordThatIsNoFile) {
   ItemList list;
-  list.Append(std::make_unique<StringPair>("a", "b"));
+  list.append(std::make_unique<StringPair>("a", "b"));
   append(list, "c", 1);
   FileInHand file;
   {
     ListSource source(list);
     EXPECT_EQ(source.next(file), Next::kFile) << "not selected: passed over";
   }
-  list.Get(0)->state = 1;
+  list.get(0)->state = 1;
   ListSource source(list);
   EXPECT_EQ(source.next(file), Next::kFailed);
 }
 
 TEST(ListSource, AsksTheListsHook) {
   ItemList list;
-  list.SetInterruptHook([](void*) { return 1; });
+  list.set_interrupt_hook([](void*) { return 1; });
   ListSource source(list);
   int asked = 0;
   while (!source.interrupted()) ++asked;
@@ -108,10 +108,14 @@ TEST_F(LineSourceTest, CutsLinesAtCrLf) {
   EXPECT_EQ(lines("a\r\nb\r\n"), (Lines{"a", "b"}));
   EXPECT_EQ(lines("a\r\nb"), (Lines{"a", "b"}));
   EXPECT_EQ(lines("\r\na\r\n\r\n\r\nb\r\n\r\n"), (Lines{"a", "b"}));
-  EXPECT_EQ(lines("a\n"), (Lines{"a\n"})) << "a bare LF stays";
-  EXPECT_EQ(lines("a\nb\r\n"), (Lines{"a\n", "b"}));
   EXPECT_EQ(lines("a\rb\r\n"), (Lines{"a\rb"}));
   EXPECT_EQ(lines("a\r\r\n"), (Lines{"a\r"}));
+}
+
+// A piece ends after a bare LF.
+TEST_F(LineSourceTest, ABareLfStaysPartOfThePath) {
+  EXPECT_EQ(lines("a\n"), (Lines{"a\n"}));
+  EXPECT_EQ(lines("a\nb\r\n"), (Lines{"a\n", "b"}));
   EXPECT_EQ(lines("\n\n"), (Lines{"\n", "\n"}));
 }
 

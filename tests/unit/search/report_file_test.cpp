@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "listops/string_pair.h"
+#include "containers/string_pair.h"
 #include "pattern/match_record.h"
 #include "support/temp_folder.h"
 
@@ -27,7 +27,7 @@ class ReportFileTest : public testing::Test {
   void add(uint32_t offset, uint32_t length, uint32_t state = 1) {
     auto match = std::make_unique<MatchRecord>(kText + offset, length, offset);
     match->state = state;
-    matches.Append(std::move(match));
+    matches.append(std::move(match));
   }
   std::string written() {
     EXPECT_TRUE(report.close());
@@ -89,7 +89,7 @@ TEST_F(ReportFileTest, SeveralListsOfAFileShareOneHeader) {
 
 TEST_F(ReportFileTest, ARecordThatIsNoMatchFails) {
   add(0, 1);
-  matches.Append(std::make_unique<StringPair>("a", "b"));
+  matches.append(std::make_unique<StringPair>("a", "b"));
   report.open(path.c_str());
   report.begin_file("one");
   EXPECT_FALSE(report.write_matches(matches, 1));
@@ -97,7 +97,7 @@ TEST_F(ReportFileTest, ARecordThatIsNoMatchFails) {
 
 TEST_F(ReportFileTest, AnInterruptFails) {
   for (int i = 0; i < 101; ++i) add(0, 1);
-  matches.SetInterruptHook([](void*) { return 1; });
+  matches.set_interrupt_hook([](void*) { return 1; });
   report.open(path.c_str());
   report.begin_file("one");
   EXPECT_FALSE(report.write_matches(matches, 101));

@@ -34,12 +34,12 @@ TEST(ListResults, SortsFilesIntoThreeLists) {
   lists.unsaved(unsaved);
   lists.rejected(unsaved);  // gone already: nothing happens
   EXPECT_TRUE(lists.finish());
-  ASSERT_EQ(results.Count(), 1u);
-  EXPECT_EQ(record_cast<FileEntry>(results.Get(0))->flag, 2);
-  EXPECT_EQ(no_matches.Count(), 2u);
-  EXPECT_EQ(record_cast<FileEntry>(no_matches.Get(0))->flag, 0);
-  EXPECT_EQ(errors.Count(), 2u);
-  EXPECT_EQ(record_cast<FileEntry>(errors.Get(0))->flag, -1);
+  ASSERT_EQ(results.count(), 1u);
+  EXPECT_EQ(record_cast<FileEntry>(results.get(0))->flag, 2);
+  EXPECT_EQ(no_matches.count(), 2u);
+  EXPECT_EQ(record_cast<FileEntry>(no_matches.get(0))->flag, 0);
+  EXPECT_EQ(errors.count(), 2u);
+  EXPECT_EQ(record_cast<FileEntry>(errors.get(0))->flag, -1);
 }
 
 TEST(SearchSummary, WritesALineForFilesThatWereTaken) {
@@ -58,7 +58,18 @@ TEST(SearchSummary, WritesALineForFilesThatWereTaken) {
             "a\r\nb, found 4294967295\r\r\nc, found 0\r\r\n");
 }
 
-TEST(SearchSummary, TellsWhenItCannotBeWritten) {
+TEST(SearchSummary, LinesEndInCrCrLf) {
+  test::TempFolder folder;
+  const std::string path = folder.path("summary");
+  SearchSummary summary;
+  ASSERT_TRUE(summary.open(path.c_str()));
+  FileInHand one = file_in_hand("a", 1);
+  summary.taken(one);
+  EXPECT_TRUE(summary.finish());
+  EXPECT_EQ(test::read_file(path), "a, found 1\r\r\n");
+}
+
+TEST(SearchSummary, ReportsThatItCannotBeWritten) {
   test::TempFolder folder;
   SearchSummary summary;
   EXPECT_FALSE(summary.open(folder.path("no/summary").c_str()));

@@ -48,7 +48,7 @@ TEST(WordBytes, AreAllButControlBytesSpaceAndDel) {
   }
 }
 
-// Each byte at each place of a vector, alone and beside itself.
+// Each byte at each place of a vector, alone and next to another of its kind.
 TEST(TallyText, KnowsEveryByteAtEveryPlace) {
   for (int byte = 0; byte < 256; ++byte) {
     for (size_t at = 0; at < 70; ++at) {
@@ -78,7 +78,7 @@ TEST(TallyText, CountsLikeLookingAtEachByteAndReadsNoOther) {
   }
 }
 
-// Longer than the counters of one byte hold.
+// Texts longer than the one-byte counters can count.
 TEST(TallyText, CountsDenseTexts) {
   for (const std::string_view unit : {"\r\n", "a ", " a", "a", " ", "\n\r"}) {
     std::string text;

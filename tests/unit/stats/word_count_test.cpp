@@ -15,10 +15,10 @@ namespace {
 
 using pattern_test::HookLog;
 
-// What is counted at once.
+// The bytes that are counted in one step.
 constexpr size_t kPiece = 32768;
 
-// Who listens, and when they stop the count.
+// Which callbacks there are, and when they stop the count.
 struct Listeners {
   uint32_t interval = 100;
   int cancel_at = 0;
@@ -26,7 +26,7 @@ struct Listeners {
   bool reports = true;
 };
 
-// What a count answered and what the host heard of it.
+// What a count answered and the calls that it made.
 struct Counted {
   int32_t words = 0;
   int32_t lines = 0;

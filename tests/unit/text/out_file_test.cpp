@@ -40,7 +40,7 @@ class OutFileTest : public testing::Test {
 };
 
 // Files of this process may not grow beyond a size while the object lives:
-// writes behind it fail as on a full disk.
+// writes beyond it fail as on a full disk.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(size_t size) {
@@ -116,7 +116,7 @@ TEST_F(OutFileTest, TruncateEmptiesAndAppendKeepsWhatIsThere) {
   EXPECT_EQ(on_disk(), "");
 }
 
-TEST_F(OutFileTest, AnOverwrittenFileEndsBehindWhatWasWritten) {
+TEST_F(OutFileTest, AnOverwrittenFileEndsAfterTheLastByteWritten) {
   OutFile file;
   ASSERT_TRUE(open(file, OutputMode::kTruncate, LineEnds::kRaw));
   EXPECT_TRUE(file.write("abcdef"));
@@ -128,7 +128,7 @@ TEST_F(OutFileTest, AnOverwrittenFileEndsBehindWhatWasWritten) {
   EXPECT_EQ(on_disk(), "XY");
 }
 
-// What is expected changes nothing of what is written.
+// The size that is expected does not change the bytes that are written.
 TEST_F(OutFileTest, TakesMoreAndLessThanItExpects) {
   for (const size_t expected : {size_t{0}, size_t{3}, size_t{1} << 40}) {
     OutFile file;

@@ -24,7 +24,7 @@ TEST(SharedText, AnEmptyTextIsNotMissing) {
   EXPECT_STREQ(text.c_str(), "");
 }
 
-TEST(SharedText, HoldsItsBytesAndANulBehindThem) {
+TEST(SharedText, HoldsItsBytesAndANulAfterThem) {
   const std::string bytes("a\0b", 3);
   const SharedText text(bytes);
   EXPECT_EQ(text.view(), bytes);

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string>
 
-#include "listops/string_pair.h"
+#include "containers/string_pair.h"
 #include "support/nobody.h"
 #include "support/temp_folder.h"
 
@@ -23,7 +23,7 @@ class SafeStoreTest : public testing::Test {
     ASSERT_EQ(store.set_undo_file(undo_file.c_str()), 1);
   }
   const UndoRecord& record(uint32_t i) {
-    return *record_cast<UndoRecord>(store.undo_list.Get(i));
+    return *record_cast<UndoRecord>(store.undo_list.get(i));
   }
   std::string file(const char* name, const char* bytes) {
     return folder.file(name, bytes);
@@ -41,7 +41,7 @@ TEST_F(SafeStoreTest, StoresACopyALineAndARecord) {
   const auto one = file("a.txt", "text");
   EXPECT_EQ(store.store_safe_copy(one.c_str()), 1);
   EXPECT_EQ(read_file(in_store("a.txt_0")), "text");
-  ASSERT_EQ(store.undo_list.Count(), 1u);
+  ASSERT_EQ(store.undo_list.count(), 1u);
   EXPECT_EQ(record(0).original.view(), one);
   EXPECT_EQ(record(0).safe_copy.view(), in_store("a.txt_0"));
   EXPECT_EQ(record(0).state, 1u);
@@ -76,7 +76,7 @@ TEST_F(SafeStoreTest, TheCounterNamesCopiesAndStartsAgainWithARun) {
   EXPECT_TRUE(file_exists(in_store("a_1")));
   EXPECT_EQ(store.start_safe_store_run({}), 1);
   EXPECT_FALSE(file_exists(in_store("a_0")) || file_exists(in_store("a_1")));
-  EXPECT_EQ(store.undo_list.Count(), 0u);
+  EXPECT_EQ(store.undo_list.count(), 0u);
   store.store_safe_copy(one.c_str());
   EXPECT_TRUE(file_exists(in_store("a_0")));
 }
@@ -125,18 +125,18 @@ TEST_F(SafeStoreTest, UndoGoesInTheOrderOfTheCopiesHoweverTheListIsSorted) {
   store.store_safe_copy(one.c_str());
   test::write_file(one, "second");
   store.store_safe_copy(one.c_str());
-  store.undo_list.Sort(1, [](const Record* a, const Record* b) {
+  store.undo_list.sort(1, [](const Record* a, const Record* b) {
     return a->text(TextSlot::kSecond)->compare(*b->text(TextSlot::kSecond));
   });
   ASSERT_EQ(record(0).safe_copy.view(), in_store("a_1"));
   EXPECT_EQ(store.undo(), 0);
   EXPECT_EQ(read_file(one), "second") << "the later copy comes last";
-  EXPECT_TRUE(store.undo_list.Check());
+  EXPECT_TRUE(store.undo_list.check());
 }
 
 TEST_F(SafeStoreTest, OtherRecordsStayWhereTheyAre) {
-  store.undo_list.Append(std::make_unique<StringPair>("a", "b"));
-  store.undo_list.Get(0)->state = 1;
+  store.undo_list.append(std::make_unique<StringPair>("a", "b"));
+  store.undo_list.get(0)->state = 1;
   const auto one = file("a", "x");
   store.store_safe_copy(one.c_str());
   test::write_file(one, "y");
@@ -146,7 +146,7 @@ TEST_F(SafeStoreTest, OtherRecordsStayWhereTheyAre) {
 }
 
 TEST_F(SafeStoreTest, AMissingFieldCannotBeRestoredAndIsWrittenAsNull) {
-  store.undo_list.Append(std::make_unique<UndoRecord>(
+  store.undo_list.append(std::make_unique<UndoRecord>(
       SharedText(), SharedText(std::string_view("b")), SharedText()));
   EXPECT_EQ(store.undo(), 1);
   EXPECT_EQ(read_file(undo_file + ".error"), "(null)\tb\t(null)\r\n");
@@ -158,13 +158,13 @@ TEST_F(SafeStoreTest, UndoSparesAFileWhoseNameItsNewListWouldTake) {
   const auto one = file("a", "x");
   store.store_safe_copy(one.c_str());
   store.store_safe_copy(file("b", "y").c_str());
-  store.undo_list.Get(1)->state = 0;
+  store.undo_list.get(1)->state = 0;
   EXPECT_EQ(store.undo(), 1);
   EXPECT_EQ(read_file(foreign), "x");
   EXPECT_EQ(store.load_undo_list(), 1);
 }
 
-// Also when the list has to be written where it stands.
+// Also when the list file has to be overwritten in place.
 TEST_F(SafeStoreTest, LinesThatAreNoRecordsSurviveARewriting) {
   const auto one = file("a", "x");
   for (const bool in_place : {false, true}) {
@@ -182,7 +182,7 @@ TEST_F(SafeStoreTest, LinesThatAreNoRecordsSurviveARewriting) {
 TEST_F(SafeStoreTest, UndoFailsWhenItsFilesCannotBeWritten) {
   store.store_safe_copy(file("a", "x").c_str());
   ASSERT_EQ(store.set_undo_file("/dev/full"), 1);
-  store.undo_list.Get(0)->state = 0;
+  store.undo_list.get(0)->state = 0;
   EXPECT_EQ(store.undo(), -1);
 }
 
@@ -196,7 +196,7 @@ class UndoListFile : public SafeStoreTest {
       ASSERT_EQ(store.store_safe_copy(path.c_str()), 1);
       test::write_file(path, "new");
     }
-    store.undo_list.Get(1)->state = 0;
+    store.undo_list.get(1)->state = 0;
   }
   struct stat stat_of_list() const {
     struct stat found = {};
@@ -233,7 +233,7 @@ TEST_F(UndoListFile, ThatCannotBeWrittenKeepsUndoFromRestoring) {
   EXPECT_EQ(read_file(in_store("a_0")), "old");
   EXPECT_EQ(read_file(undo_file), before);
   EXPECT_TRUE(file_exists(error_file));
-  EXPECT_EQ(store.undo_list.Count(), 2u);
+  EXPECT_EQ(store.undo_list.count(), 2u);
 }
 
 TEST_F(SafeStoreTest, UndoBringsSetuidAndSetgidBack) {

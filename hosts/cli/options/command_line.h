@@ -1,0 +1,110 @@
+// The command line of one subcommand: its options are declared here once, for
+// parsing and for the help text. Parsing is CLI11's, with its liberties taken
+// away: no "/x" options, no "[a,b]" lists, options take one value each.
+//
+// Tested by tests/cli/command_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "cli/terminal/messages.h"
+#include "cli/terminal/output.h"
+#include "shared/session/file_arguments.h"
+
+namespace CLI {
+class App;
+}
+
+namespace zenfo::host::cli {
+
+// The words of a command line behind the name of a subcommand.
+using Arguments = std::vector<std::string>;
+
+// What the help text says around the options.
+struct HelpTexts {
+  std::string usage;        // "zenfo find [OPTIONS] TEXT [PATH...]"
+  std::string description;  // lines without the last line feed
+  std::string examples;     // whole lines
+};
+
+class CommandLine {
+ public:
+  CommandLine(const std::string& name, const HelpTexts& texts,
+              const std::string& help_names = "-h,--help");
+  ~CommandLine();
+
+  // The heading of the options that follow.
+  void heading(const std::string& text) { heading_ = text; }
+
+  void flag(const std::string& names, bool& value, const std::string& help);
+  // `value_name` stands for the value in the help text. An option that is
+  // given again replaces its value, or adds to its values.
+  void value(const std::string& names, std::string& value,
+             const std::string& value_name, const std::string& help);
+  void values(const std::string& names, std::vector<std::string>& values,
+              const std::string& value_name, const std::string& help);
+  // The same for a value that must not be empty.
+  void text(const std::string& names, std::string& value,
+            const std::string& value_name, const std::string& help);
+  // A whole number of 0 or more.
+  void number(const std::string& names, std::optional<uint64_t>& value,
+              const std::string& help);
+  // An option with two values.
+  using TwoTexts = std::pair<std::string, std::string>;
+  void two_values(const std::string& names, std::optional<TwoTexts>& values,
+                  const std::string& value_names, const std::string& help);
+  // What is no option: one argument, then all others. Not in the help text,
+  // whose usage line and description tell.
+  void argument(std::string& value);
+  void arguments(std::vector<std::string>& values);
+
+  // Throws Failure for a command line that is wrong. False when help was asked
+  // for, which is then in the output.
+  bool parse(const Arguments& arguments, Output& output);
+  // Throws the failure of the first row that is wrong.
+  struct Rule {
+    bool wrong;
+    const char* subject;
+    const char* reason;
+  };
+  void refuse_if(std::initializer_list<Rule> rules) const;
+  // The failure that points to the help text.
+  Failure wrong(const std::string& subject, const std::string& reason) const;
+
+ private:
+  // An argument as it was given, unless it is an option that there is not.
+  std::string taken(const std::string& argument) const;
+  void refuse_unknown_options() const;
+
+  std::string name_;
+  std::string heading_ = "Options";
+  std::unique_ptr<CLI::App> options_;  // the parser's header takes long
+};
+
+// How the list of results is written.
+struct ResultForm {
+  bool null = false;
+  bool json = false;
+};
+
+// What subcommands have in common.
+void add_form_options(CommandLine& line, ResultForm& form);
+void add_choice_options(CommandLine& line, FileChoice& choice);
+// --from-list, for the files of a list in the place of arguments.
+void add_list_option(CommandLine& line, FileChoice& choice);
+// Throws Failure for options that are wrong together or in their values.
+void check_form(const CommandLine& line, const ResultForm& form);
+void check_choice(const CommandLine& line, const FileChoice& choice);
+void check_list_option(const CommandLine& line, const FileChoice& choice,
+                       const std::vector<std::string>& paths);
+// "a,b" in its parts.
+std::vector<std::string> parts_of(std::string_view list);
+
+}  // namespace zenfo::host::cli

@@ -1,0 +1,182 @@
+#include "cli/printing/line_printer.h"
+
+#include <algorithm>
+#include <string>
+
+#include "shared/text/binary.h"
+
+namespace zenfo::host::cli {
+namespace {
+
+constexpr char kPathColour[] = "\x1b[35m";
+constexpr char kNumberColour[] = "\x1b[32m";
+constexpr char kSeparatorColour[] = "\x1b[36m";
+
+std::string_view part(std::string_view text, size_t start, size_t end) {
+  return text.substr(start, end - start);
+}
+
+size_t end_of(const Match& match) {
+  return size_t{match.offset} + match.length;
+}
+
+// Where lines are no longer shown: at the line of the first zero byte, and at
+// the start of the text when there is one in the first block.
+size_t end_of_shown(std::string_view text) {
+  const size_t zero = first_zero_byte(text);
+  if (zero == text.size()) return zero;
+  return zero < kFirstBlock ? 0 : start_of_line(text, zero);
+}
+
+}  // namespace
+
+void put_marked(Output& output, std::string_view text, size_t start, size_t end,
+                std::span<const Match> matches, bool colours) {
+  size_t shown = start;
+  for (const Match& match : matches) {
+    const size_t from = std::max<size_t>(match.offset, shown);
+    const size_t to = std::min(end_of(match), end);
+    if (!colours || from >= to) continue;
+    output.put(part(text, shown, from));
+    output.put_bytes(kMatchColour);
+    output.put(part(text, from, to));
+    output.put_bytes(kPlainColour);
+    shown = to;
+  }
+  if (shown < end) output.put(part(text, shown, end));
+}
+
+void LinePrinter::put(const char* colour, std::string_view text) {
+  if (form_.colours) output_.put_bytes(colour);
+  output_.put(text);
+  if (form_.colours) output_.put_bytes(kPlainColour);
+}
+
+void LinePrinter::put_name(std::string_view path) {
+  if (form_.colours) output_.put_bytes(kPathColour);
+  output_.put_name(path);
+  if (form_.colours) output_.put_bytes(kPlainColour);
+}
+
+void LinePrinter::put_separator(char separator) {
+  put(kSeparatorColour, std::string_view(&separator, 1));
+}
+
+void LinePrinter::put_path(std::string_view path, char separator) {
+  if (!form_.paths) return;
+  put_name(path);
+  if (form_.null) {
+    output_.put('\0');
+  } else {
+    put_separator(separator);
+  }
+}
+
+void LinePrinter::put_number(uint64_t number, char separator) {
+  put(kNumberColour, std::to_string(number));
+  put_separator(separator);
+}
+
+void LinePrinter::print_path(std::string_view path) {
+  put_name(path);
+  output_.put(form_.null ? '\0' : '\n');
+}
+
+void LinePrinter::print_count(std::string_view path, uint64_t count) {
+  put_path(path, ':');
+  output_.put(std::to_string(count));
+  output_.put('\n');
+}
+
+class LinePrinter::Walk : public LineVisitor {
+ public:
+  Walk(LinePrinter& printer, std::string_view path, std::string_view text)
+      : printer_(printer),
+        form_(printer.form_),
+        path_(path),
+        text_(text),
+        numbers_(text) {}
+
+  void gap() override {
+    const bool wanted = form_.before > 0 || form_.after > 0;
+    if (wanted && !form_.matches_only && printer_.any_) {
+      printer_.put(kSeparatorColour, "--");
+      printer_.output_.put('\n');
+    }
+    printer_.any_ = true;
+  }
+
+  void context(size_t start, size_t end) override { line(start, end, {}, '-'); }
+
+  void block(const Block& block) override {
+    if (form_.matches_only) {
+      for (const Match& match : block.matches) only(match);
+      return;
+    }
+    std::span<const Match> matches = block.matches;
+    for (size_t start = block.start; start < block.end;) {
+      const size_t end = end_of_line(text_, start);
+      while (!matches.empty() && end_of(matches.front()) <= start) {
+        matches = matches.subspan(1);
+      }
+      size_t count = 0;
+      while (count < matches.size() && matches[count].offset < end) ++count;
+      line(start, end, matches.first(count), ':');
+      start = end;
+    }
+  }
+
+ private:
+  void prefix(size_t line_start, size_t offset, char separator) {
+    printer_.put_path(path_, separator);
+    if (form_.numbers) printer_.put_number(numbers_.at(line_start), separator);
+    if (form_.offsets) printer_.put_number(offset, separator);
+  }
+
+  void line(size_t start, size_t end, std::span<const Match> matches,
+            char separator) {
+    prefix(start, start, separator);
+    const size_t length = without_end(part(text_, start, end)).size();
+    put_marked(printer_.output_, text_, start, start + length, matches,
+               form_.colours);
+    printer_.output_.put('\n');
+  }
+
+  void only(const Match& match) {
+    // The number of a place within a line is the line's.
+    prefix(match.offset, match.offset, ':');
+    printer_.put(kMatchColour, text_.substr(match.offset, match.length));
+    printer_.output_.put('\n');
+  }
+
+  LinePrinter& printer_;
+  const LineForm& form_;
+  std::string_view path_;
+  std::string_view text_;
+  LineNumbers numbers_;
+};
+
+void LinePrinter::print_file(std::string_view path, std::string_view text,
+                             const std::vector<Block>& blocks) {
+  if (blocks.empty()) return;
+  const size_t end = form_.as_text ? text.size() : end_of_shown(text);
+  const auto behind =
+      std::find_if(blocks.begin(), blocks.end(),
+                   [&](const Block& block) { return block.end > end; });
+  print_text(path, text.substr(0, end), {blocks.begin(), behind});
+  if (behind == blocks.end()) return;
+  output_.put("Binary file ");
+  output_.put(path);
+  output_.put(" matches\n");
+}
+
+void LinePrinter::print_text(std::string_view path, std::string_view text,
+                             const std::vector<Block>& blocks) {
+  if (blocks.empty()) return;
+  Walk walk(*this, path, text);
+  const bool context = !form_.matches_only;
+  visit_lines(text, blocks, context ? form_.before : 0,
+              context ? form_.after : 0, walk);
+}
+
+}  // namespace zenfo::host::cli

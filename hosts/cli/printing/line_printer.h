@@ -1,0 +1,69 @@
+// Matches as lines of text, in the form that every user of grep knows:
+//
+//   path:12:a line with a match
+//   path-13-a line of its context
+//   --
+//
+// Tested by tests/cli/find_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <string_view>
+#include <vector>
+
+#include "cli/terminal/output.h"
+#include "shared/text/found_text.h"
+
+namespace zenfo::host::cli {
+
+// What a terminal is told before and behind the bytes of a match.
+inline constexpr char kMatchColour[] = "\x1b[01;31m";
+inline constexpr char kPlainColour[] = "\x1b[m";
+
+struct LineForm {
+  bool paths = true;
+  bool numbers = false;
+  bool offsets = false;
+  bool matches_only = false;
+  bool null = false;     // a zero byte behind a path
+  bool as_text = false;  // though it is binary
+  bool colours = false;
+  uint64_t before = 0;
+  uint64_t after = 0;
+  uint64_t most_lines = std::numeric_limits<uint64_t>::max();
+};
+
+class LinePrinter {
+ public:
+  LinePrinter(const LineForm& form, Output& output)
+      : form_(form), output_(output) {}
+
+  // What is binary of the file is left out, see binary.h, and said to match.
+  void print_file(std::string_view path, std::string_view text,
+                  const std::vector<Block>& blocks);
+  // "path" or, with paths, "path:12".
+  void print_path(std::string_view path);
+  void print_count(std::string_view path, uint64_t count);
+
+ private:
+  class Walk;
+
+  void print_text(std::string_view path, std::string_view text,
+                  const std::vector<Block>& blocks);
+  void put(const char* colour, std::string_view text);
+  void put_name(std::string_view path);
+  void put_path(std::string_view path, char separator);
+  void put_number(uint64_t number, char separator);
+  void put_separator(char separator);
+
+  const LineForm& form_;
+  Output& output_;
+  bool any_ = false;  // lines were printed
+};
+
+// The line, or the matches in it, as a person on a terminal sees it.
+void put_marked(Output& output, std::string_view text, size_t start, size_t end,
+                std::span<const Match> matches, bool colours);
+
+}  // namespace zenfo::host::cli

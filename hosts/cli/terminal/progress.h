@@ -1,0 +1,64 @@
+// The progress bar: one line on the error stream that is drawn over and over.
+// It is erased at the end, and before anything else goes to the terminal. It
+// appears only there, only when an operation takes a while, and changes at most
+// ten times a second.
+//
+//   [############            ]  52% Now looking for files
+//
+// Tested by tests/cli/progress_test.cpp
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "shared/frame/progress_view.h"
+
+namespace zenfo::host::cli {
+
+// The bar's line, at most `columns` bytes of it.
+std::string progress_line(const std::string& status, int percent,
+                          size_t columns);
+// A callback's text as UTF-8; a half of a pair that stands alone becomes "?".
+std::string utf8_of(const ZenfoWideChar* text);
+
+// How much of a run over files is done, in percent: `done` of `files`, and of
+// the one in hand as much as the library says of its present phase. A file is
+// loaded first, then searched and perhaps changed.
+int run_percent(uint32_t done, uint32_t files, bool loading, int percent);
+
+// Erases the bar that stands on the terminal, if any.
+void erase_progress();
+
+class Progress : public ProgressView {
+ public:
+  Progress();
+  ~Progress() override { Progress::erase(); }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  bool wanted() const override { return wanted_; }
+  void begin_run(uint32_t files, Count files_done) override;
+  void end_run() override { files_ = 0; }
+  void show_status(const ZenfoWideChar* text) override;
+  void show_step(const ProgressRecord& step) override;
+  void erase() override;
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  int percent_of(const ProgressRecord& step);
+
+  bool wanted_;
+  std::string status_;
+  uint32_t files_ = 0;  // of the run; 0: an operation without one
+  Count files_done_;
+  bool loading_ = false;
+  bool counting_ = false;  // files_done_ is at work
+  int reached_ = 0;        // percent of the run: it never goes back
+  size_t drawn_ = 0;       // bytes on the screen now
+  Clock::time_point next_drawing_;
+};
+
+}  // namespace zenfo::host::cli

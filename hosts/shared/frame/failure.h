@@ -1,0 +1,20 @@
+// What ends a command, or another task of a host, before its end.
+//
+// Tested by tests/cli/command_test.cpp
+#pragma once
+
+#include <string>
+
+namespace zenfo::host {
+
+// Thrown where going on makes no sense. The reason is a text for people,
+// without a full stop.
+struct Failure {
+  std::string subject;
+  std::string reason;
+};
+
+// Thrown because the user asked to stop.
+struct Stopped {};
+
+}  // namespace zenfo::host

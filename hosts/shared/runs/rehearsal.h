@@ -1,0 +1,39 @@
+// A change tried on copies of the files: what it shows is what will be done.
+//
+// Tested by tests/cli/posix_replace_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "shared/runs/change_plan.h"
+#include "shared/runs/targets.h"
+#include "shared/session/session.h"
+
+namespace zenfo::host {
+
+class Rehearsal {
+ public:
+  Rehearsal(Session& session, const std::vector<Target>& targets)
+      : session_(session), targets_(targets) {}
+
+  // Copies the files and changes the copies. Answers the number of matches that
+  // were changed; throws Failure or Stopped.
+  uint32_t run(const ChangePlan& plan, const Change& change);
+  // Then: visits every file. Answers how many differ from their copies.
+  using Visit = std::function<void(
+      const Target& target, std::string_view before, std::string_view after)>;
+  uint64_t compare(const Visit& visit);
+
+ private:
+  void copy_files();
+
+  Session& session_;
+  const std::vector<Target>& targets_;
+  std::vector<std::string> copies_;
+};
+
+}  // namespace zenfo::host

@@ -1,0 +1,226 @@
+#include "shared/session/search.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <string_view>
+#include <utility>
+
+#include "shared/frame/failure.h"
+#include "shared/text/text_file.h"
+#include "zenfofr130.h"
+
+namespace zenfo::host {
+namespace {
+
+// The library does without a report that it cannot write.
+void check_report(const std::string& path) {
+  if (path.empty() || can_be_written(path)) return;
+  throw Failure{path, "the report cannot be written"};
+}
+
+void check_compiled(int32_t result, const std::string& text) {
+  if (result != 1) throw Failure{text, "there is nothing in it to search for"};
+}
+
+// Constructs that may stand for a line feed, or for anything: negation, named
+// classes, wildcards.
+constexpr std::string_view kWideConstructs = "!#?";
+
+// The library's own check would reject every control byte.
+constexpr int32_t kAnyBytes = 0;
+
+uint32_t match_number(TextAccessor accessor, uint32_t index) {
+  std::array<char, 16> text{};
+  uint32_t number = 0;
+  accessor(ZENFO_LIST_MATCHES, index, text.data(),
+           static_cast<uint32_t>(text.size()));
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+// The bytes up to a line feed, and up to one that texts do not have.
+constexpr char kRestOfLine[] = "!'\n'[0-]";
+constexpr char kRestOfText[] = "!'\x01'[0-]";
+
+// Takes what may mean something in the pattern language as it is.
+std::string escaped(const std::string& text) {
+  std::string pattern;
+  for (const char c : text) {
+    if (std::ispunct(static_cast<unsigned char>(c)) != 0) pattern += '\\';
+    pattern += c;
+  }
+  return pattern;
+}
+
+// In a list of texts there are no blanks.
+bool can_be_listed(const std::string& text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+    return c > ' ' && c < '\x7f';
+  });
+}
+
+// Makes one pattern of several texts: any of them.
+void unite_texts(SearchOptions& options) {
+  const std::vector<std::string>& texts = options.texts;
+  if (texts.size() < 2 || options.is_pattern || options.caret ||
+      !std::all_of(texts.begin(), texts.end(), can_be_listed)) {
+    return;
+  }
+  std::string pattern;
+  for (const std::string& text : texts) {
+    pattern += (pattern.empty() ? '"' : '|') + escaped(text);
+  }
+  options.texts = {pattern + '"'};
+  options.is_pattern = true;
+}
+
+// Whether a match may be empty, which makes it none. With what it takes along
+// it would still lead behind that.
+bool may_be_empty(const SearchOptions& options) {
+  constexpr std::string_view kNoneAtLeast = "[0";
+  return options.is_pattern &&
+         options.texts.front().find(kNoneAtLeast) != std::string::npos;
+}
+
+// A match that is dropped, as no word, would hide others behind it; a report
+// has all matches; what ends a match may be given already. The language is the
+// library's own as long as no file of classes changes it.
+bool takes_more(const SearchOptions& options) {
+  return options.texts.size() == 1 && !options.between &&
+         options.end.text.empty() && !options.whole_words &&
+         options.classes.empty() && options.report.empty() &&
+         !may_be_empty(options);
+}
+
+bool has_wide_construct(const std::string& pattern) {
+  for (size_t i = 0; i < pattern.size(); ++i) {
+    if (pattern[i] == '\\') {
+      ++i;  // what follows stands for itself
+    } else if (kWideConstructs.find(pattern[i]) != std::string_view::npos) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool stays_in_line(const SearchOptions& options, const std::string& text) {
+  if (text.find('\n') != std::string::npos) return false;
+  if (options.caret && text.find('^') != std::string::npos) return false;
+  return !options.is_pattern || !has_wide_construct(text);
+}
+
+}  // namespace
+
+bool search_once_a_line(SearchOptions& options) {
+  // Where many of them are near, one after the other is found sooner.
+  constexpr size_t kMostTexts = 100;
+  if (options.texts.size() > kMostTexts) return false;
+  SearchOptions changed = options;
+  unite_texts(changed);
+  if (!takes_more(changed) || !changed.start.text.empty() ||
+      !changed.areas.pattern.empty() ||
+      !stays_in_line(changed, changed.texts.front())) {
+    return false;
+  }
+  changed.end = {kRestOfLine, true};
+  options = std::move(changed);
+  return true;
+}
+
+bool search_once_a_file(SearchOptions& options) {
+  SearchOptions changed = options;
+  unite_texts(changed);
+  if (!takes_more(changed)) return false;
+  changed.end = {kRestOfText, true};
+  options = std::move(changed);
+  return true;
+}
+
+void Search::compile() {
+  const SearchOptions& o = options_;
+  if (!o.classes.empty() && set_operators(o.classes.c_str()) != 1) {
+    throw Failure{o.classes, "no character classes can be read from this file"};
+  }
+  compile_areas();
+  if (o.between) {
+    const auto& [first, second] = *o.between;
+    check_compiled(
+        SetPatternTag(first.c_str(), second.c_str(), 0, o.is_pattern, o.caret),
+        first + ' ' + second);
+  }
+  for (const std::string& text : o.texts) compile(text);
+  if (several_texts()) enter_texts();
+  check_report(o.report);
+}
+
+void Search::compile(const std::string& text) {
+  const int32_t caret = options_.caret;
+  check_compiled(SetPattern(options_.start.text.c_str(), text.c_str(),
+                            options_.end.text.c_str(),
+                            options_.start.is_pattern, options_.is_pattern,
+                            options_.end.is_pattern, caret, caret, caret),
+                 text);
+}
+
+void Search::compile_areas() {
+  const Areas& areas = options_.areas;
+  const int32_t caret = options_.caret;
+  if (areas.pattern.empty()) return;
+  check_compiled(
+      SetExclusionPattern(areas.start.c_str(), areas.pattern.c_str(),
+                          areas.end.c_str(), 0, 1, 0, caret, caret, caret),
+      areas.pattern);
+}
+
+void Search::enter_texts() {
+  for (const std::string& text : options_.texts) {
+    if (AddStringPair(text.c_str(), "") < 1) {
+      throw Failure{text, "cannot be searched for"};
+    }
+  }
+  SetState(ZENFO_LIST_PAIRS, -1, 1);
+}
+
+uint32_t Search::run(const Session::Question& question) {
+  const SearchOptions& o = options_;
+  const int32_t ask = question != nullptr;
+  return session_.run(
+      [&] {
+        return several_texts()
+                   ? FindString(!o.ignore_case, o.whole_words, kAnyBytes,
+                                o.report.c_str(), o.is_pattern, o.caret, ask,
+                                o.areas.inside)
+                   : FindBlock(!o.ignore_case, o.whole_words, kAnyBytes,
+                               o.report.c_str(), ask, o.areas.inside);
+      },
+      question);
+}
+
+uint32_t Search::run_over_lines(const std::string& list,
+                                const std::string& summary) {
+  const SearchOptions& o = options_;
+  return session_.run(
+      [&] {
+        return several_texts()
+                   ? FindString_f(!o.ignore_case, o.whole_words, kAnyBytes,
+                                  o.report.c_str(), o.is_pattern, o.caret, 0,
+                                  list.c_str(), summary.c_str(), 0)
+                   : FindBlock_f(!o.ignore_case, o.whole_words, kAnyBytes,
+                                 o.report.c_str(), 0, list.c_str(),
+                                 summary.c_str(), o.areas.inside);
+      },
+      nullptr);
+}
+
+uint32_t matches_in_hand() {
+  return static_cast<uint32_t>(std::max(GetCount(ZENFO_LIST_MATCHES, -1), 0));
+}
+
+Match match_in_hand(uint32_t index) {
+  return {match_number(GetMatchOffset, index),
+          match_number(GetMatchLength, index)};
+}
+
+}  // namespace zenfo::host

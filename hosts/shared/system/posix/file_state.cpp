@@ -1,0 +1,103 @@
+#include "shared/system/file_state.h"
+
+#include <errno.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <system_error>
+
+#include "shared/system/paths.h"
+#include "shared/system/system.h"
+
+namespace zenfo::host {
+namespace {
+
+constexpr int64_t kNanoseconds = 1'000'000'000;
+constexpr mode_t kAnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
+
+}  // namespace
+
+std::optional<FileState> state_of(const std::string& path) {
+  struct stat facts;
+  if (stat(path.c_str(), &facts) != 0) return std::nullopt;
+  return FileState{
+      static_cast<uint64_t>(facts.st_size),
+      facts.st_mtim.tv_sec * kNanoseconds + facts.st_mtim.tv_nsec,
+      std::to_string(facts.st_dev) + ':' + std::to_string(facts.st_ino),
+      (facts.st_mode & kAnyWrite) == 0};
+}
+
+std::string complete_path(const std::string& path) {
+  if (path.starts_with('/')) return path;
+  return narrow(std::filesystem::absolute(to_path(path)));
+}
+
+// Of the folders, the last one is known to lead nowhere else.
+std::string resolved_path(const std::string& path, bool is_link) {
+  static std::string last_folder, last_resolved;
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::path whole = to_path(complete_path(path));
+  if (is_link) {
+    const fs::path target = fs::canonical(whole, error);
+    return error ? narrow(whole) : narrow(target);
+  }
+  const std::string folder = narrow(whole.parent_path());
+  if (last_folder.empty() || folder != last_folder) {
+    const fs::path target = fs::canonical(whole.parent_path(), error);
+    if (error) return narrow(whole);
+    last_folder = folder;
+    last_resolved = narrow(target);
+  }
+  return narrow(to_path(last_resolved) / whole.filename());
+}
+
+std::string why_not_written(const std::string& path) {
+  const int file =
+      open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  if (file >= 0) {
+    close(file);
+    return "";
+  }
+  switch (errno) {
+    case ETXTBSY:
+      return "it is running";
+    case EPERM:
+      return "the system lets nobody change it";
+    default:
+      return system::reason_of(static_cast<unsigned>(errno));
+  }
+}
+
+bool set_modified(const std::string& path, int64_t modified) {
+  timespec times[2] = {};
+  times[0].tv_nsec = UTIME_OMIT;
+  // Rounds down, so that the rest is never negative.
+  const int64_t rest = (modified % kNanoseconds + kNanoseconds) % kNanoseconds;
+  times[1].tv_sec = (modified - rest) / kNanoseconds;
+  times[1].tv_nsec = rest;
+  return utimensat(AT_FDCWD, path.c_str(), times, 0) == 0;
+}
+
+bool is_read_only(const std::string& path) {
+  const std::optional<FileState> state = state_of(path);
+  return state && is_read_only(path, *state);
+}
+
+bool is_read_only(const std::string& path, const FileState& state) {
+  return state.read_only || access(path.c_str(), W_OK) != 0;
+}
+
+bool set_read_only(const std::string& path, bool on) {
+  struct stat facts;
+  if (stat(path.c_str(), &facts) != 0) return false;
+  const mode_t mode = facts.st_mode & 07777;
+  return chmod(path.c_str(), on ? mode & ~mode_t{S_IWUSR} : mode | S_IWUSR) ==
+         0;
+}
+
+uint32_t process_number() { return static_cast<uint32_t>(getpid()); }
+
+}  // namespace zenfo::host

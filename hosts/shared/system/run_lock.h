@@ -1,0 +1,53 @@
+// A lock on a file of this host, released when its process ends, however that
+// happens; and whether the system has been restarted since.
+//
+// posix/run_lock.cpp and win32/run_lock.cpp are twins.
+//
+// Tested by tests/hosts/shared/run_lock_test.cpp
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zenfo::host {
+
+class RunLock {
+ public:
+  RunLock() = default;
+  RunLock(RunLock&& other) noexcept;
+  RunLock& operator=(RunLock&& other) noexcept;
+  ~RunLock() { release(); }
+
+  // Creates the file if need be. False when another holds the lock, or when
+  // that cannot be known. Where the system has no such locks there is no other:
+  // true.
+  bool take(const std::string& path);
+  // Why the lock was not taken.
+  const std::string& why_not() const { return why_not_; }
+  // Waits for the other. Without a lock when the file cannot be opened.
+  void wait_for(const std::string& path);
+  // Gives it up and deletes its file.
+  void release_for_good();
+  void release();
+
+ private:
+#ifdef _WIN32
+  void* handle_ = nullptr;
+#else
+  bool take(const std::string& path, int how);
+
+  int file_ = -1;
+#endif
+  std::string path_;
+  std::string why_not_;
+};
+
+// A word for the time since the system was started.
+std::string boot_name();
+// Whether the system has run on since that word was asked for.
+bool is_this_boot(std::string_view name);
+// False when the bytes of the file may not be on the disk.
+bool flush_file(const std::string& path);
+
+}  // namespace zenfo::host

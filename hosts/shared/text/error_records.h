@@ -1,0 +1,30 @@
+// Reads the records that the library appends to its error file.
+//
+//   2026/11/14-09:42:56
+//
+//     message  : Getting local time failed
+//     context  : Getting local time
+//     module   : Main
+//     routine  : GetCTime
+//
+// Tested by tests/hosts/shared/error_records_test.cpp
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zenfo::host {
+
+struct ErrorRecord {
+  std::string message;
+  std::string context;
+  std::string routine;
+
+  bool operator==(const ErrorRecord&) const = default;
+};
+
+// The complete records of an error file's bytes; lines end in CR LF or LF.
+std::vector<ErrorRecord> parse_error_records(std::string_view bytes);
+
+}  // namespace zenfo::host

@@ -1,0 +1,222 @@
+#include "shared/text/found_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <limits>
+#include <new>
+#include <numeric>
+#include <system_error>
+#include <tuple>
+
+#include "shared/system/input_stream.h"
+#include "shared/system/paths.h"
+
+namespace zenfo::host {
+namespace {
+
+size_t size_on_disk(const std::string& path) {
+  std::error_code failed;
+  const auto size = std::filesystem::file_size(to_path(path), failed);
+  return failed ? 0 : static_cast<size_t>(size);
+}
+
+// Sums of one byte, which the compiler keeps in a vector.
+uint64_t count_line_ends(std::string_view text) {
+  constexpr size_t kLanes = 32;
+  uint64_t lines = 0;
+  while (text.size() >= kLanes) {
+    const size_t turns = std::min<size_t>(text.size() / kLanes, UINT8_MAX);
+    std::array<uint8_t, kLanes> sums{};
+    for (size_t turn = 0; turn < turns; ++turn) {
+      const char* bytes = text.data() + turn * kLanes;
+      for (size_t i = 0; i < kLanes; ++i) sums[i] += bytes[i] == '\n';
+    }
+    lines = std::accumulate(sums.begin(), sums.end(), lines);
+    text.remove_prefix(turns * kLanes);
+  }
+  return lines +
+         static_cast<uint64_t>(std::count(text.begin(), text.end(), '\n'));
+}
+
+// The place of a match's last byte, of one that begins within the text.
+size_t last_byte(std::string_view text, const Match& match) {
+  return std::min<size_t>(text.size(), size_t{match.offset} + match.length) - 1;
+}
+
+// Cuts the last block to the lines that are left, and its matches.
+void cut(std::string_view text, Block& block, uint64_t lines) {
+  size_t end = block.start;
+  for (; lines > 0; --lines) end = end_of_line(text, end);
+  block.end = end;
+  const auto behind =
+      std::find_if(block.matches.begin(), block.matches.end(),
+                   [&](const Match& match) { return match.offset >= end; });
+  block.matches = {block.matches.begin(), behind};
+}
+
+void limit(std::string_view text, std::vector<Block>& blocks,
+           uint64_t most_lines) {
+  for (size_t i = 0; i < blocks.size(); ++i) {
+    Block& block = blocks[i];
+    const uint64_t lines =
+        count_lines(text.substr(block.start, block.end - block.start));
+    if (lines < most_lines) {
+      most_lines -= lines;
+      continue;
+    }
+    if (lines > most_lines) cut(text, block, most_lines);
+    blocks.resize(most_lines == 0 ? i : i + 1);
+    return;
+  }
+}
+
+}  // namespace
+
+void unite(std::vector<Match>& matches) {
+  std::sort(matches.begin(), matches.end(), [](const Match& a, const Match& b) {
+    return std::tie(a.offset, b.length) < std::tie(b.offset, a.length);
+  });
+  matches.erase(std::unique(matches.begin(), matches.end()), matches.end());
+}
+
+bool FileBytes::load_or_map(const std::string& path) {
+  return mapped_.open(path) || load(path);
+}
+
+bool FileBytes::load(const std::string& path) {
+  const InputStream file = open_unbuffered(path);
+  return read(file.get(), size_on_disk(path), SIZE_MAX);
+}
+
+bool FileBytes::load_start(const std::string& path, size_t most) {
+  const InputStream file = without_buffer(open_file(path, "rb"));
+  return read(file.get(), 0, most);
+}
+
+bool FileBytes::read(std::FILE* file, size_t expected, size_t most) {
+  constexpr size_t kLeast = size_t{256} * 1024;
+  mapped_.close();
+  size_ = 0;
+  bool good = file != nullptr;
+  for (size_t got = 1; good && got > 0 && size_ < most; size_ += got) {
+    if (size_ == capacity_ &&
+        !grow(std::max({kLeast, 2 * capacity_, expected + 1}))) {
+      good = false;
+      break;
+    }
+    got = std::fread(bytes_.get() + size_, 1, std::min(capacity_, most) - size_,
+                     file);
+    good = std::ferror(file) == 0;
+  }
+  if (!good) size_ = 0;
+  return good;
+}
+
+// Large files in one step: to move a gigabyte along takes long.
+bool FileBytes::grow(size_t capacity) {
+  std::unique_ptr<char[]> bytes(new (std::nothrow) char[capacity]);
+  if (bytes == nullptr) return false;
+  if (size_ > 0) std::memcpy(bytes.get(), bytes_.get(), size_);
+  bytes_ = std::move(bytes);
+  capacity_ = capacity;
+  return true;
+}
+
+std::vector<Block> find_blocks(std::string_view text,
+                               std::span<const Match> matches,
+                               uint64_t most_lines) {
+  std::vector<Block> blocks;
+  for (size_t i = 0; i < matches.size(); ++i) {
+    const Match& match = matches[i];
+    if (match.offset >= text.size() || match.length == 0) continue;
+    const size_t last = last_byte(text, match);
+    if (!blocks.empty() && match.offset < blocks.back().end) {
+      Block& block = blocks.back();
+      if (last >= block.end) block.end = end_of_line(text, last);
+      block.matches = {block.matches.data(), &match + 1};
+    } else {
+      blocks.push_back({start_of_line(text, match.offset),
+                        end_of_line(text, last),
+                        {&match, 1}});
+    }
+  }
+  if (most_lines < std::numeric_limits<uint64_t>::max()) {
+    limit(text, blocks, most_lines);
+  }
+  return blocks;
+}
+
+uint64_t count_matching_lines(std::string_view text,
+                              std::span<const Match> matches) {
+  uint64_t lines = 0;
+  size_t counted = 0;  // the end of the last line that was counted
+  for (const Match& match : matches) {
+    if (match.offset >= text.size() || match.length == 0) continue;
+    const size_t last = last_byte(text, match);
+    if (last < counted) continue;
+    const size_t first = std::max<size_t>(match.offset, counted);
+    lines += 1 + count_line_ends(text.substr(first, last - first));
+    counted = end_of_line(text, last);
+  }
+  return lines;
+}
+
+uint64_t count_lines(std::string_view text) {
+  if (text.empty()) return 0;
+  return count_line_ends(text) + (text.back() != '\n');
+}
+
+size_t end_of_line(std::string_view text, size_t offset) {
+  const size_t end = text.find('\n', offset);
+  return end == std::string_view::npos ? text.size() : end + 1;
+}
+
+size_t start_of_line(std::string_view text, size_t offset) {
+  if (offset == 0) return 0;
+  const size_t end = text.rfind('\n', offset - 1);
+  return end == std::string_view::npos ? 0 : end + 1;
+}
+
+std::string_view without_end(std::string_view line) {
+  if (!line.ends_with('\n')) return line;
+  line.remove_suffix(line.ends_with("\r\n") ? 2 : 1);
+  return line;
+}
+
+uint64_t LineNumbers::at(size_t offset) {
+  if (counted_ < offset) {
+    number_ += count_line_ends(text_.substr(counted_, offset - counted_));
+    counted_ = offset;
+  }
+  return number_;
+}
+
+void visit_lines(std::string_view text, const std::vector<Block>& blocks,
+                 uint64_t before, uint64_t after, LineVisitor& visitor) {
+  size_t shown = 0;  // what lies before it was visited or left out
+  for (size_t i = 0; i < blocks.size(); ++i) {
+    size_t from = blocks[i].start;
+    for (uint64_t n = 0; n < before && from > shown; ++n) {
+      from = start_of_line(text, from - 1);
+    }
+    if (i == 0 || from > shown) visitor.gap();
+    auto context = [&](size_t start) {
+      shown = end_of_line(text, start);
+      visitor.context(start, shown);
+    };
+    while (from < blocks[i].start) {
+      context(from);
+      from = shown;
+    }
+    visitor.block(blocks[i]);
+    shown = blocks[i].end;
+    const size_t limit =
+        i + 1 < blocks.size() ? blocks[i + 1].start : text.size();
+    for (uint64_t n = 0; n < after && shown < limit; ++n) context(shown);
+  }
+}
+
+}  // namespace zenfo::host
