@@ -784,11 +784,14 @@ change_case_f(int32_t case_flag, int32_t whole_words, int32_t binary_check,
  *            is flushed, and Undo() deletes safe copies only then.
  *   beside   For runs without safe copies. A file is written beside the old one
  *            and takes its place in one step: a run that breaks off leaves the
- *            old file. Linux only, and not for links, for files with several
- *            names, with another owner or with extended attributes: these are
- *            written in place.
+ *            old file. Not for links, for files with several names or with
+ *            another owner and, on Linux, for files with extended attributes:
+ *            these are written in place.
  *   nolinks  A file that is reached through a link cannot be loaded by a run
  *            that changes files (on Windows: that is a link itself).
+ *   skip     A file that cannot be opened for writing, or that another program
+ *            maps on Windows, is skipped as one without a safe copy is: error
+ *            list, summary line, and the run goes on. Without it the run ends.
  */
 
 /* SetUndoFile()

@@ -10,12 +10,14 @@
 namespace zenfo {
 namespace {
 
+// On the 32-bit target every argument and result is one 32-bit word.
+template <class Argument>
+constexpr bool is_word = UINTPTR_MAX != UINT32_MAX || sizeof(Argument) == 4;
+
 template <class Result, class... Arguments>
 constexpr bool fits(Result(ZENFO_CALL*)(Arguments...), size_t arguments) {
-  // On the 32-bit target every argument and result is one 32-bit word.
-  constexpr bool words =
-      UINTPTR_MAX != UINT32_MAX || ((sizeof(Arguments) == 4) && ... && true);
-  return words && sizeof...(Arguments) == arguments;
+  return (is_word<Arguments> && ... && true) &&
+         sizeof...(Arguments) == arguments;
 }
 
 #define ZENFO_EXPORT(ordinal, routine, arguments, failure, log, access) \

@@ -52,6 +52,7 @@ class ReplaceOperation final : public FileOperation {
   void take_back();
   After leave_unstored(FileRun& run, FileInHand& file);
   After leave_changed(FileRun& run, FileInHand& file);
+  After leave_unopened(FileRun& run, FileInHand& file);
   After leave(FileRun& run, FileInHand& file);
 
   Library& library_;
@@ -100,9 +101,10 @@ After ReplaceOperation::take(FileRun& run, FileInHand& file) {
   // A fault while writing ends the run without a record of its own.
   const int32_t count =
       unlogged(-1, [&] { return edit_.rewrite(run.context(), destination); });
-  if (opened == platform::Opened::kChanged) {
+  const bool changed = opened == platform::Opened::kChanged;
+  if (changed || (opened == platform::Opened::kFailed && safety_.skip)) {
     if (stored == Stored::kNow) take_back();
-    return leave_changed(run, file);
+    return changed ? leave_changed(run, file) : leave_unopened(run, file);
   }
   if (count < 0) return After::kFail;
   if (safety_.sync) rewritten_.add(file.path.c_str());
@@ -168,6 +170,14 @@ After ReplaceOperation::leave_unstored(FileRun& run, FileInHand& file) {
 After ReplaceOperation::leave_changed(FileRun& run, FileInHand& file) {
   run.log((std::string(file.path.view()) +
            " was changed meanwhile. File has been skipped")
+              .c_str(),
+          "Error writing file");
+  return leave(run, file);
+}
+
+After ReplaceOperation::leave_unopened(FileRun& run, FileInHand& file) {
+  run.log((std::string(file.path.view()) +
+           " could not be opened for writing. File has been skipped")
               .c_str(),
           "Error writing file");
   return leave(run, file);

@@ -37,9 +37,10 @@ inline bool processor_has_avx2() { return __builtin_cpu_supports("avx2"); }
 // be near the end of the text, as fetching never faults.
 ZENFO_VECTOR_CODE void fetch_ahead(const char* at) {
   constexpr uintptr_t kDistance = 4096;
-  _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<uintptr_t>(at) +
-                                             kDistance),
-               _MM_HINT_T0);
+  // A pointer beyond the text may not be computed, a number may.
+  const auto address = reinterpret_cast<uintptr_t>(at) + kDistance;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr)
+  _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
 }
 
 template <size_t kBytes>

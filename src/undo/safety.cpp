@@ -12,6 +12,7 @@ Safety parse_safety(std::string_view words) {
     if (word == "sync") safety.sync = true;
     if (word == "beside") safety.beside = true;
     if (word == "nolinks") safety.no_links = true;
+    if (word == "skip") safety.skip = true;
     words.remove_prefix(end == std::string_view::npos ? words.size() : end + 1);
   }
   return safety;

@@ -8,6 +8,8 @@
 //   beside   without safe copies, a file is written beside the old one and
 //            replaces it in one step
 //   nolinks  a path of a run that changes files leads through no link
+//   skip     a file that cannot be opened for writing is skipped, and the run
+//            goes on
 //
 // Unknown words are ignored.
 //
@@ -22,6 +24,7 @@ struct Safety {
   bool sync = false;
   bool beside = false;
   bool no_links = false;
+  bool skip = false;
 
   bool operator==(const Safety&) const = default;
 };

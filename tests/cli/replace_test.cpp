@@ -13,6 +13,9 @@
 #include "cli/process.h"
 #include "cli/results.h"
 #include "support/temp_folder.h"
+#ifdef _WIN32
+#include "support/foreign_mapping.h"
+#endif
 
 namespace zenfo::test {
 namespace {
@@ -186,6 +189,25 @@ TEST_P(Change, TakesFilesWithoutZeroBytesForText) {
             "\x01\f"
             "FIG\x1A");
 }
+
+#ifdef _WIN32
+TEST_P(Change, AMappedFileIsSkippedAndNamed) {
+  const std::string open = folder_.file("open.txt", "plum");
+  for (const char* option : {"-y", "--no-backup"}) {
+    write_file(three_, "plum");
+    const ForeignMapping mapping(open);
+    ASSERT_TRUE(mapping.is_mapped());
+    const Outcome outcome =
+        run({"replace", "-y", option, "plum", "fig", "open.txt", "three.txt"});
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err,
+                HasSubstr("open.txt: skipped: it could not be kept safe or "
+                          "written"));
+    EXPECT_EQ(read_file(open), "plum");
+    EXPECT_EQ(read_file(three_), "fig");
+  }
+}
+#endif
 
 // Wherever the zero byte stands, what follows it would be lost.
 TEST_P(Change, LeavesFilesWithZeroBytesAsTheyAre) {

@@ -9,7 +9,7 @@
 #include "support/matchers.h"
 #include "support/replace_fixture.h"
 #ifdef _WIN32
-#include <windows.h>
+#include "support/foreign_mapping.h"
 #else
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -377,21 +377,15 @@ TEST_F(ReplaceTest, AFileThatCannotBeWrittenEndsTheRun) {
 TEST_F(ReplaceTest, AFileMappedByAnotherProgramEndsTheRunAndStays) {
   ASSERT_TRUE(pattern("a"));
   const auto one = add("1", "12345a67890");
-  const HANDLE file =
-      CreateFileA(one.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                  nullptr, OPEN_EXISTING, 0, nullptr);
-  const HANDLE mapping =
-      CreateFileMappingA(file, nullptr, PAGE_READONLY, 0, 0, nullptr);
-  const void* view = MapViewOfFile(mapping, FILE_MAP_READ, 0, 0, 0);
-  ASSERT_NE(view, nullptr);
-  for (const char* text : {"", "longer"}) {
-    EXPECT_EQ(replace_block({.text = text}), -1);
-    EXPECT_EQ(read_file(one), "12345a67890");
+  {
+    const ForeignMapping mapping(one);
+    ASSERT_TRUE(mapping.is_mapped());
+    for (const char* text : {"", "longer"}) {
+      EXPECT_EQ(replace_block({.text = text}), -1);
+      EXPECT_EQ(read_file(one), "12345a67890");
+    }
+    expect_no_results();
   }
-  expect_no_results();
-  UnmapViewOfFile(view);
-  CloseHandle(mapping);
-  CloseHandle(file);
   EXPECT_EQ(replace_block({.text = ""}), 1);
   EXPECT_EQ(read_file(one), "1234567890");
 }

@@ -10,7 +10,9 @@
 #include "support/environment.h"
 #include "support/matchers.h"
 #include "support/replace_fixture.h"
-#ifndef _WIN32
+#ifdef _WIN32
+#include "support/foreign_mapping.h"
+#else
 #include <sys/stat.h>
 #endif
 
@@ -195,7 +197,52 @@ TEST_F(SafetyTest, ASyncedUndoKeepsWhatItDoesNotRestore) {
   EXPECT_EQ(files_in_store(), 4u) << "two copies, the list, the error file";
 }
 
-#ifndef _WIN32
+// ---- skip
+// --------------------------------------------------------------------
+
+TEST_F(SafetyTest, AFileThatCannotBeOpenedForWritingIsSkipped) {
+  ASSERT_TRUE(pattern("a"));
+  use_store();
+  safety_.set("skip");
+  const Texts paths = add_files(3);
+  HostRecorder host;
+  host.on_status_text = [&](const std::string& status) {
+    if (status != "Now replacing in file " + paths[1]) return;
+    fs::remove(paths[1]);
+    fs::create_directory(paths[1]);
+  };
+  const auto list = line_list(paths);
+  EXPECT_EQ(over_lines(replace_block, {.safe = 1}, list), 2);
+  EXPECT_EQ(summary(),
+            paths[0] + ", found 1, replaced 1\r\r\n" + paths[1] +
+                ", found 1 ERROR, refer to error log file for details" +
+                paths[2] + ", found 1, replaced 1\r\r\n");
+  const auto records = errors();
+  ASSERT_EQ(records.size(), 1u);
+  EXPECT_EQ(
+      records[0].message,
+      paths[1] + " could not be opened for writing. File has been skipped");
+  EXPECT_EQ(records[0].context, "Error writing file");
+  EXPECT_EQ(originals(), (Texts{paths[0], paths[2]}));
+  EXPECT_EQ(files_in_store(), 3u);
+}
+
+#ifdef _WIN32
+TEST_F(SafetyTest, AMappedFileIsSkipped) {
+  ASSERT_TRUE(pattern("a"));
+  for (const char* words : {"skip", "skip,beside"}) {
+    safety_.set(words);
+    const Texts paths = add_files(3);
+    const ForeignMapping mapping(paths[1]);
+    ASSERT_TRUE(mapping.is_mapped());
+    EXPECT_EQ(replace_block({.text = ""}), 2) << words;
+    EXPECT_EQ(read_file(paths[0]), "b");
+    EXPECT_EQ(read_file(paths[1]), "ab");
+    EXPECT_EQ(read_file(paths[2]), "b");
+    EXPECT_THAT(rejected(), ElementsAre(paths[1]));
+  }
+}
+#else
 
 // ---- beside
 // ------------------------------------------------------------------

@@ -21,7 +21,8 @@ bool stopped() { return system::stop_status() != 0; }
 // How careful the library is.
 void choose_safety(const ChangePlan& plan) {
   set_environment(kSafetyVariable,
-                  plan.no_sync ? "beside,nolinks" : "sync,beside,nolinks");
+                  plan.no_sync ? "beside,nolinks,skip"
+                               : "sync,beside,nolinks,skip");
 }
 
 std::vector<std::string> paths_of(const std::vector<Target>& targets) {
@@ -172,9 +173,11 @@ std::string ChangeRun::why_unchanged(const std::string& path) const {
   std::string reason = system::why_not_loaded(path);
   if (!reason.empty()) return reason;
   if (was_changed(path)) return "it was changed meanwhile";
+  reason = why_not_written(path);
+  if (!reason.empty()) return reason;
   return record_ && !record_->has_room_for(path)
              ? kNoRoom
-             : "it could not be loaded or kept safe";
+             : "it could not be kept safe or written";
 }
 
 // By others, since the search.

@@ -33,6 +33,7 @@ bool is_guarded(uintptr_t address) {
 }
 
 bool put_zeros(uintptr_t address) {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr)
   void* page = reinterpret_cast<void*>(address / page_size * page_size);
   return mmap(page, page_size, PROT_READ | PROT_WRITE,
               MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) == page;
