@@ -63,7 +63,7 @@ class ReplaceOperation final : public FileOperation {
   std::vector<std::string> open_files_;     // of the run itself
   std::unordered_set<std::string> stored_;  // keys of the files
   std::string last_stored_;                 // the key of the last one
-  size_t batch_ = 4;                        // files copied ahead last
+  size_t batch_ = 16;                       // files copied ahead last
   platform::FlushSet rewritten_;
 };
 
@@ -131,13 +131,14 @@ ReplaceOperation::Stored ReplaceOperation::store(FileRun& run,
   return Stored::kNow;
 }
 
-// The next files will probably need copies if those of the last batch did. A
+// The next files will probably need copies if those of the last batch did. Each
+// batch costs a flush, so batches grow quickly: 64, 256, 1024 files. A
 // file that was rewritten is never copied: its copy would be the changed text.
 bool ReplaceOperation::copy_ahead(FileRun& run, const SharedText& path) {
   constexpr size_t kMost = 1024;
   SafeStore& store = *library_.safe_store;
   const size_t in_vain = std::min(store.ahead(), batch_ - 1);
-  batch_ = in_vain == 0 ? std::min(2 * batch_, kMost) : batch_ - in_vain;
+  batch_ = in_vain == 0 ? std::min(4 * batch_, kMost) : batch_ - in_vain;
   std::vector<std::string> paths = {std::string(path.view())};
   std::unordered_set<std::string> keys = {platform::file_key(path.c_str())};
   for (const SharedText& next : run.upcoming(batch_ - 1)) {

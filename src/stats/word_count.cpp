@@ -79,8 +79,8 @@ bool WordCount::tick_lines(Ticks& ticks, Piece piece, size_t line_ends) const {
     return ticks.attempts(ends ? line_ends - 1 : line_ends, piece.to);
   }
   const std::string_view up_to = text_.substr(0, piece.to);
-  for (size_t feed = up_to.find('\n', piece.from); feed != up_to.npos;
-       feed = up_to.find('\n', feed + 1)) {
+  for (size_t feed = up_to.find('\n', piece.from);
+       feed != std::string_view::npos; feed = up_to.find('\n', feed + 1)) {
     const bool line = feed > 0 && up_to[feed - 1] == '\r';
     if (line && feed + 1 < text_.size() && ticks.attempt_at(feed + 1)) {
       return true;
