@@ -1,4 +1,4 @@
-// What ends a command, or another task of a host, before its end.
+// The exceptions that end a command, or another task of a host, early.
 //
 // Tested by tests/cli/command_test.cpp
 #pragma once
@@ -7,7 +7,7 @@
 
 namespace zenfo::host {
 
-// Thrown where going on makes no sense. The reason is a text for people,
+// Thrown when the work cannot continue. The reason is a text for people,
 // without a full stop.
 struct Failure {
   std::string subject;

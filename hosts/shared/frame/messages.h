@@ -1,4 +1,4 @@
-// What the parts that hosts share have to tell the user.
+// Messages to the user from the code that hosts share.
 //
 // Tested by tests/cli/command_test.cpp
 #pragma once
@@ -7,13 +7,13 @@
 
 namespace zenfo::host {
 
-// Each message is one line of a subject, which may be empty, and a reason.
+// Each message is one line: a subject, which may be empty, and a reason.
 class Messages {
  public:
   virtual ~Messages() = default;
-  // Something went wrong, and the work goes on without it.
+  // Something failed, and the work continues without it.
   virtual void complain(std::string_view subject, std::string_view reason) = 0;
-  // Worth telling, but no error.
+  // Something the user should know that is not an error.
   virtual void remark(std::string_view subject, std::string_view reason) = 0;
 };
 

@@ -16,9 +16,9 @@
 namespace zenfo::host {
 
 struct ChangePlan {
-  std::string command;  // as it was typed, for the record of the run
+  std::string command;  // as typed, for the record of the run
   bool cuts_at_zero_byte = false;
-  Stays stays;  // which matches the change leaves as they are
+  Stays stays;  // matches that the change would not alter
   SearchOptions search;
   std::vector<std::string> paths;
   FileChoice choice;
@@ -30,7 +30,7 @@ struct ChangePlan {
   bool keep_date = false;
 };
 
-// Runs the operation over the selected files and answers what it answers.
+// Runs the operation over the selected files and returns its result.
 using Change = std::function<int32_t(bool ask, bool safe_copies)>;
 
 }  // namespace zenfo::host

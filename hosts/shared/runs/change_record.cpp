@@ -38,7 +38,7 @@ bool ChangeRecord::has_room_for(const std::string& path) const {
   return error || !state || state->size <= space.available;
 }
 
-// A file is done with once it is on one of the lists.
+// A file is finished once it is on one of the result lists.
 void ChangeRecord::note_phase(bool rewriting) {
   const uint32_t done = Session::files_done();
   if (in_hand_ && done > in_hand_->index) finish_file();
@@ -47,7 +47,8 @@ void ChangeRecord::note_phase(bool rewriting) {
   journal_.begin(paths_[done]);
 }
 
-// Some are left alone at the last moment, as another program changed them.
+// The library may leave a file unchanged at the last moment, because another
+// program changed it.
 void ChangeRecord::finish_file() {
   const std::string& path = paths_[in_hand_->index];
   const std::optional<FileState> state = state_of(path);
@@ -64,7 +65,7 @@ ChangeRecord::PutBack ChangeRecord::put_back_last() {
   PutBack answer;
   if (!in_hand_) return answer;
   if (!list_.load(store_.undo_file(run_.name))) {
-    any_rewritten_ = true;  // for all that is known
+    any_rewritten_ = true;  // nothing says otherwise
     return answer;
   }
   answer.path = paths_[in_hand_->index];
@@ -102,7 +103,8 @@ bool ChangeRecord::is_as_left(const std::string& path) const {
          now->modified == known->second.modified;
 }
 
-// On disk before the date is set: a killed run may have set it.
+// The new date is journaled before it is set, so that a run killed in between
+// still recognises the file.
 bool ChangeRecord::set_date(const std::string& path, int64_t modified) {
   const FileState left = states_[path];
   FileState expected = left;
@@ -116,7 +118,7 @@ bool ChangeRecord::set_date(const std::string& path, int64_t modified) {
 ChangeRecord::End ChangeRecord::end() {
   const bool read = list_.load(store_.undo_file(run_.name));
   const uint32_t copies = UndoList::count();
-  // A copy whose line could not be written is left where there is no room.
+  // When the disk is full, a copy can exist without its line in the list.
   const bool in_doubt = !read || (copies == 0 && any_rewritten_);
   if (in_doubt && !store_.is_known_empty(run_.name)) return End::kInDoubt;
   if (copies == 0) {

@@ -1,6 +1,6 @@
-// What is kept of a run that changes files, so that it can be undone: its
-// folder in the store of runs with its lock, a journal while it is going on,
-// and its record at the end.
+// What is kept of a run that changes files, so that it can be undone: a locked
+// folder in the store of runs, a journal during the run, and a record at its
+// end.
 //
 // Tested by tests/cli/posix_journal_test.cpp, tests/cli/posix_fault_test.cpp
 #pragma once
@@ -23,22 +23,23 @@ namespace zenfo::host {
 class ChangeRecord {
  public:
   // Throws Failure when nothing can be kept. `paths` are the files of the run
-  // in their order; with `durable` the record is on its disk when it counts.
+  // in order. With `durable` the record is flushed to disk.
   ChangeRecord(const std::string& command, std::vector<std::string> paths,
                bool durable);
 
   const std::string& name() const { return run_.name; }
-  // The name under which it can be undone; empty when nothing is kept.
+  // The name to undo the run by; empty when nothing is kept.
   const std::string& undo_name() const { return undo_name_; }
   // Whether a safe copy of the file would fit on the disk.
   bool has_room_for(const std::string& path) const;
 
-  // From inside the run: the library loads a file, or is about to rewrite it.
+  // Called during the run when the library loads a file (false) or is about to
+  // rewrite one (true).
   void note_phase(bool rewriting);
   // The run has ended.
   void note_end() { note_phase(false); }
 
-  // What became of the file in hand when the run ended in its middle.
+  // What happened to the file in hand when the run ended in the middle of it.
   struct PutBack {
     enum class Result { kNothing, kUntouched, kRestored, kCutOff };
     Result result = Result::kNothing;
@@ -46,16 +47,16 @@ class ChangeRecord {
   };
   PutBack put_back_last();
 
-  // Whether a file is as its rewriting left it: nobody else has changed it.
+  // Whether a file is still as the run left it, so that nobody else changed it.
   bool is_as_left(const std::string& path) const;
-  // False when the date of such a file cannot be set.
+  // Sets the date of such a file. False when it cannot be set.
   bool set_date(const std::string& path, int64_t modified);
 
   enum class End {
     kNothingChanged,  // and nothing is kept
     kKept,
-    kNotSaved,  // kept all the same, the journal stands in for the record
-    kInDoubt,   // whether there is something to undo
+    kNotSaved,  // kept, with the journal in place of the record
+    kInDoubt,   // there may be something to undo
   };
   End end();
   // As RunStore::remove_old().
@@ -67,7 +68,7 @@ class ChangeRecord {
   // The file that is being rewritten.
   struct InHand {
     uint32_t index;           // among the files of the run
-    uint32_t results_before;  // rewritten before it, or without matches
+    uint32_t results_before;  // files on the result lists before it
   };
 
   void finish_file();
@@ -80,8 +81,8 @@ class ChangeRecord {
   UndoList list_;
   std::vector<std::string> paths_;
   std::optional<InHand> in_hand_;
-  // Of the files that were rewritten, right after that: what others do to them
-  // while the run goes on is theirs.
+  // The state of each file right after it was rewritten. Whatever differs later
+  // was changed by others.
   std::unordered_map<std::string, FileState> states_;
   std::string undo_name_;
   bool durable_;

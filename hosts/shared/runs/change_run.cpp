@@ -18,11 +18,9 @@ constexpr char kNoRoom[] = "there is no room for its safe copy";
 
 bool stopped() { return system::stop_status() != 0; }
 
-// How careful the library is.
 void choose_safety(const ChangePlan& plan) {
-  set_environment(kSafetyVariable,
-                  plan.no_sync ? "beside,nolinks,skip"
-                               : "sync,beside,nolinks,skip");
+  set_environment(kSafetyVariable, plan.no_sync ? "beside,nolinks,skip"
+                                                : "sync,beside,nolinks,skip");
 }
 
 std::vector<std::string> paths_of(const std::vector<Target>& targets) {
@@ -118,7 +116,8 @@ void ChangeRun::count() {
   if (result_ == 0 && !stopped()) summary_.replaced = 0;
 }
 
-// Without a safe copy there is no way back.
+// After a failed run without safe copies, names the file that may be half
+// written.
 void ChangeRun::tell_of_file_in_hand() {
   const uint32_t done = Session::files_done();
   if (!plan_.no_backup || done >= targets_.size()) return;
@@ -151,17 +150,16 @@ const std::string& ChangeRun::shown(const std::string& path) const {
   return known == by_path_.end() ? path : known->second->shown;
 }
 
-// Files of which no safe copy could be made, or that cannot be loaded any
-// more.
+// Names files that have no safe copy or could not be loaded again.
 void ChangeRun::name_unchanged() {
   const uint32_t count = Session::records_in(ZENFO_LIST_ERROR);
   if (count == 0) return;
-  session_.new_errors();  // said in the user's words
+  session_.new_errors();  // drops them: the loop below explains them
   uint64_t without_room = 0;
   for (uint32_t i = 0; i < count; ++i) {
     const std::string path(session_.full_name(ZENFO_LIST_ERROR, i));
     const std::string reason = why_unchanged(path);
-    // A full store can concern every file that is left.
+    // When the disk is full, this can apply to every remaining file.
     if (reason != kNoRoom || without_room++ == 0) {
       skipped_.complain_of(shown(path), reason);
     }
@@ -180,7 +178,7 @@ std::string ChangeRun::why_unchanged(const std::string& path) const {
              : "it could not be kept safe or written";
 }
 
-// By others, since the search.
+// Whether somebody else changed the file after the search.
 bool ChangeRun::was_changed(const std::string& path) const {
   const auto target = by_path_.find(path);
   const std::optional<FileState> now = state_of(path);

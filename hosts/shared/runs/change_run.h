@@ -1,5 +1,6 @@
-// A run that changes files: the changes themselves with their safe copies, what
-// was not finished put back, dates restored, and the record of the run.
+// A run that changes files: it makes the changes and their safe copies,
+// restores the file that it did not finish, sets dates back and writes the
+// record.
 //
 // Tested by tests/cli/posix_replace_test.cpp, tests/cli/posix_fault_test.cpp
 #pragma once
@@ -23,12 +24,12 @@ namespace zenfo::host {
 struct ChangeSummary {
   uint64_t changed = 0;   // files
   uint64_t replaced = 0;  // matches
-  uint64_t not_done = 0;  // files, as the run ended before them
+  uint64_t not_done = 0;  // files that the run did not reach
 };
 
 class ChangeRun {
  public:
-  // The search is compiled. Without a chooser all matches are taken.
+  // The search must be compiled. Without a chooser all matches are changed.
   ChangeRun(Session& session, const std::vector<Target>& targets,
             const ChangePlan& plan, Skipped& skipped, MatchChooser* chooser)
       : session_(session),
@@ -40,12 +41,12 @@ class ChangeRun {
   // Changes the files until all are done or the user stops the run. Throws
   // Failure when it cannot begin.
   void make(const Change& change);
-  // Then: sees to what the changes left. From here on a stop is held back.
+  // Call after make(): restores, sets dates and writes the record. A stop is
+  // held back from here on.
   void end();
 
   const ChangeSummary& summary() const { return summary_; }
-  // The name under which the run can be undone; empty when there is nothing to
-  // undo.
+  // The name to undo the run by; empty when there is nothing to undo.
   std::string name() const { return record_ ? record_->undo_name() : ""; }
   // As RunStore::remove_old().
   uint64_t remove_old_runs() const;

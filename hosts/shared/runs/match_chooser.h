@@ -15,7 +15,7 @@ class MatchChooser {
   // Whether the match is taken.
   virtual bool take(std::string_view path, std::string_view text,
                     const Match& match) = 0;
-  // No more are to be taken, and what was not taken stays so.
+  // Whether the user chose to stop: matches not taken so far stay unchanged.
   virtual bool stopped() const = 0;
 };
 

@@ -13,7 +13,7 @@ namespace zenfo::host {
 
 namespace {
 
-// A file's bytes, without its rights: the copy can be written.
+// Copies the bytes but not the access rights, so that the copy can be written.
 void copy_bytes(const std::string& from, const std::string& to) {
   FileBytes bytes;
   std::ofstream file(to_path(to), std::ios::binary);

@@ -1,4 +1,4 @@
-// A change tried on copies of the files: what it shows is what will be done.
+// A change made to copies of the files, to show what the real one would do.
 //
 // Tested by tests/cli/posix_replace_test.cpp
 #pragma once
@@ -20,10 +20,11 @@ class Rehearsal {
   Rehearsal(Session& session, const std::vector<Target>& targets)
       : session_(session), targets_(targets) {}
 
-  // Copies the files and changes the copies. Answers the number of matches that
+  // Copies the files and changes the copies. Returns the number of matches that
   // were changed; throws Failure or Stopped.
   uint32_t run(const ChangePlan& plan, const Change& change);
-  // Then: visits every file. Answers how many differ from their copies.
+  // Call after run(): visits every file and returns how many differ from their
+  // copies.
   using Visit = std::function<void(
       const Target& target, std::string_view before, std::string_view after)>;
   uint64_t compare(const Visit& visit);

@@ -13,7 +13,8 @@
 namespace zenfo::host {
 namespace {
 
-// The text in front of the next tab, which goes with it; all without a tab.
+// Takes the text up to the next tab, and the tab, off the line; without a tab
+// it takes the whole line.
 std::string_view take_field(std::string_view& line) {
   const size_t tab = std::min(line.find('\t'), line.size());
   const std::string_view field = line.substr(0, tab);
@@ -76,7 +77,7 @@ bool JournalEntry::was_left_like(const FileState& state) const {
 JournalReader::JournalReader(const std::string& file) {
   std::ifstream lines(to_path(file), std::ios::binary);
   std::string line;
-  // A line without an end was not written whole.
+  // A line without a line feed was not written completely.
   while (std::getline(lines, line) && !lines.eof()) take(line);
 }
 

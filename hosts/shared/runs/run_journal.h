@@ -1,9 +1,9 @@
-// The journal of a run: how far it got with each of its files, and how each
-// stood then, on disk before the next file is begun. Of a run that came to its
-// end the record tells the same. An undo of the run notes in it what it is
-// about to restore.
+// The journal of a run: how far the run got with each file and the state of the
+// file at that time. Each step is written before the next file is begun. When a
+// run finishes, its record replaces the journal. An undo of the run notes in
+// the journal what it is about to restore.
 //
-// One line each, with tabs between its fields:
+// Each step is one line, with tabs between its fields:
 //
 //   boot NAME                   of the system that the lines below come from
 //   begin PATH                  about to be rewritten
@@ -32,8 +32,8 @@ namespace zenfo::host {
 
 class RunJournal {
  public:
-  // Later lines go behind those that are there. One that cannot be written
-  // leaves no journal, which tells nothing rather than half.
+  // Appends to an existing journal. If a line cannot be written, the journal is
+  // deleted, because half a journal would mislead.
   void open(const std::string& file);
   void begin(const std::string& path);
   void done(const std::string& path, const FileState& state);
@@ -41,7 +41,7 @@ class RunJournal {
   void intend(const std::string& path);
   void begin_restoring();
   void restore(const std::string& path);
-  // Takes it away: what it told is known otherwise.
+  // Deletes the journal once the record has replaced it.
   void remove();
 
  private:
@@ -58,8 +58,8 @@ class RunJournal {
 struct JournalEntry {
   bool begun = false;
   bool intended = false;  // by an undo
-  bool restored = false;  // an undo was at it, or behind it
-  // How it stood when its rewriting, or its date, was done.
+  bool restored = false;  // an undo reached it
+  // Size and modification time after it was rewritten or dated.
   std::vector<std::pair<uint64_t, int64_t>> states;
 
   bool was_left_like(const FileState& state) const;
@@ -71,14 +71,15 @@ class JournalReader {
 
   // Whether there is a journal at all.
   bool exists() const { return exists_; }
-  // The system has not been restarted since, so no line is missing.
+  // Whether the system has not been restarted since, so that no line is
+  // missing.
   bool is_complete() const { return complete_; }
-  // Whether the run was at one of its files.
+  // Whether the run began to rewrite any of its files.
   bool any_begun() const;
   const JournalEntry& entry(const std::string& path) const;
-  // Of all files it names.
+  // All files that the journal names.
   std::vector<std::string> paths() const;
-  // Whether the last undo may have ended in the middle of the file.
+  // Whether the last undo may have ended while it restored the file.
   bool was_being_restored(const std::string& path) const {
     return being_restored_.contains(path);
   }

@@ -42,7 +42,7 @@ fs::path state_folder() {
   const fs::path local = to_path(environment(kHomeVariable));
   return local.is_absolute() ? local : fs::path();
 #else
-  // A relative one is to be ignored, the rule says.
+  // The XDG rules say to ignore a relative path.
   fs::path given = to_path(environment("XDG_STATE_HOME"));
   if (given.is_absolute()) return given;
   const fs::path home = to_path(environment(kHomeVariable));
@@ -57,7 +57,7 @@ std::string time_text(const char* form, const std::tm* time) {
   return {text, length};
 }
 
-// What all copies may take.
+// The space that all copies together may take.
 uint64_t size_limit(Messages& messages) {
   const std::string text = environment(kLimitVariable);
   if (text.empty()) return kLargest;
@@ -71,7 +71,8 @@ uint64_t size_limit(Messages& messages) {
   return number * kMegabyte;
 }
 
-// A path may have any bytes, JSON only texts: each byte becomes a character.
+// A path may contain any bytes but JSON holds only text, so each byte becomes a
+// character.
 std::string to_text(const std::string& bytes) {
   std::string text;
   for (const char c : bytes) {
@@ -129,8 +130,8 @@ Run from_json(const std::string& name, const json& record) {
   return run;
 }
 
-// The number in a name, which gives runs their order; 0 for names in which
-// older versions put a process.
+// The number in a name, which gives runs their order. 0 for names of older
+// versions, which end in a process number.
 uint64_t number_in(const std::string& name) {
   constexpr size_t kTime = std::string_view("20261114-094256Z-").size();
   uint64_t number = 0;
@@ -140,9 +141,9 @@ uint64_t number_in(const std::string& name) {
   return rest == end && error == std::errc() ? number : 0;
 }
 
-// The time in the name of a run, as its record tells it: "20261114-094256Z-17"
-// becomes "2026-11-14 10:42:56" where the clock is an hour ahead. Older names
-// have local time, and no Z.
+// The time in the name of a run as records write it: "20261114-094256Z-17"
+// becomes "2026-11-14 10:42:56" in a time zone one hour ahead. Older names
+// contain local time and no Z.
 std::string time_in(const std::string& name) {
   int year, month, day, hour, minute, second;
   char zone;
@@ -168,7 +169,8 @@ std::string time_in(const std::string& name) {
   return time_text("%Y-%m-%d %H:%M:%S", &time);
 }
 
-// The list of copies, or what the library keeps beside it.
+// Whether the file is the list of copies or one that the library keeps beside
+// it.
 bool is_list(const fs::directory_entry& entry) {
   return narrow(entry.path().filename()).starts_with(kUndoFile);
 }
@@ -222,7 +224,7 @@ bool RunStore::take(const std::string& name, RunLock& lock) const {
   return lock.take(lock_file(name));
 }
 
-// Those of folders and records, of other files too.
+// The names of all runs; foreign files add names that find() rejects.
 std::set<std::string> RunStore::names() const {
   std::set<std::string> names;
   std::error_code error;
@@ -266,7 +268,7 @@ Run RunStore::begin(const std::string& command, RunLock& lock) {
   }
   numbers.release_for_good();
   if (!take(run.name, lock)) throw Failure{run.name, lock.why_not()};
-  // The library would delete whatever is there.
+  // The library would delete any file in the folder.
   if (!fs::is_empty(folder_of(run.name))) {
     throw Failure{narrow(folder_of(run.name)), "it contains foreign files"};
   }
@@ -277,8 +279,8 @@ Run RunStore::begin(const std::string& command, RunLock& lock) {
   return run;
 }
 
-// In one step: without its record a run cannot be undone, so that there must be
-// one however this ends.
+// Renames a new file over the record, so that the run always has a record to be
+// undone by.
 bool RunStore::save(const Run& run, bool durable) const {
   const fs::path fresh = fresh_record(run.name);
   std::ofstream file(fresh, std::ios::binary | std::ios::trunc);
@@ -328,7 +330,7 @@ std::vector<Run> RunStore::runs(const Run* known) const {
   return runs;
 }
 
-// What is no plain file was not put there by a run and stays.
+// Subfolders are kept, because no run creates them.
 void RunStore::remove(const std::string& name, RunLock& lock) const {
   std::error_code error;
   std::vector<fs::path> files;
@@ -384,7 +386,7 @@ bool RunStore::is_known_empty(const std::string& name) const {
   return no_list && !may_have_copies(name);
 }
 
-// By the time of what the run wrote last.
+// Uses the time at which the run last wrote its record or its list of copies.
 bool RunStore::is_older_than(std::chrono::hours age,
                              const std::string& name) const {
   std::error_code error;
@@ -412,7 +414,7 @@ uint64_t RunStore::remove_old(Messages& messages, const Run* known) const {
   for (const Run& run : newest_first) {
     const uint64_t own = size_of(run.name);
     size += own;
-    // Whatever its size, the last run can be undone.
+    // The last run can always be undone, whatever its size.
     if (&run == newest_first.data()) continue;
     const bool old = is_older_than(kOldest, run.name);
     const bool too_much = size > limit && is_older_than(kYoung, run.name);

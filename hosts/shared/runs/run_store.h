@@ -1,6 +1,6 @@
-// The folder of runs: safe copies of the files that a run changed, and what is
-// known of the run. Each run has a folder of its own, as the library empties
-// the folder in which it keeps its copies; the record stands beside it.
+// The folder of runs: for each run the safe copies of the files it changed and
+// a record of it. Each run has its own folder, because the library empties the
+// folder in which it keeps its copies; the record is beside that folder.
 //
 //   runs/20261114-094256Z-17/undo.txt     the library's
 //   runs/20261114-094256Z-17/notes.txt_0  a safe copy
@@ -8,13 +8,13 @@
 //   runs/20261114-094256Z-17.lock         held while a run or undo is alive
 //   runs/20261114-094256Z-17.journal      what is known before the record is
 //
-// A name is the time in UTC and a number that is larger than that of all runs
-// before: clocks may go back.
+// A name is the time in UTC and a number larger than that of every earlier run,
+// because clocks may be set back.
 //
-// Runs older than 30 days are removed, then the oldest until all take no more
-// than 1 GB, or what ZENFO_UNDO_MEGABYTES says; but none that is alive, none
-// younger than a day for its size, and not the last. Only the user may read
-// the folder.
+// Runs older than 30 days are removed, then the oldest until all of them take
+// no more than 1 GB, or the limit in ZENFO_UNDO_MEGABYTES. A run in progress
+// and the last run are always kept, and a run younger than a day is not removed
+// for its size. Only the user may read the folder.
 //
 // Tested by tests/cli/posix_replace_test.cpp,
 // tests/hosts/shared/run_store_test.cpp
@@ -34,7 +34,7 @@
 
 namespace zenfo::host {
 
-// A file that a run changed, as it stood when the run had ended.
+// A file that a run changed, in its state at the end of the run.
 struct RunFile {
   std::string path;
   uint64_t size = 0;
@@ -44,46 +44,45 @@ struct RunFile {
 
 struct Run {
   std::string name;
-  std::string time;  // local, "2026-11-14 09:42:56"; empty: not known
+  std::string time;  // local, "2026-11-14 09:42:56"; empty: unknown
   std::string command;
-  std::vector<RunFile> files;  // none of a run that did not come to its end
-  std::string folder = {};     // where it was started; empty: not known
+  std::vector<RunFile> files;  // empty for a run that did not finish
+  std::string folder = {};     // where it was started; empty: unknown
 };
 
 class RunStore {
  public:
-  // Throws Failure when no folder for it is known.
+  // Throws Failure when it finds no place for the folder.
   RunStore();
   explicit RunStore(const std::string& folder) : folder_(to_path(folder)) {}
 
-  // Makes an empty folder for a new run, takes the run's lock, and writes its
+  // Creates an empty folder for a new run, takes the run's lock and writes its
   // record. Throws Failure.
   Run begin(const std::string& command, RunLock& lock);
-  // False while another process has the run in hand.
+  // False while another process holds the lock of the run.
   bool take(const std::string& name, RunLock& lock) const;
-  // Rewrites the record, with `durable` onto the disk; false leaves it as it
-  // was.
+  // Rewrites the record, and flushes it to disk with `durable`. False leaves it
+  // unchanged.
   bool save(const Run& run, bool durable = false) const;
-  // A run whose record is missing or damaged is known by its list of copies.
+  // A run whose record is missing or damaged is found by its list of copies.
   std::optional<Run> find(const std::string& name) const;
-  // The oldest first. The record of a run that the caller knows is not read: it
-  // can be long. Throws Failure when the folder cannot be read.
+  // The oldest first. The record of `known` is not read again, because it can
+  // be long. Throws Failure when the folder cannot be read.
   std::vector<Run> runs(const Run* known = nullptr) const;
-  // For the holder of the lock, which is given up.
+  // To be called by the holder of the lock, which is released.
   void remove(const std::string& name, RunLock& lock) const;
-  // Says what it removes before it does. Answers what all copies take when that
-  // is more than they may, else 0.
+  // Announces each run before it removes it. Returns the size of all copies
+  // when it exceeds the limit, else 0.
   uint64_t remove_old(Messages& messages, const Run* known = nullptr) const;
-  // The files in its folder that may be safe copies.
+  // The files in the folder of a run that may be safe copies.
   std::vector<std::string> copies(const std::string& name) const;
-  // Whether there may be files in its folder that the library did not list
-  // there.
+  // Whether the folder may contain safe copies, listed or not.
   bool may_have_copies(const std::string& name) const;
-  // Whether it is certain that it has nothing to bring back.
+  // Whether the run certainly has nothing to restore.
   bool is_known_empty(const std::string& name) const;
   std::string undo_file(const std::string& name) const;
   std::string journal_file(const std::string& name) const;
-  // What its copies take.
+  // The size of the files in the folder of a run.
   uint64_t size_of(const std::string& name) const;
 
  private:

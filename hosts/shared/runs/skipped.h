@@ -1,4 +1,4 @@
-// Files that hold the text and stay as they are, by reason.
+// Files with matches that stay unchanged, counted by reason.
 //
 // Tested by tests/cli/posix_replace_test.cpp
 #pragma once

@@ -42,7 +42,8 @@ void Targets::choose(FileList& files) {
   }
 }
 
-// Of the file in hand, the selected one behind those that are done.
+// Finds the file in hand, which is the first selected file after the finished
+// ones, and deselects its matches that would not change.
 Session::Answer Targets::leave_unchanged(const FileList& files) {
   for (; next_ < files.count(); ++next_) {
     if (!session_.selected(next_)) continue;
@@ -96,12 +97,12 @@ std::string Targets::why_not_taken(const Target& target) const {
   }
   std::string reason = why_not_text(target.path);
   if (!reason.empty()) return reason;
-  // One file that cannot be written would end the run.
+  // A single file that cannot be written would end the run.
   return read_only ? "" : why_not_written(target.path);
 }
 
-// The library ends a text that it rewrites at its first zero byte, but for
-// changes of case.
+// Except for changes of case, the library drops what follows the first zero
+// byte of a file that it rewrites.
 std::string Targets::why_not_text(const std::string& path) const {
   if (plan_.binary && !plan_.cuts_at_zero_byte) return "";
   const std::optional<bool> zero = has_zero_byte(path);
@@ -118,7 +119,7 @@ void Targets::name_rejected(const FileList& files) {
     skipped_.complain_of(files.shown(path),
                          system::why_not_loaded(path, "cannot be read"));
   }
-  session_.new_errors();  // said in the user's words
+  session_.new_errors();  // drops them: complained of above
 }
 
 }  // namespace zenfo::host

@@ -1,5 +1,4 @@
-// The search that comes before a change, and the files that it leaves to
-// change.
+// The search before a change, and the files that are to be changed.
 //
 // Tested by tests/cli/posix_replace_test.cpp, tests/cli/replace_test.cpp
 #pragma once
@@ -21,7 +20,7 @@ namespace zenfo::host {
 // A file with matches that may be changed.
 struct Target {
   std::string shown;  // as the user names it
-  std::string path;   // complete, as the run is undone from anywhere
+  std::string path;   // complete, because an undo may start in any folder
   uint32_t matches = 0;
   FileState before;
 };
@@ -52,9 +51,9 @@ class Targets {
   Skipped& skipped_;
   std::vector<Target> targets_;
   std::unordered_set<std::string> identities_;
-  std::unordered_set<std::string> named_;  // not found in a folder
-  uint64_t links_ = 0;   // found in a folder: they may lead anywhere
-  uint32_t next_ = 0;    // place of the file in hand in the list of files
+  std::unordered_set<std::string> named_;  // named by the user
+  uint64_t links_ = 0;   // found in a folder; they may lead anywhere
+  uint32_t next_ = 0;    // index of the file in hand in the list of files
   uint32_t passed_ = 0;  // selected files before it
 };
 

@@ -37,11 +37,11 @@ uint32_t Undoing::bring_back(const std::vector<std::string>& files) {
   return choose(files) == 0 ? 0 : restore();
 }
 
-// False when an earlier undo brought everything back and ended while it deleted
-// the copies.
+// False when an earlier undo restored everything but ended while it deleted the
+// copies.
 bool Undoing::load() {
   const std::string undo_file = store_.undo_file(run_.name);
-  // The library would create the file.
+  // SetUndoFile() would create a missing file.
   if (!state_of(undo_file) || SetUndoFile(undo_file.c_str()) != 1) {
     refuse_without_records();
   }
@@ -61,8 +61,9 @@ bool Undoing::load() {
   return true;
 }
 
-// An undo deletes copies last, when the list no longer names them. One that
-// ended there left copies that equal their files. Returns how many it removed.
+// An undo deletes the copies last, after removing them from the list. If it was
+// interrupted there, the remaining copies equal their files. Returns the number
+// of copies removed.
 size_t Undoing::drop_spare_copies() {
   std::unordered_set<std::string> listed;
   for (uint32_t i = 0; i < UndoList::count(); ++i) listed.insert(list_.copy(i));
@@ -102,7 +103,7 @@ void Undoing::refuse_without_records() {
                                      : "no safe copies of it are recorded"};
 }
 
-// Files of the run that the list of its copies ought to name, but does not.
+// Files of the run that are missing from the list of its copies.
 std::vector<std::string> Undoing::unlisted_files() const {
   std::vector<std::string> unlisted;
   for (const RunFile& file : run_.files) {
@@ -111,7 +112,7 @@ std::vector<std::string> Undoing::unlisted_files() const {
   return unlisted;
 }
 
-// The run stays as long as there may be a copy of a file to bring back.
+// Keeps the run as long as it may contain a copy to restore.
 void Undoing::end() {
   if (!unlisted_.empty()) drop_spare_copies();
   const bool any_unlisted =
@@ -175,7 +176,7 @@ void Undoing::choose(uint32_t record) {
   chosen_[record] = true;
 }
 
-// The same file may be named in another way than it was in the run.
+// The user may name a file by another path than the run did.
 void Undoing::find_wanted(const std::string& file,
                           std::vector<size_t>& wanted) {
   const std::string path = resolved_path(file, is_link(file));
@@ -193,8 +194,8 @@ void Undoing::find_wanted(const std::string& file,
       file, "was not changed by " + run_.name + ", or is back already");
 }
 
-// Copies are made ahead: a run that was killed leaves some of files that it
-// never got to.
+// Copies are made ahead, so a killed run leaves copies of files that it never
+// began to change.
 bool Undoing::drop_unneeded(uint32_t record) {
   if (!run_.files.empty() || !known_steps_.exists() ||
       known_steps_.entry(paths_[record]).begun) {
@@ -210,14 +211,14 @@ bool Undoing::drop_unneeded(uint32_t record) {
   return true;
 }
 
-// Why a file is not to be restored; empty when it is.
+// Why a file must not be restored; empty when it may be.
 std::string Undoing::why_not(uint32_t record) {
   const auto copy = state_of_copy(record);
-  // An undo that was cut off leaves such records.
+  // An interrupted undo leaves such records.
   if (!copy) return "has no safe copy any more; it may be back already";
   if (choice_.force || !state_of(paths_[record])) return "";
   const std::string reason = why_not(record, *copy);
-  // An undo that could not shorten the list leaves files that are back.
+  // An undo that could not rewrite the list leaves records of restored files.
   return !reason.empty() && have_same_bytes(paths_[record], copies_[record])
              ? ""
              : reason;
@@ -243,7 +244,7 @@ std::string Undoing::why_not_finished(uint32_t record, const RunFile& file) {
              : "was changed after the run; --force brings it back anyhow";
 }
 
-// Nothing is known of the files of a run without a journal.
+// Without a journal there is nothing to compare a file with, so it is restored.
 std::string Undoing::why_not_unfinished(uint32_t record) {
   const JournalEntry& steps = known_steps_.entry(paths_[record]);
   const auto now = state_of(paths_[record]);
@@ -260,7 +261,7 @@ std::string Undoing::why_not_unfinished(uint32_t record) {
              : "was changed after the run; --force brings it back anyhow";
 }
 
-// By an undo that came to no end.
+// Whether an undo ended while it restored the file.
 bool Undoing::is_half_restored(uint32_t record) {
   const std::string& path = paths_[record];
   const JournalEntry& steps = known_steps_.entry(path);
@@ -269,15 +270,16 @@ bool Undoing::is_half_restored(uint32_t record) {
   return steps.intended && now && is_torn(*now);
 }
 
-// Whether a power cut may have made the file what it is: not when it was
-// written well after the last line of the journal.
+// Whether a power cut may have damaged the file: not if it was written more
+// than a minute after the last line of the journal.
 bool Undoing::is_torn(const FileState& state) const {
   constexpr int64_t kSlack = 60 * kModifiedPerSecond;
   return known_steps_.exists() && !known_steps_.is_complete() && last_step_ &&
          state.modified <= *last_step_ + kSlack;
 }
 
-// What is left of a file whose restoring failed is known for the next undo.
+// Notes the state of files that could not be restored, so that the next undo
+// recognises them.
 void Undoing::note_failed(size_t end) {
   for (; looked_at_ < end; ++looked_at_) {
     const auto record = static_cast<uint32_t>(looked_at_);
@@ -291,7 +293,7 @@ void Undoing::note_failed(size_t end) {
   }
 }
 
-// Files that somebody changed since they were chosen are left alone.
+// Leaves out files that somebody changed since they were chosen.
 void Undoing::note_step(size_t from, size_t to) {
   const size_t restored = paths_.size() - UndoList::count();
   note_failed(from - restored);
@@ -308,8 +310,8 @@ void Undoing::note_step(size_t from, size_t to) {
   }
 }
 
-// Answers the number of files restored. What is about to be restored is noted
-// before: a half restored file looks like one that somebody else changed.
+// Returns the number of files restored. The journal names them first, because a
+// half restored file looks like one that somebody else changed.
 uint32_t Undoing::restore() {
   const uint32_t records = UndoList::count();
   const std::string journal = store_.journal_file(run_.name);
@@ -317,7 +319,7 @@ uint32_t Undoing::restore() {
   for (size_t i = 0; i < paths_.size(); ++i) {
     if (chosen_[i]) journal_.intend(paths_[i]);
   }
-  // After a loss of power it explains files that are half restored.
+  // After a power cut the journal explains half restored files.
   if (choice_.durable) flush_file(journal);
   size_t noted = 0;
   session_.hold_stop(false);

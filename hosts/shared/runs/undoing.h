@@ -1,4 +1,4 @@
-// One run on its way back.
+// The undo of one run.
 //
 // Tested by tests/cli/posix_fault_test.cpp, tests/cli/posix_journal_test.cpp
 #pragma once
@@ -21,19 +21,19 @@
 namespace zenfo::host {
 
 struct UndoChoice {
-  bool force = false;   // also files that others changed
+  bool force = false;   // restores files that others changed, too
   bool durable = true;  // the undo survives a loss of power
 };
 
 class Undoing {
  public:
-  // The lock is the run's, and held.
+  // `lock` is the run's lock, already taken.
   Undoing(Session& session, const RunStore& store, Run run, RunLock lock,
           const UndoChoice& choice);
 
-  // Brings back the files named, or all. Answers how many.
+  // Restores the named files, or all of them. Returns the number restored.
   uint32_t bring_back(const std::vector<std::string>& files);
-  // Then: records what is left of the run, or removes it.
+  // Call after bring_back(): records what is left of the run, or removes it.
   void end();
 
  private:
@@ -66,11 +66,11 @@ class Undoing {
   RunLock lock_;
   UndoChoice choice_;
   JournalReader known_steps_;         // before this undo
-  std::optional<int64_t> last_step_;  // when one was written
+  std::optional<int64_t> last_step_;  // when the journal was last written
   RunJournal journal_;
-  size_t looked_at_ = 0;  // records at the head of the list, after restoring
-  std::vector<std::string> unknown_;   // may be half restored
-  std::vector<std::string> unlisted_;  // of which copies may be left
+  size_t looked_at_ = 0;               // records that note_failed() has checked
+  std::vector<std::string> unknown_;   // files that may be half restored
+  std::vector<std::string> unlisted_;  // files whose copies may be left
   UndoList list_;
   std::vector<std::string> paths_;   // of the records
   std::vector<std::string> copies_;  // and of their safe copies

@@ -19,7 +19,7 @@ using system::PathKind;
 
 constexpr char kAllFiles[] = "*.*";
 
-// What goes in front of paths that name no folder.
+// Put before paths without a folder.
 constexpr char kHere[] = {'.', kSeparator, '\0'};
 constexpr size_t kHereLength = sizeof(kHere) - 1;
 
@@ -27,12 +27,12 @@ bool has_wildcard(std::string_view text) {
   return text.find_first_of("*?") != std::string_view::npos;
 }
 
-// A specification ends a path at these.
+// ";" and "|" end a path in a search specification.
 bool is_sayable(std::string_view path) {
   return path.find_first_of(";|") == std::string_view::npos;
 }
 
-// Why a line of a list file names nothing to list; empty when it does.
+// Why a line of a list file is left out; empty when it is not.
 std::string why_left_out(Session& session, uint32_t index,
                          const std::string& path) {
   const system::PathFacts facts = system::look_at(path);
@@ -40,7 +40,7 @@ std::string why_left_out(Session& session, uint32_t index,
   return session.trashed(index) ? "lies in a recycle bin" : "";
 }
 
-// The library's search passes these over.
+// The library's search skips these folders.
 bool is_recycle_bin(std::string_view name) {
   const auto is = [&](std::string_view bin) {
     return std::equal(name.begin(), name.end(), bin.begin(), bin.end(),
@@ -59,7 +59,8 @@ PathPattern split_pattern(const std::string& path) {
   const size_t drive = system::drive_length(path);
   PathPattern halves{path.substr(0, drive) + '.', path.substr(drive),
                      kHereLength};
-  // "C:.\*.c" cannot lose its point again by cutting in front.
+  // "C:.\*.c": the added "." is not at the start, so it cannot be cut off
+  // again.
   if (drive > 0) halves.added_prefix = 0;
   return halves;
 }
@@ -229,8 +230,8 @@ void FileList::add_pattern(const std::string& argument) {
   }
 }
 
-// Facts are gathered for the whole list by each call, so only the last one
-// asks for them.
+// Each call gathers facts for the whole list, so only the last one asks for
+// them.
 void FileList::load(const FactOptions& facts) {
   const bool one_search = runs_.size() == 1 && runs_[0].paths.empty();
   for (const ArgumentRun& run : runs_) {
@@ -247,7 +248,8 @@ void FileList::load(const FactOptions& facts) {
   if (!one_search && facts.any()) session_.gather_facts(facts);
 }
 
-// Only where both kinds of paths meet does a path not tell.
+// Notes which paths begin with "./" because the user wrote it. That is
+// ambiguous only when other paths got an added "./".
 void FileList::note_written_prefixes() {
   if (!prefix_added_) return;
   for (size_t run = 0; run < runs_.size(); ++run) {

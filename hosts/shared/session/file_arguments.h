@@ -1,9 +1,9 @@
-// From the PATHs of a command line to the library's list of files.
+// Turns the PATHs of a command line into the library's list of files.
 //
-// A folder and a pattern are searched for by specification; a file is entered
-// as it is written, whatever bytes its name has. The list keeps the order of
-// the command line, so the arguments become runs: neighbours that the library
-// can take in one call.
+// Folders and patterns become search specifications; a file is entered by its
+// path, whatever bytes the path contains. The list keeps the order of the
+// command line, so the arguments are grouped into runs: neighbours that the
+// library can take in one call.
 //
 // Tested by tests/hosts/shared/file_arguments_test.cpp,
 // tests/cli/command_test.cpp
@@ -37,25 +37,25 @@ struct FileChoice {
   std::vector<std::string> patterns;
   // Shell patterns for folders whose files are not wanted.
   std::vector<std::string> excluded_folders;
-  // Whose lines are taken in the place of arguments; none when empty.
+  // A file whose lines replace the arguments; empty: no such file.
   std::string list_file;
 };
 
-// Stands for standard input among arguments.
+// The argument that means standard input.
 inline constexpr char kStandardInput[] = "-";
 
-// Neighbouring arguments for one call: a specification, or else paths.
+// Neighbouring arguments for one call: either a specification or paths.
 struct ArgumentRun {
   std::string specification;
   std::vector<std::string> paths;
-  // Bytes in front of each path that the user did not write: "./".
+  // Bytes at the start of each path that the user did not write: "./".
   size_t added_prefix = 0;
 
   bool operator==(const ArgumentRun&) const = default;
 };
 
-// A path whose last component may be a pattern, in its two halves. The folder
-// is "." (behind the drive, if there is one) when the path names none.
+// The two halves of a path whose last component may be a pattern. The folder is
+// "." (after the drive, if there is one) when the path names none.
 struct PathPattern {
   std::string folder;
   std::string pattern;
@@ -67,7 +67,7 @@ PathPattern split_pattern(const std::string& path);
 std::string search_group(std::string folder, bool subfolders,
                          const std::vector<std::string>& patterns);
 
-// Appends a group to the runs, into the last one if that fits.
+// Appends a group to the runs, to the last one if possible.
 void append_group(std::vector<ArgumentRun>& runs, const std::string& group,
                   size_t added_prefix);
 void append_path(std::vector<ArgumentRun>& runs, const std::string& path);
@@ -77,13 +77,13 @@ class FileList {
  public:
   explicit FileList(Session& session) : session_(session) {}
 
-  // Complains about each argument that names nothing, and each folder that
-  // cannot be listed, and goes on without it. To be called once.
+  // Complains about each argument that names nothing and each folder that
+  // cannot be listed, and continues without it. Call it once.
   void fill(const std::vector<std::string>& arguments, const FileChoice& choice,
             const FactOptions& facts);
 
   uint32_t count() const { return count_; }
-  // The path as a person expects it. Valid until the session's next call.
+  // The path to show to the user. Valid until the session's next call.
   std::string_view path(uint32_t index) {
     return shown(session_.full_name(index));
   }
@@ -91,15 +91,15 @@ class FileList {
   std::string_view shown(std::string_view path) const;
   // Whether the user named the file itself, not its folder or a pattern.
   bool is_named(uint32_t index) const { return stretch_of(index).named; }
-  // Whether the file is what came through standard input or a pipe.
+  // Whether the file is a copy of standard input, a pipe or a device.
   bool is_stream(uint32_t index) const {
     return !streams_.empty() && streams_.contains(session_.full_name(index));
   }
-  // Whether the file stands earlier in the list, entered by another pattern.
+  // Whether another pattern already entered the file earlier in the list.
   bool is_repeat(uint32_t index) const { return repeats_.contains(index); }
 
-  // Takes the repeats out. Like a sort, it moves files: is_named() and
-  // is_repeat() do not hold any more, path() does.
+  // Removes the repeats. Like a sort this moves files, so that is_named() and
+  // is_repeat() become invalid; path() stays valid.
   void drop_repeats();
 
  private:
@@ -113,8 +113,8 @@ class FileList {
   void add_folder(const std::string& folder, const FileChoice& choice);
   void add_pattern(const std::string& argument);
   void add_here(const FileChoice& choice);
-  // Looks for folders that cannot be listed, while the library works.
-  // `added_prefix` as in a run.
+  // Looks for folders that cannot be listed, in a thread beside the library.
+  // `added_prefix` as in ArgumentRun.
   void check_below(std::string folder, const FileChoice& choice,
                    size_t added_prefix);
   void complain_about_unlisted();
@@ -130,14 +130,15 @@ class FileList {
   std::vector<Stretch> stretches_;  // by first
   std::unordered_set<uint32_t> repeats_;
   bool prefix_added_ = false;  // in front of some paths
-  // Paths that begin like that because the user wrote them so.
+  // Paths that begin with "./" because the user wrote it.
   std::set<std::string, std::less<>> written_prefixes_;
-  // Names to show of the files that hold what came through streams.
+  // The name to show for each file with the copy of a stream.
   std::map<std::string, std::string, std::less<>> streams_;
   uint32_t count_ = 0;
 };
 
-// Complains about the files of a list that lack a fact and takes them out.
+// Complains about files of a list whose facts could not all be read, and
+// removes them.
 void leave_out_incomplete(Session& session, int32_t list,
                           const FileList& files);
 

@@ -14,7 +14,7 @@
 namespace zenfo::host {
 namespace {
 
-// The library does without a report that it cannot write.
+// The library would silently continue without a report that it cannot create.
 void check_report(const std::string& path) {
   if (path.empty() || can_be_written(path)) return;
   throw Failure{path, "the report cannot be written"};
@@ -24,11 +24,10 @@ void check_compiled(int32_t result, const std::string& text) {
   if (result != 1) throw Failure{text, "there is nothing in it to search for"};
 }
 
-// Constructs that may stand for a line feed, or for anything: negation, named
-// classes, wildcards.
+// Constructs that can match a line feed: negation, named classes, wildcards.
 constexpr std::string_view kWideConstructs = "!#?";
 
-// The library's own check would reject every control byte.
+// No byte check: the library's own would reject every control byte.
 constexpr int32_t kAnyBytes = 0;
 
 uint32_t match_number(TextAccessor accessor, uint32_t index) {
@@ -40,11 +39,12 @@ uint32_t match_number(TextAccessor accessor, uint32_t index) {
   return number;
 }
 
-// The bytes up to a line feed, and up to one that texts do not have.
+// Pattern for the bytes up to a line feed, and up to \x01, which texts rarely
+// contain.
 constexpr char kRestOfLine[] = "!'\n'[0-]";
 constexpr char kRestOfText[] = "!'\x01'[0-]";
 
-// Takes what may mean something in the pattern language as it is.
+// Escapes everything that may have a meaning in the pattern language.
 std::string escaped(const std::string& text) {
   std::string pattern;
   for (const char c : text) {
@@ -54,14 +54,14 @@ std::string escaped(const std::string& text) {
   return pattern;
 }
 
-// In a list of texts there are no blanks.
+// Texts in a list of alternatives cannot contain blanks.
 bool can_be_listed(const std::string& text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
     return c > ' ' && c < '\x7f';
   });
 }
 
-// Makes one pattern of several texts: any of them.
+// Combines several texts into one pattern that matches any of them.
 void unite_texts(SearchOptions& options) {
   const std::vector<std::string>& texts = options.texts;
   if (texts.size() < 2 || options.is_pattern || options.caret ||
@@ -76,17 +76,17 @@ void unite_texts(SearchOptions& options) {
   options.is_pattern = true;
 }
 
-// Whether a match may be empty, which makes it none. With what it takes along
-// it would still lead behind that.
+// Whether a match may be empty. The library drops empty matches, but with the
+// rest of a line added they would not be empty any more.
 bool may_be_empty(const SearchOptions& options) {
   constexpr std::string_view kNoneAtLeast = "[0";
   return options.is_pattern &&
          options.texts.front().find(kNoneAtLeast) != std::string::npos;
 }
 
-// A match that is dropped, as no word, would hide others behind it; a report
-// has all matches; what ends a match may be given already. The language is the
-// library's own as long as no file of classes changes it.
+// A longer match that is dropped because it is not a whole word would hide
+// others after it; a report must list every match; the end marker may already
+// be in use. A file of classes can redefine the constructs used here.
 bool takes_more(const SearchOptions& options) {
   return options.texts.size() == 1 && !options.between &&
          options.end.text.empty() && !options.whole_words &&
@@ -97,7 +97,7 @@ bool takes_more(const SearchOptions& options) {
 bool has_wide_construct(const std::string& pattern) {
   for (size_t i = 0; i < pattern.size(); ++i) {
     if (pattern[i] == '\\') {
-      ++i;  // what follows stands for itself
+      ++i;  // the next character is literal
     } else if (kWideConstructs.find(pattern[i]) != std::string_view::npos) {
       return true;
     }
@@ -114,7 +114,7 @@ bool stays_in_line(const SearchOptions& options, const std::string& text) {
 }  // namespace
 
 bool search_once_a_line(SearchOptions& options) {
-  // Where many of them are near, one after the other is found sooner.
+  // With many texts, searching for one after the other is faster.
   constexpr size_t kMostTexts = 100;
   if (options.texts.size() > kMostTexts) return false;
   SearchOptions changed = options;

@@ -1,7 +1,7 @@
-// What a search looks for, its compilation into the library, and its run.
+// What a search looks for: its compilation in the library, and its run.
 //
-// One text is compiled as the library's find pattern; several become string
-// pairs, searched for one after the other in each file.
+// One text becomes the library's find pattern; several become string pairs,
+// which are searched for one after the other in each file.
 //
 // Tested by tests/hosts/shared/search_test.cpp, tests/cli/find_test.cpp
 #pragma once
@@ -17,7 +17,7 @@
 
 namespace zenfo::host {
 
-// A text that must stand beside a match, or beside an area.
+// A text that must be directly before or after a match.
 struct Marker {
   std::string text;
   bool is_pattern = false;
@@ -32,10 +32,10 @@ struct Areas {
 
 struct SearchOptions {
   std::vector<std::string> texts;
-  // In place of the texts: from the first to the second.
+  // Used instead of the texts: matches reach from the first to the second.
   std::optional<std::pair<std::string, std::string>> between;
   bool is_pattern = false;
-  bool caret = false;  // caret names mean control characters
+  bool caret = false;  // caret names, such as ^M, mean control characters
   Marker start;
   Marker end;
   Areas areas;
@@ -45,16 +45,15 @@ struct SearchOptions {
   std::string report;
 };
 
-// Both below make one pattern of several texts where they can.
+// The two functions below combine several texts into one pattern if possible.
 
-// Makes every match take the rest of its line with it, unseen, so that the
-// matches are as many as the lines they are in. False, and nothing is changed,
-// where a match might be empty or cross the end of a line, or its surroundings
-// matter.
+// Extends every match, invisibly, to the end of its line, so that the number of
+// matches equals the number of lines with matches. False, without a change, if
+// a match might be empty or span lines, or if its surroundings matter.
 bool search_once_a_line(SearchOptions& options);
-// Makes the first match take what is behind it too, so that as good as nothing
-// follows: for those who only want to know whether there is one. False, and
-// nothing is changed, where a match might be empty or its surroundings matter.
+// Extends the first match over nearly all that follows it, for callers who only
+// want to know whether there is a match. False, without a change, if a match
+// might be empty or its surroundings matter.
 bool search_once_a_file(SearchOptions& options);
 
 class Search {
@@ -65,14 +64,16 @@ class Search {
   // Throws Failure for a text that compiles to nothing and for a file of
   // classes or a report that cannot be used.
   void compile();
-  // Of a single text, after another search was compiled.
+  // Compiles the single text again after another search was compiled.
   void compile_again() { compile(options_.texts.front()); }
-  // The question comes once for each text of each file.
+  // Whether there are several texts: the question is then asked for each text
+  // in each file.
   bool several_texts() const { return options_.texts.size() > 1; }
-  // Runs over the selected files; the number of matches. Without a question
-  // lists 4, 6 and 7 tell the results all the same.
+  // Searches the selected files and returns the number of matches. Without a
+  // question the results are still in lists 4, 6 and 7.
   uint32_t run(const Session::Question& question);
-  // Runs over the lines of a file; the results are in the summary.
+  // Searches the files that the lines of `list` name; the results are written
+  // to `summary`.
   uint32_t run_over_lines(const std::string& list, const std::string& summary);
 
  private:
@@ -84,7 +85,7 @@ class Search {
   const SearchOptions& options_;
 };
 
-// Inside the question: the matches of the file in hand, list 5.
+// The matches of the file in hand, list 5. To be called inside the question.
 uint32_t matches_in_hand();
 Match match_in_hand(uint32_t index);
 

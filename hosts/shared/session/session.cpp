@@ -18,14 +18,15 @@ namespace {
 constexpr int32_t kSeeds = ZENFO_LIST_OTHER_FILES;
 constexpr int32_t kFiles = ZENFO_LIST_RUN_FILES;
 
-// Phases are told in plain characters.
+// The names of phases are plain ASCII.
 bool starts_with(const ZenfoWideChar* text, std::string_view phase) {
   return std::all_of(phase.begin(), phase.end(), [&](char c) {
     return *text++ == static_cast<ZenfoWideChar>(c);
   });
 }
 
-// More than any path the library finds below a folder, and than any other text.
+// Longer than any path the library finds below a folder, and than any other
+// text.
 constexpr size_t kTextRoom = 64 * 1024;
 
 // Answers to the file question.
@@ -36,8 +37,8 @@ bool is_sayable(std::string_view path) {
   return path.find_first_of(";|") == std::string_view::npos;
 }
 
-// Without one the library's own words are missing from messages; that is no
-// reason not to work.
+// Without the file, messages lack the library's own explanation, but the work
+// can continue.
 std::string make_error_file() {
   try {
     return temporary_folder::make_file();
@@ -67,7 +68,7 @@ Session::~Session() {
   temporary_folder::remove();
 }
 
-// Only what is needed: a callback that is there costs time.
+// Sets only the callbacks that are needed, because each one costs time.
 void Session::set_callbacks() {
   CallbackTable table{};
   if (!leaves_at_stop_) table.interrupt = on_interrupt;
@@ -94,7 +95,7 @@ int32_t Session::on_interrupt() {
   return status != 0 && current_->may_stop() ? status : 0;
 }
 
-// The library is done with a rewritten file once it is on one of the lists.
+// A rewritten file is finished once it is on one of the result lists.
 bool Session::may_stop() const {
   return !hold_stop_ || (rewritten_ && files_done() > done_before_);
 }
@@ -112,8 +113,8 @@ void Session::leave(int status) {
   system::leave(status);
 }
 
-// A bar, or a line of the journal, that there is no memory for is no reason to
-// end in the middle of a file.
+// Running out of memory for the progress bar or a journal line must not end the
+// run in the middle of a file.
 int32_t Session::on_status(const ZenfoWideChar* text) {
   try {
     if (current_->changing_) current_->note_phase(text);
@@ -123,8 +124,8 @@ int32_t Session::on_status(const ZenfoWideChar* text) {
   return 0;
 }
 
-// A file that was rewritten is in hand until the next one has been loaded: its
-// other string pairs may follow.
+// A rewritten file stays in hand until the next one has been loaded, because
+// its other string pairs may follow.
 void Session::note_phase(const ZenfoWideChar* status) {
   const auto is = [&](std::string_view phase) {
     return starts_with(status, phase);
@@ -151,7 +152,7 @@ int32_t Session::on_file_question(const ZenfoWideChar*) {
 int32_t Session::on_option_question(const ZenfoWideChar*, int32_t) {
   Session& session = *current_;
   Answer answer = Answer::kStop;
-  // Nothing may be thrown through the library.
+  // No exception may pass through the library.
   try {
     session.progress_.erase();
     if (system::stop_status() == 0) answer = session.question_();
@@ -255,7 +256,7 @@ void Session::copy(int32_t source, int32_t target, size_t count,
   finish(copied == static_cast<int32_t>(count) ? copied : -1, "list of files");
 }
 
-// One of the paths will do where the system cannot show a file that is known.
+// Uses one of the paths if the system knows no file of its own.
 void Session::make_seed(const std::vector<std::string>& paths) {
   auto try_file = [&](const std::string& path) {
     const bool named = path.find(system::kSeparator) != std::string::npos;
@@ -269,7 +270,7 @@ void Session::make_seed(const std::vector<std::string>& paths) {
   throw Failure{paths.front(), "cannot be entered into the list of files"};
 }
 
-// Doubles the entries, so that many paths cost few calls.
+// Doubles the number of entries each time, so that many paths take few calls.
 void Session::grow_seeds(size_t count) {
   for (; seeds_ < count; seeds_ *= 2) copy(kSeeds, kSeeds, seeds_, {});
 }

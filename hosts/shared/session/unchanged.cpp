@@ -12,7 +12,7 @@ namespace {
 bool is_capital(char c) { return c >= 'A' && c <= 'Z'; }
 bool is_small(char c) { return c >= 'a' && c <= 'z'; }
 
-// Without what a search may pass over: blanks, and case on demand.
+// Removes what a search may ignore: blanks and, on demand, case.
 std::string bare(const std::string& text, bool ignore_case) {
   std::string kept;
   for (const char c : text) {
@@ -22,14 +22,14 @@ std::string bare(const std::string& text, bool ignore_case) {
   return kept;
 }
 
-// Whether what is found may be something else than the one text sought.
+// Whether a match may differ from the one text sought.
 bool finds_many(const SearchOptions& search) {
   return search.is_pattern || search.caret || search.between ||
          search.texts.size() != 1;
 }
 
-// What the library will put in the place of a match; it marks texts that are
-// shorter than the match at their ends.
+// Whether the library will replace the match by the same text. It appends a
+// mark to texts that it cuts.
 bool own_replacement_is(uint32_t index, std::string_view matched) {
   constexpr std::string_view kMark = " ...";
   constexpr size_t kRoom = 16;

@@ -1,6 +1,6 @@
-// Matches that a change would leave as they are: "x" replaced by "x", capital
-// letters turned to capital ones. They are no changes: they are not counted,
-// and a file that has no others is neither written nor kept safe.
+// Matches that a change would not alter: "x" replaced by "x", capital letters
+// changed to capital letters. They are not counted as changes, and a file that
+// has no others is neither written nor copied.
 //
 // Tested by tests/hosts/shared/unchanged_test.cpp
 #pragma once
@@ -13,19 +13,19 @@
 
 namespace zenfo::host {
 
-// Whether a match would stay as it is, by its text. Null: no match could.
+// Whether a match with this text would stay the same. Null: no match could.
 using Stays = std::function<bool(std::string_view matched)>;
 
-// Of matches that become this text. Most texts that are sought tell at once
-// that no match could stay; the files need not be read for it then.
+// For matches that are replaced by this text. Most search texts show at once
+// that no match could stay; then the files need not be read.
 Stays stays_as(const SearchOptions& search, const std::string& replacement);
-// Of matches whose letters are turned to capital or small ones.
+// For matches whose letters become capital or small ones.
 Stays stays_in_case(const SearchOptions& search, bool upper);
 
-// To be called inside the question: deselects those matches of the file in hand
-// that stay, or whose own replacement is what they are.
+// Deselects the matches of the file in hand that stay, or whose own replacement
+// is the same text. To be called inside the question.
 void deselect_unchanged(const std::string& path, const Stays& stays);
-// For matches with replacements of their own and nothing else.
+// For runs in which each match has its own replacement.
 bool stays_never(std::string_view matched);
 
 }  // namespace zenfo::host

@@ -9,7 +9,8 @@
 namespace zenfo::host {
 namespace {
 
-// Text accessors ignore the size that they are given and copy the whole text.
+// Accessors may copy the whole text whatever size they are given; one byte is
+// for the NUL.
 constexpr size_t kNoText = 1;
 
 }  // namespace

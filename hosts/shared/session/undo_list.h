@@ -13,12 +13,11 @@ namespace zenfo::host {
 
 class UndoList {
  public:
-  // Reads the file that is the library's undo list. False when it is not known
-  // whether all of it was read: then count() is 0, and nothing may be concluded
-  // from that.
+  // Reads the library's undo file. False when it may not have been read
+  // completely; count() is then 0 and proves nothing.
   bool load(const std::string& file);
 
-  // Of the list as it is now: undoing shortens it.
+  // The current length of the list; undoing shortens it.
   static uint32_t count();
   // A file that was changed, and its safe copy.
   std::string path(uint32_t index) { return text(GetOrigFile, index); }
@@ -28,7 +27,7 @@ class UndoList {
   using Accessor = decltype(&GetOrigFile);
   std::string text(Accessor accessor, uint32_t index);
 
-  std::vector<char> buffer_;  // no text of the list is longer
+  std::vector<char> buffer_;  // as large as the file, so that any text fits
 };
 
 }  // namespace zenfo::host

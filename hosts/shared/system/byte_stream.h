@@ -17,15 +17,15 @@ class ByteStream {
   static ByteStream standard_input();
   // Waits for the writer of a pipe.
   static ByteStream to_read(const std::string& path);
-  // A file that exists; it becomes empty.
+  // Opens an existing file and empties it.
   static ByteStream to_rewrite(const std::string& path);
   ~ByteStream();
   ByteStream(const ByteStream&) = delete;
   ByteStream& operator=(const ByteStream&) = delete;
 
   bool is_open() const;
-  // The bytes read, 0 at the end and when the user stops the command. None
-  // after an error.
+  // Returns the number of bytes read; 0 at the end and when the user stops the
+  // command, no value after an error.
   std::optional<size_t> read(char* bytes, size_t room) const;
   // Writes all of them. False after an error.
   bool write(const char* bytes, size_t size) const;

@@ -1,5 +1,5 @@
-// What the host knows of a file apart from the library: how it stood after a
-// run, whether two names mean the same file, and its modification time.
+// What the host itself finds out about a file: its state after a run, whether
+// two names mean the same file, and its modification time.
 //
 // posix/file_state.cpp and win32/file_state.cpp are twins. Links are followed.
 //
@@ -20,39 +20,39 @@ inline constexpr int64_t kModifiedPerSecond = 1'000'000'000;
 
 struct FileState {
   uint64_t size = 0;
-  int64_t modified = 0;    // in the system's own unit and from its own start
+  int64_t modified = 0;    // in the unit and from the epoch of the system
   std::string identity;    // the same for all names of a file
-  bool read_only = false;  // marked as not to be written
+  bool read_only = false;  // has the read-only mark
 
   bool operator==(const FileState&) const = default;
 };
 
-// None when there is no such file or nothing can be learnt of it.
+// No value when the file does not exist or cannot be examined.
 std::optional<FileState> state_of(const std::string& path);
-// The path from the root, good from any folder.
+// The absolute path.
 std::string complete_path(const std::string& path);
 bool is_link(const std::string& path);
-// The complete path without links on its way, so far as it exists. Only what is
-// a link is asked where it leads.
+// The complete path with links resolved, as far as it exists. The last
+// component is only resolved if `is_link`.
 std::string resolved_path(const std::string& path, bool is_link);
-// Why a file cannot be written, though it is not read-only: empty when it can.
-// Nothing is written.
+// Why a file that is not read-only still cannot be written; empty when it can.
+// Does not write to it.
 std::string why_not_written(const std::string& path);
-// False, too, when one of them cannot be read.
+// Also false when one of them cannot be read.
 bool have_same_bytes(const std::string& a, const std::string& b);
 // False when the time cannot be set.
 bool set_modified(const std::string& path, int64_t modified);
-// Marked as not to be written. Rights that come from elsewhere show when it is
-// written.
+// Whether the file has the read-only mark. Missing rights of other kinds show
+// only when it is written.
 bool is_read_only(const std::string& path);
-// The same for a file whose state was just asked.
+// The same for a file whose state is already known.
 bool is_read_only(const std::string& path, const FileState& state);
 // False when the mark cannot be changed.
 bool set_read_only(const std::string& path, bool on);
-// Tells this process apart from others that run now.
+// A number that no other running process has.
 uint32_t process_number();
 
-// Takes the mark off a file as long as this object lives.
+// Removes the read-only mark from a file as long as this object lives.
 class WriteAccess {
  public:
   explicit WriteAccess(const std::string& path)

@@ -1,5 +1,5 @@
-// Folders that a search through subfolders cannot list. The library takes them
-// for empty, so they are looked for beside it.
+// Folders that a search through subfolders cannot list. The library treats them
+// as empty, so the host looks for them itself.
 //
 // posix/folder_check.cpp and win32/folder_check.cpp are twins.
 //
@@ -21,9 +21,9 @@ struct UnlistedFolder {
 // Whether the search enters a folder of that name.
 using FolderTest = std::function<bool(std::string_view name)>;
 
-// Of the folder and all below it that the library would enter, those that it
-// cannot list, in no order. Touches nothing else, so that it may run in a
-// thread of its own. Ends early when the user stops the command.
+// Returns those of the folder and all folders below it that the library would
+// enter but cannot list, in no order. Shares no data with other threads, so it
+// may run in its own. Ends early when the user stops the command.
 std::vector<UnlistedFolder> find_unlisted(const std::string& folder,
                                           const FolderTest& enters);
 

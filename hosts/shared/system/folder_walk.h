@@ -1,5 +1,5 @@
-// A walk through a folder and all below it for folders that cannot be listed.
-// How a folder is listed the systems' folder_check.cpp say.
+// Walks through a folder and all folders below it and notes those that cannot
+// be listed. Each system's folder_check.cpp says how a folder is listed.
 //
 // Tested by tests/cli/posix_command_test.cpp, tests/cli/files_test.cpp
 #pragma once

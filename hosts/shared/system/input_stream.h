@@ -1,4 +1,4 @@
-// A file to read, closed by itself.
+// A file to read that closes itself.
 //
 // Tested by tests/hosts/shared/found_text_test.cpp, tests/cli/replace_test.cpp
 #pragma once
@@ -22,8 +22,8 @@ inline InputStream without_buffer(std::FILE* opened) {
   return file;
 }
 
-// Null when it cannot be opened or is not an ordinary file. Without a buffer,
-// for a read or two in each of very many files.
+// Null when the file cannot be opened or is not an ordinary one. It has no
+// buffer, for one or two reads in each of very many files.
 inline InputStream open_unbuffered(const std::string& path) {
   return without_buffer(open_ordinary(path));
 }

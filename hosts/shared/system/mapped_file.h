@@ -1,5 +1,5 @@
-// A file's bytes where the system has them, without reading it whole: for one
-// line of a large file only its part of the file is touched.
+// A file mapped into memory: showing one line of a large file touches only that
+// part of it.
 //
 // Tested by tests/hosts/shared/found_text_test.cpp,
 // tests/cli/posix_find_test.cpp
@@ -11,8 +11,8 @@
 
 namespace zenfo::host {
 
-// Should the file be shortened by somebody meanwhile, the process ends when it
-// looks at what is gone. For commands that leave nothing half done.
+// If somebody shortens the file, the process ends when it reads the missing
+// part. So it is only for commands that leave nothing half done.
 class MappedFile {
  public:
   MappedFile() = default;
@@ -20,15 +20,15 @@ class MappedFile {
   MappedFile(const MappedFile&) = delete;
   MappedFile& operator=(const MappedFile&) = delete;
 
-  // To be called once, before the library is at work: that has a handler of its
-  // own for the files that it maps, and passes on what is not its own.
-  // `handler` is called from within a signal handler, and is to end the
-  // process.
+  // Call it once, before the library starts: the library installs its own
+  // handler for the files it maps and passes other faults on. `handler` is
+  // called from a signal handler and must end the process.
   using LossHandler = void(const char* path);
   static void prepare(LossHandler& handler);
 
-  // False for a file that is not worth it or cannot be mapped, and always on
-  // Windows, where nobody else could shorten it then: read it.
+  // False for a file that is too small or cannot be mapped, and always on
+  // Windows, where a mapping would keep others from shortening the file: read
+  // it instead.
   bool open(const std::string& path);
   void close();
   bool is_open() const { return data_ != nullptr; }

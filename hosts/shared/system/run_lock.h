@@ -1,5 +1,5 @@
-// A lock on a file of this host, released when its process ends, however that
-// happens; and whether the system has been restarted since.
+// A lock on a file of this host, released when its process ends in any way; and
+// whether the system has been restarted since some time.
 //
 // posix/run_lock.cpp and win32/run_lock.cpp are twins.
 //
@@ -19,15 +19,15 @@ class RunLock {
   RunLock& operator=(RunLock&& other) noexcept;
   ~RunLock() { release(); }
 
-  // Creates the file if need be. False when another holds the lock, or when
-  // that cannot be known. Where the system has no such locks there is no other:
-  // true.
+  // Creates the file if necessary. False when another process holds the lock,
+  // or when that cannot be determined. On a file system without locks no other
+  // process can hold one, so the result is true.
   bool take(const std::string& path);
   // Why the lock was not taken.
   const std::string& why_not() const { return why_not_; }
-  // Waits for the other. Without a lock when the file cannot be opened.
+  // Waits until the lock is free. Takes no lock when the file cannot be opened.
   void wait_for(const std::string& path);
-  // Gives it up and deletes its file.
+  // Releases the lock and deletes its file.
   void release_for_good();
   void release();
 
@@ -43,9 +43,9 @@ class RunLock {
   std::string why_not_;
 };
 
-// A word for the time since the system was started.
+// Identifies the current boot of the system.
 std::string boot_name();
-// Whether the system has run on since that word was asked for.
+// Whether the system has not been restarted since boot_name() returned `name`.
 bool is_this_boot(std::string_view name);
 // False when the bytes of the file may not be on the disk.
 bool flush_file(const std::string& path);

@@ -7,7 +7,7 @@ namespace {
 
 std::atomic<int> status{0};
 std::atomic<bool> is_obeyed{false};
-// Signal handlers may use no others.
+// Signal handlers may only use lock-free atomics.
 static_assert(std::atomic<int>::is_always_lock_free);
 static_assert(std::atomic<bool>::is_always_lock_free);
 

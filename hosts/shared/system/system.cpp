@@ -5,7 +5,7 @@
 namespace zenfo::host::system {
 namespace {
 
-// Not by new, which the compiler may leave out with its delete.
+// Not with new, because the compiler may remove a new with its delete.
 bool is_memory_for(int64_t size) {
   void* volatile room = std::malloc(static_cast<size_t>(size) + 1);
   const bool is_there = room != nullptr;

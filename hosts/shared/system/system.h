@@ -1,5 +1,5 @@
 // Files and folders as the operating system sees them. posix/system.cpp and
-// win32/system.cpp are twins; the build picks one, callers never ask which.
+// win32/system.cpp are twins, of which the build takes one.
 //
 // Texts are narrow: the bytes of a path on Linux, UTF-8 on Windows (the
 // program's manifest makes that the narrow character set). Reasons are short
@@ -25,27 +25,27 @@ enum class PathKind { kNone, kFile, kFolder, kOther };
 
 struct PathFacts {
   PathKind kind = PathKind::kNone;
-  std::string reason;  // why there is nothing, when kind is kNone
+  std::string reason;  // when kind is kNone
 };
 
 // The path as the system writes it: on Windows "/" becomes "\".
 std::string own_form(std::string path);
-// The end of the drive in front of a path ("C:" gives 2); 0 on Linux.
+// The length of the drive at the start of a path ("C:" gives 2); 0 on Linux.
 size_t drive_length(std::string_view path);
-// What an error number of the system says.
+// Describes an error number of the system.
 std::string reason_of(unsigned error);
 // Links are followed.
 PathFacts look_at(const std::string& path);
 // Why a folder cannot be listed; empty when it can.
 std::string why_not_listed(const std::string& folder);
-// The library loads no larger file.
+// The largest file that the library loads.
 inline constexpr int64_t kLargestFile = INT32_MAX - 1;
 
 // Why no file of this size can be loaded; empty when there is room for it.
 std::string why_too_large(int64_t size);
 // Why the library cannot load a file; empty when it can. Reads it all.
 std::string why_not_loaded(const std::string& file);
-// The same, and `unknown` when the system knows no reason.
+// The same, or `unknown` when the system gives no reason.
 inline std::string why_not_loaded(const std::string& file,
                                   std::string_view unknown) {
   std::string reason = why_not_loaded(file);
@@ -53,7 +53,7 @@ inline std::string why_not_loaded(const std::string& file,
   return reason;
 }
 
-// A file that exists as long as this process runs; empty when there is none.
+// A file that exists as long as this process runs; empty when none is known.
 std::string known_file();
 
 // Ends the process without running destructors.

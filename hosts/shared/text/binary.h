@@ -1,8 +1,7 @@
-// What is a binary file to this command: one with a zero byte, as for grep.
+// What counts as a binary file: one with a zero byte, as for grep.
 //
-// find takes a file for text as long as it has not come across a zero byte: its
-// first block decides, and behind that every line up to the one in hand.
-// replace and case look at the whole file.
+// find treats a file as text until it meets a zero byte: in the first block, or
+// later in a line up to the current one. replace and case check the whole file.
 //
 // Tested by tests/hosts/shared/binary_test.cpp
 #pragma once
@@ -14,14 +13,14 @@
 
 namespace zenfo::host {
 
-// Bytes that are looked at before anything of a file is shown.
+// Bytes that are checked before anything of a file is shown.
 inline constexpr size_t kFirstBlock = 32 * 1024;
 
-// The end of the text where there is none.
+// The size of the text when there is none.
 size_t first_zero_byte(std::string_view text);
 // Reads no more than the first block. False for a file that cannot be read.
 bool begins_as_binary(const std::string& path);
-// Reads the file up to its first zero byte, in pieces. None for a file that
+// Reads the file up to its first zero byte, in pieces. No value for a file that
 // cannot be read.
 std::optional<bool> has_zero_byte(const std::string& path);
 

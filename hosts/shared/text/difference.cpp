@@ -8,8 +8,8 @@
 namespace zenfo::host {
 namespace {
 
-// How far ahead lines that are alike are sought, and how many comparisons may
-// be spent on it; with none left, line stands against line.
+// How far ahead to look for equal lines, and how many comparisons to spend on
+// that; after those, lines are compared one by one.
 constexpr size_t kFarthest = 400;
 constexpr size_t kComparisons = 100'000'000;
 
@@ -47,7 +47,7 @@ class Comparison {
     size_t added;
   };
 
-  // A single change of many lines then ends where the texts do.
+  // Keeps a single change of many lines bounded by what really changed.
   void cut_common_end() {
     while (!old_.empty() && !new_.empty() && old_.back() == new_.back()) {
       old_.pop_back();
@@ -65,8 +65,8 @@ class Comparison {
     return old_[i] == new_[j];
   }
 
-  // As many lines removed as added comes first: most changes leave lines where
-  // they are.
+  // Tries equal numbers of removed and added lines first, because most changes
+  // do not move lines.
   Distance to_next_alike() {
     const size_t old_left = old_.size() - i_;
     const size_t new_left = new_.size() - j_;

@@ -1,9 +1,9 @@
-// How a text differs from another, in lines.
+// How two texts differ, line by line.
 //
 // Lines are compared in order. Where they differ, the nearest place is sought
-// at which both texts go on alike; the search is bounded, so that large texts
-// take time in proportion to their size. Every change is met, though perhaps
-// with more lines than needed.
+// from which both texts agree again. The search is bounded, so that the time is
+// linear in the size of the texts. Every change is reported, though perhaps
+// with more lines than necessary.
 //
 // Tested by tests/cli/preview_test.cpp
 #pragma once
@@ -14,8 +14,8 @@
 
 namespace zenfo::host {
 
-// A line that was removed, '-', or takes the place of others, '+', with the
-// number at which it stood or would have stood.
+// A removed line, '-', or an added one, '+', with its line number in the old
+// text; added lines are numbered from the start of the difference.
 using LineChanged =
     std::function<void(size_t number, char sign, std::string_view line)>;
 

@@ -34,7 +34,7 @@ std::vector<ErrorRecord> parse_error_records(std::string_view bytes) {
     for (const Field& field : kFields) {
       if (!line.starts_with(field.label)) continue;
       record.*field.place = line.substr(field.label.size());
-      // The routine closes a record.
+      // The routine is the last line of a record.
       if (field.place == &ErrorRecord::routine) {
         records.push_back(std::exchange(record, {}));
       }

@@ -24,7 +24,7 @@ struct ErrorRecord {
   bool operator==(const ErrorRecord&) const = default;
 };
 
-// The complete records of an error file's bytes; lines end in CR LF or LF.
+// The complete records in the bytes of an error file; lines end in CR LF or LF.
 std::vector<ErrorRecord> parse_error_records(std::string_view bytes);
 
 }  // namespace zenfo::host

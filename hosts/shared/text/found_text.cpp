@@ -23,7 +23,7 @@ size_t size_on_disk(const std::string& path) {
   return failed ? 0 : static_cast<size_t>(size);
 }
 
-// Sums of one byte, which the compiler keeps in a vector.
+// Counts in one-byte sums, which the compiler keeps in a vector.
 uint64_t count_line_ends(std::string_view text) {
   constexpr size_t kLanes = 32;
   uint64_t lines = 0;
@@ -41,12 +41,13 @@ uint64_t count_line_ends(std::string_view text) {
          static_cast<uint64_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-// The place of a match's last byte, of one that begins within the text.
+// The offset of a match's last byte in the text. The match must begin within
+// the text.
 size_t last_byte(std::string_view text, const Match& match) {
   return std::min<size_t>(text.size(), size_t{match.offset} + match.length) - 1;
 }
 
-// Cuts the last block to the lines that are left, and its matches.
+// Cuts the last block, and its matches, to the lines that are left.
 void cut(std::string_view text, Block& block, uint64_t lines) {
   size_t end = block.start;
   for (; lines > 0; --lines) end = end_of_line(text, end);
@@ -115,7 +116,8 @@ bool FileBytes::read(std::FILE* file, size_t expected, size_t most) {
   return good;
 }
 
-// Large files in one step: to move a gigabyte along takes long.
+// Large files are given their full size at once, because moving a gigabyte
+// takes long.
 bool FileBytes::grow(size_t capacity) {
   std::unique_ptr<char[]> bytes(new (std::nothrow) char[capacity]);
   if (bytes == nullptr) return false;
@@ -196,7 +198,7 @@ uint64_t LineNumbers::at(size_t offset) {
 
 void visit_lines(std::string_view text, const std::vector<Block>& blocks,
                  uint64_t before, uint64_t after, LineVisitor& visitor) {
-  size_t shown = 0;  // what lies before it was visited or left out
+  size_t shown = 0;  // everything before was visited or left out
   for (size_t i = 0; i < blocks.size(); ++i) {
     size_t from = blocks[i].start;
     for (uint64_t n = 0; n < before && from > shown; ++n) {

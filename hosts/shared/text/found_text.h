@@ -1,7 +1,7 @@
-// A file's bytes and the lines of it that hold matches.
+// A file's bytes, and the lines with matches.
 //
-// Neighbouring matches that touch the same lines make one block of whole
-// lines. Lines end in LF or CR LF; the last one may have no end.
+// Neighbouring matches on the same lines form one block of whole lines. Lines
+// end in LF or CR LF; the last one may have no end.
 //
 // Tested by tests/hosts/shared/found_text_test.cpp
 #pragma once
@@ -26,20 +26,20 @@ struct Match {
   bool operator==(const Match&) const = default;
 };
 
-// Puts the matches of several texts in the order of their offsets, longer ones
-// first. Matches that are the same count once; others may overlap.
+// Sorts the matches of several texts by offset, longer ones first. Equal
+// matches are merged; others may overlap.
 void unite(std::vector<Match>& matches);
 
-// The bytes of one file after the other.
+// Holds the bytes of one file at a time.
 class FileBytes {
  public:
-  // False when the file cannot be read or is no ordinary one, or there is no
-  // memory for it; it is then empty.
+  // False when the file cannot be read, is not an ordinary one, or does not fit
+  // into memory; the object is then empty.
   bool load(const std::string& path);
-  // The same for anything that can be read, up to `most` bytes. Waits for the
-  // writer of a pipe.
+  // The same for any readable path, up to `most` bytes. Waits for the writer of
+  // a pipe.
   bool load_start(const std::string& path, size_t most);
-  // The same, or a large file mapped; see there when that will do.
+  // The same, but maps a large file; see MappedFile for when that is allowed.
   bool load_or_map(const std::string& path);
   std::string_view view() const {
     return mapped_.is_open() ? mapped_.view()
@@ -58,28 +58,28 @@ class FileBytes {
 
 struct Block {
   size_t start = 0;
-  size_t end = 0;  // behind the end of its last line
+  size_t end = 0;  // after the end of its last line
   std::span<const Match> matches;
 };
 
 // The blocks of a text, in order, with at most `most_lines` lines in all. The
-// matches are in the order of their offsets; what lies behind the end of the
-// text, as when the file was cut since, is left out.
+// matches must be sorted by offset. Matches after the end of the text, which
+// occur when the file was shortened, are left out.
 std::vector<Block> find_blocks(std::string_view text,
                                std::span<const Match> matches,
                                uint64_t most_lines);
-// The number of lines that hold matches, of matches as for find_blocks().
+// The number of lines with matches. The matches are as for find_blocks().
 uint64_t count_matching_lines(std::string_view text,
                               std::span<const Match> matches);
 // The number of lines; one without an end counts too.
 uint64_t count_lines(std::string_view text);
-// The end of the line that holds the byte at `offset`, its LF included.
+// The end of the line that contains `offset`, including its LF.
 size_t end_of_line(std::string_view text, size_t offset);
 size_t start_of_line(std::string_view text, size_t offset);
 // The line without its end.
 std::string_view without_end(std::string_view line);
 
-// Where lines stand: numbers from 1, asked for in the order of the text.
+// Line numbers from 1; offsets must be asked for in ascending order.
 class LineNumbers {
  public:
   explicit LineNumbers(std::string_view text) : text_(text) {}
@@ -91,11 +91,11 @@ class LineNumbers {
   uint64_t number_ = 1;
 };
 
-// What a walk through the blocks of a file meets, in the order of the text.
+// Called for the blocks of a file and the lines around them, in text order.
 class LineVisitor {
  public:
   virtual ~LineVisitor() = default;
-  // Lines begin here that do not follow what came before.
+  // The next lines do not directly follow the previous ones.
   virtual void gap() {}
   virtual void context(size_t start, size_t end) = 0;
   virtual void block(const Block& block) = 0;

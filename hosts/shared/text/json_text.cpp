@@ -10,8 +10,8 @@ unsigned byte_at(std::string_view bytes, size_t index) {
   return index < bytes.size() ? static_cast<unsigned char>(bytes[index]) : 0;
 }
 
-// A row of the table of well-formed sequences: first byte, second byte, and
-// how many more bytes of 80 to BF follow.
+// A row of the table of well-formed UTF-8: ranges of the first and second byte,
+// and the length. Further bytes are 80 to BF.
 struct Sequence {
   unsigned first_low, first_high, second_low, second_high;
   size_t length;
@@ -39,7 +39,7 @@ bool holds(const Sequence& sequence, std::string_view bytes) {
   return true;
 }
 
-// Bytes of the character in front, which is none of ASCII; 0 for no character.
+// The length of the non-ASCII character at the start; 0 if there is none.
 size_t character_length(std::string_view bytes) {
   for (const Sequence& sequence : kSequences) {
     if (holds(sequence, bytes)) return sequence.length;

@@ -1,5 +1,5 @@
-// Texts in JSON, whatever their bytes. Put together by hand, as there may be
-// millions.
+// Texts in JSON, whatever their bytes. Written by hand for speed, because there
+// may be millions.
 //
 // Tested by tests/hosts/shared/json_text_test.cpp
 #pragma once
@@ -9,8 +9,8 @@
 
 namespace zenfo::host {
 
-// "..." or, for bytes that are no UTF-8, {"bytes":"..."} in base64: no two
-// texts become the same.
+// "..." or, for bytes that are not UTF-8, {"bytes":"..."} in base64, so that
+// different texts never look the same.
 std::string json_text(std::string_view bytes);
 // The same with UTF-8 as {"text":"..."}.
 std::string json_bytes(std::string_view bytes);

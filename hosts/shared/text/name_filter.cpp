@@ -18,7 +18,7 @@ bool goes_on(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-// The bytes of the character that begins a text; 1 where that is no UTF-8.
+// The length of the first character; 1 if it is not UTF-8.
 size_t character_length(std::string_view text) {
   const auto first = static_cast<unsigned char>(text.front());
   if (first < 0xC2 || first > 0xF4) return 1;
@@ -35,8 +35,8 @@ std::string_view take_character(std::string_view& text) {
   return character;
 }
 
-// The length of the set that begins a pattern; 0 when the bracket is not
-// closed and stands for itself.
+// The length of the set at the start of a pattern; 0 when the bracket is not
+// closed and is literal.
 size_t set_length(std::string_view pattern) {
   size_t i = 1;
   if (i < pattern.size() && (pattern[i] == '!' || pattern[i] == '^')) ++i;
@@ -44,7 +44,7 @@ size_t set_length(std::string_view pattern) {
   return close == std::string_view::npos ? 0 : close + 1;
 }
 
-// Characters are in the order of their bytes.
+// Characters are ordered by their bytes.
 bool set_holds(std::string_view set, std::string_view character) {
   set = set.substr(1, set.size() - 2);
   const bool negated = set.front() == '!' || set.front() == '^';
@@ -62,8 +62,8 @@ bool set_holds(std::string_view set, std::string_view character) {
   return found != negated;
 }
 
-// Takes one element other than "*" off the pattern; whether it fits the
-// character.
+// Takes one element other than "*" off the pattern. Returns whether it matches
+// the character.
 bool take_element(std::string_view& pattern, std::string_view character) {
   if (pattern.front() == '[' && set_length(pattern) > 0) {
     const std::string_view set = pattern.substr(0, set_length(pattern));
@@ -77,8 +77,8 @@ bool take_element(std::string_view& pattern, std::string_view character) {
   return (first == "?" && !escaped) || first == character;
 }
 
-// The last star is tried again with one character more, so that the time is at
-// most the product of the lengths.
+// On a mismatch only the last star is retried, with one more character, so that
+// the time is at most the product of the lengths.
 bool fits(std::string_view pattern, std::string_view name) {
   bool any_star = false;
   std::string_view pattern_behind_star;

@@ -10,9 +10,9 @@
 
 namespace zenfo::host {
 
-// Shell patterns: "*", "?", "[a-z]", "[!a-z]"; "\" before a character takes it
-// as it is. A character is one of UTF-8, or a byte that belongs to none. Case
-// is ignored where the system's file names ignore it.
+// Shell patterns: "*", "?", "[a-z]", "[!a-z]"; "\" makes the next character
+// literal, except on Windows. A character is one of UTF-8, or a byte that
+// belongs to none. Case is ignored where file names ignore it.
 bool matches_glob(std::string_view pattern, std::string_view name);
 
 bool any_matches(const std::vector<std::string>& patterns,
@@ -26,8 +26,8 @@ struct NameFilter {
   bool empty() const {
     return includes.empty() && excludes.empty() && excluded_folders.empty();
   }
-  // `is_named`: the user named the file itself, so that the folders in its
-  // path do not matter.
+  // `is_named`: the user named the file itself, so the folders in its path are
+  // not checked.
   bool takes(std::string_view path, bool is_named) const;
 };
 

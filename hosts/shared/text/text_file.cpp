@@ -34,7 +34,8 @@ size_t most_megabytes() {
   return number;
 }
 
-// While a pipe is waited for, nothing is half done.
+// A stop may end the process while it waits for a pipe, because nothing is half
+// done.
 class ObeyedStop {
  public:
   ObeyedStop() : before_(system::obey_stop(true)) {
@@ -64,7 +65,7 @@ void load(FileBytes& bytes, const std::string& path) {
                           "=MB raises that"};
 }
 
-// For what is read a second time, by the library.
+// For files that the library reads again.
 void check_ordinary(const std::string& path) {
   if (system::look_at(path).kind != system::PathKind::kOther) return;
   throw Failure{path, "is not an ordinary file"};

@@ -34,7 +34,8 @@ std::string complete_path(const std::string& path) {
   return narrow(std::filesystem::absolute(to_path(path)));
 }
 
-// Of the folders, the last one is known to lead nowhere else.
+// Remembers the last folder it resolved, because files mostly come folder by
+// folder.
 std::string resolved_path(const std::string& path, bool is_link) {
   static std::string last_folder, last_resolved;
   namespace fs = std::filesystem;

@@ -32,7 +32,7 @@ class Folder {
   bool is_open() const { return number_ >= 0; }
   int number() const { return number_; }
 
-  // False when not all could be read.
+  // False when the folder could not be read completely.
   template <class Take>
   bool read(Take take) const {
     alignas(dirent64) char buffer[32 * 1024];
@@ -59,9 +59,9 @@ bool is_folder(const Folder& parent, const dirent64& entry) {
          S_ISDIR(facts.st_mode);
 }
 
-// Most folders need only be opened: where the file system counts the links to
-// a folder, "X" and "X/." and from each folder in it "..", it is known which
-// have no folders in them.
+// Avoids reading most folders: on file systems that count links to a folder
+// ("X", "X/." and ".." of each subfolder), a count of two shows that there are
+// no subfolders.
 class LinkCounts {
  public:
   bool tell_of_no_folders(const Folder& folder) {
@@ -71,7 +71,7 @@ class LinkCounts {
   }
 
  private:
-  // Network and stacked file systems may answer any number.
+  // Network and stacked file systems may report any number.
   bool are_kept(const Folder& folder, dev_t device) {
     if (device_ == device) return kept_;
     struct statfs system;
@@ -110,14 +110,14 @@ class Walk : public FolderWalk {
     const Folder folder(parent.number(), name);
     if (!folder.is_open()) {
       note_error(path, errno);
-    } else if (path.size() + 1 >= PATH_MAX) {  // with the "/" that it is given
+    } else if (path.size() + 1 >= PATH_MAX) {  // with the added "/"
       note_error(path, ENAMETOOLONG);
     } else if (!link_counts_.tell_of_no_folders(folder)) {
       enter(std::move(path));
     }
   }
 
-  // What is gone hides nothing.
+  // A folder that no longer exists hides nothing.
   void note_error(const std::string& path, int error) {
     if (error != ENOENT) note(path, static_cast<unsigned>(error));
   }

@@ -11,12 +11,12 @@
 namespace zenfo::host {
 namespace {
 
-// Smaller files are read as fast, and stay what they were when they were read.
+// Reading is as fast for smaller files, and the copy does not change later.
 constexpr off_t kWorthIt = 1 << 20;
 
 MappedFile::LossHandler* on_loss = nullptr;
 
-// Copied before the file is looked at; empty while nothing is mapped.
+// Set before the mapping is read; empty while nothing is mapped.
 char mapped_path[4096];
 
 void on_bus_error(int number) {

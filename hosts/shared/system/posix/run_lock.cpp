@@ -18,7 +18,7 @@ int open_lock(const std::string& path) {
   return open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
 }
 
-// The holder before may have deleted the file.
+// The previous holder may have deleted the file.
 bool is_deleted(int file, const std::string& path) {
   struct stat open_facts;
   struct stat facts;

@@ -13,7 +13,7 @@
 namespace zenfo::host::system {
 namespace {
 
-// Reads to the end; the error number, 0 without an error.
+// Reads to the end. Returns the error number, or 0.
 int try_to_read(int number) {
   std::array<char, 64 * 1024> part;
   for (;;) {

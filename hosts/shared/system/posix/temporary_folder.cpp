@@ -22,16 +22,16 @@ namespace {
 
 constexpr char kPrefix[] = "zenfo-";
 constexpr char kUnknownPart[] = "XXXXXX";
-// Tells the folder from one that a user named alike.
+// Distinguishes the folder from one to which a user gave a similar name.
 constexpr char kLock[] = "zenfo.lock";
 
-// Read by signal handlers, so plain memory.
+// Signal handlers read these, so they are plain memory.
 char path[4096] = "";
 int folder = -1;
 int folder_lock = -1;
 unsigned files_made = 0;
 
-// The head of what SYS_getdents64 answers.
+// The layout of the entries that SYS_getdents64 returns.
 struct Entry {
   uint64_t number;
   int64_t offset;
@@ -45,7 +45,8 @@ bool is_removed_first(const char* name) {
          std::strcmp(name, kLock) != 0;
 }
 
-// Whether any of the files was removed. readdir() is not for signal handlers.
+// Returns whether any file was removed. readdir() is not safe in signal
+// handlers.
 bool remove_some_files(int in) {
   alignas(Entry) char entries[4096];
   bool any = false;
@@ -62,16 +63,17 @@ bool remove_some_files(int in) {
   }
 }
 
-// The lock goes last, so that what is cut off here is found later. A removal
-// can make a listing pass over names.
+// The lock is deleted last, so that the next process finds what an interrupted
+// removal left. Removing entries can make a listing skip others, hence the
+// loop.
 void remove_files(int in) {
   while (remove_some_files(in)) {
   }
   unlinkat(in, kLock, 0);
 }
 
-// Between its making and its locking another process may have taken the folder
-// for one that was left behind. Some file systems know no locks.
+// Another process may have removed the folder as left behind before it was
+// locked. Some file systems have no locks.
 bool hold(int lock) {
   if (flock(lock, LOCK_EX | LOCK_NB) != 0) return errno != EWOULDBLOCK;
   struct stat facts;
@@ -94,13 +96,13 @@ bool is_own_name(std::string_view name) {
          name.size() == sizeof kPrefix - 1 + sizeof kUnknownPart - 1;
 }
 
-// A folder of this user's with a lock that nobody holds.
+// Removes a folder of this user whose lock nobody holds.
 void remove_if_left_behind(int in, const char* name) {
   const int left =
       openat(in, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
   if (left < 0) return;
   const int lock = openat(left, kLock, O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
-  // Its process ended before it made the lock.
+  // Its process ended before it created the lock.
   if (lock < 0 && errno == ENOENT && is_own(left) && is_old(left)) {
     unlinkat(in, name, AT_REMOVEDIR);
   }
@@ -124,7 +126,7 @@ void remove_left_behind(const std::string& parent) {
   closedir(listing);
 }
 
-// Nothing is made where another process was quicker to remove it.
+// Leaves no folder if another process removed it before it was locked.
 void make_one(const std::string& name) {
   std::snprintf(path, sizeof path, "%s", name.c_str());
   if (mkdtemp(path) == nullptr) return;

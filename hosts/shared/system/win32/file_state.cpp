@@ -42,7 +42,7 @@ std::string complete_path(const std::string& path) {
   return narrow(std::filesystem::absolute(to_path(path)));
 }
 
-// The library looks at links in the place of files alone.
+// Only the file itself is checked for a link, as in the library.
 std::string resolved_path(const std::string& path, bool is_link) {
   std::error_code error;
   const std::string whole = complete_path(path);

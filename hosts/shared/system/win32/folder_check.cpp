@@ -10,10 +10,10 @@ namespace {
 constexpr DWORD kLinkOrFolder =
     FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DIRECTORY;
 
-// The library asks with such a pattern, too.
+// The library uses such a pattern, too.
 constexpr char kAll[] = "\\*.*";
 
-// The system only says that it does not find them.
+// The system only reports such paths as not found.
 bool is_too_long(const std::string& path) {
   const DWORD length = GetFullPathNameA(path.c_str(), 0, nullptr, nullptr);
   return length + sizeof kAll > MAX_PATH;
@@ -24,7 +24,7 @@ class Walk : public FolderWalk {
   using FolderWalk::FolderWalk;
 
  private:
-  // The library enters no longer paths, whatever the system says of them.
+  // The library enters no longer paths, even if the system would.
   void list(const std::string& path) override {
     if (path.size() >= MAX_PATH) {
       note(path, ERROR_FILENAME_EXCED_RANGE);

@@ -1,4 +1,4 @@
-// A handle of the system, closed by itself.
+// A system handle that closes itself.
 //
 // Tested by tests/cli/input_test.cpp, tests/cli/replace_test.cpp
 #pragma once

@@ -5,12 +5,12 @@
 namespace zenfo::host {
 namespace {
 
-// The character set of the library, which calls the system with narrow texts.
+// The library's character set: it passes narrow texts to the system.
 constexpr UINT kCharacterSet = CP_ACP;
 
 std::wstring widened(std::string_view text) {
   const int size = static_cast<int>(text.size());
-  // No text is longer when it is wide.
+  // A text never has more wide characters than bytes.
   std::wstring wide(text.size(), L'\0');
   wide.resize(static_cast<size_t>(MultiByteToWideChar(
       kCharacterSet, 0, text.data(), size, wide.data(), size)));
@@ -36,7 +36,7 @@ std::FILE* open_file(const std::string& path, const char* mode) {
   return _wfopen(widened(path).c_str(), widened(mode).c_str());
 }
 
-// Pipes have a folder of their own here.
+// On Windows pipes are in a namespace of their own.
 std::FILE* open_ordinary(const std::string& path) {
   return open_file(path, "rb");
 }

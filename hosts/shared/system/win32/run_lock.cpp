@@ -10,7 +10,7 @@
 namespace zenfo::host {
 namespace {
 
-// Nobody else opens a file that is open without sharing.
+// While a file is open without sharing, nobody else can open it.
 HANDLE open_alone(const std::string& path) {
   return CreateFileA(path.c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0,
                      nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -75,7 +75,7 @@ void RunLock::release() {
 
 std::string boot_name() { return std::to_string(boot_second()); }
 
-// The two clocks do not tick alike.
+// The tick count and the clock drift apart a little.
 bool is_this_boot(std::string_view name) {
   constexpr int64_t kSlack = 60;
   int64_t second = 0;

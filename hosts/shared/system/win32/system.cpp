@@ -11,7 +11,7 @@
 namespace zenfo::host::system {
 namespace {
 
-// Reads to the end; the error number, 0 without an error.
+// Reads to the end. Returns the error number, or 0.
 DWORD try_to_read(HANDLE file) {
   std::array<char, 64 * 1024> part;
   for (DWORD size = 1; size > 0;) {
@@ -86,7 +86,7 @@ std::string why_not_listed(const std::string& folder) {
     return "";
   }
   const DWORD error = GetLastError();
-  // An empty drive has not even "." in it.
+  // An empty drive does not even contain ".".
   return error == ERROR_FILE_NOT_FOUND ? "" : reason_of(error);
 }
 

@@ -16,15 +16,15 @@ namespace {
 
 constexpr wchar_t kPrefix[] = L"zenfo-";
 constexpr size_t kUnknownPart = 16;
-// A file that is open as long as the process lives, and shared with nobody.
+// Open without sharing as long as the process lives.
 constexpr wchar_t kLock[] = L"zenfo.lock";
 
-// The folder is removed from the thread that answers Ctrl-C too.
+// The thread that handles Ctrl-C removes the folder, too.
 std::wstring path;
 HANDLE held = INVALID_HANDLE_VALUE;
 unsigned files_made = 0;
 
-// The user's own folder for such files, which others may not enter. It ends in
+// The user's folder for temporary files, which others may not enter. It ends in
 // a backslash.
 std::wstring parent() {
   wchar_t name[MAX_PATH + 2] = L"";
@@ -56,7 +56,8 @@ void for_each_name(const std::wstring& pattern, Visit visit) {
   FindClose(listing);
 }
 
-// The lock goes last, so that what cannot be removed now is found later.
+// The lock is deleted last, so that the next process finds what cannot be
+// removed now.
 void remove_all(const std::wstring& folder, HANDLE lock) {
   bool empty = true;
   for_each_name(folder + L"\\*", [&](std::wstring_view name, DWORD) {
@@ -74,7 +75,7 @@ HANDLE open_lock(const std::wstring& folder, DWORD how) {
                      nullptr, how, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-// A lock that can be opened is nobody's any more.
+// If the lock can be opened, its process has ended.
 void remove_if_left_behind(const std::wstring& folder) {
   const HANDLE lock = open_lock(folder, OPEN_EXISTING);
   if (lock != INVALID_HANDLE_VALUE) {
@@ -96,7 +97,7 @@ void remove_left_behind(const std::wstring& in) {
   for_each_name(in + kPrefix + L"*", visit);
 }
 
-// Another process may take a folder without a lock for one left behind.
+// Another process may remove a folder without a lock as left behind.
 void make_one(const std::wstring& in) {
   const std::wstring part = unknown_part();
   if (part.empty()) return;
