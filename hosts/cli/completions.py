@@ -1,7 +1,7 @@
 """The completions of zenfo for bash, zsh, fish and PowerShell.
 
-Each function takes the commands and answers the text of a shell's file. File
-names are left to the shells, which know how to quote them.
+Each function takes the commands and returns the text of a shell's file. The
+shells complete file names themselves, because they know how to quote them.
 
 Tested by tests/cli/check_completions
 """

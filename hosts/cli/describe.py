@@ -3,11 +3,11 @@
 
     describe.py SYSTEM PROGRAM FOLDER [RUNNER...]
 
-The texts come from what the built program says of itself: `--help` is made
-from the option definitions, so what is made here cannot disagree with them.
-RUNNER is what runs a program of another system. SYSTEM is Windows or Linux.
+The texts come from the `--help` of the built program, which is made from the
+option definitions, so they cannot disagree.
+RUNNER runs a program of another system. SYSTEM is Windows or Linux.
 
-FOLDER receives, for Windows the last alone,
+FOLDER receives these files, for Windows only the last one:
     man/man1/zenfo.1
     bash-completion/completions/zenfo
     zsh/site-functions/_zenfo
@@ -30,8 +30,8 @@ class Option:
     long: str  # "--ignore-case" or ""
     value: str  # "GLOB ...", "" for a flag
     help: str
-    choices: list = field(default_factory=list)  # the words it can be
-    several: bool = False  # of them, with commas between
+    choices: list = field(default_factory=list)  # possible values
+    several: bool = False  # values may be combined with commas
 
     def names(self):
         return [name for name in (self.short, self.long) if name]
@@ -75,14 +75,14 @@ def read_options(help_text):
 
 
 def read_keys(help_text):
-    """The keys that stand behind "Keys:" or "Columns:", and 'all'."""
+    """Returns the keys that follow "Keys:" or "Columns:" in a help text."""
     match = re.search(r"^(?:Columns|Keys): ([\w,\s]+)", help_text, re.M)
     keys = re.findall(r"\w+", match[1]) if match else []
     return [key for key in keys if key not in ("and", "all", "Keys")]
 
 
 def read_choices(option, help_text):
-    """Fills in the words of an option whose value is one of some."""
+    """Fills in the words of an option whose value is one of several words."""
     keys = read_keys(help_text)
     if option.value == "LIST":
         option.choices, option.several = keys, True

@@ -1,4 +1,4 @@
-// zenfo: the command-line host. Finds the subcommand and turns what it throws
+// zenfo: the command-line host. Runs the subcommand and turns its exceptions
 // into one line and an exit status.
 //
 // Tested by tests/cli/command_test.cpp
@@ -15,7 +15,7 @@
 #include "shared/system/stop.h"
 
 #ifdef _WIN32
-// Patterns come as they were typed: the start-up code must not expand them.
+// The start-up code must not expand patterns in arguments.
 extern "C" int _dowildcard;
 int _dowildcard = 0;
 #endif
@@ -108,7 +108,7 @@ int run(Arguments arguments) {
   return find_command(first).run(arguments);
 }
 
-// A character that is lost could become a "?", which stands for others.
+// A character that cannot be converted could become "?", a wildcard.
 Arguments texts_of(int count, NativeChar** arguments) {
   Arguments texts;
   for (int i = 1; i < count; ++i) {
@@ -140,8 +140,7 @@ int run_and_explain(int count, NativeChar** arguments) {
 }  // namespace
 }  // namespace zenfo::host::cli
 
-// Wide on Windows: narrow arguments may have lost characters before they get
-// here.
+// Wide on Windows, because narrow arguments may already have lost characters.
 #ifdef _WIN32
 int wmain(int count, wchar_t** arguments) {
 #else

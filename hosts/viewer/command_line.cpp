@@ -27,7 +27,7 @@ std::wstring take_first(std::deque<std::wstring>& rest) {
 
 }  // namespace
 
-// Two arguments must remain behind the options, so these may begin with "--".
+// The last two arguments are never options, so they may begin with "--".
 std::optional<CommandLine> read_command_line() {
   CommandLine line;
   std::deque<std::wstring> rest = arguments();
@@ -51,7 +51,8 @@ std::optional<CommandLine> read_command_line() {
 
 std::optional<std::string> narrow(const std::wstring& text) {
   const int length = static_cast<int>(text.size());
-  // UTF-8 takes no note of what is lost, others no flags.
+  // With UTF-8 Windows reports lost characters by a flag, with other code pages
+  // by an output argument.
   BOOL lost = FALSE;
   const bool utf8 = GetACP() == CP_UTF8;
   BOOL* const note = utf8 ? nullptr : &lost;

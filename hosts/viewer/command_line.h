@@ -1,4 +1,4 @@
-// What the user asks for.
+// The command line of zenfo-view.
 #pragma once
 
 #include <optional>
@@ -20,11 +20,12 @@ struct CommandLine {
   std::wstring text;
 };
 
-// Nothing when it cannot be understood.
+// No value when the command line is invalid.
 std::optional<CommandLine> read_command_line();
 
-// The bytes that the engine takes for a path or a text: those of the process's
-// code page, which the manifest makes UTF-8. Nothing when it has no such bytes.
+// Converts a path or a text to the bytes that the engine expects: those of the
+// process's code page, which the manifest sets to UTF-8. No value when a
+// character cannot be converted.
 std::optional<std::string> narrow(const std::wstring& text);
 
 }  // namespace zenfo::viewer

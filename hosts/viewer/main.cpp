@@ -1,6 +1,6 @@
 // zenfo-view: shows a file in a window, with the matches of a text or pattern.
-// The smallest host with a window, to copy from: the search is here, the window
-// in window.cpp.
+// It is the smallest host with a window, to copy from: the search is here, the
+// window in window.cpp.
 //
 // Exit status: 0 shown, 1 nothing found, 2 an error.
 #include <windows.h>
@@ -19,13 +19,13 @@ namespace {
 
 enum Status : int { kShown = 0, kNothingFound = 1, kError = 2 };
 
-constexpr int32_t kStop = 2;  // the answer to an option question
+constexpr int32_t kStop = 2;  // answer to an option question
 
-// Callbacks carry no argument of the host's own.
+// Global, because callbacks have no argument for the host's data.
 const CommandLine* wanted = nullptr;
 Status status = kNothingFound;
 
-// Into a box where nobody reads the error output.
+// Uses a message box when there is no error output.
 Status complain(const std::wstring& message, Status why = kError) {
   const HANDLE output = GetStdHandle(STD_ERROR_HANDLE);
   if (GetFileType(output) == FILE_TYPE_UNKNOWN) {
@@ -48,8 +48,8 @@ Status show() {
   return kShown;
 }
 
-// The engine waits here while the user looks: matches and display are gone
-// after the answer. Nothing may be thrown through it.
+// The engine waits here while the user looks, because matches and display are
+// gone after the answer. No exception may pass through the engine.
 int32_t ZENFO_CALL on_question(const ZenfoWideChar*, int32_t) {
   try {
     status = show();
@@ -66,10 +66,10 @@ std::wstring full_path(const std::wstring& path) {
   return full;
 }
 
-// Puts the file into the list that runs work through, and selects it.
+// Puts the file into the list of files for runs and selects it.
 bool list_file(const std::wstring& file) {
   const auto path = narrow(full_path(file));
-  // These part the paths of a specification.
+  // ";" and "|" separate the paths of a specification.
   if (!path || path->find_first_of(";|") != std::string::npos) return false;
   const unsigned char no_facts[ZENFO_OPTION_COUNT] = {};
   FindFiles(ZENFO_LIST_RUN_FILES, ('0' + *path).c_str(), no_facts, "");

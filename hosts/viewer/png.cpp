@@ -42,7 +42,7 @@ std::string chunk(const std::string& type, const std::string& data) {
          big_endian(crc32(body));
 }
 
-// A zlib stream of stored blocks.
+// Wraps bytes in a zlib stream of uncompressed blocks.
 std::string stored(std::string_view bytes) {
   constexpr size_t kLongestBlock = 0xFFFF;
   std::string stream = "\x78\x01";
@@ -58,7 +58,7 @@ std::string stored(std::string_view bytes) {
   return stream + big_endian(adler32(bytes));
 }
 
-// Each row begins with its filter: none.
+// Puts the filter byte 0, no filter, before each row.
 std::string filtered_rows(uint32_t width, std::string_view pixels) {
   std::string rows;
   for (; !pixels.empty(); pixels.remove_prefix(width * 3)) {
@@ -71,7 +71,8 @@ std::string filtered_rows(uint32_t width, std::string_view pixels) {
 }  // namespace
 
 std::string png_file(uint32_t width, uint32_t height, std::string_view pixels) {
-  // 8 bits a sample, true colour, the only methods there are, not interlaced.
+  // 8 bits per sample, RGB, the only compression and filter methods, not
+  // interlaced.
   const std::string format("\x08\x02\0\0\0", 5);
   return "\x89PNG\r\n\x1A\n" +
          chunk("IHDR", big_endian(width) + big_endian(height) + format) +

@@ -7,8 +7,8 @@
 
 namespace zenfo::viewer {
 
-// The bytes of a file. `pixels` has three bytes for each, red, green and blue,
-// row by row from the top.
+// The bytes of a PNG file. `pixels` contains red, green and blue bytes, row by
+// row from the top.
 std::string png_file(uint32_t width, uint32_t height, std::string_view pixels);
 
 }  // namespace zenfo::viewer

@@ -7,7 +7,7 @@
 namespace zenfo::viewer {
 namespace {
 
-// Red, green and blue of a bitmap's pixels, from the top.
+// Reads a bitmap as red, green and blue bytes, from the top.
 std::string read_pixels(HDC device, HBITMAP bitmap, LONG width, LONG height) {
   BITMAPINFO info{};
   info.bmiHeader.biSize = sizeof info.bmiHeader;
@@ -36,7 +36,7 @@ std::string client_pixels(HWND window, LONG width, LONG height) {
   HBITMAP bitmap = CreateCompatibleBitmap(shown, width, height);
   HGDIOBJ old = SelectObject(copy, bitmap);
   const BOOL copied = BitBlt(copy, 0, 0, width, height, shown, 0, 0, SRCCOPY);
-  SelectObject(copy, old);  // GetDIBits wants it selected nowhere.
+  SelectObject(copy, old);  // GetDIBits() requires that.
   std::string pixels;
   if (copied) pixels = read_pixels(shown, bitmap, width, height);
   DeleteObject(bitmap);

@@ -7,7 +7,7 @@
 
 namespace zenfo::viewer {
 
-// Saves what the window shows as a PNG file; false when that fails.
+// Saves the contents of the window as a PNG file; false if that fails.
 bool save_screenshot(HWND window, const std::wstring& path);
 
 }  // namespace zenfo::viewer

@@ -28,7 +28,7 @@ constexpr DWORD kStyle = WS_OVERLAPPEDWINDOW | WS_VSCROLL | WS_HSCROLL;
 void register_class(WNDPROC procedure) {
   WNDCLASSEXW row{};
   row.cbSize = sizeof row;
-  row.style = CS_HREDRAW | CS_VREDRAW;  // Another size, another page.
+  row.style = CS_HREDRAW | CS_VREDRAW;  // A new size shows a new page.
   row.lpfnWndProc = procedure;
   row.hInstance = GetModuleHandleW(nullptr);
   row.hCursor = LoadCursor(nullptr, IDC_ARROW);
@@ -37,7 +37,7 @@ void register_class(WNDPROC procedure) {
   RegisterClassExW(&row);
 }
 
-// The size of a window whose client area has the wanted one.
+// The size of a window with the wanted client area.
 SIZE outer_size() {
   RECT area{0, 0, kWidth, kHeight};
   AdjustWindowRectEx(&area, kStyle, FALSE, 0);
@@ -45,8 +45,8 @@ SIZE outer_size() {
           area.bottom - area.top + GetSystemMetrics(SM_CYHSCROLL)};
 }
 
-// Where an action on a scroll bar leads. The engine has told Windows the size
-// of text and page.
+// The new position after a scroll bar action. The engine has set the range and
+// the page size of the bar.
 int scrolled(HWND window, int bar, int action) {
   SCROLLINFO info{};
   info.cbSize = sizeof info;
@@ -180,7 +180,7 @@ void Window::on_key(WPARAM key) {
   }
 }
 
-// Fine wheels turn by less than a notch at a time.
+// Fine wheels report less than a notch at a time.
 void Window::on_wheel(int turn) {
   wheel_ += turn * kLinesPerNotch;
   const int lines = wheel_ / WHEEL_DELTA;
@@ -188,18 +188,18 @@ void Window::on_wheel(int turn) {
   scroll(SB_VERT, lines > 0 ? SB_LINEUP : SB_LINEDOWN, std::abs(lines));
 }
 
-// The engine begins and ends painting itself.
+// The engine calls BeginPaint() and EndPaint() itself.
 void Window::paint() {
   PaintDisplay(top_line_, left_column_, line_numbers_, fixed_font_);
 }
 
-// At once, as the engine reckons from the page painted last.
+// Paints at once, because the engine calculates with the page painted last.
 void Window::repaint() {
   InvalidateRect(handle_, nullptr, TRUE);
   UpdateWindow(handle_);
 }
 
-// Lines end in CR LF; where there is none, in LF.
+// Lines end in CR LF, or in LF if there is no CR LF.
 void Window::show_text() {
   SetBytesPerLine(hex_ ? kHexBytes : 0);
   PrepareDisplay("\r\n", 0);
@@ -217,7 +217,7 @@ void Window::scroll(int bar, int action, int times) {
   }
 }
 
-// Goes to a match and highlights it; nothing when there is no such match.
+// Goes to a match and highlights it; does nothing if it does not exist.
 void Window::show_match(int32_t match) {
   int32_t place[2] = {0, 0};
   if (match < 0 || HighlightGroup(static_cast<uint32_t>(match), place) != 1) {
@@ -233,7 +233,7 @@ void Window::show_match(int32_t match) {
   repaint();
 }
 
-// On by so many matches; from the last one to the first.
+// Moves by this many matches, from the last one to the first.
 void Window::step(int32_t matches) {
   const int32_t count = GetCount(ZENFO_LIST_MATCHES, -1);
   if (count > 0) show_match((match_ + matches + count) % count);

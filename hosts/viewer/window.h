@@ -1,6 +1,6 @@
-// The window. The engine holds the text, lays it out and paints it; the window
-// says which page, and in which manner. Lives inside an option question, as
-// there is something to see only then.
+// The window. The engine stores, lays out and paints the text; the window
+// chooses the page and the options. It exists only during an option question,
+// because only then there is something to show.
 #pragma once
 
 #include <windows.h>
@@ -19,7 +19,7 @@ class Window {
 
   // Shows the text with its first match highlighted.
   bool open();
-  // Serves the user until the window is closed.
+  // Handles messages until the window is closed.
   void run();
 
   HWND handle() const { return handle_; }
@@ -46,7 +46,7 @@ class Window {
   bool line_numbers_ = true;
   bool fixed_font_ = true;
   int32_t match_ = 0;  // highlighted
-  int wheel_ = 0;      // turned and not yet scrolled
+  int wheel_ = 0;      // turned but not yet scrolled
 };
 
 }  // namespace zenfo::viewer

@@ -30,7 +30,7 @@ struct CaseOptions {
   bool lower = false;
 };
 
-// False when only help was wanted.
+// False when the user only asked for help.
 bool parse(const Arguments& arguments, CaseOptions& options, Output& output) {
   CommandLine line("case", kHelpTexts);
   ChangeOptions& change = options.change;

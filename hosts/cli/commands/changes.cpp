@@ -49,7 +49,8 @@ bool names_matches_first(const ChangeOptions& options) {
   return !options.yes && !options.ask && !options.dry_run;
 }
 
-// Throws Failure where nobody can be asked, Stopped for a no.
+// Throws Failure when nobody can be asked or the answer is no, Stopped for a
+// stop.
 void confirm(const Targets& targets, const ChangeOptions& options) {
   if (options.yes) return;
   if (!terminal::is_terminal(terminal::Stream::kInput)) {
@@ -91,7 +92,7 @@ void end(ChangeRun& run, Output& output, std::unique_ptr<char[]>& reserve) {
   try {
     run.end();
   } catch (const std::bad_alloc&) {
-    // What was set aside does for the way back.
+    // The reserve is enough memory to say how to undo the run.
     reserve.reset();
     tell_way_back(run, output);
     throw;
@@ -109,7 +110,7 @@ void remove_old_runs(const ChangeRun& run) {
 int make_changes(Session& session, const std::vector<Target>& targets,
                  const ChangeOptions& options, Skipped& skipped,
                  const Change& change, Output& output) {
-  // Memory for the words after the changes.
+  // Memory for the message after the changes.
   auto reserve = std::make_unique<char[]>(1 << 20);
   Asking asking;
   ChangeRun run(session, targets, options, skipped,

@@ -1,6 +1,6 @@
-// A run that changes files, as replace and case have in common: first a search
-// that changes nothing, then a look at the files found, and then a preview, a
-// question or a refusal, or the run itself with its safe copies.
+// A run that changes files, shared by replace and case: a search that changes
+// nothing, a check of the files found, and then a preview, a question, a
+// refusal, or the run itself with its safe copies.
 //
 // Tested by tests/cli/posix_replace_test.cpp
 #pragma once
@@ -13,7 +13,8 @@
 
 namespace zenfo::host::cli {
 
-// Answers the exit status. The search is compiled; the change is ready to run.
+// Returns the exit status. The search must be compiled and the change ready to
+// run.
 int run_change(Session& session, Search& search, const ChangeOptions& options,
                const Change& change, Output& output);
 

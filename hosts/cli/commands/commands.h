@@ -5,7 +5,7 @@
 
 namespace zenfo::host::cli {
 
-// Each answers the exit status and throws Failure or Stopped.
+// Each returns the exit status and throws Failure or Stopped.
 int run_case(const Arguments& arguments);     // case.cpp
 int run_compare(const Arguments& arguments);  // compare.cpp
 int run_count(const Arguments& arguments);    // count.cpp

@@ -1,7 +1,7 @@
-// zenfo compare: what two lists of files have in common, or what one has that
-// the other lacks.
+// zenfo compare: finds what two lists of files have in common, or what only one
+// of them has.
 //
-// The library compares lists 1 and 2. Both are filled by way of list 1.
+// The library compares lists 1 and 2. Both are filled through list 1.
 //
 // Tested by tests/cli/compare_test.cpp, posix_files_test.cpp
 #include <cstdint>
@@ -71,7 +71,7 @@ void check_sides(const CommandLine& line, CompareOptions& options,
   }
 }
 
-// False when only help was wanted.
+// False when the user only asked for help.
 bool parse(const Arguments& arguments, CompareOptions& options,
            Output& output) {
   CommandLine line("compare", kHelpTexts);
@@ -96,7 +96,7 @@ bool parse(const Arguments& arguments, CompareOptions& options,
   return true;
 }
 
-// The files of a side, in list 1.
+// Loads the files of one side into list 1.
 FileList load_side(Session& session, const CompareOptions& options,
                    const std::string& side, const FactOptions& facts) {
   FileChoice choice = options.choice;
@@ -113,7 +113,7 @@ FileList load_side(Session& session, const CompareOptions& options,
   return files;
 }
 
-// To go on would call every file of the other side a difference.
+// Continuing would report every file of the other side as a difference.
 bool nothing_to_compare(Session& session) {
   return session.count() == 0 && complained();
 }

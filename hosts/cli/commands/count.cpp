@@ -1,7 +1,7 @@
-// zenfo count: bytes, words and lines of files.
+// zenfo count: counts bytes, words and lines of files.
 //
-// A line of the answer is a row of texts, the heading and the total too, so
-// that all of them align. Nothing is written before the last file is counted.
+// Each output line, including the heading and the total, is a row of texts, so
+// that all of them align. Nothing is written until the last file is counted.
 //
 // Tested by tests/cli/count_test.cpp
 #include <algorithm>
@@ -52,7 +52,7 @@ struct CountOptions {
   bool json = false;
 };
 
-// Sums of many files, which a count of the library's could not hold.
+// Sums of many files, which would overflow the library's counts.
 struct Sums {
   uint64_t bytes = 0;
   uint64_t words = 0;
@@ -76,7 +76,7 @@ struct Counted {
   Sums total;
 };
 
-// False when only help was wanted.
+// False when the user only asked for help.
 bool parse(const Arguments& arguments, CountOptions& options, Output& output) {
   CommandLine line("count", kHelpTexts);
   options.choice.folders_need_subfolders = true;
@@ -117,7 +117,7 @@ Counted count_all(Session& session, FileList& files, bool only_total) {
   return counted;
 }
 
-// The value is JSON already.
+// `value` is already JSON.
 std::string json_object(const std::string& key, const std::string& value,
                         const Sums& sums) {
   return "{\"" + key + "\":" + value +
@@ -128,7 +128,7 @@ std::string json_object(const std::string& key, const std::string& value,
 
 constexpr size_t kNumbers = 3;
 
-// Numbers to the right, then what they belong to.
+// Right-aligned numbers, then the name.
 struct Row {
   std::array<std::string, kNumbers> numbers;
   std::string name;

@@ -1,7 +1,7 @@
-// zenfo dups: files that are the same by some of their facts.
+// zenfo dups: finds files that agree in some of their facts.
 //
-// The library finds what is equal by one key. With several keys it is asked
-// for each, and files belong together that stood together every time.
+// The library finds files that agree in one key. With several keys it is called
+// for each, and files that were together every time form a group.
 //
 // Tested by tests/cli/dups_test.cpp, posix_files_test.cpp
 #include <cstdint>
@@ -58,7 +58,7 @@ struct DupsOptions {
   std::vector<const Key*> keys;
 };
 
-// False when only help was wanted.
+// False when the user only asked for help.
 bool parse(const Arguments& arguments, DupsOptions& options, Output& output) {
   CommandLine line("dups", kHelpTexts);
   std::string keys = "all";
@@ -77,7 +77,7 @@ bool parse(const Arguments& arguments, DupsOptions& options, Output& output) {
   return true;
 }
 
-// The number of a file's group for each key so far.
+// The numbers of a file's groups, one for each key so far.
 using Places = std::unordered_map<std::string, std::vector<uint32_t>>;
 using Group = std::vector<std::string>;
 
@@ -90,7 +90,8 @@ class Groups {
     const uint32_t count = session_.count();
     uint32_t group = 0;
     for (uint32_t i = 0; i < count; ++i) {
-      // The first of each group, and who is alone, is not selected.
+      // The first file of each group, and a file without duplicates, is not
+      // selected.
       const bool first = !session_.selected(i);
       const bool last = i + 1 == count || !session_.selected(i + 1);
       group += first;
@@ -99,7 +100,7 @@ class Groups {
     ++keys_;
   }
 
-  // In the order of the first key, then the next; the files by their paths.
+  // The groups sorted by the first key, then the next; their files by path.
   std::vector<Group> take() {
     session_.sort(kPathOption, false);
     std::map<std::vector<uint32_t>, Group> by_place;
@@ -118,7 +119,7 @@ class Groups {
   }
 
  private:
-  // Only a file that has a place by all keys before can get one.
+  // Only a file that was in a group by all previous keys is placed.
   void place(uint32_t index, uint32_t group) {
     const std::string path(session_.full_name(index));
     const auto found = keys_ == 0 ? places_.try_emplace(path).first  //

@@ -65,7 +65,7 @@ struct FilesOptions {
   std::string separator;
 };
 
-// Options that are checked when all are known.
+// Options that can only be checked when all are known.
 struct Given {
   std::string columns = "path";
   std::string sort;
@@ -115,7 +115,7 @@ void check_export(const CommandLine& line, const FilesOptions& options,
   }
 }
 
-// False when only help was wanted.
+// False when the user only asked for help.
 bool parse(const Arguments& arguments, FilesOptions& options, Output& output) {
   CommandLine line("files", kHelpTexts);
   Given given;
@@ -169,7 +169,7 @@ class Listing {
     }
   }
 
-  // Most lists are one column, which aligns with nothing.
+  // Most lists have one column, which needs no alignment.
   void write_single(const Column& column) {
     for_each_file([&](uint32_t index) {
       output_.put_name(text(column, index).value_or(""));
@@ -188,7 +188,7 @@ class Listing {
     });
   }
 
-  // Valid until the next call; none when the file has no such text.
+  // Valid until the next call; no value when the file has no such text.
   std::optional<std::string_view> text(const Column& column, uint32_t index) {
     if (column.accessor == nullptr) return files_.path(index);
     return session_.text(column.accessor, index);
@@ -261,8 +261,8 @@ void export_columns(const FilesOptions& options, Session& session) {
   }
 }
 
-// Paths are saved as they were shown. One with a line feed cannot be: the line
-// would end there.
+// Saves the paths as shown. A path with a line feed cannot be saved, because
+// the line would end there.
 void save_list(const std::string& file, Session& session, FileList& files) {
   for (uint32_t i = 0; i < files.count(); ++i) {
     const std::string path(files.path(i));

@@ -1,6 +1,6 @@
-// zenfo find: shows the lines of files that hold a text.
+// zenfo find: shows the lines that contain a text.
 //
-// What needs the matches themselves is written from inside the library's
+// Output that needs the matches themselves is written inside the library's
 // question, file by file; names and counts are read from its lists after the
 // run.
 //
@@ -35,12 +35,12 @@ namespace {
 
 using Answer = Session::Answer;
 
-// A report and a summary are written to the end of a file at least.
+// A stop may interrupt the command unless it writes a report or a summary.
 bool leaves_nothing_half_done(const FindOptions& options) {
   return options.search.report.empty() && options.summary.empty();
 }
 
-// Writes the files that a run finds matches in, one after the other.
+// Writes the results of each file in which a run finds matches.
 class Shown {
  public:
   Shown(const FindOptions& options, Session& session, FileList& files,
@@ -58,7 +58,7 @@ class Shown {
                     ? files.count()
                     : 0) {}
 
-  // Whether anything is to be done while the run lasts.
+  // Whether anything must be done during the run.
   bool asks_back() const {
     switch (options_.show) {
       case Show::kPaths:
@@ -75,7 +75,7 @@ class Shown {
 
   Answer question() {
     if (options_.show == Show::kNothing) {
-      // A report is written to its end.
+      // A report must be completed.
       if (options_.search.report.empty()) session_.leave(kFound);
       return Answer::kTake;
     }
@@ -113,7 +113,7 @@ class Shown {
   }
 
  private:
-  // Makes the file that follows `done` others of the run the present one.
+  // Makes the file after the first `done` of the run the current one.
   void turn_to(uint32_t done) {
     if (in_file_ && done == done_) return;
     finish_file();
@@ -200,8 +200,8 @@ class Shown {
     if (terminal::is_terminal(terminal::Stream::kOutput)) output_.flush();
   }
 
-  // Visits the entries of a list of results with their places in the list of
-  // files, which has the same order.
+  // Visits the entries of a result list together with their indices in the list
+  // of files, which is in the same order.
   template <class Visit>
   void for_each_result(int32_t list, Visit visit) {
     const uint32_t results = session_.count(list);
@@ -256,7 +256,7 @@ class Shown {
   Asking asking_;
   std::vector<uint64_t> counts_;
 
-  // The present file.
+  // The current file.
   bool in_file_ = false;
   bool loaded_ = false;
   uint32_t index_ = 0;
@@ -277,7 +277,7 @@ void select_files(Session& session, FileList& files, const NameFilter& filter) {
   }
 }
 
-// Answers how many were selected and are not any more.
+// Deselects binary files and returns their number.
 uint32_t deselect_binary(Session& session, const FileList& files) {
   uint32_t binary = 0;
   for (uint32_t i = 0; i < files.count(); ++i) {
@@ -298,7 +298,7 @@ void report_binary(uint32_t files) {
          counted(files, "binary file was", "binary files were") + " skipped");
 }
 
-// What the library says of a file that it rejects, behind the file's path.
+// How the library's message about a rejected file ends, after the path.
 constexpr std::string_view kNotOpened = " could not be opened";
 
 // The path in such a message.
@@ -308,12 +308,12 @@ std::string path_in(const std::string& message) {
              : message;
 }
 
-// Why a file could not be opened the system knows better.
+// The system knows better why a file could not be opened.
 void tell_rejected_file(const std::string& path, std::string_view shown_path) {
   complain(shown_path, system::why_not_loaded(path, "could not be opened"));
 }
 
-// The new messages about rejected files. Complains about all others.
+// Returns the new messages about rejected files and complains about all others.
 std::vector<std::string> rejections(Session& session) {
   std::vector<std::string> messages;
   for (const ErrorRecord& record : session.new_errors()) {
@@ -378,8 +378,8 @@ int run_over_files(FindOptions& options, Session& session, Search& search,
   return status_of(found);
 }
 
-// Matches cost time, so names and counts of lines do with a few. Changes
-// nothing and answers false where there is no such search.
+// Matches cost time, so for names and counts of lines the search finds as few
+// as possible. False, without a change, if there is no such search.
 bool find_no_more_than_shown(FindOptions& options) {
   switch (options.show) {
     case Show::kPaths:
@@ -408,7 +408,8 @@ int run_find(const Arguments& arguments) {
   if (leaves_nothing_half_done(options)) session.leave_at_stop(true);
   const SearchOptions given = options.search;
   if (!options.ask && find_no_more_than_shown(options)) {
-    // Refuses what compiles to nothing: with more behind it it would not.
+    // Checks the search as given: a text that compiles to nothing is refused,
+    // but it would compile with the addition.
     Search(session, given).compile();
   }
   Search search(session, options.search);

@@ -53,7 +53,7 @@ const HelpTexts kHelpTexts = {
 struct ReplaceOptions {
   ChangeOptions change;
   std::string replacement;
-  std::vector<std::string> replacements;  // of the texts, from --pairs
+  std::vector<std::string> replacements;  // one for each text, from --pairs
   std::string pairs;
   std::string values;
   std::string from_pattern;
@@ -176,7 +176,7 @@ int32_t checked(const CommandLine& line, const char* name,
   return number ? static_cast<int32_t>(*number) : usual;
 }
 
-// Pairs that replace a text by itself are passed over. At least one is left.
+// Drops pairs that replace a text by itself, but keeps at least one pair.
 void drop_unchanged_pairs(ReplaceOptions& options) {
   SearchOptions& search = options.change.search;
   if (options.number || search.ignore_case || search.is_pattern ||
@@ -191,7 +191,7 @@ void drop_unchanged_pairs(ReplaceOptions& options) {
   }
 }
 
-// Numbers count the matches, and each is taken for a change.
+// With numbers every match changes, because each one is counted.
 Stays which_stay(const ReplaceOptions& options) {
   if (options.number || options.edit_mode() != 0) return nullptr;
   if (!options.values.empty() || !options.from_pattern.empty()) {
@@ -207,7 +207,7 @@ Stays which_stay(const ReplaceOptions& options) {
   return stays_as(options.change.search, replacement);
 }
 
-// False when only help was wanted.
+// False when the user only asked for help.
 bool parse(const Arguments& arguments, ReplaceOptions& options,
            Output& output) {
   CommandLine line("replace", kHelpTexts);
@@ -233,8 +233,9 @@ bool parse(const Arguments& arguments, ReplaceOptions& options,
   return true;
 }
 
-// The library's own form of the file has lines that end in CR LF and passes
-// over empty ones, so that later values would go to the wrong matches.
+// Writes the values in the library's form, with lines that end in CR LF. The
+// library skips empty lines, so that later values would go to the wrong
+// matches; they are refused.
 void enter_values(const std::string& path) {
   const std::string own = temporary_folder::make_file();
   std::ofstream file(to_path(own), std::ios::binary);
@@ -253,7 +254,7 @@ void enter_values(const std::string& path) {
   }
 }
 
-// The search has compiled the texts; here come the replacements.
+// Enters the replacements; the search has compiled the texts.
 void enter_replacements(const ReplaceOptions& options) {
   if (!options.pairs.empty()) {
     Clear(ZENFO_LIST_PAIRS);
@@ -272,7 +273,7 @@ void enter_replacements(const ReplaceOptions& options) {
   }
 }
 
-// Files with zero bytes are not among those to change.
+// No byte check: the files to change contain no zero bytes.
 constexpr int32_t kAnyBytes = 0;
 
 class Replacing {
@@ -305,7 +306,7 @@ class Replacing {
                            0, 0, 0, s.areas.inside, o_.expand,
                            o_.placeholder.c_str(), first(), step(), o_.run_on);
   }
-  // Caret names are one option for both texts here.
+  // One option enables caret names in both texts.
   int32_t pairs(bool ask, bool safe) const {
     const SearchOptions& s = search();
     return ReplaceString(!s.ignore_case, s.whole_words, kAnyBytes, s.is_pattern,

@@ -1,4 +1,4 @@
-// zenfo undo: brings back the files of a run as they were before it.
+// zenfo undo: restores the files that a run changed.
 //
 // Tested by tests/cli/posix_replace_test.cpp
 #include <filesystem>
@@ -48,7 +48,7 @@ struct UndoOptions {
   bool force = false;
   bool yes = false;
   bool no_sync = false;
-  std::string forget;  // a run; empty: none
+  std::string forget;  // name of a run; empty: none
   std::vector<std::string> arguments;
 };
 
@@ -100,7 +100,7 @@ int list_runs(const RunStore& store, Output& output) {
   return runs.empty() ? kNothingFound : kDone;
 }
 
-// Throws Failure for a no.
+// Throws Failure when the answer is no.
 void ask(const std::string& question) {
   say(visible_name(question));
   const std::optional<std::string> answer = terminal::read_line();
@@ -110,8 +110,8 @@ void ask(const std::string& question) {
   }
 }
 
-// The parts that are known, as "run of 2026-11-14 09:42:56 in /home/me: 3
-// files, zenfo replace a b".
+// The known facts about a run, such as "run of 2026-11-14 09:42:56 in /home/me:
+// 3 files, zenfo replace a b".
 std::string description(const Run& run) {
   std::string text = "run";
   if (!run.time.empty()) text += " of " + run.time;
@@ -125,7 +125,8 @@ bool is_of_this_folder(const Run& run) {
   return narrow(std::filesystem::current_path(error)) == run.folder && !error;
 }
 
-// Whether it is over and certain to have changed nothing.
+// Whether a run certainly changed nothing. The caller holds its lock, so it has
+// ended.
 bool changed_nothing(const RunStore& store, const Run& run) {
   if (!run.files.empty()) return false;
   if (store.is_known_empty(run.name)) return true;
@@ -146,12 +147,13 @@ Chosen take(const RunStore& store, Run run) {
   return chosen;
 }
 
-// The last run that changed something. Later ones that did not are removed.
+// Returns the last run that changed something, and removes later ones that did
+// not.
 std::optional<Chosen> take_last(const RunStore& store) {
   std::vector<Run> runs = store.runs();
   for (; !runs.empty(); runs.pop_back()) {
     Chosen chosen = take(store, std::move(runs.back()));
-    // It may have ended, or been undone, since it was read.
+    // The run may have ended, or been undone, after it was read.
     auto run = store.find(chosen.run.name);
     if (!run) continue;
     chosen.run = std::move(*run);
@@ -161,7 +163,7 @@ std::optional<Chosen> take_last(const RunStore& store) {
   return std::nullopt;
 }
 
-// The run that the first argument names, which is then taken away.
+// Returns the run that the first argument names and removes the argument.
 std::optional<Chosen> take_named(const RunStore& store,
                                  std::vector<std::string>& arguments) {
   if (arguments.empty()) return std::nullopt;
@@ -173,8 +175,8 @@ std::optional<Chosen> take_named(const RunStore& store,
   return chosen;
 }
 
-// Says which run is taken back, as nobody named it, and makes sure that it is
-// the one that is meant. Throws Failure when it is not.
+// Names the run to be undone, because the user did not, and makes sure that it
+// is the intended one. Throws Failure when it is not.
 void confirm(const Run& run, const UndoOptions& options) {
   const std::string text = description(run);
   if (!options.yes && options.arguments.empty()) {

@@ -7,7 +7,7 @@
 namespace zenfo::host::cli {
 namespace {
 
-// For a shell: quoted where it would be taken apart.
+// Quotes an argument for a shell if necessary.
 std::string quoted(const std::string& text) {
   constexpr char kPlain[] =
       "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789"

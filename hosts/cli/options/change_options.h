@@ -23,7 +23,7 @@ struct ChangeOptions : ChangePlan {
 void declare_text_options(CommandLine& line, SearchOptions& search,
                           AreaTexts& areas);
 void declare_change_options(CommandLine& line, ChangeOptions& options);
-// Throws Failure for options that do not go together.
+// Throws Failure for options that exclude each other.
 void settle_change_options(const CommandLine& line, ChangeOptions& options,
                            const AreaTexts& areas);
 // "zenfo replace 'a b' c", for a shell.

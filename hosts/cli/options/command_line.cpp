@@ -13,14 +13,14 @@ namespace {
 
 constexpr size_t kHelpColumn = 28;
 
-// The parser takes "[a,b]" for a list; a mark in front keeps it a text.
+// The parser treats "[a,b]" as a list; a mark at the start keeps it a text.
 constexpr char kMark = '\1';
 
 bool looks_like_option(const std::string& argument) {
   return argument.size() > 1 && argument.starts_with('-');
 }
 
-// Behind "--" nothing is an option: what looks like one is marked too.
+// After "--" nothing is an option, so what looks like one is marked too.
 std::string marked(const std::string& argument, bool only_texts) {
   const bool needed = argument.starts_with('[') ||
                       argument.starts_with(kMark) ||
@@ -28,7 +28,7 @@ std::string marked(const std::string& argument, bool only_texts) {
   return needed ? kMark + argument : argument;
 }
 
-// In the order in which the parser takes them.
+// The parser takes its arguments from the back.
 std::vector<std::string> marked_backwards(
     const std::vector<std::string>& arguments) {
   std::vector<std::string> backwards;
@@ -45,7 +45,7 @@ std::string unmarked(const std::string& text) {
   return text.starts_with(kMark) ? text.substr(1) : text;
 }
 
-// Usage first, then what the command does, then the options.
+// Shows the usage first, then what the command does, then the options.
 class HelpFormat : public CLI::Formatter {
  public:
   explicit HelpFormat(const HelpTexts& texts) : texts_(texts) {
@@ -57,7 +57,7 @@ class HelpFormat : public CLI::Formatter {
     return "Usage: " + texts_.usage + "\n\n" + texts_.description + "\n";
   }
   std::string make_positionals(const CLI::App*) const override { return ""; }
-  // The value's name alone: no "..." for what may be repeated.
+  // Shows only the value's name, without "..." for repeatable options.
   std::string make_option_opts(const CLI::Option* option) const override {
     const std::string name = option->get_type_name();
     return name.empty() ? "" : ' ' + name;
@@ -88,7 +88,7 @@ CommandLine::CommandLine(const std::string& name, const HelpTexts& texts,
     : name_(name), options_(std::make_unique<CLI::App>("", "zenfo " + name)) {
   options_->set_help_flag(help_names, "Show this help and exit");
   options_->allow_windows_style_options(false);
-  // Unknown options are collected, for a message of our own.
+  // Unknown options are collected to report them in our own words.
   options_->allow_extras();
   options_->formatter(std::make_shared<HelpFormat>(texts));
 }
@@ -200,7 +200,8 @@ void CommandLine::arguments(std::vector<std::string>& values) {
       });
 }
 
-// The parser takes "-5" for an argument, and what follows an option in "-n5".
+// The parser treats "-5" as an argument, and also the rest of "-n5" if -n is a
+// flag.
 std::string CommandLine::taken(const std::string& argument) const {
   if (looks_like_option(argument)) throw wrong(argument, "no such option");
   return unmarked(argument);

@@ -1,6 +1,6 @@
-// The command line of one subcommand: its options are declared here once, for
-// parsing and for the help text. Parsing is CLI11's, with its liberties taken
-// away: no "/x" options, no "[a,b]" lists, options take one value each.
+// The command line of one subcommand: its options are declared once, for
+// parsing and for the help text. CLI11 parses, with some features disabled: no
+// "/x" options, no "[a,b]" lists, one value for each option.
 //
 // Tested by tests/cli/command_test.cpp
 #pragma once
@@ -24,10 +24,10 @@ class App;
 
 namespace zenfo::host::cli {
 
-// The words of a command line behind the name of a subcommand.
+// The words of a command line after the name of the subcommand.
 using Arguments = std::vector<std::string>;
 
-// What the help text says around the options.
+// The parts of the help text around the options.
 struct HelpTexts {
   std::string usage;        // "zenfo find [OPTIONS] TEXT [PATH...]"
   std::string description;  // lines without the last line feed
@@ -44,8 +44,8 @@ class CommandLine {
   void heading(const std::string& text) { heading_ = text; }
 
   void flag(const std::string& names, bool& value, const std::string& help);
-  // `value_name` stands for the value in the help text. An option that is
-  // given again replaces its value, or adds to its values.
+  // `value_name` names the value in the help text. An option that is given
+  // again replaces its value, or adds to its values.
   void value(const std::string& names, std::string& value,
              const std::string& value_name, const std::string& help);
   void values(const std::string& names, std::vector<std::string>& values,
@@ -60,26 +60,26 @@ class CommandLine {
   using TwoTexts = std::pair<std::string, std::string>;
   void two_values(const std::string& names, std::optional<TwoTexts>& values,
                   const std::string& value_names, const std::string& help);
-  // What is no option: one argument, then all others. Not in the help text,
-  // whose usage line and description tell.
+  // The arguments that are not options: one, then all others. The help text
+  // describes them only in its usage line and description.
   void argument(std::string& value);
   void arguments(std::vector<std::string>& values);
 
-  // Throws Failure for a command line that is wrong. False when help was asked
-  // for, which is then in the output.
+  // Throws Failure for an invalid command line. False when the user asked for
+  // help, which is then in the output.
   bool parse(const Arguments& arguments, Output& output);
-  // Throws the failure of the first row that is wrong.
+  // Throws the failure of the first rule that is broken.
   struct Rule {
     bool wrong;
     const char* subject;
     const char* reason;
   };
   void refuse_if(std::initializer_list<Rule> rules) const;
-  // The failure that points to the help text.
+  // A failure that refers to the help text.
   Failure wrong(const std::string& subject, const std::string& reason) const;
 
  private:
-  // An argument as it was given, unless it is an option that there is not.
+  // Returns an argument as it was given; throws for an unknown option.
   std::string taken(const std::string& argument) const;
   void refuse_unknown_options() const;
 
@@ -94,17 +94,17 @@ struct ResultForm {
   bool json = false;
 };
 
-// What subcommands have in common.
+// Options that subcommands share.
 void add_form_options(CommandLine& line, ResultForm& form);
 void add_choice_options(CommandLine& line, FileChoice& choice);
-// --from-list, for the files of a list in the place of arguments.
+// --from-list, for the files of a list instead of arguments.
 void add_list_option(CommandLine& line, FileChoice& choice);
-// Throws Failure for options that are wrong together or in their values.
+// Throws Failure for options that exclude each other or have wrong values.
 void check_form(const CommandLine& line, const ResultForm& form);
 void check_choice(const CommandLine& line, const FileChoice& choice);
 void check_list_option(const CommandLine& line, const FileChoice& choice,
                        const std::vector<std::string>& paths);
-// "a,b" in its parts.
+// Splits "a,b" at commas.
 std::vector<std::string> parts_of(std::string_view list);
 
 }  // namespace zenfo::host::cli

@@ -47,7 +47,7 @@ const HelpTexts kHelpTexts = {
     "  journalctl | zenfo find -i error\n"
     "  zenfo find -rl0 -- -v . | xargs -0 ls -l\n"};
 
-// Options that are checked when all are known.
+// Options that can only be checked when all are known.
 struct Given {
   std::string first;
   std::vector<std::string> texts;
@@ -168,8 +168,8 @@ void declare_form(CommandLine& line, FindOptions& options, Given& given) {
   line.heading("Options");
 }
 
-// An option that takes the place of the lines or changes them, in the order in
-// which one wins over the next.
+// The options that replace or change the output lines; the first one given in
+// this order wins.
 struct ShowRow {
   bool Given::*given;
   Show show;
@@ -204,7 +204,7 @@ void read_texts(const std::string& path, std::vector<std::string>& texts) {
   }
 }
 
-// The first argument is TEXT unless texts were given otherwise.
+// The first argument is TEXT unless an option gave the texts.
 void settle_texts(const CommandLine& line, FindOptions& options,
                   const Given& given) {
   std::vector<std::string>& texts = options.search.texts;
@@ -227,7 +227,7 @@ void settle_texts(const CommandLine& line, FindOptions& options,
   }
 }
 
-// Each stays where it stood first.
+// Keeps the first of equal texts.
 void remove_repeats(std::vector<std::string>& texts) {
   std::unordered_set<std::string> met;
   std::erase_if(
@@ -259,7 +259,7 @@ void settle_area_markers(const CommandLine& line, const Areas& areas) {
   }
 }
 
-// grep's rule: names are left out when there is only one file to speak of.
+// As in grep, names are omitted when only one file can be searched.
 bool is_single_file(const FindOptions& options) {
   return options.paths.size() == 1 && options.files_from.empty() &&
          system::look_at(system::own_form(options.paths[0])).kind !=
@@ -324,8 +324,8 @@ void check_together(const CommandLine& line, const FindOptions& options,
   }
 }
 
-// The library's patterns know no brackets and ignore case, so they only
-// prepare the choice.
+// The library's patterns have no brackets and ignore case, so they only
+// preselect the files.
 void settle_choice(FindOptions& options) {
   FileChoice& choice = options.choice;
   choice.folders_need_subfolders = true;
@@ -343,12 +343,12 @@ void settle_choice(FindOptions& options) {
       choice.patterns.end());
 }
 
-// What speaks of the files of folders asks for the current one.
+// Options about files in folders mean the current folder by default.
 bool wants_folder(const FindOptions& options) {
   return options.choice.subfolders || !options.filter.empty();
 }
 
-// As grep does, for whom a terminal is no input to search.
+// Like grep, reads standard input if no file is given and it is not a terminal.
 void settle_input(const CommandLine& line, FindOptions& options) {
   if (options.paths.empty() && options.files_from.empty() &&
       !wants_folder(options) && !options.ask &&

@@ -1,5 +1,5 @@
-// The command line of zenfo find: its options, what goes with what, and the
-// help text.
+// The command line of zenfo find: its options, which of them exclude each
+// other, and the help text.
 //
 // Tested by tests/cli/find_test.cpp
 #pragma once
@@ -16,7 +16,7 @@
 
 namespace zenfo::host::cli {
 
-// What is written of the results; the first that was asked for.
+// What is written of the results. If several options are given, the first wins.
 enum class Show {
   kNothing,      // -q
   kPaths,        // -l
@@ -42,7 +42,8 @@ struct FindOptions {
   bool matches_are_lines = false;  // see search_once_a_line()
 };
 
-// False when only help was wanted. Throws Failure for what is wrong.
+// False when the user only asked for help. Throws Failure for an invalid
+// command line.
 bool parse_find(const Arguments& arguments, FindOptions& options,
                 Output& output);
 

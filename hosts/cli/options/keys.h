@@ -1,5 +1,5 @@
-// The keys by which lists are sorted, searched for duplicates and compared:
-// one table from their names to the library's options.
+// The keys for sorting and comparing lists and finding duplicates: one table
+// from their names to the library's options.
 //
 // Tested by tests/cli/files_test.cpp, dups_test.cpp, compare_test.cpp
 #pragma once
@@ -14,22 +14,21 @@
 
 namespace zenfo::host::cli {
 
-// Of the key that compares paths.
+// The option of the key that compares paths.
 inline constexpr uint32_t kPathOption = 10;
 
 struct Key {
   const char* name;
-  uint32_t option;           // of Sort(); CompareLists() has the same numbers
+  uint32_t option;           // of Sort() and CompareLists()
   std::array<int, 2> facts;  // that it compares, 0 for none
 };
 
 // "name, folder, ...", for messages.
 std::string key_names();
-// Throw Failure for a name that no key has, with the option that it was given
-// to.
+// Both throw Failure for an unknown name; the message mentions the option.
 const Key& find_key(const CommandLine& line, const std::string& option,
                     const std::string& name);
-// Of "name,size", without repeats.
+// The keys of a list such as "name,size", without repeats.
 std::vector<const Key*> find_keys(const CommandLine& line,
                                   const std::string& option,
                                   const std::string& names);

@@ -1,4 +1,4 @@
-// The options of what to find, as find, replace and case have them in common.
+// The options for what to find, which find, replace and case share.
 //
 // Tested by tests/cli/find_test.cpp, tests/cli/replace_test.cpp
 #pragma once
@@ -10,7 +10,7 @@
 
 namespace zenfo::host::cli {
 
-// At most one of them may be given.
+// At most one of the two may be given.
 struct AreaTexts {
   std::string outside;
   std::string inside;
@@ -18,11 +18,11 @@ struct AreaTexts {
 
 void declare_between(CommandLine& line, SearchOptions& search,
                      const std::string& help);
-// How the text is taken, and what stands beside it.
+// How to read the text, and what must be beside it.
 void declare_how(CommandLine& line, SearchOptions& search);
-// Names in texts, and where in a file they are searched for.
+// Named characters and classes in texts, and the areas to search.
 void declare_areas(CommandLine& line, SearchOptions& search, AreaTexts& areas);
-// Throws Failure for both.
+// Throws Failure when both are given.
 void settle_areas(const CommandLine& line, const AreaTexts& areas,
                   SearchOptions& search);
 

@@ -63,7 +63,7 @@ std::string aligned_line(const std::vector<const Column*>& columns,
                          const Cells& cells,
                          const std::vector<size_t>& widths) {
   std::string line;
-  size_t blanks = 0;  // written in front of the next text only
+  size_t blanks = 0;  // written only before the next text
   for (size_t i = 0; i < cells.size(); ++i) {
     const std::string_view text = cells[i] ? *cells[i] : std::string_view();
     const size_t rest = widths[i] - std::min(widths[i], width_of(text));

@@ -1,5 +1,5 @@
 // The columns of a list of files, and three ways to write them: aligned for
-// people, ended by zero bytes for scripts, JSON for programs.
+// people, with zero bytes for scripts, as JSON for programs.
 //
 // Tested by tests/cli/columns_test.cpp, tests/cli/command_test.cpp
 #pragma once
@@ -17,7 +17,7 @@ namespace zenfo::host::cli {
 
 struct Column {
   const char* name;
-  int option;             // fact asked for, 0 for none
+  int option;             // fact to gather, 0 for none
   int field;              // number for SaveSelection(), 0 for none
   TextAccessor accessor;  // null: the path
   bool to_the_right;
@@ -25,25 +25,25 @@ struct Column {
 
 // "name, folder, ...", for messages.
 std::string column_names();
-// None when there is no such column.
+// Null when there is no such column.
 const Column* find_column(std::string_view name);
 
-// Characters of a UTF-8 text, each byte that fits nowhere counted as one.
+// The number of characters in a UTF-8 text. Each invalid byte counts as one.
 size_t width_of(std::string_view text);
 
 using Cells = std::vector<std::optional<std::string>>;
 
-// One line without its end: cells filled to the widths, two blanks between,
-// no blanks behind the last one.
+// One line without its end: cells padded to the widths and separated by two
+// blanks, without blanks at the end of the line.
 std::string aligned_line(const std::vector<const Column*>& columns,
                          const Cells& cells, const std::vector<size_t>& widths);
 // One line without its end; a missing text is null.
 std::string json_line(const std::vector<const Column*>& columns,
                       const Cells& cells);
-// {"files":2,"bytes":1536,"size":"1.50 KB"}; the bytes are those that the long
-// text of a total names.
+// {"files":2,"bytes":1536,"size":"1.50 KB"}; the bytes are taken from the long
+// text of the total.
 std::string json_total(uint32_t files, const SizeTotal& total);
-// Cells with tabs between.
+// The cells, separated by tabs.
 std::string tabbed_line(const Cells& cells);
 
 }  // namespace zenfo::host::cli

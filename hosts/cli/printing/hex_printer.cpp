@@ -14,14 +14,14 @@ size_t end_of(const Match& match) {
   return size_t{match.offset} + match.length;
 }
 
-// Whether a byte lies in one of the matches.
+// Whether a byte belongs to one of the matches.
 bool is_marked(size_t position, std::span<const Match> matches) {
   return std::any_of(matches.begin(), matches.end(), [&](const Match& match) {
     return match.offset <= position && position < end_of(match);
   });
 }
 
-// A terminal takes a byte of a longer character for none.
+// A terminal cannot show a single byte of a multi-byte character.
 char shown(char byte, bool on_terminal) {
   const auto value = static_cast<unsigned char>(byte);
   const bool lone = on_terminal && value > 127;
@@ -40,7 +40,7 @@ void HexPrinter::print_file(std::string_view path, std::string_view text,
   size_t last_row = kNoRow;
   size_t first = 0;  // the earliest match that may reach the row in hand
   for (size_t i = 0; i < matches.size(); ++i) {
-    // A file that was cut since it was searched shows what is left.
+    // If the file was shortened after the search, shows what is left.
     const size_t end = std::min(end_of(matches[i]), text.size());
     for (size_t row = matches[i].offset / kRow; row * kRow < end; ++row) {
       if (last_row != kNoRow && row <= last_row) continue;

@@ -1,12 +1,12 @@
-// Matches as rows of a hex dump, as the library's display lays text out:
+// Matches as rows of a hex dump, in the layout of the library's display:
 // sixteen bytes a row, then the same bytes as characters.
 //
 //   path
 //   00000010  63 61 74 20 63 6F 6E 63 61 74 20 63 61 74 0D 0A   cat concat
 //   cat..
 //
-// Only rows that hold bytes of a match are shown; "--" stands between rows that
-// do not follow each other.
+// Only rows with bytes of a match are shown; "--" separates rows that are not
+// consecutive.
 //
 // Tested by tests/cli/hex_printer_test.cpp
 #pragma once
@@ -24,7 +24,7 @@ class HexPrinter {
   HexPrinter(bool paths, bool colours, Output& output)
       : paths_(paths), colours_(colours), output_(output) {}
 
-  // The matches are in the order of their offsets.
+  // The matches must be sorted by offset.
   void print_file(std::string_view path, std::string_view text,
                   std::span<const Match> matches);
 

@@ -1,5 +1,5 @@
-// Matches as JSON, an object a line; docs/json-output.md tells the form. Put
-// together by hand, as there may be a million lines.
+// Matches as JSON, one object per line; docs/json-output.md describes the
+// format. Written by hand for speed, because there may be a million lines.
 //
 // Tested by tests/cli/find_test.cpp
 #pragma once

@@ -20,8 +20,8 @@ size_t end_of(const Match& match) {
   return size_t{match.offset} + match.length;
 }
 
-// Where lines are no longer shown: at the line of the first zero byte, and at
-// the start of the text when there is one in the first block.
+// Where the output of lines stops: at the line with the first zero byte, or at
+// the start of the text if the first block contains one.
 size_t end_of_shown(std::string_view text) {
   const size_t zero = first_zero_byte(text);
   if (zero == text.size()) return zero;
@@ -143,7 +143,7 @@ class LinePrinter::Walk : public LineVisitor {
   }
 
   void only(const Match& match) {
-    // The number of a place within a line is the line's.
+    // The line number of an offset within the line is that of the line.
     prefix(match.offset, match.offset, ':');
     printer_.put(kMatchColour, text_.substr(match.offset, match.length));
     printer_.output_.put('\n');

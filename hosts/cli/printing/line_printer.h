@@ -1,4 +1,4 @@
-// Matches as lines of text, in the form that every user of grep knows:
+// Matches as lines of text, in the format of grep:
 //
 //   path:12:a line with a match
 //   path-13-a line of its context
@@ -17,7 +17,7 @@
 
 namespace zenfo::host::cli {
 
-// What a terminal is told before and behind the bytes of a match.
+// Written to a terminal before and after the bytes of a match.
 inline constexpr char kMatchColour[] = "\x1b[01;31m";
 inline constexpr char kPlainColour[] = "\x1b[m";
 
@@ -26,8 +26,8 @@ struct LineForm {
   bool numbers = false;
   bool offsets = false;
   bool matches_only = false;
-  bool null = false;     // a zero byte behind a path
-  bool as_text = false;  // though it is binary
+  bool null = false;     // a zero byte after a path
+  bool as_text = false;  // even if it is binary
   bool colours = false;
   uint64_t before = 0;
   uint64_t after = 0;
@@ -39,7 +39,8 @@ class LinePrinter {
   LinePrinter(const LineForm& form, Output& output)
       : form_(form), output_(output) {}
 
-  // What is binary of the file is left out, see binary.h, and said to match.
+  // The binary part of the file is left out, see binary.h; if it contains
+  // matches, a line says so.
   void print_file(std::string_view path, std::string_view text,
                   const std::vector<Block>& blocks);
   // "path" or, with paths, "path:12".
@@ -62,7 +63,7 @@ class LinePrinter {
   bool any_ = false;  // lines were printed
 };
 
-// The line, or the matches in it, as a person on a terminal sees it.
+// Writes the part of a text from `start` to `end` with its matches marked.
 void put_marked(Output& output, std::string_view text, size_t start, size_t end,
                 std::span<const Match> matches, bool colours);
 

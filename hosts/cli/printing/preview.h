@@ -1,4 +1,4 @@
-// Changes as lines: what was removed and what takes its place.
+// Changes as lines: what is removed and what replaces it.
 //
 //   path:12:-the old line
 //   path:12:+the new line

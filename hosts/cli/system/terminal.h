@@ -14,31 +14,32 @@ namespace zenfo::host::cli::terminal {
 
 enum class Stream { kInput, kOutput, kErrors };
 
-// Call once, first: makes the standard streams usable as bytes, and writing to
-// a stream that is closed or has lost its reader an error rather than a death.
+// Call it once before all others: makes the standard streams usable for bytes.
+// Writing to a stream that is closed or has lost its reader becomes an error
+// instead of ending the process.
 void prepare_streams();
-// Writes all bytes. Answers the reason for a failure, empty for success.
+// Writes all bytes. Returns the reason for a failure, empty for success.
 std::string write(Stream stream, std::string_view bytes);
-// Whether standard output was a pipe that nobody reads any more, and nobody
-// asked to be told so. Its reader had enough, which is no error.
+// Whether the reader of standard output, a pipe, closed it and the process was
+// not told to ignore that. It is not an error: the reader had enough.
 bool reader_is_gone();
-// Ends the process as other programs end then: on Linux by SIGPIPE.
+// Ends the process as other programs do in this case: on Linux by SIGPIPE.
 [[noreturn]] void leave_without_reader();
 bool is_terminal(Stream stream);
-// Whether escape sequences in what is written to the output become colours;
-// makes them do so where that takes a call.
+// Whether escape sequences in the output become colours; enables them if
+// necessary.
 bool shows_colours();
-// The next line of standard input, a terminal's, without its end. None at its
-// end and when the user stops the command while it waits.
+// The next line of standard input, which must be a terminal, without its end.
+// No value at its end and when the user stops the command meanwhile.
 std::optional<std::string> read_line();
-// Width in characters; 80 where it is not known.
+// The width in characters; 80 if unknown.
 size_t terminal_columns();
 
-// From now on Ctrl-C and its like are noted as a stop rather than obeyed,
-// unless stops are obeyed. The second one ends the process at once.
+// From now on Ctrl-C and similar signals are noted as a stop. The first ends
+// the process only while stops are obeyed, the second always does.
 void watch_for_stop();
-// Says that a file was shortened while it was shown and ends the process: for
-// MappedFile::prepare().
+// Reports that a file was shortened while it was shown and ends the process.
+// For MappedFile::prepare().
 void leave_without_file(const char* path);
 
 }  // namespace zenfo::host::cli::terminal

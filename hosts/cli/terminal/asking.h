@@ -1,5 +1,4 @@
-// --ask: each match is shown in its line, and the user says whether to take
-// it.
+// --ask: shows each match in its line, and the user says whether to take it.
 //
 // Tested by tests/cli/posix_find_test.cpp
 #pragma once
@@ -12,12 +11,12 @@
 
 namespace zenfo::host::cli {
 
-// Asks on the error stream, reads the terminal's answers.
+// Asks on the error stream and reads the answers from the terminal.
 class Asking : public MatchChooser {
  public:
   bool take(std::string_view path, std::string_view text,
             const Match& match) override;
-  // The user wants to be asked no more.
+  // The user does not want to be asked again.
   bool stopped() const override { return stopped_; }
 
  private:

@@ -9,7 +9,7 @@
 namespace zenfo::host::cli {
 namespace {
 
-// Longer than any path of a file that there is.
+// Longer than any path of an existing file.
 constexpr size_t kLongestSubject = 4096;
 
 bool any_complaint = false;

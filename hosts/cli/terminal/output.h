@@ -1,10 +1,9 @@
-// Standard output through one buffer of 64 KB. The first write that fails is
-// complained about; what follows is dropped, and the command ends with 2. A
-// reader that has had enough is no failure: what follows is dropped, and the
-// command ends quietly.
+// Standard output through one buffer of 64 KB. The first write that fails
+// causes a complaint; later output is dropped, and the command ends with 2. If
+// the reader of a pipe closed it, later output is dropped without a complaint.
 //
-// On a terminal control characters of texts are shown, as visible.h tells; into
-// a pipe or a file every byte goes as it is.
+// On a terminal control characters in texts are made visible, see visible.h; a
+// pipe or a file gets every byte unchanged.
 //
 // Tested by tests/cli/command_test.cpp, tests/cli/posix_terminal_test.cpp
 #pragma once
@@ -21,7 +20,7 @@ class Output {
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
 
-  // Text of several lines perhaps.
+  // Writes text of one or more lines.
   void put(std::string_view text) {
     if (on_terminal_) {
       put_visible(text);
@@ -29,12 +28,12 @@ class Output {
       put_bytes(text);
     }
   }
-  // A name of a file, or else what is to stay on its line.
+  // Writes a file name, or another text that must stay on its line.
   void put_name(std::string_view name) { put_bytes(shown_name(name)); }
   std::string shown_name(std::string_view name) const;
   // Whole lines of JSON.
   void put_json(std::string_view lines);
-  // What is the command's own: ends of lines, zero bytes, colours.
+  // Writes the command's own bytes: line ends, zero bytes, colours.
   void put(char byte) { put_bytes(std::string_view(&byte, 1)); }
   void put_bytes(std::string_view bytes) {
     if (buffer_.size() + bytes.size() > kSize) flush();
@@ -42,7 +41,7 @@ class Output {
   }
   void flush();
   bool on_terminal() const { return on_terminal_; }
-  // Whether nobody gets the output any more.
+  // Whether a write failed, so that all output is dropped.
   bool failed() const { return failed_; }
 
  private:

@@ -14,7 +14,7 @@ constexpr auto kFirstDrawing = std::chrono::milliseconds(300);
 constexpr auto kBetweenDrawings = std::chrono::milliseconds(100);
 constexpr size_t kBarWidth = 24;
 
-Progress* drawn_bar = nullptr;  // the one that stands on the terminal
+Progress* drawn_bar = nullptr;  // the one on the terminal
 
 void append_utf8(std::string& text, uint32_t point) {
   auto add = [&](uint32_t byte) { text += static_cast<char>(byte); };
@@ -80,7 +80,7 @@ std::string progress_line(const std::string& status, int percent,
 }
 
 int run_percent(uint32_t done, uint32_t files, bool loading, int percent) {
-  constexpr int kLoading = 30;  // percent of the work on a file
+  constexpr int kLoading = 30;  // of the work on a file, in percent
   percent = std::clamp(percent, 0, 100);
   const int of_file = loading ? kLoading * percent / 100
                               : kLoading + (100 - kLoading) * percent / 100;
@@ -110,7 +110,7 @@ void Progress::begin_run(uint32_t files, Count files_done) {
 
 int Progress::percent_of(const ProgressRecord& step) {
   if (files_ == 0) return step.percent;
-  // The library also reports its own counting.
+  // The library reports the progress of that counting, too.
   counting_ = true;
   const uint32_t done = files_done_();
   counting_ = false;

@@ -1,7 +1,7 @@
-// The progress bar: one line on the error stream that is drawn over and over.
-// It is erased at the end, and before anything else goes to the terminal. It
-// appears only there, only when an operation takes a while, and changes at most
-// ten times a second.
+// The progress bar: one line on the error stream that is redrawn. It is erased
+// at the end, and before anything else goes to the terminal. It appears only on
+// a terminal and only when an operation takes a while, and changes at most ten
+// times a second.
 //
 //   [############            ]  52% Now looking for files
 //
@@ -17,18 +17,18 @@
 
 namespace zenfo::host::cli {
 
-// The bar's line, at most `columns` bytes of it.
+// The bar's line, cut to `columns` bytes.
 std::string progress_line(const std::string& status, int percent,
                           size_t columns);
-// A callback's text as UTF-8; a half of a pair that stands alone becomes "?".
+// A callback's text as UTF-8; an unpaired surrogate becomes "?".
 std::string utf8_of(const ZenfoWideChar* text);
 
-// How much of a run over files is done, in percent: `done` of `files`, and of
-// the one in hand as much as the library says of its present phase. A file is
-// loaded first, then searched and perhaps changed.
+// The finished part of a run over files, in percent: `done` of `files`, plus
+// `percent` of the current phase of the file in hand. A file is first loaded,
+// then searched and perhaps changed.
 int run_percent(uint32_t done, uint32_t files, bool loading, int percent);
 
-// Erases the bar that stands on the terminal, if any.
+// Erases the bar on the terminal, if there is one.
 void erase_progress();
 
 class Progress : public ProgressView {
@@ -55,8 +55,8 @@ class Progress : public ProgressView {
   uint32_t files_ = 0;  // of the run; 0: an operation without one
   Count files_done_;
   bool loading_ = false;
-  bool counting_ = false;  // files_done_ is at work
-  int reached_ = 0;        // percent of the run: it never goes back
+  bool counting_ = false;  // files_done_ is running
+  int reached_ = 0;        // of the run, in percent; never decreases
   size_t drawn_ = 0;       // bytes on the screen now
   Clock::time_point next_drawing_;
 };

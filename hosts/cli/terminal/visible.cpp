@@ -21,7 +21,7 @@ bool is_continuation(std::string_view text, size_t i) {
 
 bool is_high_control(unsigned char byte) { return (byte & 0xE0) == 0x80; }
 
-// Bytes of the character at `i`, by its first byte; 1 for what is no UTF-8.
+// The length of the character at `i`; 1 for invalid UTF-8.
 size_t character_length(std::string_view text, size_t i) {
   const unsigned char first = byte_at(text, i);
   size_t length = 1;
@@ -34,7 +34,8 @@ size_t character_length(std::string_view text, size_t i) {
   return length;
 }
 
-// The bytes at `i` that are to be shown as digits; 0 for a character to show.
+// How many bytes at `i` must be shown in hexadecimal; 0 for a character to
+// show.
 size_t control_length(std::string_view text, size_t i) {
   const unsigned char byte = byte_at(text, i);
   if (byte < 0x20 || byte == kDelete || is_high_control(byte)) return 1;
@@ -58,7 +59,7 @@ void append_hex(std::string& shown, std::string_view bytes) {
   }
 }
 
-// Escapes what is a control character and no layout to keep.
+// Escapes control characters, except those for layout if `layout_stays`.
 std::string visible(std::string_view text, bool layout_stays) {
   std::string shown;
   shown.reserve(text.size());
@@ -90,7 +91,7 @@ std::string visible_json(std::string_view json) {
     const size_t control = byte >= kDelete ? control_length(json, i) : 0;
     const size_t length = control > 0 ? control : character_length(json, i);
     if (control > 0) {
-      // Of both lengths the last byte is the character's number.
+      // For both lengths the last byte is the character's number.
       char digits[8];
       std::snprintf(digits, sizeof digits, "\\u%04x",
                     static_cast<unsigned>(byte_at(json, i + control - 1)));

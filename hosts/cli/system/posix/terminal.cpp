@@ -17,8 +17,8 @@
 namespace zenfo::host::cli::terminal {
 namespace {
 
-// Whoever started the process may have it ignore lost pipes; then they count
-// as errors.
+// A parent process may have made this one ignore lost pipes; then they count as
+// errors.
 bool ends_without_reader = false;
 bool reader_lost = false;
 
@@ -33,8 +33,8 @@ int descriptor(Stream stream) {
   }
 }
 
-// From within a signal handler. A bar may stand on the line of a terminal, and
-// a colour be in force.
+// Called in a signal handler. There may be a progress bar on the line, and a
+// colour may be active.
 void tell_of_stop() {
   constexpr std::string_view kPlain = "\x1b[m";
   if (isatty(STDOUT_FILENO) != 0) {
@@ -58,10 +58,10 @@ extern "C" void on_stop_signal(int number) {
 
 void prepare_streams() {
   ends_without_reader = std::signal(SIGPIPE, SIG_IGN) != SIG_IGN;
-  // A file as large as it may be is an error like others.
+  // Reaching the file size limit is an error like others.
   std::signal(SIGXFSZ, SIG_IGN);
-  // A closed stream would lend its number to the next file that is opened.
-  // Opened the wrong way round, so that using it fails.
+  // The number of a closed stream would be reused for the next file that is
+  // opened. It is opened in the wrong direction, so that using it fails.
   for (int number : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(number, F_GETFD) >= 0) continue;
     const int access = number == STDIN_FILENO ? O_WRONLY : O_RDONLY;
@@ -99,7 +99,7 @@ bool shows_colours() {
          std::strcmp(terminal, "dumb") != 0;
 }
 
-// Waits by poll(), which a signal ends, as it does not end read().
+// Waits with poll(), because signals interrupt it but not read().
 std::optional<std::string> read_line() {
   std::string line;
   for (;;) {
@@ -128,7 +128,7 @@ void watch_for_stop() {
   for (int number : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction before;
     sigaction(number, nullptr, &before);
-    // What nohup and the shell's background jobs ignore stays ignored.
+    // Signals ignored because of nohup or a background job stay ignored.
     if (before.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
   }
 }

@@ -27,13 +27,13 @@ HANDLE handle_of(Stream stream) {
   }
 }
 
-// A bar may stand on the line of a console.
+// There may be a progress bar on the line.
 void tell_of_stop() {
   write(Stream::kErrors, is_terminal(Stream::kErrors) ? "\nzenfo: stopped\n"
                                                       : "zenfo: stopped\n");
 }
 
-// Called in a thread of its own.
+// Windows calls it in a separate thread.
 BOOL WINAPI on_stop(DWORD) {
   const bool first = system::note_stop(kStopStatus);
   if (first && !system::is_stop_obeyed()) return TRUE;
@@ -99,7 +99,7 @@ size_t terminal_columns() {
 
 void watch_for_stop() { SetConsoleCtrlHandler(on_stop, TRUE); }
 
-// No file is mapped here.
+// No file is mapped on Windows.
 void leave_without_file(const char*) {}
 
 }  // namespace zenfo::host::cli::terminal
