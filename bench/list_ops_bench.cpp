@@ -166,7 +166,7 @@ void load_list(benchmark::State& state, bool only_names) {
   for (auto _ : state) {
     LoadFileList(scratch_file().c_str(), kNoFacts);
     state.PauseTiming();
-    ItemList& list = *library().second_files;
+    ItemList& list = *library().run_files;
     if (list.count() != paths.size()) state.SkipWithError("lines are missing");
     list.clear();
     state.ResumeTiming();
@@ -199,8 +199,8 @@ void load_strings(benchmark::State& state, bool only_names) {
 
 void save_list(benchmark::State& state) {
   Initialize();
-  fill(*library().second_files, paths_for(state));
-  library().second_files->set_state(-1, 1);
+  fill(*library().run_files, paths_for(state));
+  library().run_files->set_state(-1, 1);
   for (auto _ : state) SaveFileList(scratch_file().c_str());
   Terminate();
 }
@@ -211,7 +211,7 @@ void save_list(benchmark::State& state) {
 void compare(benchmark::State& state, uint32_t option) {
   const auto paths = paths_for(state);
   Initialize();
-  for (ItemList* list : {library().second_files.get(), library().pairs.get()}) {
+  for (ItemList* list : {library().run_files.get(), library().pairs.get()}) {
     const bool second = list == library().pairs.get();
     for (size_t i = 0; i < paths.size(); ++i) {
       auto entry = std::make_unique<FileEntry>(SharedText(""));
@@ -231,7 +231,7 @@ void remove_half(benchmark::State& state) {
   Initialize();
   for (auto _ : state) {
     state.PauseTiming();
-    ItemList& list = *library().second_files;
+    ItemList& list = *library().run_files;
     fill(list, paths);
     for (uint32_t i = 0; i < list.count(); i += 2) list.get(i)->state = 1;
     state.ResumeTiming();

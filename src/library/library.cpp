@@ -31,8 +31,8 @@ ItemList* matches_of(const std::unique_ptr<PatternContext>& context) {
 
 int32_t Library::initialize() {
   terminate();
-  create_hooked(first_files);
-  create_hooked(second_files);
+  create_hooked(other_files);
+  create_hooked(run_files);
   create_hooked(results);
   create_hooked(no_matches);
   create_hooked(errors);
@@ -50,8 +50,8 @@ int32_t Library::initialize() {
 }
 
 int32_t Library::terminate() {
-  first_files.reset();
-  second_files.reset();
+  other_files.reset();
+  run_files.reset();
   results.reset();
   no_matches.reset();
   errors.reset();
@@ -71,9 +71,9 @@ int32_t Library::terminate() {
 }
 
 bool Library::complete() const {
-  return first_files != nullptr && second_files != nullptr &&
-         results != nullptr && no_matches != nullptr && errors != nullptr &&
-         pairs != nullptr && values != nullptr && find_context != nullptr &&
+  return other_files != nullptr && run_files != nullptr && results != nullptr &&
+         no_matches != nullptr && errors != nullptr && pairs != nullptr &&
+         values != nullptr && find_context != nullptr &&
          exclusion_context != nullptr && replace_context != nullptr &&
          safe_store != nullptr && display != nullptr;
 }
@@ -81,9 +81,9 @@ bool Library::complete() const {
 ItemList* Library::get_list(int32_t number) {
   switch (number) {
     case ZENFO_LIST_OTHER_FILES:
-      return first_files.get();
+      return other_files.get();
     case ZENFO_LIST_RUN_FILES:
-      return second_files.get();
+      return run_files.get();
     case ZENFO_LIST_PAIRS:
       return pairs.get();
     case ZENFO_LIST_UNDO:

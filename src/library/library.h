@@ -37,8 +37,8 @@ class Library {
   // Whether all objects exist: none is missing for lack of memory.
   bool complete() const;
 
-  std::unique_ptr<ItemList> first_files;
-  std::unique_ptr<ItemList> second_files;
+  std::unique_ptr<ItemList> other_files;
+  std::unique_ptr<ItemList> run_files;
   std::unique_ptr<ItemList> results;
   std::unique_ptr<ItemList> no_matches;
   std::unique_ptr<ItemList> errors;

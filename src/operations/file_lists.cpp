@@ -304,7 +304,7 @@ ZENFO_ENTRY AddFileToList(int32_t source_number, int32_t target_number,
 ZENFO_ENTRY LoadFileList(const char* file, const unsigned char* option_bytes) {
   return run<row::LoadFileList>([&](Library& library) {
     const ExportRow& row = row::LoadFileList;
-    ItemList* list = library.second_files.get();
+    ItemList* list = library.run_files.get();
     if (list == nullptr) {
       return refuse(row, "The file list pointer is NULL",
                     "Getting list pointer");
@@ -326,7 +326,7 @@ ZENFO_ENTRY LoadFileList(const char* file, const unsigned char* option_bytes) {
 ZENFO_ENTRY SaveFileList(const char* file) {
   return run<row::SaveFileList>([&](Library& library) {
     const ExportRow& row = row::SaveFileList;
-    ItemList* list = library.second_files.get();
+    ItemList* list = library.run_files.get();
     if (list == nullptr) {
       return refuse(row, "The list pointer is NULL", "Getting list pointer");
     }

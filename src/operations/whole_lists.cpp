@@ -148,8 +148,8 @@ void append_line(const FileEntry& entry, std::string_view separator,
 
 ZENFO_ENTRY CompareLists(uint32_t option, int32_t keep) {
   return run<row::CompareLists>([&](Library& library) {
-    if (library.second_files == nullptr || library.pairs == nullptr) return -1;
-    compare_lists(*library.second_files, *library.pairs, option, keep != 0);
+    if (library.run_files == nullptr || library.pairs == nullptr) return -1;
+    compare_lists(*library.run_files, *library.pairs, option, keep != 0);
     return 1;
   });
 }

@@ -88,7 +88,7 @@ int32_t FileRun::over_list() {
   if (!library_.complete()) return -1;
   empty_lists();
   traits_ = operation_.begin();
-  ListSource source(*library_.second_files);
+  ListSource source(*library_.run_files);
   ListResults results(*library_.results, *library_.no_matches,
                       *library_.errors);
   return run(source, results);

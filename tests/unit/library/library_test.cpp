@@ -36,8 +36,8 @@ TEST(Library, HasNoListsBeforeInitializeAndAfterTerminate) {
 TEST(Library, NumbersNameItsLists) {
   Library library;
   library.initialize();
-  const ItemList* expected[kLists] = {library.first_files.get(),
-                                      library.second_files.get(),
+  const ItemList* expected[kLists] = {library.other_files.get(),
+                                      library.run_files.get(),
                                       library.pairs.get(),
                                       &library.safe_store->undo_list,
                                       library.results.get(),

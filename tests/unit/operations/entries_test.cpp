@@ -22,7 +22,7 @@ TEST(EntryTimes, OnlyTheCreationTimeIsLoggedWhenItCannotBeShown) {
   auto entry = std::make_unique<FileEntry>(SharedText("/a"));
   entry->facts.creation_time = entry->facts.access_time =
       entry->facts.write_time = uint64_t{1} << 63;
-  library().first_files->append(std::move(entry));
+  library().other_files->append(std::move(entry));
 
   char buffer[64] = "#";
   for (const auto accessor : {GetATime, GetMTime}) {
