@@ -265,8 +265,7 @@ int32_t ItemList::set_state(int32_t index, int32_t action) {
       if (record == nullptr) return -1;
       if (!apply(action, *record)) return 0;
       ++touched;
-      if (poll_interrupt_every(100) != 0) return touched;
-      report_position(i);
+      if (!goes_on_after(i)) return touched;
     }
     report_position(count_);
     return touched;

@@ -68,6 +68,13 @@ class ItemList : public ProgressHooks {
   int32_t report_position(uint32_t i) {
     return ProgressHooks::report_position(i, count_);
   }
+  // After record `i` of a walk: asks the host whether to go on, then reports
+  // the position. False when the host wants a stop.
+  bool goes_on_after(uint32_t i) {
+    if (poll_interrupt_every(100) != 0) return false;
+    report_position(i);
+    return true;
+  }
 
   // Sorts by the comparator: 1; -1 for fewer than two records, no comparator
   // or a failure. The order lives in the index only.

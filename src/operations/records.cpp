@@ -110,8 +110,7 @@ ZENFO_ENTRY Refresh(int32_t number, int32_t index,
         entry->gather(options, &nearby);
         ++refreshed;
       }
-      if (list->poll_interrupt_every(100) != 0) return refreshed;
-      list->report_position(i);
+      if (!list->goes_on_after(i)) return refreshed;
     }
     list->report_position(list->count());
     return refreshed;

@@ -17,8 +17,7 @@ template <class Work>
 bool visit_entries(ItemList& list, Work work) {
   for (uint32_t i = 0; i < list.count(); ++i) {
     if (auto* entry = record_cast<FileEntry>(list.get(i))) work(*entry);
-    if (list.poll_interrupt_every(100) != 0) return false;
-    list.report_position(i);
+    if (!list.goes_on_after(i)) return false;
   }
   return true;
 }

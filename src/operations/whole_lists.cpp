@@ -177,8 +177,7 @@ ZENFO_ENTRY FindInList(int32_t number, uint32_t field, const char* text,
         if (first_only != 0) return static_cast<int32_t>(i);
         ++found;
       }
-      if (list->poll_interrupt_every(100) != 0) break;
-      list->report_position(i);
+      if (!list->goes_on_after(i)) break;
     }
     return first_only != 0 ? -1 : found;
   });

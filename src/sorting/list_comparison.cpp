@@ -119,8 +119,7 @@ class Comparison {
     reference_.mark_at(i);
     compared_.mark_at(j);
     // Intended: a stop drops the equals of this entry only.
-    if (compared_.list().poll_interrupt_every(100) != 0) return i + 1;
-    compared_.list().report_position(j);
+    if (!compared_.list().goes_on_after(j)) return i + 1;
     const uint32_t next = reference_.mark_equal(i);
     const uint32_t behind = compared_.mark_equal(j);
     // Intended: at the list's end the start stays where it was.
