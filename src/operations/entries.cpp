@@ -23,18 +23,18 @@ bool put_column(const FileEntry& entry, Column column, char* buffer) {
   return true;
 }
 
-int32_t give_column(Library& library, int32_t list, uint32_t index,
-                    char* buffer, Column column) {
-  const auto* entry = begin_text<FileEntry>(library, list, index, buffer);
-  return entry != nullptr && put_column(*entry, column, buffer) ? 1 : -1;
+template <const ExportRow& kRow>
+int32_t give_column(int32_t list, uint32_t index, char* buffer, Column column) {
+  return run<kRow>([&](Library& library) {
+    const auto* entry = begin_text<FileEntry>(library, list, index, buffer);
+    return entry != nullptr && put_column(*entry, column, buffer) ? 1 : -1;
+  });
 }
 
 }  // namespace
 
 ZENFO_ENTRY GetFilename(int32_t list, uint32_t index, char* buffer, uint32_t) {
-  return run<row::GetFilename>([&](Library& library) {
-    return give_column(library, list, index, buffer, Column::kFileName);
-  });
+  return give_column<row::GetFilename>(list, index, buffer, Column::kFileName);
 }
 
 ZENFO_ENTRY GetFullName(int32_t list, uint32_t index, char* buffer, uint32_t) {
@@ -57,15 +57,12 @@ ZENFO_ENTRY SetFullName(int32_t list, uint32_t index, const char* text) {
 }
 
 ZENFO_ENTRY GetDirectory(int32_t list, uint32_t index, char* buffer, uint32_t) {
-  return run<row::GetDirectory>([&](Library& library) {
-    return give_column(library, list, index, buffer, Column::kDirectory);
-  });
+  return give_column<row::GetDirectory>(list, index, buffer,
+                                        Column::kDirectory);
 }
 
 ZENFO_ENTRY GetType(int32_t list, uint32_t index, char* buffer, uint32_t) {
-  return run<row::GetType>([&](Library& library) {
-    return give_column(library, list, index, buffer, Column::kType);
-  });
+  return give_column<row::GetType>(list, index, buffer, Column::kType);
 }
 
 ZENFO_ENTRY GetCTime(int32_t list, uint32_t index, char* buffer, uint32_t) {
@@ -80,28 +77,21 @@ ZENFO_ENTRY GetCTime(int32_t list, uint32_t index, char* buffer, uint32_t) {
 }
 
 ZENFO_ENTRY GetATime(int32_t list, uint32_t index, char* buffer, uint32_t) {
-  return run<row::GetATime>([&](Library& library) {
-    return give_column(library, list, index, buffer, Column::kAccessTime);
-  });
+  return give_column<row::GetATime>(list, index, buffer, Column::kAccessTime);
 }
 
 ZENFO_ENTRY GetMTime(int32_t list, uint32_t index, char* buffer, uint32_t) {
-  return run<row::GetMTime>([&](Library& library) {
-    return give_column(library, list, index, buffer, Column::kWriteTime);
-  });
+  return give_column<row::GetMTime>(list, index, buffer, Column::kWriteTime);
 }
 
 ZENFO_ENTRY GetSize(int32_t list, uint32_t index, char* buffer, uint32_t) {
-  return run<row::GetSize>([&](Library& library) {
-    return give_column(library, list, index, buffer, Column::kSize);
-  });
+  return give_column<row::GetSize>(list, index, buffer, Column::kSize);
 }
 
 ZENFO_ENTRY GetAttributes(int32_t list, uint32_t index, char* buffer,
                           uint32_t) {
-  return run<row::GetAttributes>([&](Library& library) {
-    return give_column(library, list, index, buffer, Column::kAttributes);
-  });
+  return give_column<row::GetAttributes>(list, index, buffer,
+                                         Column::kAttributes);
 }
 
 ZENFO_ENTRY GetIcon(int32_t list, uint32_t index, int32_t* image_list,

@@ -46,10 +46,12 @@ int32_t sort_list(ItemList* list, const SortOperation& operation,
                      descending);
 }
 
-int32_t sort_fixed_list(Library& library, const SortOperation& operation,
-                        uint32_t option, int32_t descending) {
-  return sort_list(library.get_list(operation.list), operation, option,
-                   descending);
+template <const SortOperation& kOperation>
+int32_t sort_own_list(uint32_t option, int32_t descending) {
+  return run<kOperation.row>([&](Library& library) {
+    return sort_list(library.get_list(kOperation.list), kOperation, option,
+                     descending);
+  });
 }
 
 bool deselect_all(ItemList& list) {
@@ -72,39 +74,27 @@ ZENFO_ENTRY Sort(int32_t number, uint32_t option, int32_t descending) {
 }
 
 ZENFO_ENTRY SortString(uint32_t option, int32_t descending) {
-  return run<row::SortString>([&](Library& library) {
-    return sort_fixed_list(library, kSortString, option, descending);
-  });
+  return sort_own_list<kSortString>(option, descending);
 }
 
 ZENFO_ENTRY SortUndo(uint32_t option, int32_t descending) {
-  return run<row::SortUndo>([&](Library& library) {
-    return sort_fixed_list(library, kSortUndo, option, descending);
-  });
+  return sort_own_list<kSortUndo>(option, descending);
 }
 
 ZENFO_ENTRY SortResult(uint32_t option, int32_t descending) {
-  return run<row::SortResult>([&](Library& library) {
-    return sort_fixed_list(library, kSortResult, option, descending);
-  });
+  return sort_own_list<kSortResult>(option, descending);
 }
 
 ZENFO_ENTRY SortResultNoMatch(uint32_t option, int32_t descending) {
-  return run<row::SortResultNoMatch>([&](Library& library) {
-    return sort_fixed_list(library, kSortResultNoMatch, option, descending);
-  });
+  return sort_own_list<kSortResultNoMatch>(option, descending);
 }
 
 ZENFO_ENTRY SortResultError(uint32_t option, int32_t descending) {
-  return run<row::SortResultError>([&](Library& library) {
-    return sort_fixed_list(library, kSortResultError, option, descending);
-  });
+  return sort_own_list<kSortResultError>(option, descending);
 }
 
 ZENFO_ENTRY sort_replace_list(uint32_t option, int32_t descending) {
-  return run<row::sort_replace_list>([&](Library& library) {
-    return sort_fixed_list(library, kSortReplaceList, option, descending);
-  });
+  return sort_own_list<kSortReplaceList>(option, descending);
 }
 
 // Intended: the selection is cleared even where there can be no duplicates.
