@@ -27,7 +27,13 @@ class NextVersion {
   // Makes an empty file beside `path`, natively with its owner and rights, and
   // locks `path` there as OutputFile::open_unchanged() does. kFailed: the file
   // can only be written in place. kChanged: it no longer has that version.
-  Opened begin(const char* path, const FileVersion& expected);
+  Opened begin(const char* path, const FileVersion& expected) {
+    discard();
+    const Opened opened = lock_and_create(path, expected);
+    // If the lock stayed, this run could not write in place either.
+    if (opened != Opened::kOpen) discard();
+    return opened;
+  }
   bool begun() const { return !fresh_.empty(); }
   // The file to write.
   const char* path() const { return fresh_.c_str(); }

@@ -53,14 +53,6 @@ void NextVersion::discard() {
   state_->old.reset(-1);
 }
 
-Opened NextVersion::begin(const char* path, const FileVersion& expected) {
-  discard();
-  const Opened opened = lock_and_create(path, expected);
-  // If the lock stayed, this run could not write in place either.
-  if (opened != Opened::kOpen) discard();
-  return opened;
-}
-
 Opened NextVersion::lock_and_create(const char* path,
                                     const FileVersion& expected) {
   state_->path = path;

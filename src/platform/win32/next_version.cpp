@@ -104,13 +104,6 @@ void NextVersion::discard() {
   fresh_.clear();
 }
 
-Opened NextVersion::begin(const char* path, const FileVersion& expected) {
-  discard();
-  const Opened opened = lock_and_create(path, expected);
-  if (opened != Opened::kOpen) discard();
-  return opened;
-}
-
 Opened NextVersion::lock_and_create(const char* path,
                                     const FileVersion& expected) {
   const OpenFile old(path);
