@@ -7,7 +7,9 @@
 // Tested by tests/cli/find_test.cpp, tests/cli/posix_find_test.cpp; compared
 // with grep by tests/cli/compare_with_grep
 #include <algorithm>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/commands/commands.h"
@@ -298,36 +300,27 @@ void report_binary(uint32_t files) {
          counted(files, "binary file was", "binary files were") + " skipped");
 }
 
-// How the library's message about a rejected file ends, after the path.
-constexpr std::string_view kNotOpened = " could not be opened";
-
-// The path in such a message.
-std::string path_in(const std::string& message) {
-  return message.ends_with(kNotOpened)
-             ? message.substr(0, message.size() - kNotOpened.size())
-             : message;
-}
-
 // The system knows better why a file could not be opened.
 void tell_rejected_file(const std::string& path, std::string_view shown_path) {
   complain(shown_path, system::why_not_loaded(path, "could not be opened"));
 }
 
-// Returns the new messages about rejected files and complains about all others.
-std::vector<std::string> rejections(Session& session) {
-  std::vector<std::string> messages;
+// Returns the files that new errors say could not be loaded and complains about
+// all other errors.
+std::vector<std::string> unloaded_files(Session& session) {
+  std::vector<std::string> paths;
   for (const ErrorRecord& record : session.new_errors()) {
-    if (record.context == "loading file") {
-      messages.push_back(record.message);
+    if (std::optional<std::string> path = unloaded_file(record)) {
+      paths.push_back(std::move(*path));
     } else {
       complain(record.routine, record.message + " (" + record.context + ")");
     }
   }
-  return messages;
+  return paths;
 }
 
 void tell_rejected(Session& session, FileList& files) {
-  rejections(session);  // list 7 names them
+  unloaded_files(session);  // list 7 names them
   const uint32_t rejected = session.count(ZENFO_LIST_ERROR);
   uint32_t index = 0;
   for (uint32_t i = 0; i < rejected; ++i, ++index) {
@@ -347,8 +340,7 @@ int run_over_lines(const FindOptions& options, Session& session,
   check_crlf_lines(options.files_from);
   const uint32_t found =
       search.run_over_lines(options.files_from, options.summary);
-  for (const std::string& message : rejections(session)) {
-    const std::string path = path_in(message);
+  for (const std::string& path : unloaded_files(session)) {
     tell_rejected_file(path, path);
   }
   return status_of(found);

@@ -43,4 +43,12 @@ std::vector<ErrorRecord> parse_error_records(std::string_view bytes) {
   return records;
 }
 
+std::optional<std::string> unloaded_file(const ErrorRecord& record) {
+  constexpr std::string_view kWords = " could not be opened";
+  if (record.context != "loading file" || !record.message.ends_with(kWords)) {
+    return std::nullopt;
+  }
+  return record.message.substr(0, record.message.size() - kWords.size());
+}
+
 }  // namespace zenfo::host

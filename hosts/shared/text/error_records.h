@@ -10,6 +10,7 @@
 // Tested by tests/hosts/shared/error_records_test.cpp
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,5 +27,7 @@ struct ErrorRecord {
 
 // The complete records in the bytes of an error file; lines end in CR LF or LF.
 std::vector<ErrorRecord> parse_error_records(std::string_view bytes);
+// The path of the file, if the record is about one that could not be loaded.
+std::optional<std::string> unloaded_file(const ErrorRecord& record);
 
 }  // namespace zenfo::host

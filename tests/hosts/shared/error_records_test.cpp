@@ -33,5 +33,23 @@ TEST(ErrorRecords, LeavesAnUnfinishedRecordOut) {
   EXPECT_TRUE(parse_error_records("  message  : a\r\n  context  : b").empty());
 }
 
+TEST(ErrorRecords, NamesTheFileThatCouldNotBeLoaded) {
+  const struct {
+    ErrorRecord record;
+    std::optional<std::string> path;
+  } cases[] = {
+      {{"a could not be opened", "loading file", "FindBlock_f"}, "a"},
+      {{"a could not be opened could not be opened", "loading file", "r"},
+       "a could not be opened"},
+      {{"a contains a non printable character at position 0 (0x0) ",
+        "loading file", "FindBlock"},
+       std::nullopt},
+      {{"The file could not be opened", "Opening target file", "r"},
+       std::nullopt}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(unloaded_file(c.record), c.path) << c.record.message;
+  }
+}
+
 }  // namespace
 }  // namespace zenfo::host
