@@ -649,7 +649,7 @@ TEST_F(EntryTest, RefreshGathersAgainWhatIsAsked) {
   EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, "3 B"}));
 }
 
-TEST_F(EntryTest, RefreshLeavesTheFlagAlone) {
+TEST_F(EntryTest, RefreshLeavesTheFlagAsItIsWhenAFactIsNotAvailable) {
   const std::string path = only_file("a", "1");
   ASSERT_TRUE(std::filesystem::remove(path));
   EXPECT_EQ(Refresh(kFiles, 0, kAllFacts.data()), 1);

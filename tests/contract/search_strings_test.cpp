@@ -122,7 +122,7 @@ TEST_F(SearchTest, TakingAllHoldsForLaterStringsAndFiles) {
   EXPECT_EQ(host.option_questions.size(), 1u);
 }
 
-TEST_F(SearchTest, TheDisplayOptionOfStringsOverLinesIsNotHandedOn) {
+TEST_F(SearchTest, TheDisplayOptionOfStringsOverLinesIsIgnored) {
   ASSERT_TRUE(exclusion("(aa)"));
   pair("a", "");
   const auto one = add("1", "a(aa)");

@@ -179,7 +179,7 @@ TEST_F(SortTest, SortsValuesByStateAndValue) {
   EXPECT_THAT(errors(), IsEmpty());
 }
 
-TEST_F(SortTest, OptionTwoOfTheValuesHasNoKey) {
+TEST_F(SortTest, TheLastOptionOfTheValuesIsARowAfterTheTablesEnd) {
   HostRecorder host;
   EXPECT_EQ(sort_replace_list(2, 0), -1) << "an empty list";
   fill_values({"b", "a"});
@@ -358,7 +358,7 @@ TEST_F(SortTest, RemovesTheSelectedRecordsAndForgetsTheOrder) {
   EXPECT_THAT(finds(), ElementsAre("c", "a"));
 }
 
-TEST_F(SortTest, RemovingNothingForgetsTheOrderToo) {
+TEST_F(SortTest, ASortedOrderIsGoneEvenWhenNothingWasRemoved) {
   fill_pairs({"b", "a"});
   SortString(1, 0);
   EXPECT_EQ(RemoveSelection(ZENFO_LIST_PAIRS), 2);

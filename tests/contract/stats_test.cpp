@@ -213,7 +213,7 @@ TEST_F(OccurrenceTest, SelectedMatchesAreSavedEachWithASeparator) {
 }
 
 // Intended: a match is written up to its first NUL.
-TEST_F(OccurrenceTest, AMatchIsSavedUpToItsFirstNul) {
+TEST_F(OccurrenceTest, AMatchThatHoldsANulIsWrittenUpToIt) {
   ASSERT_EQ(SetPatternTag("<", ">", 0, 0, 0), 1);
   search(std::string("<a\0b><c>", 8), [&] {
     EXPECT_EQ(save(";"), 2);
