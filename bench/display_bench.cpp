@@ -1,7 +1,7 @@
-// The display of a large text: laying 100 MB out, as lines with a million
-// matches and as millions of hex lines, beside bare passes over the same
-// bytes; and painting one page of it, which must cost what a page of a small
-// text costs.
+// The display of a large text: laying out 100 MB, as lines with a million
+// matches and as millions of hex lines, compared with plain passes over the
+// same bytes; and painting one page of it, which must cost no more than a page
+// of a small text.
 //
 // Run: build/native/bin/display_bench
 #include <benchmark/benchmark.h>
@@ -22,7 +22,7 @@ constexpr size_t kLine = 40;
 constexpr size_t kLines = 2500000;
 constexpr size_t kMatches = 1000000;
 
-// Draws nothing, at ten pixels a letter.
+// Draws nothing; every letter is ten pixels wide.
 class BlindCanvas final : public platform::Canvas {
  public:
   platform::Rectangle client_rectangle() override { return {0, 0, 1600, 1000}; }
@@ -54,7 +54,8 @@ class BlindCanvas final : public platform::Canvas {
   size_t drawn = 0;
 };
 
-// A text of lines, a match in two of five; `share` of it from the start.
+// A text of lines, of which two in five have a match, cut to one part in
+// `share`.
 struct Subject {
   explicit Subject(size_t share = 1) {
     const std::string line = std::string(kLine - 2, 'x') + "\r\n";
@@ -121,7 +122,7 @@ using Painter = int32_t (*)(DisplayState&,
                             const std::shared_ptr<platform::Canvas>&,
                             const PaintOptions&);
 
-// Argument: which share of the large text is laid out.
+// Argument: the divisor for the size of the text.
 void paint(benchmark::State& run, Painter painter, uint32_t bytes,
            std::string_view separator) {
   Subject part(static_cast<size_t>(run.range(0)));
@@ -143,7 +144,7 @@ void paint(benchmark::State& run, Painter painter, uint32_t bytes,
 void paint_lines(benchmark::State& run) { paint(run, paint_text, 0, "\r\n"); }
 BENCHMARK(paint_lines)->Arg(1)->Arg(10000);
 
-// One line without end.
+// The whole text is one line.
 void paint_long_line(benchmark::State& run) {
   paint(run, paint_text, 0, "\n\r");
 }

@@ -1,7 +1,7 @@
-// Loading files beside a plain loop that reads blocks of 50,000 bytes into one
-// kept buffer: the 20,000 files of the tree, and the log of 1 GB. Both sides
-// are proved to load the same bytes before they are timed. Aim: within 1.3
-// times the plain loop.
+// Loading files, compared with a plain loop that reads blocks of 50,000 bytes
+// into one reused buffer: the 20,000 files of the tree, and the log of 1 GB.
+// Both sides are checked to load the same bytes before they are timed. Target:
+// at most 1.3 times the plain loop.
 //
 // Run: build/native/bin/file_content_bench, from the root of the project
 #include "files/file_content.h"
@@ -42,7 +42,7 @@ class PlainLoader {
   std::vector<char> buffer_;
 };
 
-// The engine's loader as a run uses it.
+// The engine's loader, used as in a run.
 class EngineLoader {
  public:
   std::string_view load(const std::string& path) {
@@ -100,14 +100,14 @@ template <class Loader, Files files>
 void load(benchmark::State& state) {
   if (!fit_to_time(state, files())) return;
   Loader loader;
-  load_all(loader, files());  // the buffer has grown
+  load_all(loader, files());  // grows the buffer
   size_t bytes = 0;
   for (auto _ : state) bytes += load_all(loader, files());
   state.SetBytesProcessed(static_cast<int64_t>(bytes));
 }
 
-// A new loader each time: what the first large file of a run costs, the
-// memory for it included.
+// A new loader each time: measures the first large file of a run, including the
+// memory for it.
 template <class Loader, Files files>
 void load_first(benchmark::State& state) {
   if (!fit_to_time(state, files())) return;

@@ -1,6 +1,6 @@
-// The item list beside a vector of the same records: appending, walks by
-// position, states, and sorting the list of paths beside std::sort with
-// strcasecmp. Results are proved equal before they are timed.
+// The item list compared with a vector of the same records: appending, walks by
+// position, states, and sorting the list of paths, there with std::sort and
+// strcasecmp. Results are checked to be equal before they are timed.
 //
 // Run: build/native/bin/item_list_bench --benchmark_filter=walk
 #include "containers/item_list.h"
@@ -174,7 +174,7 @@ bool same_order(ItemList& list, const std::vector<std::string>& sorted) {
   return list.count() == sorted.size();
 }
 
-// The paths asked for, or none after noting the error.
+// Returns this many paths, or none after reporting an error.
 std::vector<std::string> paths_for(benchmark::State& state) {
   auto paths = bench::read_paths(size_of(state));
   if (paths.size() == size_of(state)) return paths;

@@ -1,6 +1,6 @@
-// Operations over lists of paths beside what a plain program does: std::sort
-// with strcasecmp, one string a line. Results are proved equal before they are
-// timed; the comparator sort stands in as the measure of what values save.
+// Operations on lists of paths, compared with a plain program: std::sort with
+// strcasecmp, one string per line. Results are checked to be equal before they
+// are timed; the sort by comparisons shows what sorting by values saves.
 //
 // Run: build/native/bin/list_ops_bench --benchmark_filter=sort
 #include <benchmark/benchmark.h>
@@ -28,7 +28,7 @@ using Paths = std::vector<std::string>;
 
 constexpr uint32_t kByPath = 10;
 
-// The paths asked for, or none after noting the error.
+// Returns this many paths, or none after reporting an error.
 Paths paths_for(benchmark::State& state) {
   auto paths = bench::read_paths(static_cast<size_t>(state.range(0)));
   if (paths.size() == static_cast<size_t>(state.range(0))) return paths;
@@ -36,7 +36,7 @@ Paths paths_for(benchmark::State& state) {
   return {};
 }
 
-// Every tenth path stands there twice.
+// Every tenth path occurs twice.
 Paths paths_with_repeats(benchmark::State& state) {
   auto paths = paths_for(state);
   for (size_t i = 10; i < paths.size(); i += 10) paths[i] = paths[i - 5];
@@ -145,7 +145,7 @@ void write_lines(const Paths& paths) {
 
 constexpr unsigned char kNoFacts[ZENFO_OPTION_COUNT] = {};
 
-// With `names_only` the host stops the load once the names are in.
+// With `names_only` the host stops the load after the names.
 bool names_only = false;
 bool names_are_in = false;
 
@@ -175,7 +175,8 @@ void load_list(benchmark::State& state, bool only_names) {
   Terminate();
 }
 
-// One string each, and, as a load of a list does, a look whether it exists.
+// Stores one string for each line and, like the load of a list, checks whether
+// the file exists.
 void load_strings(benchmark::State& state, bool only_names) {
   write_lines(paths_for(state));
   size_t found = 0;
@@ -207,7 +208,7 @@ void save_list(benchmark::State& state) {
 
 // --- Whole lists ------------------------------------------------------------
 
-// Two lists that share every second path, by option.
+// Compares two lists that share every second path.
 void compare(benchmark::State& state, uint32_t option) {
   const auto paths = paths_for(state);
   Initialize();
@@ -225,7 +226,7 @@ void compare(benchmark::State& state, uint32_t option) {
   Terminate();
 }
 
-// Every second entry goes.
+// Removes every second entry.
 void remove_half(benchmark::State& state) {
   const auto paths = paths_for(state);
   Initialize();

@@ -1,14 +1,14 @@
 """The rows of the speed table: what is measured against what, and the aim.
 
-A row is told by the commands of both sides. In them, {tree}, {big}, {log} and
-{paths} stand for the made files, and {copy} for a fresh copy of the tree. The
+A row consists of the commands of both sides. In them, {tree}, {big}, {log} and
+{paths} mean the generated files, and {copy} a fresh copy of the tree. The
 first word of ours, zenfo, is the built program. A command with a pipe runs in
 sh. All run with one thread, in the C locale.
 
-`check` says what must be equal before anything is timed; the kinds are in
-run.py. `aim` is ours / best peer, whole processes.
+`check` says what must be equal before anything is timed; run.py defines the
+kinds. `aim` is the highest accepted ratio ours / best peer, for whole processes.
 
-A row of list work has no program of its own to run beside: it takes both sides
+Rows for work on lists have no other program to compare with: both sides come
 from one benchmark program, as PROGRAM:BENCHMARK.
 """
 
@@ -32,7 +32,7 @@ class Row:
 
 
 def names_of_files(text, folder, ours="", grep="", rg="", ugrep=""):
-    """The two sides of a row that lists the files holding a text."""
+    """The two sides of a row that lists the files with a text."""
     return {
         "ours": f"zenfo find -rl {ours} {text} {{{folder}}}",
         "peers": {
@@ -59,12 +59,12 @@ CLASS_RUN = {
     "check": "counts",
 }
 
-# A replacement at work on a fresh copy, made before every run and not timed.
+# Replacements on a fresh copy, which is made before every run and not timed.
 CHANGE_MOST = "zenfo replace -ry {keep} the THE {{copy}}"
 CHANGE_FEW = "zenfo replace -ry --no-backup lantern candle {copy}"
 
 ROWS = [
-    # --- Names of files that hold a text -----------------------------------
+    # --- Names of files with a text ----------------------------------------
     Row("tree-rare", aim=0.80, about="20 files of 20,000",
         **names_of_files("harpsichord", "tree")),
     Row("tree-frequent", aim=0.65, about="nearly every file, near its start",

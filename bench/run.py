@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Measures zenfo beside the best tools there are; called by scripts/bench.
+"""Compares zenfo with the best similar tools; called by scripts/bench.
 
-Every row of rows.py is first proved: both sides must give the same answer, or
-the run ends with an error. Then the sides run in turns, so that noise meets
-all alike, and the least of the times counts: whole processes, warm cache.
-Output goes to memory, as some tools stop early when nobody can read it.
+For every row of rows.py all sides must first give the same answer, or the run
+ends with an error. Then the sides run in turns, so that noise affects all of
+them equally, and the shortest time counts: whole processes, warm cache. Output
+goes to memory, because some tools stop early when nobody can read it.
 """
 
 import argparse
@@ -36,7 +36,7 @@ class Disagreement(Exception):
 # --- Running a command --------------------------------------------------------
 
 class Capture:
-    """A file in memory that takes one run's output."""
+    """A file in memory for the output of one run."""
 
     def __init__(self, name):
         self.fd = os.memfd_create(name)
@@ -53,7 +53,7 @@ OUTPUT, ERRORS = Capture("output"), Capture("errors")
 
 
 def execute(argv):
-    """Runs to the end; answers the run's cost and the exit status."""
+    """Runs a command and returns its cost and exit status."""
     OUTPUT.clear()
     ERRORS.clear()
     actions = [(os.POSIX_SPAWN_DUP2, OUTPUT.fd, 1),
@@ -69,7 +69,7 @@ def execute(argv):
 
 
 class Bench:
-    """Where things are, and how a row's command becomes an argument list."""
+    """Knows where things are, and turns a row's command into an argument list."""
 
     def __init__(self, options):
         self.zenfo = str(options.zenfo)
@@ -90,7 +90,7 @@ class Bench:
         return [self.zenfo if word == "zenfo" else word for word in words]
 
     def refresh_copy(self, command):
-        """Gives a command that changes files fresh ones, all on disk."""
+        """Makes a fresh copy, all on disk, for a command that changes files."""
         source = "log" if "{copy_of_log}" in command else "tree"
         if "{copy" not in command:
             return
@@ -131,14 +131,14 @@ def last_words_and_lines(output, _):
 
 
 def closing_number(output, unit, place):
-    """From the closing line: a JSON object's as ours says, or wc's place."""
+    """Returns a number from the last line: of zenfo's JSON object, or of wc."""
     closing = output.splitlines()[-1]
     named = re.search(rb'"%b":(\d+)' % unit, closing)
     return int(named[1] if named else closing.split()[place])
 
 
 def shown_size(number, unit):
-    """As zenfo shows it; a peer's bare bytes are turned into that."""
+    """Returns a size as zenfo shows it; a peer gives the number of bytes."""
     if unit in (b"B", b"KB"):
         return number + b" " + unit
     size = int(number)
@@ -146,7 +146,7 @@ def shown_size(number, unit):
 
 
 def paths_and_sizes(output, bench):
-    """Every line's path and the size behind it; other lines are headings."""
+    """Returns the path and the size in each line; other lines are headings."""
     root = os.fsencode(bench.places["tree"]) + b"/"
     fields = (line.split() for line in output.splitlines())
     return sorted((row[0], shown_size(*row[1:3])) for row in fields
@@ -154,7 +154,7 @@ def paths_and_sizes(output, bench):
 
 
 def copies(_, bench):
-    """A digest of all files below the copy; safe copies apart."""
+    """Returns a digest of all files below the copy except backups."""
     digest = hashlib.sha256()
     for path in sorted(bench.copy.rglob("*")):
         if path.is_file() and path.suffix != ".bak":
@@ -189,7 +189,7 @@ def first_difference(ours, theirs):
 
 
 def prove(bench, row):
-    """Raises unless all sides agree; answers how much they agree on."""
+    """Raises unless all sides agree; returns how many items they agree on."""
     ours = answer(bench, row, "ours", row.ours)
     for name, command in row.peers.items():
         theirs = answer(bench, row, name, command)
@@ -206,7 +206,7 @@ def sides_of(row):
 
 
 def measure(bench, row, options):
-    """Runs all sides in turns; answers what each run of each side cost."""
+    """Runs all sides in turns; returns the cost of each run of each side."""
     results = {side: [] for side in sides_of(row)}
     deadline = time.monotonic() + options.seconds
     for turn in range(options.runs):
@@ -260,7 +260,7 @@ def do_row(bench, row, options):
     return verdict(row, results, options.clock) | {"agreed": agreed}
 
 
-# --- Telling -------------------------------------------------------------------
+# --- Reporting -----------------------------------------------------------------
 
 HEADING = (f"{'row':<20} {'ours ms':>8} {'peer ms':>8}  {'best peer':<15} "
            f"{'ratio':>5} {'aim':>5}")

@@ -1,5 +1,5 @@
-// What the benchmarks share: where the files made by bench/corpus.py are, and
-// the records they fill lists with.
+// Shared by the benchmarks: the location of the files made by bench/corpus.py,
+// and the paths for lists.
 #pragma once
 
 #include <cstdlib>
@@ -12,8 +12,8 @@
 
 namespace zenfo::bench {
 
-// $ZENFO_CORPUS, or the place where scripts/bench makes the files, seen from
-// the root of the project.
+// $ZENFO_CORPUS, or else the folder of scripts/bench, relative to the root of
+// the project.
 inline std::filesystem::path corpus() {
   const char* folder = std::getenv("ZENFO_CORPUS");
   return folder != nullptr ? folder : "build/bench/corpus";
@@ -21,7 +21,7 @@ inline std::filesystem::path corpus() {
 
 inline constexpr char kNoCorpus[] = "no files to work on: run bench/corpus.py";
 
-// Regular files below a folder, folder by folder as a file search lists them.
+// The regular files below a folder, folder by folder as in a file search.
 inline std::vector<std::string> files_below(
     const std::filesystem::path& folder) {
   std::vector<std::string> files;
@@ -33,7 +33,7 @@ inline std::vector<std::string> files_below(
   return files;
 }
 
-// The first `count` lines of the list of paths, or as many as there are.
+// The first `count` lines of the list of paths, or all if there are fewer.
 inline std::vector<std::string> read_paths(size_t count) {
   std::ifstream in(corpus() / "paths.txt", std::ios::binary);
   std::vector<std::string> paths;

@@ -1,6 +1,6 @@
-// Substring search: every kernel set beside the C library's memmem and the
-// plain loop, on text like prose and on repetitive text. Each benchmark first
-// proves that it finds what the model finds, all of it.
+// Substring search: every kernel set compared with the C library's memmem and
+// the plain loop, on text like prose and on repetitive text. Each benchmark
+// first checks that it finds the same occurrences as the model.
 //
 // Run: build/native/bin/text_bench --benchmark_filter=exact
 #include <benchmark/benchmark.h>
@@ -22,8 +22,8 @@
 namespace zenfo {
 namespace {
 
-// Words with the lengths and letters of English, lines of some 70 bytes. The
-// needle's own word is not among them.
+// Words with the lengths and letters of English, in lines of about 70 bytes.
+// The needle is not among them.
 std::string make_prose(size_t size) {
   static const char* const kWords[] = {
       "the",       "of",        "and",      "to",        "in",
@@ -181,7 +181,7 @@ void construct(benchmark::State& state, const std::string& needle,
   }
 }
 
-// 100,000 lines of some 60 bytes, cut at CR LF.
+// 100,000 lines of about 60 bytes, cut at CR LF.
 void split_records(benchmark::State& state) {
   std::string text;
   for (int i = 0; i < 100'000; ++i) {

@@ -1,7 +1,7 @@
 # The engine: two sets of objects, from which the library, the tests and the
 # benchmarks are linked. zenfo_operations is the folder of the exported
-# operations, zenfo_engine all below it. Sources are found by folder; the
-# platform's half of src/platform is the one that fits the target.
+# operations, zenfo_engine everything below it. Sources are found by folder; of
+# src/platform only the folder of the target system is built.
 
 if(WIN32)
   set(zenfo_platform win32)
@@ -18,8 +18,8 @@ add_library(zenfo_engine STATIC ${zenfo_sources})
 target_include_directories(zenfo_engine PUBLIC ${PROJECT_SOURCE_DIR}/src
                                                ${PROJECT_SOURCE_DIR}/include)
 if(WIN32 OR ZENFO_SANITIZE)
-  # Half a second for each source. The native build does without, so that none
-  # gets by without its own includes.
+  # Saves half a second for each source. The native build has no precompiled
+  # headers, so that every source needs its own includes.
   target_precompile_headers(zenfo_engine PRIVATE
       <algorithm> <array> <cstdint> <cstring> <functional> <memory> <string>
       <string_view> <vector>)
@@ -29,7 +29,7 @@ if(WIN32)
                                             user32)
 endif()
 
-# Objects, as the linker would find no use for operations in an archive.
+# Objects, because the linker would drop operations from an archive.
 file(GLOB zenfo_operation_sources CONFIGURE_DEPENDS
      ${PROJECT_SOURCE_DIR}/src/operations/*.cpp)
 add_library(zenfo_operations OBJECT ${zenfo_operation_sources})
@@ -38,7 +38,7 @@ if(WIN32 OR ZENFO_SANITIZE)
   target_precompile_headers(zenfo_operations REUSE_FROM zenfo_engine)
 endif()
 
-# The library that hosts load: the engine behind its exported operations.
+# The library that hosts load: the engine and its exported operations.
 set(exports_table ${PROJECT_SOURCE_DIR}/src/frame/exports.inc)
 set(exports_def ${PROJECT_BINARY_DIR}/ZenfoFR130.def)
 set(exports_map ${PROJECT_BINARY_DIR}/zenfofr130.map)

@@ -1,9 +1,9 @@
-# GoogleTest and GoogleMock from the system's sources, so that the Windows
-# build and the sanitizers get libraries of their own kind.
+# GoogleTest and GoogleMock, built from the system's sources, because the
+# Windows build and the sanitizer build need their own.
 if(NOT EXISTS /usr/src/googletest/CMakeLists.txt)
   message(FATAL_ERROR "GoogleTest's sources are missing: apt install googletest")
 endif()
-# Its old policies would drop the settings below.
+# GoogleTest's old policies would ignore the settings below.
 set(CMAKE_POLICY_DEFAULT_CMP0077 NEW)
 set(INSTALL_GTEST OFF)
 set(gtest_force_shared_crt ON)
@@ -14,7 +14,7 @@ foreach(library gtest gtest_main gmock gmock_main)
 endforeach()
 include(GoogleTest)
 if(ZENFO_SANITIZE)
-  # Not what is tested, and slow to compile with checks.
+  # These are not under test, and slow to compile with checks.
   foreach(library gtest gtest_main gmock gmock_main)
     target_compile_options(${library} PRIVATE -fno-sanitize=all)
   endforeach()

@@ -1,7 +1,7 @@
-# What `cmake --install` puts where, and the package that CPack makes of it.
+# What `cmake --install` installs, and the package that CPack makes of it.
 include(GNUInstallDirs)
 if(WIN32)
-  # Windows has no place for documents: they stand beside the programs' folder.
+  # Windows has no folder for documents, so they go to the root.
   set(CMAKE_INSTALL_DOCDIR .)
 endif()
 
@@ -12,7 +12,7 @@ foreach(target zenfofr130_archive zenfo-view)
   endif()
 endforeach()
 
-# What is not built yet is built first: scripts/run builds one program only.
+# Builds what is missing first: scripts/run builds only one program.
 set(installed)
 foreach(target ${targets})
   list(APPEND installed $<TARGET_FILE:${target}>)
@@ -41,7 +41,7 @@ install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples
         TYPE DOC)
 if(TARGET zenfo_described)
-  # The manual page and the completions of shells; on Windows of PowerShell.
+  # The manual page and the shell completions; on Windows only PowerShell's.
   install(DIRECTORY ${PROJECT_BINARY_DIR}/share/ TYPE DATA)
 endif()
 

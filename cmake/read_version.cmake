@@ -1,5 +1,5 @@
-# Reads the version from include/zenfofr130.h, the one place that states it, into
-# zenfo_version. The text and the number there must be the same version.
+# Reads the version from include/zenfofr130.h, where alone it is stated, into
+# zenfo_version. The text and the number there must agree.
 set(zenfo_header ${CMAKE_CURRENT_SOURCE_DIR}/include/zenfofr130.h)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${zenfo_header})
 file(READ ${zenfo_header} zenfo_header_text)

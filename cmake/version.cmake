@@ -1,4 +1,5 @@
-# Gives the DLL or a Windows program its version resource; nothing elsewhere.
+# Adds the version resource to the DLL or a Windows program; does nothing on
+# other systems.
 function(zenfo_add_version target name description)
   if(NOT WIN32)
     return()

@@ -1,12 +1,12 @@
 // Reads any bytes as class definitions; the classes, their order and their
-// members must be the model's.
+// members must equal the model's.
 #include "fuzz/input.h"
 #include "support/engine_beside_model.h"
 
 namespace zenfo::fuzz {
 namespace {
 
-// The model sorts all classes anew after each one, and a name takes 7 bytes.
+// The model sorts all classes again after each one, and a name takes 7 bytes.
 constexpr size_t kMostBytes = 2048;
 
 void run(Input input) {

@@ -1,4 +1,4 @@
-// Compiles any texts against any class definitions; the elements must be the
+// Compiles any texts with any class definitions; the elements must equal the
 // model's.
 //
 // Input: 2 bytes of options, the definition file, start, main and end text.
@@ -9,7 +9,7 @@ namespace zenfo::fuzz {
 namespace {
 
 // The model looks for every class name at every byte of every text, and cuts
-// a text anew on each of its levels: a longer input only repeats itself.
+// the text again on each level. A longer input would not show more.
 constexpr size_t kMostBytes = 1024;
 
 void run(Input input) {

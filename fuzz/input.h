@@ -1,6 +1,6 @@
-// Takes the bytes of a fuzzer's input apart: option bytes first, then texts
-// that each end at a zero byte, then all the rest. What is missing reads as 0
-// or empty, so that every input is one.
+// Splits the input of a fuzzer: option bytes first, then texts that each end at
+// a zero byte, then the rest. Missing parts read as 0 or empty, so that every
+// input is valid.
 #pragma once
 
 #include <cstddef>

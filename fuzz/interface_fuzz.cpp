@@ -1,14 +1,13 @@
-// A hostile host: any operations in any order, with any arguments, on files of
-// any bytes, from inside callbacks too. Whatever it does, nothing crashes, and
-// the sanitizers find nothing.
+// A hostile host: calls any operations in any order, with any arguments, on
+// files of any bytes, also from inside callbacks. Nothing may crash, and the
+// sanitizers must find nothing.
 //
-// Input: 3 bytes of options, then steps. A step is a byte for an operation of
-// the table in exports.inc, or for a file to be written, and the bytes that its
-// arguments are made from. Missing bytes read as 0, so that every input is one.
+// Input: 3 bytes of options, then steps. A step is one byte, for an operation
+// of the table in exports.inc or for a file to write, and the bytes for its
+// arguments. Missing bytes read as 0, so that every input is valid.
 //
-// Texts are paths as often as not. They never hold a separator but for those
-// made here, and the working folder is a folder of its own: nothing outside of
-// it is written.
+// Many texts are paths. Their only separators are those made here, and the
+// process works in its own folder, so nothing outside of it is written.
 #include <stdlib.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -33,13 +32,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Each step may be a run over all files.
+// Limited because each step may be a run over all files.
 constexpr int kMostSteps = 48;
-// Calls from inside callbacks: the second level is refused already.
+// The depth of calls from inside callbacks; the engine already refuses the
+// second level.
 constexpr int kDeepest = 2;
-// Replacing makes files longer, again and again.
+// Replacing can make files longer again and again.
 constexpr rlim_t kMostFileBytes = 1 << 16;
-// No text is longer than all the files are.
+// Longer than all files together, so no text is longer.
 constexpr size_t kBufferBytes = 1 << 20;
 
 // ---- arguments from bytes
@@ -72,8 +72,8 @@ class Bytes {
 
 const char* const kNames[] = {"a", "b", "c", "sub/a", "store/undo.txt"};
 
-// What arguments point to; it lives until the call is over. Each on the heap
-// for itself, so that the sanitizer sees its bounds.
+// What arguments point to; it lives until the call returns. Every object has
+// its own heap block, so that the sanitizer knows its bounds.
 struct Memory {
   std::list<std::string> texts;
   std::list<std::unique_ptr<unsigned char[]>> options;
@@ -83,10 +83,10 @@ struct Memory {
   std::list<std::unique_ptr<CallbackTable>> tables;
 };
 
-Bytes* input = nullptr;  // callbacks take from it too
+Bytes* input = nullptr;  // callbacks read it too
 int depth = 0;
 int steps = 0;
-int polls_left = 0;  // until the host asks to stop
+int polls_left = 0;  // before the host asks to stop
 
 int32_t any_number() {
   constexpr int32_t kEdges[] = {
@@ -182,7 +182,7 @@ struct Argument<void*> {
 template <class Result, class... Types>
 void call(Result(ZENFO_CALL* operation)(Types...)) {
   Memory memory;
-  // In braces: made from left to right.
+  // Braces evaluate the arguments from left to right.
   const std::tuple<Types...> arguments{Argument<Types>::make(memory)...};
   std::apply(operation, arguments);
 }
@@ -214,7 +214,7 @@ void step() {
 // ---- the host's callbacks
 // ----------------------------------------------------
 
-// At times a callback calls an operation.
+// Sometimes a callback calls an operation.
 void step_inside() {
   if (depth >= kDeepest || input->empty() || input->byte() % 4 != 0) return;
   ++depth;
@@ -287,7 +287,8 @@ class Folder {
   fs::path path_, home_;
 };
 
-// Longer files cannot be written while this lives; the fuzzer's own can.
+// Limits the size of files while it lives; the fuzzer's own files are not
+// affected.
 class FileLimit {
  public:
   FileLimit() {
@@ -305,7 +306,7 @@ class FileLimit {
   rlimit before_{};
 };
 
-// So that few steps are enough to reach runs.
+// Sets up so much that a few steps can reach a run.
 void prepare(uint8_t bits) {
   constexpr unsigned char kAllFacts[ZENFO_OPTION_COUNT] = {1, 1, 1, 1, 1,
                                                            1, 1, 1, 1, 1};

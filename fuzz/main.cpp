@@ -1,5 +1,5 @@
-// Runs a fuzz target on files, for builds without libFuzzer: the corpus is
-// replayed by every test run, and an input that failed is debugged with it.
+// Runs a fuzz target on files, for builds without libFuzzer: every test run
+// replays the corpus, and a failing input can be debugged.
 //   NAME_fuzz FILE|FOLDER...
 #include <cstdint>
 #include <cstdio>
@@ -22,7 +22,7 @@ bool replay(const fs::path& path) {
     std::fprintf(stderr, "cannot read %s\n", path.c_str());
     return false;
   }
-  // Told first, so that the last line names the input that fails.
+  // Printed first, so that the last line names a failing input.
   std::printf("%s\n", path.c_str());
   std::fflush(stdout);
   const std::vector<uint8_t> bytes(read.begin(), read.end());
@@ -30,7 +30,7 @@ bool replay(const fs::path& path) {
   return true;
 }
 
-// Answers how many files were replayed, -1 when one could not be read.
+// Returns the number of files replayed, or -1 when one could not be read.
 int replay_all(const fs::path& path) {
   if (!fs::is_directory(path)) return replay(path) ? 1 : -1;
   int replayed = 0;

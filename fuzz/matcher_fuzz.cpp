@@ -1,5 +1,5 @@
 // Searches any text with any pattern, on both paths of the engine, storing and
-// counting; the matches must be the model's.
+// counting; the matches must equal the model's.
 //
 // Input: 4 bytes of options, up to 4 areas of 2 bytes, start, main and end
 // text, then the text that is searched.
@@ -12,8 +12,8 @@
 namespace zenfo::fuzz {
 namespace {
 
-// The model makes every attempt from nothing: its time grows with the square
-// of the text, and a text of some hundred bytes holds every constellation.
+// The model starts every attempt from scratch, so its time is quadratic; a few
+// hundred bytes are enough for every constellation.
 constexpr size_t kMostBytes = 512;
 
 model::RandomCase read_case(Input& input) {
@@ -32,14 +32,14 @@ model::RandomCase read_case(Input& input) {
   one.end_is_pattern = bit(pattern_flags, 2);
   one.convert_start = one.convert_main = one.convert_end =
       bit(pattern_flags, 3);
-  // Small numbers stop a run in the middle, most others leave it alone.
+  // Small numbers stop a run in the middle, all others do not limit it.
   one.maximum = maximum < 8 ? maximum : 0;
   one.area_use = static_cast<model::AreaUse>(areas % 3);
   if (one.area_use != model::AreaUse::kEverywhere) {
     for (int n = areas / 3 % 5; n > 0; --n) {
       const uint32_t offset = input.byte();
       const uint8_t length = input.byte();
-      // 255 stands for an area far beyond the text.
+      // 255 means an area that ends far after the text.
       one.areas.push_back({offset, length == 255 ? UINT32_MAX : length});
     }
   }
@@ -63,11 +63,11 @@ test::EngineBesideModel& sides_of(size_t class_set) {
 
 void run(Input input) {
   const model::RandomCase one = read_case(input);
-  // A null text and one without bytes are told apart by other tests.
+  // Other tests distinguish a null text from an empty one.
   if (one.text.empty()) return;
   test::EngineBesideModel& sides = sides_of(one.class_set);
   const std::string difference = sides.compile_and_search(one);
-  if (difference.empty()) return;  // spares the words
+  if (difference.empty()) return;  // saves making the message
   expect_none(difference, describe(one) + "\n " + sides.elements());
 }
 

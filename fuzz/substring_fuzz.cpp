@@ -1,9 +1,9 @@
-// Searches any text for any needle with every set of kernels that the
-// processor can run; the occurrences must be those of the plain loop.
+// Searches any text for any needle with every set of kernels that the processor
+// supports; the occurrences must equal those of the plain loop.
 //
-// Input: 1 byte of options, 1 byte for how many times the needle is repeated,
-// 1 byte for how often the text is, the needle up to a zero byte (or, by an
-// option, of 4 bytes whatever they are), the text.
+// Input: 1 byte of options, 1 byte for how often the needle is repeated, 1 byte
+// for how often the text is, the needle up to a zero byte (or, by an option, of
+// any 4 bytes), the text.
 #include <algorithm>
 #include <vector>
 
@@ -15,8 +15,9 @@
 namespace zenfo::fuzz {
 namespace {
 
-// The plain loop compares a needle at every place; repeating makes longer
-// needles and texts from few bytes, as the kernels take 64 places a turn.
+// The plain loop compares the needle at every position. The kernels take 64
+// positions at a time, so repeating makes long needles and texts from few
+// bytes.
 constexpr size_t kMostBytes = 512;
 constexpr size_t kLongestText = 2048;
 constexpr size_t kLongestNeedle = 100;
@@ -27,7 +28,7 @@ std::string repeated(const std::string& text, size_t times, size_t longest) {
   return out;
 }
 
-// A copy of its own size, so that reads outside are noticed.
+// A copy of the exact size, so that the sanitizer notices reads outside.
 std::vector<char> copy_of(const std::string& text) {
   return {text.begin(), text.end()};
 }
@@ -99,7 +100,7 @@ void run(Input input) {
       copy_of(repeated(needle, needle_times, kLongestNeedle));
   const auto text = copy_of(repeated(input.rest(), text_times, kLongestText));
   const bool exact = bit(flags, 0);
-  // One place, or more than the 64 that a kernel fills at a time.
+  // One occurrence, or more than the 64 that a kernel stores at a time.
   const size_t capacity = bit(flags, 2) ? 1 : 65 + flags / 8;
   compare_kernels(kSse2Kernels, text, needle_bytes, exact, capacity);
   if (processor_has_avx2()) {
