@@ -162,7 +162,7 @@ TEST_F(Command, FilesRefusesAnUnknownColumn) {
                      2}));
 }
 
-// More paths than entries are copied at once.
+// There are more paths than one call copies.
 TEST_F(Command, FilesTakesManyPathsInTheirOrder) {
   std::vector<std::string> arguments = {"files"};
   std::vector<std::string> expected;

@@ -16,7 +16,8 @@
 namespace zenfo::test {
 namespace {
 
-// x and y in both, y of another size; one and two in one of them each.
+// x and y are in both folders, y with different sizes; one and two are in one
+// folder each.
 class Compare : public ::testing::Test {
  protected:
   Compare() {
@@ -26,7 +27,7 @@ class Compare : public ::testing::Test {
     folder_.file("b/y", "333");
     folder_.file("a/one", "55555");
     folder_.file("b/sub/two", "22");
-    // Both, as not all of a time may have been read.
+    // Sets both, because a time may be read with less precision.
     const auto time = std::filesystem::last_write_time(folder_.path("a/x"));
     for (const char* name : {"a/x", "b/X"}) {
       std::filesystem::last_write_time(folder_.path(name), time);
@@ -106,7 +107,7 @@ TEST_F(Compare, TakesEmptyFolders) {
 TEST_F(Compare, ComparesSavedListsByPath) {
   folder_.file("1.list", lines({"a/x", "a/y", "a/one"}, "\r\n"));
   folder_.file("2.list", own("a/Y\r\na/one"));
-  folder_.file("a/Y", "");  // where case counts; else the file that there is
+  folder_.file("a/Y", "");  // a new file only if case matters
   EXPECT_EQ(run({"--lists", "1.list", "2.list"}),
             (Outcome{marked({"a/one", "a/y"}, {"a/one", "a/Y"}), "", 1}));
   EXPECT_EQ(run({"--lists", "1.list", "2.list", "--differ"}),
@@ -157,7 +158,7 @@ TEST_F(Compare, RefusesWrongArguments) {
             refusal("--lists: cannot be combined with -r or --include"));
 }
 
-// Against sets of names.
+// Compares with sets of names.
 TEST_F(Compare, AgreesWithTheModel) {
   std::mt19937 random(3);
   std::set<std::string> names[2];

@@ -158,7 +158,7 @@ TEST_F(Count, TakesNoFolders) {
   EXPECT_EQ(run({"sub"}), (Outcome{"", "zenfo: sub: is a folder\n", 2}));
 }
 
-// Files of this system, whose bytes `wc -c` counts too.
+// Files of this system, compared with `wc -c`.
 #ifdef __linux__
 std::string bytes_by_wc(const std::string& file) {
   const std::string command = "wc -c < '" + file + "'";

@@ -25,7 +25,8 @@ class Dups : public ::testing::Test {
     arguments.insert(arguments.begin(), "dups");
     return run_zenfo(std::move(arguments), folder_.path());
   }
-  // Also on the file whose time it is: not all of it may have been read.
+  // Also sets it for `file` itself, because a time may be read with less
+  // precision.
   void set_time_of(const std::string& file,
                    const std::vector<std::string>& files) const {
     const auto time = std::filesystem::last_write_time(folder_.path(file));
@@ -37,7 +38,7 @@ class Dups : public ::testing::Test {
   TempFolder folder_;
 };
 
-// Copies in a and b, in c one of another size, in d one of another time.
+// Copies in a and b, one with another size in c, one with another time in d.
 class Copies : public Dups {
  protected:
   Copies() {
@@ -137,7 +138,7 @@ TEST_F(Dups, RefusesWrongOptions) {
             (Outcome{"", "zenfo: nowhere: no such file or folder\n", 2}));
 }
 
-// Against a plain model: files of few names and sizes in many folders.
+// Compares with a plain model: files of few names and sizes in many folders.
 TEST_F(Dups, AgreesWithTheModel) {
   struct File {
     std::string path;

@@ -44,7 +44,7 @@ class Files : public ::testing::Test {
   TempFolder folder_;
 };
 
-// Each key puts these three into an order of its own.
+// Each key sorts these three differently.
 class SortedFiles : public Files {
  protected:
   SortedFiles() {
@@ -96,7 +96,7 @@ TEST_F(SortedFiles, TakeTheOrderOfEachKey) {
   }
 }
 
-// What the system says of these is not for the test to choose.
+// The test cannot choose these facts.
 TEST_F(SortedFiles, TakeTheOrderOfWhatTheSystemSays) {
   const auto column = [&](const std::string& key) {
     std::vector<std::string> values;
@@ -122,8 +122,8 @@ TEST_F(SortedFiles, TakeTheOrderOfWhatTheSystemSays) {
   }
 }
 
-// Which bits files have, and so which end the one that may be written is at,
-// is the system's.
+// The system decides which attribute bits files have, so the writable one may
+// be first or last.
 TEST_F(SortedFiles, PutAttributesInOrder) {
   std::vector<std::string> order = sorted_by("attributes");
   ASSERT_EQ(order.size(), 3u);
@@ -133,7 +133,8 @@ TEST_F(SortedFiles, PutAttributesInOrder) {
             other.back() == own("m/Bee.txt"));
 }
 
-// Against sorting in the test, with more files than fit one step of anything.
+// Compares with a sort in the test, with more files than any single step
+// handles.
 TEST_F(Files, SortsManyNames) {
   std::mt19937 random(7);
   std::vector<std::string> names;
@@ -163,7 +164,7 @@ TEST_F(SortedFiles, KeepFormsAndTotals) {
             (Outcome{"1 B\n2 B\n3 B\n3 files, 6 Bytes\n", "", 0}));
 }
 
-// A sort mixes what was written with "./" and what was written without.
+// A sort mixes paths written with "./" and without.
 TEST_F(Files, SortedKeepTheirPathsAsTheyWereWritten) {
   for (const char* name : {"a.c", "b.c", "c.h", "sub/d.h"}) {
     folder_.file(name, "");
@@ -352,7 +353,7 @@ TEST_F(SortedFiles, AreExportedAsTheyAreShown) {
 }
 
 #ifdef _WIN32
-// The prefix lets folders be made that are too deep for all others.
+// The prefix allows folders that are too deep for all other calls.
 TEST_F(Files, NameAFolderWhosePathIsTooLong) {
   folder_.file("d/a.txt", "");
   std::filesystem::path deep =

@@ -36,11 +36,12 @@ class Find : public ::testing::Test {
   }
 
   Outcome find(std::vector<std::string> arguments) const {
-    // Without a PATH the folder is meant: the test's input may be anything.
+    // -r searches the folder even without a PATH: the test's input may be
+    // anything.
     arguments.insert(arguments.begin(), {"find", "-r"});
     return run_zenfo(std::move(arguments), folder_.path());
   }
-  // Of a search that leaves standard error empty.
+  // The outcome of a search that finds something without a message.
   static Outcome found(const std::string& out) { return {out, "", 0}; }
   static Outcome wrong(const std::string& message) {
     return {"", "zenfo: " + message + "; see 'zenfo help find'\n", 2};
@@ -154,7 +155,7 @@ TEST_F(Find, ShowsLinesWithOtherControlBytes) {
   EXPECT_EQ(find({"plum", "page.txt"}), found("\fplum\x01\n"));
 }
 
-// As grep: what was shown before the first zero byte stays shown.
+// Like grep, keeps what was shown before the first zero byte.
 TEST_F(Find, TakesAFileForTextUntilItMeetsAZeroByte) {
   const std::string block(32768, '\n');
   folder_.file("z.bin", "plum\n" + block + "fig plum\n\0\nlast plum\n"s);
@@ -272,7 +273,7 @@ TEST_F(Find, TakesTheSameTextOnce) {
   EXPECT_EQ(find({"-oi", "-e", "six", "-e", "SIX", "a.txt"}), found("six\n"));
 }
 
-// Comparing each with each would take minutes.
+// Comparing all pairs would take minutes.
 TEST_F(Find, TakesEachOfManyTextsOnce) {
   std::string texts;
   for (int twice = 0; twice < 2; ++twice) {

@@ -69,7 +69,7 @@ TEST_F(Input, IsLeftAloneWhereFoldersAreSpokenOf) {
   }
 }
 
-// They are for names of files.
+// Such patterns apply to file names only.
 TEST_F(Input, IsSearchedWhateverPatternsAreGiven) {
   EXPECT_EQ(run({"find", "plum", "-", "--include", "*.c"}, "plum\n"),
             (Outcome{"plum\n", "", 0}));

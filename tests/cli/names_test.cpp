@@ -17,7 +17,8 @@ namespace {
 
 using ::testing::HasSubstr;
 
-// Of two, three and four bytes in UTF-8; the last one of two wide characters.
+// Characters of two, three and four bytes in UTF-8; the last takes two wide
+// characters.
 constexpr char kGreen[] = "\xC3\x84pfel/gr\xC3\xBCn.txt";
 constexpr char kBook[] = "\xC3\x84pfel/\xE6\x9C\xAC.txt";
 constexpr char kSmile[] = "\xF0\x9F\x98\x80.txt";
@@ -114,7 +115,7 @@ TEST_F(Names, OfMissingFilesAreNamed) {
 }
 
 #ifdef _WIN32
-// Half of a character could only be searched for as something else.
+// Half of a character would be converted to something else.
 TEST_F(Names, AndTextsThatAreNoTextsAreRefused) {
   const std::wstring folder = native(folder_.path()).native();
   EXPECT_EQ(_wspawnl(_P_WAIT, native(ZENFO_PROGRAM).c_str(), L"zenfo", L"find",

@@ -55,7 +55,7 @@ TEST_F(PosixCommand, NamesFoldersThatItMayNotList) {
   chmod(closed.c_str(), 0700);
 }
 
-// Each command that walks through folders.
+// Tests each command that walks through folders.
 TEST_F(PosixCommand, NamesFoldersBelowThatItMayNotList) {
   folder_.file("d/open/a.txt", "plum\n");
   folder_.folder("e");
@@ -108,7 +108,7 @@ TEST_F(PosixCommand, NamesAPatternInAFolderThatItMayNotList) {
   chmod(closed.c_str(), 0700);
 }
 
-// A folder can be made where its path is too long to be said.
+// A folder can exist whose path is too long to be used.
 TEST_F(PosixCommand, NamesAFolderWhosePathIsTooLong) {
   const std::string name(200, 'x');
   std::string path = "d";
@@ -258,7 +258,7 @@ class PipedCommand {
   int output_ = -1;
 };
 
-// So many names that the pipe is full long before the last one.
+// Enough names to fill the pipe long before the last one.
 std::vector<std::string> many_names(const std::string& path) {
   std::vector<std::string> arguments(1 + (1 << 20) / path.size(), path);
   arguments[0] = "files";
@@ -285,8 +285,8 @@ TEST_F(PosixCommand, LeavesNothingBehindWhenItIsInterruptedTwice) {
   ASSERT_FALSE(std::filesystem::is_empty(temporary.path()));
   command.interrupt();
   command.interrupt();
-  // It waits for its reader, so only a second signal can end it. Both may have
-  // arrived as one.
+  // It waits for its reader, so only a second signal can end it. Two signals
+  // may have arrived as one.
   usleep(100'000);
   command.interrupt();
   EXPECT_EQ(command.wait(), 130);
@@ -303,7 +303,7 @@ TEST_F(PosixCommand, EndsQuietlyWhenItsReaderIsGone) {
   EXPECT_EQ(read_file(errors), "");
 }
 
-// As grep does where lost pipes are ignored.
+// Like grep when SIGPIPE is ignored.
 TEST_F(PosixCommand, TellsThatItsReaderIsGoneWhereSignalsDoNot) {
   const std::string path = folder_.file(std::string(200, 'a'), "");
   const std::string errors = folder_.file("errors", "");

@@ -1,5 +1,5 @@
-// replace, case and undo when something goes wrong: whatever happens, a file is
-// as it was, or as it was to become, or its safe copy is on record.
+// replace, case and undo with faults: in every case a file has its old bytes or
+// its new ones, or its safe copy is on record.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/mount.h>
@@ -26,8 +26,7 @@ using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
-// A sanitized process takes long to start: there every change would be too
-// much.
+// A sanitized process starts too slowly to test every change.
 #ifdef ZENFO_SANITIZED_PROGRAM
 constexpr int kStride = 13;
 #else
@@ -53,7 +52,7 @@ class Killed : public ChangeTest,
     if (!can_trace()) GTEST_SKIP() << "no process may trace another here";
   }
 
-  // One of them takes several writes, one is not to be changed.
+  // One of them takes several writes, one is not changed.
   static std::map<std::string, std::string> originals() {
     std::string large;
     while (large.size() < 600'000) large += "a plum and a pear\n";
@@ -70,7 +69,7 @@ class Killed : public ChangeTest,
                             const std::vector<std::string>& arguments) const {
     return signal_zenfo_before(nth, SIGKILL, arguments, folder_.path()).call;
   }
-  // Names of the files that are not as they were.
+  // Names of the files that differ from their originals.
   std::vector<std::string> changed() const {
     std::vector<std::string> names;
     for (const auto& [name, text] : originals()) {
@@ -169,7 +168,7 @@ TEST_P(Interrupted, RunEndsBetweenFilesAndTellsHowToUndoIt) {
       const std::string now = bytes(name);
       EXPECT_TRUE(now == text || now == after[name]) << name;
     }
-    // What comes too late for the run does not stop it.
+    // A signal that comes too late does not stop the run.
     EXPECT_TRUE(files == 3 || stopped.outcome.status == 130);
     if (stopped.outcome.status == 130) {
       EXPECT_THAT(stopped.outcome.err, EndsWith("zenfo: stopped\n"));
@@ -192,8 +191,7 @@ TEST_P(Interrupted, RunEndsBetweenFilesAndTellsHowToUndoIt) {
 
 INSTANTIATE_TEST_SUITE_P(Commands, Interrupted, kCommands, name_of);
 
-// More files than walks through lists pass between two looks at whether they
-// are to stop.
+// More files than a walk through a list visits between two checks for a stop.
 class ManyFiles : public ChangeTest {
  protected:
   static constexpr int kFiles = 250;
@@ -215,7 +213,7 @@ class ManyFiles : public ChangeTest {
   static std::string counted(int files) {
     return std::to_string(files) + (files == 1 ? " file" : " files");
   }
-  // What any command calls, and all that a sanitizer does, before its work.
+  // The calls that any command, and a sanitizer, makes before its work.
   int calls_to_start() const {
     return signal_zenfo_before(std::numeric_limits<int>::max(), SIGINT,
                                {"--version"}, folder_.path(), Calls::kAll)
@@ -268,7 +266,7 @@ TEST_F(ManyFiles, InterruptedUndoIsFinishedByAnother) {
   EXPECT_GT(partly, 0);
 }
 
-// The signal comes while lists are read and deselected, too.
+// The signal also comes while lists are read and deselected.
 TEST_F(ManyFiles, InterruptedUndoStillSparesWhatWasChangedSince) {
   ASSERT_EQ(run(kReplace).status, 0);
   for (int i = 1; i < kFiles; ++i) folder_.file(name(i), "my own text");
@@ -292,7 +290,7 @@ TEST_F(ManyFiles, InterruptedUndoStillSparesWhatWasChangedSince) {
 // ---- full disks
 // --------------------------------------------------------------
 
-// A disk of its own in a folder.
+// A small disk mounted in a folder.
 class SmallDisk {
  public:
   SmallDisk(const std::string& folder, size_t bytes) : folder_(folder) {
@@ -306,7 +304,7 @@ class SmallDisk {
   SmallDisk& operator=(const SmallDisk&) = delete;
 
   bool mounted() const { return mounted_; }
-  // Leaves room for so many bytes.
+  // Leaves this many bytes free.
   void fill_up_to(size_t bytes) const {
     struct statvfs facts {};
     statvfs(folder_.c_str(), &facts);
@@ -380,7 +378,7 @@ TEST_F(FullStore, NamesTheFirstOfManyFilesWithoutRoom) {
   EXPECT_EQ(outcome.status, 2);
 }
 
-// The list of copies cannot be shortened, nor anything noted.
+// The list of copies cannot be rewritten, and nothing can be noted.
 TEST_F(FullStore, KnowsAFileThatIsBackAlready) {
   write_three();
   run({"replace", "-y", "plum", "fig", "a.txt", "b.txt", "c.txt"});
@@ -393,8 +391,8 @@ TEST_F(FullStore, KnowsAFileThatIsBackAlready) {
   EXPECT_EQ(files_in_store(), 0u);
 }
 
-// Every number of free pages, from none to enough: the run may be refused, or
-// cover some of the files, or its record stay without an end.
+// Tries every number of free pages: the run may be refused, change only some of
+// the files, or leave its record without an end.
 TEST_F(FullStore, ChangesOnlyWhatCanBeUndone) {
   size_t pages = 0;
   for (size_t files = 0; files < 3; pages += kStride) {
@@ -466,7 +464,7 @@ TEST_F(FullDisk, LeavesAFileWholeWithoutACopy) {
   EXPECT_EQ(bytes("a.txt"), text);
 }
 
-// A new file in its place would take only one of its names.
+// A new file could only replace one of its names.
 TEST_F(FullDisk, TellsOfAFileWithSeveralNamesThatIsCutOffWithoutACopy) {
   folder_.file("a.txt", std::string(100'000, 'a'));
   ASSERT_EQ(link(folder_.path("a.txt").c_str(), folder_.path("b.txt").c_str()),
@@ -534,7 +532,7 @@ class FaultyUndo : public ChangeTest {
   std::string message(const std::string& name, const std::string& text) const {
     return "zenfo: " + folder_.path(name) + ": " + text + '\n';
   }
-  // The first letters of the files: f where one is changed, p where it is back.
+  // The first letters of the files: f for a changed one, p for a restored one.
   std::string states() const {
     return {bytes("a.txt")[0], bytes("b.txt")[0], bytes("c.txt")[0]};
   }
@@ -675,7 +673,7 @@ TEST_F(FaultyUndo, KeepsTheCopyOfAFileThatMayNotBeWritten) {
   std::filesystem::permissions(
       folder_.path("b.txt"),
       std::filesystem::perms::owner_read | std::filesystem::perms::others_read);
-  // Nor does the folder take a new file.
+  // The folder is not writable either.
   EXPECT_EQ(
       without_run_named(run_as_nobody({"undo"})),
       (Outcome{"2 files restored\n",

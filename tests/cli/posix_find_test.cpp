@@ -1,5 +1,5 @@
 // zenfo find from end to end: what only Linux can show. Questions are answered
-// over a terminal that the test holds the other end of.
+// over a terminal whose other end is the test.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ class PosixFind : public ::testing::Test {
     folder_.file("b", "three plum");
   }
 
-  // Answers the questions of a search one after the other. What the
+  // Answers the questions of a search one after the other. Returns what the
   // command wrote.
   std::string answer(std::vector<std::string> arguments,
                      const std::vector<std::string>& answers, int status) {
@@ -94,7 +94,7 @@ TEST_F(PosixFind, EndsWhenItIsInterruptedWhileItAsks) {
   EXPECT_EQ(answer({"plum", "a", "b"}, {"y\n", "\x03"}, 130), "");
 }
 
-// Large files are looked at where they lie.
+// Large files are mapped.
 TEST_F(PosixFind, SaysThatAFileHasBeenShortenedWhileItWasShown) {
   const std::string filler(size_t{3} << 20, '\n');
   const std::string path =

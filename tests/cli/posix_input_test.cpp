@@ -22,7 +22,7 @@ class PosixInput : public ::testing::Test {
   Outcome run(const std::vector<std::string>& arguments) const {
     return run_zenfo(arguments, folder_.path());
   }
-  // As soon as there is a reader.
+  // Writes as soon as there is a reader.
   std::thread write_later(const std::string& name, const std::string& text) {
     const std::string path = folder_.path(name);
     mkfifo(path.c_str(), 0600);

@@ -1,5 +1,5 @@
-// Which runs can be undone and when: beside a run that is alive, after one that
-// was killed, and when files were changed by others meanwhile.
+// Which runs can be undone: while a run is alive, after one was killed, and
+// after others changed the files.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -56,7 +56,7 @@ class StoredRuns : public ChangeTest {
                                              "a.txt",   "b.txt", "c.txt"};
 };
 
-// The safe copies that the run has on record when it is killed at its first
+// The number of safe copies on record when the run is killed at its first
 // change of a file.
 size_t copies_before_first_change(const std::string& folder,
                                   const std::function<std::string()>& list,
@@ -128,7 +128,7 @@ TEST_F(StoredRuns, ThatWereKilledLeaveOthersChangesAlone) {
     SCOPED_TRACE("killed before change " + std::to_string(n) + ", " +
                  killed.call);
     if (killed.call.empty()) break;
-    // What is begun may be half written.
+    // A file that was begun may be half written.
     const bool edits = bytes("b.txt") == "figs" && !is_begun("c.txt");
     if (edits) {
       folder_.file("a.txt", "mine after it");
@@ -172,7 +172,8 @@ TEST_F(StoredRuns, OfBeforeAPowerCutSpareWhatWasChangedLater) {
   EXPECT_EQ(bytes("a.txt") + bytes("b.txt") + bytes("c.txt"), "mineplumplum");
 }
 
-// What the undo meant to restore is known; the rest of its journal is lost.
+// The journal still says what the undo was going to restore; the rest of it is
+// lost.
 TEST_F(StoredRuns, TornByAPowerCutDuringUndoComeBack) {
   write_three();
   run(kReplace);

@@ -1,5 +1,5 @@
-// Files that cannot be read, lists without end, and pipes: what is said of
-// them, and that nothing waits for ever.
+// Unreadable files, endless lists, and pipes: the messages about them, and that
+// nothing waits forever.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -20,7 +20,7 @@
 namespace zenfo::test {
 namespace {
 
-// Where the variable is set, for the commands started meanwhile.
+// Sets a variable for the commands started while it lives.
 class Variable {
  public:
   Variable(const char* name, const char* value) : name_(name) {
@@ -34,7 +34,7 @@ class Variable {
   const char* name_;
 };
 
-// The same for the address space of processes.
+// The same for the limit on the address space.
 class LittleMemory {
  public:
   explicit LittleMemory(rlim_t bytes) {
@@ -52,7 +52,7 @@ class LittleMemory {
 
 using Reading = ChangeTest;
 
-// Reading the first byte of this one fails: nothing lies at address 0.
+// Reading its first byte fails, because nothing is mapped at address 0.
 constexpr char kUnreadable[] = "/proc/self/mem";
 
 TEST_F(Reading, NamesTheErrorOfTheDevice) {

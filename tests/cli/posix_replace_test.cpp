@@ -178,7 +178,7 @@ TEST_F(Replace, DoesWhatSedDoes) {
   }
 }
 
-// Trees of text that perl reads byte by byte, too: without control characters,
+// Trees of text that perl can compare byte by byte: without control characters,
 // empty files and links.
 class Trees : public ChangeTest {
  protected:
@@ -383,7 +383,7 @@ TEST_F(Replace, KeepsDatesOnDemand) {
   EXPECT_EQ(bytes("a.txt"), "plum");
 }
 
-// The limit lets the safe copy through, but not what the file would become.
+// The size limit allows the safe copy, but not the longer new file.
 TEST_F(Replace, PutsAFileBackThatCouldNotBeWritten) {
   folder_.file("a.txt", "pla");
   const std::string large(200'000, 'a');
@@ -491,7 +491,7 @@ TEST_F(Replace, KeepsCopiesFromOthersEyes) {
 class ReplaceOnTerminal : public ChangeTest {
  protected:
   // Answers the questions, each of which ends with `end`, one after the other.
-  // Answers what the command wrote.
+  // Returns what the command wrote.
   std::string answer(std::vector<std::string> arguments, const std::string& end,
                      const std::vector<std::string>& answers, int status) {
     const std::string out = folder_.path("out");

@@ -1,5 +1,5 @@
-// What a terminal is shown of bytes that could do anything to it. The same
-// goes into a pipe as it is.
+// How bytes that could control a terminal are shown on it. A pipe gets them
+// unchanged.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-// Red, a bell, and red once more as a control character of UTF-8.
+// Red, a bell, and red again with a control character of UTF-8.
 constexpr char kEvil[] =
     "\x1B[31m\x07\xC2\x9B"
     "31m";
@@ -26,7 +26,7 @@ constexpr char kShown[] = "\\x1b[31m\\x07\\xc2\\x9b31m";
 
 class Terminal : public ::testing::Test {
  protected:
-  // All that the terminal is sent.
+  // Everything that is sent to the terminal.
   std::string shown(const std::vector<std::string>& arguments) const {
     Conversation conversation(arguments, folder_.path(), "");
     const std::string text = conversation.hear("\n\n\n");

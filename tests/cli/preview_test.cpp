@@ -14,8 +14,8 @@ std::string repeated(const std::string& text, int times) {
   return all;
 }
 
-// What a program that puts the changes writes. The output is a stream of the
-// process, so it goes through a file.
+// The output for these changes. It goes to a stream of the process, so the test
+// captures it in a file.
 std::string changes(const std::string& before, const std::string& after) {
   ::testing::internal::CaptureStdout();
   {
@@ -54,8 +54,8 @@ TEST(Preview, ShowsWhatWasRemovedAndAdded) {
   }
 }
 
-// Every line differs and none is ever alike again: the search for lines that
-// are must give up.
+// Every line differs and no later lines are equal, so the search for equal
+// lines must give up.
 TEST(Preview, ComparesLineWithLineWhereNothingIsAlike) {
   const int lines = 3000;
   const std::string shown =

@@ -1,4 +1,4 @@
-// Runs the built command as a process of its own, as a shell would.
+// Runs the built command as a separate process, as a shell would.
 #pragma once
 
 #include <ostream>
@@ -12,7 +12,7 @@ struct Start {
   std::string folder;            // to run in; empty: where the test runs
   std::string input_file;        // for standard input; empty: the test's
   std::string output_file;       // for standard output; empty: into the outcome
-  bool output_unread = false;    // into a pipe that nobody reads
+  bool output_unread = false;    // a pipe that nobody reads
   bool output_closed = false;    // Linux only
   bool as_nobody = false;        // Linux only: gives up root's rights
   std::string temporary_folder;  // for the command; empty: the test's own

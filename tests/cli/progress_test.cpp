@@ -62,7 +62,7 @@ TEST(RunPercent, IsOfTheWholeRun) {
   EXPECT_EQ(run_percent(4'000'000'000, 4'000'000'000, false, 0), 100);
 }
 
-// The bar, once it is due.
+// A bar that is due to be drawn.
 class DrawnBar : public ::testing::Test {
  protected:
   static void wait() {
@@ -77,7 +77,7 @@ class DrawnBar : public ::testing::Test {
 
 TEST_F(DrawnBar, ShowsTheWholeRunAndNeverGoesBack) {
   Progress progress;
-  // The library also reports its own counting.
+  // The library reports the progress of that counting, too.
   progress.begin_run(4, [&] {
     progress.show_status(wide("Now counting entries").data());
     progress.show_step({1, 1, 100});

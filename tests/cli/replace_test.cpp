@@ -1,5 +1,5 @@
-// replace, case and undo from end to end, on both systems, and once more where
-// all names have letters beyond ASCII.
+// replace, case and undo from end to end, on both systems, also with names with
+// letters beyond ASCII.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -23,8 +23,8 @@ namespace {
 using namespace std::string_literals;
 using ::testing::HasSubstr;
 
-// For the commands started from here: where they keep their runs, and that no
-// terminal answers their questions.
+// Sets up the commands that this test starts: where they keep their runs, and
+// no terminal to answer questions.
 void prepare_commands(const std::string& state_folder) {
 #ifdef _WIN32
   _wputenv_s(L"LOCALAPPDATA", native(state_folder).c_str());
@@ -37,7 +37,7 @@ void prepare_commands(const std::string& state_folder) {
 
 struct Names {
   const char* test;
-  const char* folder_mark;  // in the names of the folders of user and profile
+  const char* folder_mark;  // in the folder names of user and profile
   const char* folder;
   const char* file;
   const char* other_file;
@@ -50,7 +50,8 @@ void PrintTo(const Names& names, std::ostream* stream) {
 
 constexpr Names kNames[] = {
     {"Plain", "", "sub", "one.txt", "two.txt"},
-    // Of two, three and four bytes in UTF-8, combined letters and a blank.
+    // Characters of two, three and four bytes in UTF-8, combining letters and a
+    // blank.
     {"Umlauts", "J\xC3\xBCrgen", "\xC3\x84pfel", "\xC3\xBCmlaut.txt",
      "u\xCC\x88 zwei.txt"},
     {"OtherScripts", "\xE6\x97\xA5\xE6\x9C\xAC", "\xD0\x9F",
@@ -75,7 +76,7 @@ class Change : public ::testing::TestWithParam<Names> {
   std::string texts() const {
     return read_file(one_) + '|' + read_file(two_) + '|' + read_file(three_);
   }
-  // The folder that holds nothing but the runs.
+  // Whether a folder that should only contain runs is empty.
   static bool is_empty(const std::string& folder) {
     return std::filesystem::is_empty(native(folder));
   }
@@ -120,7 +121,7 @@ TEST_P(Change, NothingIsTouchedUnseen) {
   EXPECT_TRUE(is_empty(temporary_));
 }
 
-// From another folder than the run was started in, and by another spelling.
+// Started in another folder than the run, with another spelling.
 TEST_P(Change, NamedFilesAreChangedAndComeBack) {
   const Outcome outcome =
       run({"replace", "-y", "plum", "fig", one_name_, three_});
@@ -151,8 +152,8 @@ TEST_P(Change, ADryRunShowsTheNames) {
   EXPECT_EQ(texts(), kBefore);
 }
 
-// Lists of texts are files of the user's; one of them goes through a file in
-// the temporary folder.
+// Lists of texts are the user's files; one is rewritten in the temporary
+// folder.
 TEST_P(Change, TextsComeFromNamedFiles) {
   const std::string values = std::string(GetParam().file) + ".values";
   folder_.file(values, "fig\npear\n");
@@ -209,7 +210,7 @@ TEST_P(Change, AMappedFileIsSkippedAndNamed) {
 }
 #endif
 
-// Wherever the zero byte stands, what follows it would be lost.
+// What follows a zero byte would be lost, wherever the byte is.
 TEST_P(Change, LeavesFilesWithZeroBytesAsTheyAre) {
   const std::string near = "plum\0plum"s;
   const std::string far = "plum" + std::string(300'000, '\n') + '\0';

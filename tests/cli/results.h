@@ -1,4 +1,4 @@
-// Results as the command writes them, for comparison.
+// Expected results in the form that the command writes.
 #pragma once
 
 #include <algorithm>
@@ -16,7 +16,7 @@ inline std::string own(std::string path) {
   return path;
 }
 
-// Paths with an end behind each.
+// Paths, each followed by `end`.
 inline std::string lines(const std::vector<std::string>& paths,
                          const std::string& end = "\n") {
   std::string text;

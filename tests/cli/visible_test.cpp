@@ -9,7 +9,7 @@ TEST(Visible, LeavesTextAsItIs) {
   const std::string text =
       "a\tb\nc\r\n\xC3\xA4 \xE2\x82\xAC \xF0\x9F\x98\x80\n";
   EXPECT_EQ(visible_text(text), text);
-  // Bytes of these are those of control characters.
+  // These characters contain bytes that are control characters elsewhere.
   EXPECT_EQ(visible_name("\xD1\x80\xC4\x9B"), "\xD1\x80\xC4\x9B");
   // Text of another character set.
   EXPECT_EQ(visible_text("\xE4\xF6\xFC"), "\xE4\xF6\xFC");
@@ -29,7 +29,7 @@ TEST(Visible, ShowsControlCharactersAbove7FToo) {
                          "31m\x9B"),
             "\\x9b31m\\x9b");
   EXPECT_EQ(visible_text("\xC2\xA0"), "\xC2\xA0");
-  // A character cut short does not hide what follows.
+  // An incomplete character does not hide what follows.
   EXPECT_EQ(visible_text("\xE2\x9B"), "\xE2\\x9b");
   EXPECT_EQ(visible_text("\xE2\x82\x1B"), "\xE2\\x82\\x1b");
 }

@@ -1,6 +1,6 @@
-// Every operation with each of its allocations failing in turn: it answers its
-// failure value (or works without the memory), the lists stay sound, and under
-// AddressSanitizer nothing leaks.
+// Every operation with each of its allocations failing in turn: it returns its
+// failure value (or works without the memory), the lists stay valid, and
+// AddressSanitizer finds no leak.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -31,7 +31,7 @@ bool fails_now() {
     --allocations_left;
     return false;
   }
-  allocations_left = -1;  // one fault a run
+  allocations_left = -1;  // one fault per run
   failed = true;
   return true;
 }
@@ -70,10 +70,10 @@ void operator delete[](void* memory, const std::nothrow_t&) noexcept {
 namespace zenfo::test {
 namespace {
 
-// What the host does inside the next option question; nothing unless set.
+// What the host does inside the next option question; nothing by default.
 std::function<int32_t()> inside_question;
 
-// Callbacks that allocate nothing themselves, as a host's memory is its own.
+// Callbacks that allocate nothing, because a host's memory is separate.
 void listen_quietly() {
   CallbackTable table{};
   table.report = [](ProgressRecord*) -> int32_t { return 0; };
@@ -89,7 +89,7 @@ void listen_quietly() {
 }
 
 // Nodes and records come from pools. Under AddressSanitizer a pool allocates
-// each object by itself, so there each of these allocations fails once.
+// each object separately, so each of these allocations fails once.
 void expect_sound_lists(const char* operation, long n) {
   for (int32_t number : kAllLists) {
     ItemList* list = library().get_list(number);
@@ -103,24 +103,25 @@ void expect_sound_lists(const char* operation, long n) {
 
 struct Expected {
   int32_t success;
-  // All that may be answered when an allocation failed.
+  // All results allowed when an allocation failed.
   std::vector<int32_t> failures = {-1};
   // The operation needs memory at all.
   bool allocates = true;
-  // A failure is logged; the matcher answers its own instead.
+  // A failure is logged; the matcher returns its own value instead.
   bool logged = true;
-  // Around the run of each round, with all memory there is.
+  // Called before and after each run, without faults.
   std::function<void()> before = [] {};
   std::function<void()> after = [] {};
 };
 
-// The routine of its records: the operation's name, without what it does.
+// The routine in its error records: the operation's name without the
+// description.
 std::string routine_of(const std::string& operation) {
   return operation.substr(0, operation.find(' '));
 }
 
-// Answers what `operation` does inside the option question of a search, the
-// only part of it where an allocation fails.
+// Returns the result of `operation` inside the option question of a search, the
+// only part in which an allocation fails.
 int32_t in_question(const std::function<int32_t()>& operation) {
   const long planned = std::exchange(allocations_left, -1);
   int32_t answer = -99;
@@ -148,7 +149,7 @@ class MemoryFaults : public testing::Test {
     SetCallBacks(&none);
   }
 
-  // The lists as every run finds them.
+  // Sets up the lists that every run starts with.
   void set_up() {
     for (int32_t list : kFileLists) Clear(list);
     const std::string two_files = session.spelled("0~/one;two");
@@ -162,8 +163,8 @@ class MemoryFaults : public testing::Test {
     return session.spelled("~/one\r\n~/two\r\n");
   }
 
-  // Runs the operation again and again, with its first, second, ... allocation
-  // failing, until none is left to fail.
+  // Runs the operation repeatedly, with its first, second, ... allocation
+  // failing, until no allocation is left to fail.
   void fail_each(const char* operation, const std::function<int32_t()>& run,
                  const Expected& expected) {
     for (long n = 0;; ++n) {
@@ -239,7 +240,7 @@ TEST_F(MemoryFaults, SetFullNameFailsAndKeepsAName) {
       "SetFullName",
       [] { return SetFullName(kFiles, 0, "a name that no small text holds"); },
       {.success = 1});
-  // The failed calls left the old name.
+  // The failed calls must leave the old name.
   set_up();
   allocations_left = 0;
   EXPECT_EQ(SetFullName(kFiles, 0, "a name that no small text holds"), -1);
@@ -375,7 +376,7 @@ TEST_F(MemoryFaults, SearchesFail) {
              .before = add_pair});
 }
 
-// Whatever fails, the safe copies bring every file back.
+// Whatever fails, the safe copies can restore every file.
 TEST_F(MemoryFaults, RunsThatWriteLoseNoFile) {
   ASSERT_EQ(SetPattern("", "text", "", 0, 0, 0, 0, 0, 0), 1);
   ASSERT_EQ(SetUndoFile(session.folder.path("store/undo.txt").c_str()), 1);
@@ -407,7 +408,7 @@ TEST_F(MemoryFaults, RunsThatWriteLoseNoFile) {
   }
 }
 
-// Without memory for an index a list is walked instead.
+// Without memory for an index, lists are walked.
 TEST_F(MemoryFaults, GetUndoListFails) {
   ASSERT_EQ(SetUndoFile(session.folder.path("store/undo.txt").c_str()), 1);
   session.folder.file("store/undo.txt", "a\tb\tc\r\nd\te\tf\r\n");
@@ -415,7 +416,7 @@ TEST_F(MemoryFaults, GetUndoListFails) {
             {.success = 2, .failures = {-1, 2}});
 }
 
-// Sorts work, more slowly, without the memory that makes them fast.
+// Sorts also work, more slowly, without the memory that makes them fast.
 TEST_F(MemoryFaults, SortsFailOrWorkWithoutTheMemory) {
   fail_each("Sort", [] { return Sort(ZENFO_LIST_RUN_FILES, 2, 0); },
             {.success = 1, .failures = {-1, 1}});

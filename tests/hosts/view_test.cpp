@@ -1,5 +1,5 @@
-// zenfo-view in use: keys, wheel, scroll bars and clicks are sent to its
-// window. What it shows is read from the title, which numbers the match last
+// Sends keys, wheel turns, scrolls and clicks to the window of zenfo-view.
+// Reads the result from the title, which shows the number of the match last
 // clicked.
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -52,7 +52,7 @@ class ViewTest : public testing::Test {
     return FALSE;
   }
 
-  // The match that the title tells of; 0 before the first.
+  // The number of the match in the title; 0 before the first.
   int match() const {
     char title[MAX_PATH] = "";
     GetWindowTextA(window_, title, sizeof title);
@@ -126,7 +126,7 @@ TEST_F(ViewTest, ScrollsByKeysWheelAndBar) {
 }
 
 TEST_F(ViewTest, TurnsToHexAndBack) {
-  // Four lines of the file in one of the dump, of 24 pixels a byte.
+  // A line of the dump shows four lines of the file, at 24 pixels a byte.
   constexpr int kFourBytes = 4 * 24;
   press('H');
   EXPECT_EQ(click(kAtText + kFourBytes, kAtFirstLine), 2);

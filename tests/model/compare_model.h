@@ -1,6 +1,6 @@
-// Two walks over sorted lists written down step by step: the comparison of two
-// lists, and the selection of duplicates. Entries are told apart by position
-// only; `key` compares two of them.
+// Two walks over sorted lists, written step by step: the comparison of two
+// lists, and the selection of duplicates. `key` compares two entries; the
+// results identify entries by position.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ struct Marks {
   std::vector<bool> compared;
 };
 
-// `stop` is asked after each pair found equal.
+// `stop` is called after each pair found equal.
 template <class T, class Key>
 Marks compare_sorted(const std::vector<T>& a, const std::vector<T>& b, Key key,
                      const std::function<bool()>& stop) {

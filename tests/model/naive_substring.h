@@ -1,5 +1,5 @@
-// Model of find_substring: one comparison a step, no thought of speed. The
-// fast kernels are tested and timed against it.
+// Model of find_substring: one comparison at a time, without regard to speed.
+// The fast kernels are tested and timed against it.
 #pragma once
 
 #include <cctype>
@@ -50,8 +50,8 @@ inline Found find_substring(const char* haystack, const char* needle,
   return {s, static_cast<size_t>(p - s)};
 }
 
-// The offsets of all occurrences, each beginning `step` bytes or more behind
-// the one before.
+// The offsets of all occurrences, each at least `step` bytes after the previous
+// one.
 inline std::vector<size_t> find_all(std::string_view haystack,
                                     std::string_view needle,
                                     bool case_sensitive, size_t step) {

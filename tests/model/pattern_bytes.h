@@ -1,4 +1,4 @@
-// Bytes as the pattern model looks at them: unsigned, folded by the C library.
+// Bytes as the pattern model sees them: unsigned, case folded by the C library.
 //
 // Tested by tests/unit/model/pattern_model_test.cpp
 #pragma once

@@ -1,5 +1,4 @@
-// The pattern language, told slowly: text helpers and class
-// definitions.
+// A slow model of the pattern language: text helpers and class definitions.
 //
 // Tested by tests/unit/model/pattern_model_test.cpp
 #include "model/pattern_model.h"
@@ -19,8 +18,8 @@ bool is_word_byte(const std::string& text, size_t position) {
 
 }  // namespace
 
-// An empty haystack or an empty needle finds nothing. After a mismatch the
-// search starts again one byte behind the start of the partial match.
+// Finds nothing in an empty haystack or for an empty needle. After a mismatch
+// the search starts again one byte after the start of the partial match.
 size_t find_substring(const std::string& text, size_t from, size_t end,
                       const std::string& needle, bool exact_case) {
   if (needle.empty()) return kNone;
@@ -39,8 +38,8 @@ int is_whole_word(const std::string& text, size_t first, size_t last) {
 
 namespace {
 
-// Ranges are walked in order; a range 0-0 ends the walk, so neither it nor
-// anything behind it is ever seen.
+// Ranges are checked in order; a range 0-0 ends the check, so it and all later
+// ones are ignored.
 bool in_ranges(const std::vector<CharRange>& ranges, unsigned char byte) {
   for (const CharRange& range : ranges) {
     if (range.low == 0 && range.high == 0) return false;
@@ -53,7 +52,7 @@ bool in_chars(const std::string& chars, unsigned char byte) {
   return chars.find(static_cast<char>(byte)) != std::string::npos;
 }
 
-// Classes compare by the length of their names and by nothing else.
+// Classes are compared only by the length of their names.
 int compare_names(const CharClass& a, const CharClass& b) {
   if (a.name.size() == b.name.size()) return 0;
   return a.name.size() < b.name.size() ? -1 : 1;
@@ -63,8 +62,8 @@ void order_pair(std::vector<CharClass>& list, size_t a, size_t b) {
   if (compare_names(list[a], list[b]) > 0) std::swap(list[a], list[b]);
 }
 
-// Quicksort as every list of the library sorts, so that classes whose names
-// have the same length end in the same order. Ranges of five or fewer are
+// The same quicksort as in every list of the library, so that classes with
+// names of the same length end in the same order. Ranges of five or fewer are
 // left to the insertion sort.
 void quick_sort(std::vector<CharClass>& list, size_t lo, size_t hi) {
   if (hi <= lo || hi - lo <= 4) return;
@@ -103,9 +102,9 @@ void sort_by_name_length(std::vector<CharClass>& list) {
   insertion_sort(list);
 }
 
-// The tokens of a text: each runs to the next separator, adjacent separators
-// give an empty token, the rest behind the last separator is a token too
-// unless it is empty.
+// The tokens of a text: each ends at the next separator, adjacent separators
+// give an empty token, and the rest after the last separator is a token unless
+// it is empty.
 std::vector<std::string> split(const std::string& text,
                                const std::string& separator) {
   std::vector<std::string> tokens;
@@ -127,9 +126,9 @@ std::string token_or_empty(const std::vector<std::string>& tokens, size_t i) {
   return i < tokens.size() ? tokens[i] : std::string();
 }
 
-// A decimal number as the C library reads one: white space, a sign, digits,
-// up to the first byte that is no digit; nothing read is 0. Numbers beyond 32
-// bits stay at the nearest bound.
+// Reads a decimal number like the C library: white space, a sign, digits up to
+// the first other byte; without digits it is 0. Numbers beyond 32 bits become
+// the nearest bound.
 int32_t read_number(const std::string& text) {
   size_t i = 0;
   while (i < text.size() && std::isspace(byte_at(text, i)) != 0) ++i;
@@ -144,8 +143,8 @@ int32_t read_number(const std::string& text) {
   return static_cast<int32_t>(std::min(value, bound - 1));
 }
 
-// Items between commas, each a number cut to a byte. An empty item is passed
-// over; an item that begins with no number is the byte 0.
+// Numbers separated by commas, each reduced to a byte. An empty item is
+// skipped; an item that does not begin with a number is the byte 0.
 std::string read_chars(const std::string& value) {
   std::string bytes;
   for (const std::string& item : split(value, ",")) {
@@ -155,8 +154,8 @@ std::string read_chars(const std::string& value) {
   return bytes;
 }
 
-// Items between commas, each two numbers around a minus. An item that lacks
-// one of the two is passed over, a third number is not looked at.
+// Pairs of numbers, separated by commas, with a minus inside each pair. An item
+// without two numbers is skipped, a third number ignored.
 void append_ranges(const std::string& value, std::vector<CharRange>& ranges) {
   for (const std::string& item : split(value, ",")) {
     const std::vector<std::string> parts = split(item, "-");
@@ -168,8 +167,8 @@ void append_ranges(const std::string& value, std::vector<CharRange>& ranges) {
   }
 }
 
-// One line of a definition file. Lines before the first name have no class to
-// change; names are zero-terminated.
+// Applies one line of a definition file. Lines before the first name have no
+// effect; names end at a zero byte.
 void apply_line(const std::string& key, const std::string& value,
                 std::vector<CharClass>& classes) {
   if (key == "name") {
@@ -188,7 +187,7 @@ void apply_line(const std::string& key, const std::string& value,
 
 }  // namespace
 
-// Exclusion goes first, ranges before characters.
+// Checks exclusion first, and ranges before characters.
 bool is_member(const CharClass& char_class, unsigned char byte) {
   if (in_ranges(char_class.exclude_ranges, byte)) return false;
   if (in_chars(char_class.exclude_chars, byte)) return false;
@@ -204,7 +203,7 @@ Context::Context() {
   any_character.include_ranges = {{0, 255}};
 }
 
-// The sort begins from the order of adding each time.
+// Each sort starts from the order in which the classes were added.
 void add_user_class(Context& context, const CharClass& char_class) {
   context.user_classes.push_back(char_class);
   context.sorted_classes = context.user_classes;

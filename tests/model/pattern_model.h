@@ -1,8 +1,8 @@
-// The pattern language, told slowly: class definitions, compiler, matcher.
+// A slow model of the pattern language: class definitions, compiler, matcher.
 //
-// One function per rule, plain strings and loops, nothing remembered between
-// attempts and no header of the engine. What this model answers, the engine
-// must answer; where they differ, one of the two has misread a rule.
+// One function per rule, plain strings and loops, no state between attempts and
+// no header of the engine. The engine must return the same as this model; where
+// they differ, one of the two has misread a rule.
 //
 // Tested by tests/unit/model/pattern_model_test.cpp
 #pragma once
@@ -16,9 +16,9 @@
 
 namespace zenfo::model {
 
-// "No position": offset 0 is an ordinary place in a text.
+// "No position"; 0 is a valid offset.
 inline constexpr size_t kNone = std::numeric_limits<size_t>::max();
-// The largest count a pattern can ask for; longer numbers stay here.
+// The largest count of a pattern; larger numbers become this one.
 inline constexpr uint32_t kMaxCount = std::numeric_limits<uint32_t>::max();
 
 struct CharRange {
@@ -38,8 +38,8 @@ struct CharClass {
 
 enum class Kind { kLiteral, kStringList, kClass, kCharList, kWildcard };
 
-// One compiled element; which fields count depends on the kind. An element
-// owns a copy of its class: loading other classes does not change it.
+// One compiled element; its kind says which fields are used. An element has a
+// copy of its class, so loading other classes does not change it.
 struct Element {
   Kind kind = Kind::kLiteral;
   std::string text;                       // kLiteral
@@ -63,7 +63,7 @@ struct Context {
 
   std::vector<Element> elements;  // start, main and end elements
   size_t start_count = 0;         // elements of the start marker
-  ptrdiff_t last_main = 0;        // may lie before the first main element
+  ptrdiff_t last_main = 0;        // may be before the first main element
 };
 
 struct Match {
@@ -72,7 +72,7 @@ struct Match {
   bool operator==(const Match&) const = default;
 };
 
-// What a run answers: the count of matches, or -1, and where they are.
+// The result of a run: the number of matches, or -1, and the matches.
 struct Found {
   int32_t count = 0;
   std::vector<Match> matches;
@@ -101,23 +101,23 @@ struct SearchFlags {
 
 // --- Text helpers -----------------------------------------------------------
 
-// First position at or after `from` where needle lies wholly before `end`.
+// The first occurrence of the needle at or after `from` that ends by `end`.
 size_t find_substring(const std::string& text, size_t from, size_t end,
                       const std::string& needle, bool exact_case);
 
-// 1 when the bytes first..last are bounded by no letter or digit, 0 when they
-// are not, -1 when last lies beyond the text.
+// 1 when no letter or digit is next to the bytes first..last, 0 when one is, -1
+// when last is beyond the text.
 int is_whole_word(const std::string& text, size_t first, size_t last);
 
 // --- Classes ----------------------------------------------------------------
 
 bool is_member(const CharClass& char_class, unsigned char byte);
 
-// Adds one class behind the others and sorts the list by length of name.
+// Appends a class and sorts the list by length of name.
 void add_user_class(Context& context, const CharClass& char_class);
 
-// Replaces the user classes by those of a definition file's bytes. Answers 1;
-// -1 for an empty file, which changes nothing.
+// Replaces the user classes by those in the bytes of a definition file. Returns
+// 1; -1 for an empty file, which changes nothing.
 int set_operators(Context& context, const std::string& file);
 
 // --- Compiler ---------------------------------------------------------------
@@ -125,8 +125,8 @@ int set_operators(Context& context, const std::string& file);
 std::string convert_carets(std::string text);
 std::string remove_escapes(const std::string& text);
 
-// Both answer 1 when there are elements, 0 when there are none, -1 when a text
-// that is needed is missing; the old pattern is gone in every case.
+// Both return 1 when there are elements, 0 when there are none, -1 when a
+// required text is missing; the old pattern is dropped in every case.
 int set_pattern(Context& context, const PatternTexts& texts);
 int set_pattern_tag(Context& context, const std::optional<std::string>& first,
                     const std::optional<std::string>& second, bool count_start,

@@ -1,5 +1,5 @@
-// The pattern language, told slowly: the compiler. Each level
-// cuts its text at its own constructs and hands the pieces to the next.
+// A slow model of the pattern language: the compiler. Each level cuts its text
+// at its own constructs and passes the pieces to the next.
 //
 // Tested by tests/unit/model/pattern_model_test.cpp
 #include <algorithm>
@@ -20,8 +20,8 @@ constexpr char kListSeparator = '|';
 constexpr char kEscape = '\\';
 const std::string kNegationMarker = "!";
 
-// Escaped: an odd number of escapes stands directly in front. Escapes before
-// `floor` belong to something else and are not counted.
+// Whether an odd number of escapes is directly before the position. Escapes
+// before `floor` belong to something else and are not counted.
 bool is_escaped(const std::string& text, size_t position, size_t floor) {
   size_t escapes = 0;
   while (position > floor && text[position - 1] == kEscape) {
@@ -31,15 +31,15 @@ bool is_escaped(const std::string& text, size_t position, size_t floor) {
   return escapes % 2 == 1;
 }
 
-// The name of a control character; 29 shares its name with 27, so that no
-// text yields byte 29.
+// The name of a control character; 29 has the name of 27, so that no text
+// yields byte 29.
 std::string control_name(int code) {
   const char character = code == 29 ? '[' : static_cast<char>('@' + code);
   return std::string("^") + character;
 }
 
-// One pass over the text for one control character, left to right: on behind
-// a replaced name, one byte on from an escaped one.
+// Replaces one control character in one pass from left to right, which
+// continues after a replaced name, or one byte later at an escaped one.
 void convert_one(std::string& text, int code) {
   const std::string name = control_name(code);
   size_t from = 0;
@@ -53,8 +53,8 @@ void convert_one(std::string& text, int code) {
   }
 }
 
-// The marker in front of a construct, or kNone. It may not reach into the
-// construct before.
+// The position of the negation marker before a construct, or kNone. It must not
+// overlap the previous construct.
 size_t marker_before(const std::string& text, size_t position, size_t floor) {
   const size_t length = kNegationMarker.size();
   if (position < floor + length) return kNone;
@@ -68,7 +68,7 @@ struct Count {
   size_t end = 0;  // where the construct ends
 };
 
-// Decimal, of any length; stays at the largest count.
+// Reads a decimal number of any length, at most the largest count.
 uint32_t read_count_number(const std::string& digits) {
   uint64_t value = 0;
   for (const char digit : digits) {
@@ -88,9 +88,9 @@ Count accepted_count(const std::string& low, bool has_separator,
   return count;
 }
 
-// A repetition count directly behind a construct: digits, at most one
-// separator, digits, between brackets. Whatever is not that, or does not end,
-// is no count: the defaults hold and the characters are ordinary text.
+// A repetition count directly after a construct: digits, at most one separator
+// and digits, in brackets. Anything else is no count: the defaults apply and
+// the characters are ordinary text.
 Count read_count(const std::string& text, size_t position) {
   Count none;
   none.end = position;
@@ -131,8 +131,8 @@ size_t next_quote(const std::string& text, size_t from, char quote,
   return kNone;
 }
 
-// Where a quoted list begins and whether it is negated. An escaped marker is
-// a literal "!" in front of a list that is not negated.
+// Where a quoted list begins and whether it is negated. An escaped marker is a
+// literal "!" before a list that is not negated.
 struct ListStart {
   size_t begin = 0;
   bool negated = false;
@@ -168,8 +168,8 @@ std::vector<std::string> read_alternatives(const std::string& content) {
   return alternatives;
 }
 
-// A closing quote directly behind the opening one, or behind a blank, becomes
-// the opening one. Answers false when no pair is left.
+// A closing quote directly after the opening one, or after a blank, becomes the
+// opening one. Returns false when no pair is left.
 bool next_string_pair(const std::string& text, size_t from, size_t floor,
                       size_t& open, size_t& close) {
   open = next_quote(text, from, kDoubleQuote, floor);
@@ -202,8 +202,8 @@ void parse_string_lists(const std::string& text, std::vector<Element>& out) {
 
 // ---- Level 3: character lists ---------------------------------------------
 
-// Alternatives between bars, each one character or an escape and one
-// character. Answers false when the content has another form.
+// Alternatives separated by bars, each one character, or an escape and one
+// character. Returns false for any other content.
 bool read_char_list(const std::string& content, std::string& chars) {
   chars.clear();
   size_t i = 0;
@@ -218,7 +218,7 @@ bool read_char_list(const std::string& content, std::string& chars) {
   }
 }
 
-// A closing quote directly behind the opening one becomes the opening one.
+// A closing quote directly after the opening one becomes the opening one.
 bool next_char_pair(const std::string& text, size_t from, size_t floor,
                     size_t& open, size_t& close) {
   open = next_quote(text, from, kSingleQuote, floor);
@@ -263,8 +263,8 @@ struct NameAt {
   const CharClass* char_class = nullptr;
 };
 
-// The earliest name of any class, case ignored; at equal positions the class
-// that stands first in the list. Classes without a name are passed over.
+// The earliest name of any class, ignoring case; at equal positions the first
+// class in the list. Classes without a name are skipped.
 NameAt earliest_name(const std::string& text, size_t from,
                      const std::vector<CharClass>& classes) {
   NameAt earliest;
@@ -278,15 +278,14 @@ NameAt earliest_name(const std::string& text, size_t from,
   return earliest;
 }
 
-// A name is no reference when it is escaped, or when the marker directly in
-// front of it is.
+// A name is no reference when it, or the marker directly before it, is escaped.
 bool name_is_escaped(const std::string& text, size_t position, size_t floor) {
   if (is_escaped(text, position, floor)) return true;
   const size_t marker = marker_before(text, position, floor);
   return marker != kNone && is_escaped(text, marker, floor);
 }
 
-// Directly repeated occurrences of a name are one run; answers its end.
+// Directly repeated occurrences of a name are one run; returns its end.
 size_t run_end(const std::string& text, size_t position,
                const std::string& name) {
   size_t end = position + name.size();
@@ -348,8 +347,8 @@ void parse_pattern(const Context& context, const std::string& text,
 
 // ---- One text of a search -------------------------------------------------
 
-// A pattern may have its caret names converted before it is parsed; a literal
-// has both or neither, names converted and escapes removed.
+// In a pattern, caret names may be converted before it is parsed; in a literal,
+// either names are converted and escapes removed, or neither.
 std::vector<Element> compile_text(const Context& context,
                                   const std::string& text, bool is_pattern,
                                   bool convert) {
@@ -398,7 +397,7 @@ std::string printed_bounds(const Element& element) {
          printed_count(element.maximum) + "}";
 }
 
-// A class without a name goes by its include ranges.
+// A class without a name is shown by its include ranges.
 std::string printed_class(const CharClass& char_class) {
   if (!char_class.name.empty()) return printed(char_class.name);
   std::string out;
@@ -448,8 +447,8 @@ std::string convert_carets(std::string text) {
   return text;
 }
 
-// Every escape goes; the character behind it stays, an escape included. An
-// escape at the very end goes too.
+// Removes every escape and keeps the character after it, even if that is an
+// escape. An escape at the very end is removed too.
 std::string remove_escapes(const std::string& text) {
   std::string out;
   for (size_t i = 0; i < text.size(); ++i) {
@@ -477,8 +476,8 @@ int set_pattern(Context& context, const PatternTexts& texts) {
   return context.elements.empty() ? 0 : 1;
 }
 
-// First text, any run, second text; all from the first main element on is the
-// match, the second text included.
+// First text, any run, second text. The match begins at the first main element
+// and includes the second text.
 int set_pattern_tag(Context& context, const std::optional<std::string>& first,
                     const std::optional<std::string>& second, bool count_start,
                     bool is_pattern, bool convert) {

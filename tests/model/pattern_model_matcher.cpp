@@ -1,5 +1,5 @@
-// The pattern language, told slowly: the matcher. An attempt
-// locates the literals, fits the elements between them, then the tail.
+// A slow model of the pattern language: the matcher. An attempt locates the
+// literals, fits the elements between them, then the tail.
 //
 // Tested by tests/unit/model/pattern_model_test.cpp
 #include <algorithm>
@@ -16,7 +16,7 @@ struct State {
   size_t start = 0;
   size_t length = 0;
   size_t next = kNone;    // first byte not taken
-  size_t resume = kNone;  // where a run cut by its maximum may begin again
+  size_t resume = kNone;  // where a run cut at its maximum may restart
 };
 
 struct Attempt {
@@ -33,7 +33,7 @@ class Matcher {
           const SearchFlags& flags)
       : context_(context), text_(text), flags_(flags) {}
 
-  // Searches [from, end). Answers false once the maximum is reached.
+  // Searches [from, end). Returns false once the maximum is reached.
   bool search(size_t from, size_t end);
 
   Found result() const { return found_; }
@@ -82,8 +82,8 @@ bool Matcher::counts(const Element& element, unsigned char byte) const {
   return member != element.negated;
 }
 
-// Greedy. Too few bytes left for the minimum: fails at once. A run that would
-// go beyond the maximum matches with the maximum, whatever the minimum.
+// Greedy. Fails at once if too few bytes are left for the minimum. A run that
+// would exceed the maximum matches with the maximum, whatever the minimum.
 bool Matcher::match_run(size_t index, size_t position, size_t limit,
                         size_t start) {
   const Element& run_of = element(index);
@@ -108,8 +108,8 @@ bool Matcher::match_run(size_t index, size_t position, size_t limit,
 }
 
 // Not negated: the earliest occurrence of any alternative must begin here; of
-// two that begin at one place the later in the list counts. Negated: the run
-// of visible bytes up to the earliest occurrence, not empty.
+// two that begin at the same position the later in the list is taken. Negated:
+// matches the visible bytes up to the earliest occurrence, at least one.
 bool Matcher::match_string_list(size_t index, size_t position, size_t limit) {
   const Element& list = element(index);
   State& state = states_[index];
@@ -163,9 +163,10 @@ bool Matcher::match(size_t index, size_t position, size_t limit, size_t start) {
 
 // ---- One attempt ----------------------------------------------------------
 
-// Literals are located first, each the nearest behind the one before. One
-// that is missing ends the search; two neighbours in the pattern must touch,
-// else the search goes on behind the first literal of the pattern.
+// Literals are located first, each the nearest after the previous one. A
+// missing one ends the search. Literals that are neighbours in the pattern must
+// be adjacent, else the search continues after the first literal of the
+// pattern.
 bool Matcher::locate_literals(size_t start, size_t end, size_t& next) {
   size_t current = start;
   size_t first_literal = kNone;
@@ -191,8 +192,8 @@ bool Matcher::locate_literals(size_t start, size_t end, size_t& next) {
   return true;
 }
 
-// The elements first..last-1 stand before the literal `last` and must fill
-// the bytes from `current` to it exactly.
+// The elements first..last-1 are before the literal `last` and must fill the
+// bytes from `current` to it exactly.
 bool Matcher::fit_gap(size_t start, size_t first, size_t last, size_t& current,
                       size_t& next) {
   const size_t limit = states_[last].start;
@@ -220,7 +221,7 @@ bool Matcher::fit_gap(size_t start, size_t first, size_t last, size_t& current,
   return true;
 }
 
-// Leaves `current` behind the last literal.
+// Sets `current` to the end of the last literal.
 bool Matcher::fit_gaps(size_t start, size_t& current, size_t& next) {
   size_t first = 0;
   for (size_t i = 0; i < count(); ++i) {
@@ -232,10 +233,10 @@ bool Matcher::fit_gaps(size_t start, size_t& current, size_t& next) {
   return true;
 }
 
-// The elements behind the last literal. A failure at the very end goes on
-// behind it. Else the search goes on where the element before may begin
-// again; or where the failing element stood, when that is an advance; or one
-// byte behind where it stopped.
+// Fits the elements after the last literal. After a failure at the very end the
+// search continues after the end. Else it continues where the previous element
+// may restart; or where the failing element began, if that is further; or one
+// byte after where it stopped.
 bool Matcher::fit_tail(size_t start, size_t current, size_t end, size_t& next) {
   size_t first = count();
   while (first > 0 && !is_literal(first - 1)) --first;
@@ -257,9 +258,9 @@ bool Matcher::fit_tail(size_t start, size_t current, size_t end, size_t& next) {
   return true;
 }
 
-// The main elements are the match; the next attempt starts behind the last
-// element of the pattern. One of length 0 pushes it one byte on, a wildcard
-// does not.
+// The main elements are the match; the next attempt starts after the last
+// element of the pattern. If that has length 0 and is no wildcard, it starts
+// one byte later.
 Attempt Matcher::report() const {
   Attempt one;
   const size_t last_main = static_cast<size_t>(context_.last_main);
@@ -275,7 +276,7 @@ Attempt Matcher::report() const {
   return one;
 }
 
-// Every attempt that does not end the search moves on by a byte at least.
+// Every attempt that does not end the search advances by at least a byte.
 Attempt Matcher::attempt(size_t start, size_t end) {
   states_.assign(count(), State());
   Attempt one;
@@ -291,7 +292,7 @@ Attempt Matcher::attempt(size_t start, size_t end) {
 
 // ---- Runs -----------------------------------------------------------------
 
-// The whole-word test looks at the whole text, beyond the area searched.
+// The whole-word test uses the whole text, even beyond the searched area.
 bool Matcher::keep(const Attempt& one) const {
   if (!flags_.whole_words) return true;
   return is_whole_word(text_, one.offset, one.offset + one.length - 1) == 1;
@@ -311,8 +312,8 @@ bool Matcher::search(size_t from, size_t end) {
   return true;
 }
 
-// Answers that need no attempt: nothing in an empty text, failure without a
-// pattern, nothing without a main element.
+// Results that need no attempt: no match in an empty text, failure without a
+// pattern, no match without a main element.
 std::optional<Found> early_answer(const Context& context,
                                   const std::string& text) {
   if (text.empty()) return Found{0, {}};
@@ -322,7 +323,7 @@ std::optional<Found> early_answer(const Context& context,
   return std::nullopt;
 }
 
-// Areas are not trusted: cut to the text.
+// Areas are not trusted, so they are cut to the text.
 Match clamped(const Match& area, size_t text_length) {
   const size_t offset = std::min(area.offset, text_length);
   return {offset, std::min(area.length, text_length - offset)};

@@ -1,11 +1,12 @@
-// Random cases for the pattern language: engine against slow model.
+// Random cases for the pattern language, to compare the engine with the slow
+// model.
 //
-// A pattern is put together from pieces (literals, classes with counts, lists,
-// wildcard runs, escapes, caret names, plain junk). Every piece also tells a
-// sample of text that it might match, so the text of a case, made of such
-// samples, damaged samples and noise over the same few bytes, holds matches
-// often enough. The same seed gives the same cases with every compiler and
-// library: only the generator's raw 64-bit values are used.
+// A pattern is made of pieces (literals, classes with counts, lists, wildcard
+// runs, escapes, caret names, plain junk). Every piece comes with a sample text
+// that it might match. The text of a case is made of such samples, damaged
+// samples and noise from the same few bytes, so that it contains matches often
+// enough. The same seed gives the same cases with every compiler and library,
+// because only raw 64-bit values of the generator are used.
 //
 // Tested by tests/unit/model/pattern_model_test.cpp
 #pragma once
@@ -25,13 +26,13 @@ inline constexpr size_t kLongestRandomText = 60;
 
 enum class AreaUse { kEverywhere, kInside, kOutside };
 
-// As a match record keeps them: 32 bits each, the sum may need more.
+// 32 bits each, as in a match record; their sum may need more.
 struct RandomArea {
   uint32_t offset = 0;
   uint32_t length = 0;
 };
 
-// Empty start and end texts stand for null or empty markers.
+// Empty start and end texts mean null or empty markers.
 struct RandomCase {
   size_t class_set = 0;  // row of kClassSets
   bool is_tag = false;   // start and end are the two texts of a tag
@@ -141,7 +142,7 @@ class RandomCases {
   }
 
  private:
-  // 0 to bound - 1; the slight unevenness of the remainder does no harm.
+  // 0 to bound - 1; the slight bias of the remainder is harmless.
   size_t below(size_t bound) {
     return static_cast<size_t>(random_() % static_cast<uint64_t>(bound));
   }
@@ -194,12 +195,12 @@ class RandomCases {
                                      {"[2-x]", 1, 2},
                                      {"[99999999999]", 1, 2},
                                      {"[-99999999999]", 1, 3}};
-    // Well formed ones stand in front and come more often.
+    // Well formed ones come first and are chosen more often.
     const size_t rows = chance(90) ? 14 : std::size(kBounds);
     return kBounds[below(rows)];
   }
 
-  // A count that is no count stays in the pattern as text.
+  // An invalid count stays in the pattern as text.
   static std::string rejected_text(const Bounds& bounds) {
     const bool rejected = bounds.source == "[3" || bounds.source == "[a]" ||
                           bounds.source == "[1-2-3]" ||
@@ -289,7 +290,8 @@ class RandomCases {
     sample += name;
   }
 
-  // Without conversion the names match themselves, which the sample misses.
+  // Without conversion the names match themselves, which the sample does not
+  // show.
   void add_caret(std::string& source, std::string& sample) {
     constexpr std::string_view kSources[] = {
         "^M^J", "^J", "^M", "^[", R"(^\)", "^]", "^^M", "^_", R"(\^M)", "^A"};
@@ -390,7 +392,7 @@ class RandomCases {
     return text;
   }
 
-  // One byte lost, changed, added or doubled, or the case of one changed.
+  // Loses, changes, adds or doubles one byte, or changes the case of one.
   void damage(std::string& text) {
     if (text.empty()) return;
     const size_t at = below(text.size());
@@ -431,7 +433,8 @@ class RandomCases {
     }
   }
 
-  // Mostly in order and apart, sometimes any numbers, beyond the text too.
+  // Areas are mostly sorted and separate; sometimes they are any numbers, also
+  // beyond the text.
   void make_areas(RandomCase& one) {
     one.area_use = chance(50) ? AreaUse::kInside : AreaUse::kOutside;
     const bool orderly = chance(75);

@@ -1,7 +1,7 @@
-// Replacing, told slowly: what an engine writes for a text and its marks.
+// A slow model of replacing: what an engine writes for a text and its marks.
 //
-// Plain strings and loops, one byte a step, no header of the engine. What this
-// model writes, the engines must write.
+// Plain strings and loops, one byte at a time, no header of the engine. The
+// engines must write the same as this model.
 //
 // Tested by tests/unit/model/replace_model_test.cpp
 #pragma once
@@ -16,7 +16,7 @@
 
 namespace zenfo::model {
 
-// One match and what is to become of it.
+// One match and what to do with it.
 struct Mark {
   size_t offset = 0;
   size_t length = 0;
@@ -25,7 +25,7 @@ struct Mark {
   std::string replacement;  // empty: none
 };
 
-// What an engine answers and the bytes of the file; nothing is written when it
+// The result of an engine and the bytes of the file; nothing is written when it
 // refuses.
 struct Rewritten {
   int32_t answer = -1;
@@ -44,8 +44,8 @@ inline std::string up_to_nul(const std::string& text) {
   return out;
 }
 
-// Writes all of `text` but puts `replacement` for, before (mode 1) or behind
-// (mode 2) each selected mark.
+// Writes all of `text`, with `replacement` in place of, before (mode 1) or
+// after (mode 2) each selected mark.
 inline Rewritten write_marks(const std::string& text,
                              const std::vector<Mark>& marks, int32_t mode,
                              const Replacement& replacement) {

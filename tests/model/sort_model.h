@@ -1,6 +1,5 @@
-// The list's sort written down step by step, as plainly as it can be said and
-// without any of the engine's precautions: the order in which it leaves equal
-// items is the definition.
+// The list's sort written step by step, as plainly as possible and without the
+// engine's precautions: it defines the order of equal items.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-// A display to lay out and paint in tests: a text, matches and areas by
-// offset and length, and the layout as a text that reads like a picture.
+// A display to lay out and paint in tests: a text, matches and areas by offset
+// and length, and the layout shown as a readable text.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +28,7 @@ struct DisplayFixture {
   void fill(ItemList& list, const Marks& marks) {
     list.clear();
     for (const auto& [offset, length] : marks) {
-      // The text may be shorter than a mark says; layouts go by offsets.
+      // The text may be shorter than a mark; layouts use only offsets.
       list.append(std::make_unique<MatchRecord>(text.data(), length, offset));
     }
   }
@@ -47,8 +47,8 @@ struct DisplayFixture {
   }
 };
 
-// The spans of a line between bars: plain ones as they are, marked ones with
-// their kind and group in front, as in "ab|M0:cd|A1:".
+// The spans of a line separated by bars; marked ones begin with their kind and
+// group, as in "ab|M0:cd|A1:".
 inline std::string line_picture(const DisplayState& state, uint32_t line) {
   std::string picture;
   LineSpans spans(state, line);

@@ -1,4 +1,4 @@
-// The documents of docs/, whose fenced blocks are examples that tests run.
+// The documents of docs/, whose fenced blocks are tested examples.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@
 
 namespace zenfo::test {
 
-// A file of the source tree, by its path from the root.
+// Reads a file of the source tree by its path from the root.
 inline std::string read_source(const std::string& path) {
   return read_file(ZENFO_SOURCE_FOLDER "/" + path);
 }
@@ -23,7 +23,7 @@ struct Block {
   std::string body;
 };
 
-// The fenced blocks of a document that bear this mark.
+// The fenced blocks of a document with this mark.
 inline std::vector<Block> fenced_blocks(const std::string& path,
                                         const std::string& mark) {
   std::vector<Block> blocks;
@@ -44,7 +44,7 @@ inline std::vector<Block> fenced_blocks(const std::string& path,
   return blocks;
 }
 
-// Bytes for "<CR>", "<LF>" and "<TAB>".
+// Replaces "<CR>", "<LF>" and "<TAB>" by their bytes.
 inline std::string with_bytes(std::string text) {
   for (const auto& [name, byte] : {std::pair<std::string, char>{"<CR>", '\r'},
                                    {"<LF>", '\n'},

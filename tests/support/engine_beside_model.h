@@ -1,6 +1,5 @@
-// The pattern engine and its slow model side by side: both get the same
-// class definitions, patterns and searches, and every difference
-// is described in words.
+// Runs the pattern engine and its slow model with the same class definitions,
+// patterns and searches, and describes every difference in words.
 //
 // Used by tests/unit/model/engine_against_model_test.cpp and fuzz/
 #pragma once
@@ -22,8 +21,8 @@
 
 namespace zenfo::test {
 
-// What an element is, whichever side made it. Classes are identified by their
-// name and the bytes that belong to them.
+// An element of either side. Classes are identified by their name and the bytes
+// that belong to them.
 struct ToldElement {
   model::Kind kind = model::Kind::kLiteral;
   std::string text;
@@ -122,8 +121,8 @@ inline std::string in_words(const std::vector<model::Match>& matches) {
   return out.empty() ? " none" : out;
 }
 
-// One pattern context of each side. The functions answer what differs, empty
-// when nothing does.
+// One pattern context for each side. The functions describe the differences; an
+// empty text means none.
 class EngineBesideModel {
  public:
   EngineBesideModel() = default;
@@ -151,7 +150,8 @@ class EngineBesideModel {
   std::string search(const model::RandomCase& one) {
     const model::Found expected = search_model(one);
     found_ = expected.matches.size();
-    // A text of its own size on the heap, so that reads outside are noticed.
+    // A heap copy of the exact size, so that the sanitizer notices reads
+    // outside.
     const std::vector<char> text(one.text.begin(), one.text.end());
     fill_areas(one);
     for (const SearchPath path : {SearchPath::kFast, SearchPath::kPlain}) {

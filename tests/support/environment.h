@@ -1,4 +1,4 @@
-// A variable of the environment as long as the object lives.
+// Sets an environment variable as long as the object lives.
 #pragma once
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// What an error file says, record by record, without the time stamps.
+// The records of an error file without their time stamps.
 #pragma once
 
 #include <fstream>

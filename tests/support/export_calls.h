@@ -1,5 +1,5 @@
 // Every exported operation as a call with only zeros and nulls, made from the
-// table: calls that a careless host may make at any time.
+// table: calls that a careless host might make at any time.
 #pragma once
 
 #include <vector>
@@ -11,7 +11,7 @@ namespace zenfo::test {
 
 struct ExportCall {
   const ExportRow* row;
-  // Answers the result; 0 for an operation without one.
+  // Returns the result; 0 for an operation without one.
   int32_t (*with_zeros)();
 };
 

@@ -1,5 +1,5 @@
-// Memory for a text next to a page that may not be touched, after its end
-// or before its start. A single byte read beyond it ends the program.
+// Memory for a text next to an inaccessible page, after its end or before its
+// start. Reading a single byte beyond it ends the program.
 #pragma once
 
 #include <sys/mman.h>
@@ -31,11 +31,11 @@ class FencedMemory {
   FencedMemory(const FencedMemory&) = delete;
   FencedMemory& operator=(const FencedMemory&) = delete;
 
-  // A copy of the text whose last byte is the last that may be read.
+  // A copy of the text whose last byte is the last readable one.
   std::string_view against_end(std::string_view text) {
     return copy_to(start_ + size_ - text.size(), text);
   }
-  // A copy whose first byte is the first that may be read.
+  // A copy whose first byte is the first readable one.
   std::string_view against_start(std::string_view text) {
     return copy_to(start_, text);
   }

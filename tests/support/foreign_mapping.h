@@ -1,5 +1,5 @@
-// A file that another program maps, as Windows has it: it can be opened for
-// writing but not cut.
+// A file mapped by another program: on Windows it can be opened for writing but
+// not truncated.
 #pragma once
 
 #include <windows.h>

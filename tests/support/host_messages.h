@@ -1,5 +1,5 @@
-// What the shared parts of hosts tell, kept by a test; and progress that nobody
-// sees.
+// Collects the messages of code that hosts share; and progress that is not
+// shown.
 #pragma once
 
 #include <string>

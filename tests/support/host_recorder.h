@@ -1,7 +1,8 @@
-// A host that records all its callbacks get and answers as a test wishes.
+// A host that records the arguments of its callbacks and returns what a test
+// wants.
 //
-// Install() registers its callbacks; the destructor takes them back. One at a
-// time, as callbacks have no argument that names their host.
+// Install() registers its callbacks; the destructor removes them. Only one can
+// exist at a time, because callbacks have no argument for their host.
 #pragma once
 
 #include <functional>
@@ -38,14 +39,14 @@ class HostRecorder {
   HostRecorder(const HostRecorder&) = delete;
   HostRecorder& operator=(const HostRecorder&) = delete;
 
-  // What the callbacks got, in order.
+  // The arguments of the callbacks, in order.
   std::vector<ProgressRecord> reports;
   std::vector<std::string> statuses;
   std::vector<std::string> file_questions;
   std::vector<Question> option_questions;
   int interrupt_polls = 0;
 
-  // What to answer; by default continue, and yes.
+  // What to return; by default continue, and yes.
   std::function<int32_t()> interrupt = [] { return 0; };
   std::function<void(const ProgressRecord&)> on_progress;
   std::function<void(const std::string&)> on_status_text;

@@ -1,5 +1,5 @@
-// A test with an initialised library, a folder of its own and an error file;
-// short ways to fill lists and to read them back through the interface.
+// A test with an initialised library, a folder and an error file; helpers to
+// fill lists and to read them through the interface.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -63,7 +63,7 @@ class ListTest : public testing::Test {
     return all;
   }
 
-  // One LF-free text of lines ended by CR LF.
+  // The texts as lines that end in CR LF.
   static std::string lines(const Texts& texts) {
     std::string all;
     for (const std::string& text : texts) all += text + "\r\n";

@@ -1,4 +1,4 @@
-// The lists of the library, grouped by what they hold.
+// The lists of the library, grouped by their contents.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What contract tests use without its namespace: matchers and "text"s.
+// Names that contract tests use without a namespace: matchers and "text"s.
 #pragma once
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
-// The rights of an ordinary user, for tests of files that may not be read: root
-// may read every file.
+// Rights of an ordinary user, for tests with unreadable files: root can read
+// every file.
 #pragma once
 
 #include <sys/stat.h>
@@ -10,8 +10,8 @@
 namespace zenfo::test {
 
 // While it lives, a process of root has the rights of the user nobody; any
-// other keeps its own. The folder is opened to all, as it was made for its
-// owner only.
+// other keeps its own. The folder is opened to all users, because only its
+// owner had access.
 class AsNobody {
  public:
   explicit AsNobody(const std::string& folder) {
@@ -24,7 +24,7 @@ class AsNobody {
   AsNobody(const AsNobody&) = delete;
   AsNobody& operator=(const AsNobody&) = delete;
 
-  // Whether there are files that may not be read now.
+  // Whether some files are unreadable now.
   static bool in_force() { return geteuid() != 0; }
 
  private:

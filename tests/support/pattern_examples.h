@@ -1,8 +1,8 @@
 // Worked examples of the pattern language as tables.
 //
-// The slow model and the engine answer the same rows. In expected elements
-// L is a literal, C a class, W a wildcard run, H a char list, S a string list,
-// a leading ! negation; control bytes are written <0D>.
+// The slow model and the engine are tested with the same rows. In expected
+// elements L is a literal, C a class, W a wildcard run, H a char list, S a
+// string list, a leading ! negation; control bytes are written <0D>.
 //
 // Used by tests/unit/model/pattern_model_test.cpp and tests/unit/pattern/
 #pragma once
@@ -175,8 +175,8 @@ inline constexpr CompilerExample kMoreCompilerExamples[] = {
     {R"('"'a'"')", R"(H("){1,0} L(a) H("){1,0})"},
 };
 
-// A main text that holds caret names: converted, as a literal with conversion
-// (the one literal), as a pattern with conversion.
+// A main text with caret names: converted, as a literal with conversion (the
+// only literal), as a pattern with conversion.
 struct CaretExample {
   std::string_view text;
   std::string_view converted;
@@ -203,7 +203,7 @@ inline constexpr CaretExample kCaretExamples[] = {
     {R"(^@^_)", "^@\x1F", "^@\x1F", "L(^@<1F>)"},
 };
 
-// Three texts, or the two of a tag, and what they make.
+// Three texts, or the two of a tag, and their elements.
 struct CombinedExample {
   std::string_view start;
   std::string_view main;

@@ -1,5 +1,5 @@
-// A canvas without a window: it keeps the current position as the system does
-// and writes down what is drawn where, and in which order calls came.
+// A canvas without a window: it tracks the current position as the system does
+// and records what is drawn where and the order of the calls.
 #pragma once
 
 #include <algorithm>
@@ -41,18 +41,18 @@ inline void PrintTo(const DrawnRule& rule, std::ostream* out) {
 
 class RecordingCanvas final : public platform::Canvas {
  public:
-  // What the window is like. Letters in the fixed font are as wide as the
-  // widest; in the other an 'i' takes 3 pixels.
+  // The properties of the window. Letters in the fixed font are as wide as the
+  // widest; in the other font an 'i' is 3 pixels wide.
   platform::Rectangle client{0, 0, 200, 60};
   platform::FontMetrics metrics{20, 10};
   bool can_paint = true;
   bool can_scroll = true;
   std::function<void()> while_beginning;
   int32_t positions[2] = {11, 22};        // horizontal, vertical
-  int32_t track_positions[2] = {33, 44};  // likewise
-  int32_t answer = 0;                     // of set_scroll_page
+  int32_t track_positions[2] = {33, 44};  // horizontal, vertical
+  int32_t answer = 0;                     // result of set_scroll_page
 
-  // What was asked of it.
+  // The recorded calls.
   std::vector<std::string> calls;  // all but measuring, moving and drawing
   std::vector<DrawnText> texts;
   std::vector<DrawnRule> rules;

@@ -13,7 +13,7 @@ namespace zenfo::test {
 
 class ReplaceTest : public RunTest {
  protected:
-  // What one file becomes; with the number of matches, if it is of interest.
+  // The new bytes of one file, and the number of matches on request.
   std::string becomes(const Operation& run, const RunArguments& arguments,
                       std::string_view text, int32_t* answer = nullptr) {
     EXPECT_EQ(Clear(ZENFO_LIST_RUN_FILES), 1);

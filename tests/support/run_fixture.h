@@ -159,7 +159,7 @@ class RunTest : public ListTest {
         << path;
     ASSERT_EQ(SetState(ZENFO_LIST_RUN_FILES, index, 1), 1);
   }
-  // Adds an entry whose file does not exist any more.
+  // Adds an entry whose file no longer exists.
   std::string add_missing(std::string_view name) {
     const std::string path = add(name, "x");
     std::filesystem::remove(path);
@@ -187,7 +187,7 @@ class RunTest : public ListTest {
   }
   std::string summary() const { return read_file(summary_); }
 
-  // A store of its own, and its undo list file.
+  // Uses a separate store with its undo list file.
   void use_store() { ASSERT_EQ(SetUndoFile(undo_file().c_str()), 1); }
   std::string undo_file() const { return work_.path("store/undo.txt"); }
   std::string in_store(std::string_view name) const {
@@ -211,7 +211,7 @@ class RunTest : public ListTest {
     EXPECT_EQ(GetCount(ZENFO_LIST_ERROR, -1), 0);
   }
 
-  // Names and bytes of all files of a folder and of the folders in it.
+  // The names and bytes of all files in a folder and its subfolders.
   static std::map<std::string, std::string> contents(const std::string& path) {
     std::map<std::string, std::string> all;
     for (const auto& entry :
@@ -224,7 +224,7 @@ class RunTest : public ListTest {
   }
 
   // Calls `attempt` with a host that interrupts at its first, second, ... poll
-  // until a run ends before that poll; answers how many polls interrupted.
+  // until a run ends before that poll; returns how many polls interrupted.
   static int at_every_poll(const std::function<void(HostRecorder&)>& attempt) {
     for (int stop = 1;; ++stop) {
       SCOPED_TRACE("interrupted at poll " + std::to_string(stop));

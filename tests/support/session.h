@@ -1,5 +1,5 @@
 // The library between Initialize and Terminate, with an error file and a
-// folder of its own: what most contract tests start from.
+// folder: the base of most contract tests.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -34,12 +34,12 @@ inline LogRecord runtime_error(std::string routine) {
   return {"Runtime error", "Default error handler", std::move(routine)};
 }
 
-// What the registry writes of an unknown list number.
+// The record for an unknown list number.
 inline LogRecord unknown_list() {
   return {"", "Error retrieving list handler", "get_list"};
 }
 
-// Takes a whole error file apart; a byte out of place fails the test.
+// Parses a whole error file; any unexpected byte fails the test.
 class LogReader {
  public:
   explicit LogReader(std::string bytes) : rest_(std::move(bytes)) {}
@@ -91,11 +91,11 @@ class LogReader {
   std::string rest_;
 };
 
-// A host's buffer, filled with noise before each call.
+// A host's buffer, filled with garbage before each call.
 using TextAccessor = int32_t(ZENFO_CALL*)(int32_t, uint32_t, char*, uint32_t);
 using FixedListAccessor = int32_t(ZENFO_CALL*)(uint32_t, char*, uint32_t);
 
-// What an accessor answers and leaves in the buffer.
+// The result of an accessor and the text in the buffer.
 struct Text {
   int32_t result = 0;
   std::string text;
@@ -120,7 +120,7 @@ inline Text read_text(FixedListAccessor accessor, uint32_t index) {
   return {result, buffer.data()};
 }
 
-// Option bytes that ask for the facts named.
+// Option bytes that select these facts.
 using Options = std::array<unsigned char, ZENFO_OPTION_COUNT>;
 inline Options asking_for(std::initializer_list<int> bytes) {
   Options options{};
@@ -149,7 +149,7 @@ class Session {
     return reader.records();
   }
 
-  // A specification or path: "~" means the session's folder, "/" for the
+  // A specification or path in which "~" means the session's folder and "/" the
   // system's separator.
   std::string spelled(std::string_view text) const {
     std::string whole;

@@ -1,4 +1,4 @@
-// A folder of its own for a test, removed afterwards, and whole files in it.
+// A folder for a test, removed afterwards, and helpers for whole files.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@
 #define NOMINMAX
 #endif
 #include <windows.h>
-// Macros of windows.h, left from 16-bit systems, whose names tests use.
+// Macros of windows.h from 16-bit systems, whose names tests use.
 #undef far
 #undef near
 #endif
@@ -23,15 +23,15 @@ namespace zenfo::test {
 
 #ifdef _WIN32
 inline constexpr char kSeparator = '\\';
-// As long as a name can be where whole paths are limited to 259 bytes.
+// A long name that keeps whole paths below the limit of 259 bytes.
 inline constexpr size_t kLongestName = 120;
 #else
 inline constexpr char kSeparator = '/';
 inline constexpr size_t kLongestName = 255;
 #endif
 
-// For the standard library, which would read a narrow text on Windows in a
-// character set of its own choice: texts of tests are UTF-8 there.
+// For the standard library, which on Windows would read a narrow text in a
+// character set of its own choice; texts of tests are UTF-8.
 inline std::filesystem::path native(std::string_view path) {
   return std::u8string(path.begin(), path.end());
 }
@@ -40,8 +40,8 @@ inline std::string utf8(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
-// A text of tests as the library takes and gives it: on Windows in the
-// process's own character set.
+// A text of a test in the library's form: on Windows in the process's own
+// character set.
 inline std::string as_library_text(const std::string& text) {
 #ifdef _WIN32
   const std::wstring wide = native(text).wstring();
@@ -55,7 +55,7 @@ inline std::string as_library_text(const std::string& text) {
 #endif
 }
 
-// Joins with the system's separator; a slash in `name` means it too.
+// Joins with the system's separator; a slash in `name` becomes it too.
 inline std::string join(std::string_view folder, std::string_view name) {
   std::string path(folder);
   path += kSeparator;
@@ -83,7 +83,7 @@ inline bool file_exists(const std::string& path) {
 
 class TempFolder {
  public:
-  // `mark`, in UTF-8, becomes a part of the folder's name.
+  // `mark`, in UTF-8, becomes part of the folder's name.
   explicit TempFolder(std::string_view mark = "") {
     static int number = 0;
     std::string base = utf8(std::filesystem::temp_directory_path());
@@ -104,7 +104,7 @@ class TempFolder {
   const std::string& path() const { return path_; }
   std::string path(std::string_view name) const { return join(path_, name); }
 
-  // Creates the file and the folders above it; answers its path.
+  // Creates the file and its folders; returns its path.
   std::string file(std::string_view name, std::string_view bytes) const {
     const std::string full = path(name);
     std::filesystem::create_directories(
@@ -119,7 +119,7 @@ class TempFolder {
   }
 
  private:
-  // Keeps the folders of processes that run at the same time apart.
+  // Distinguishes the folders of processes that run at the same time.
   static unsigned unique() {
     static const unsigned number = static_cast<unsigned>(
         std::filesystem::file_time_type::clock::now()

@@ -1,4 +1,4 @@
-// A locale of 8-bit letters, made for one test and left again at its end.
+// A locale with 8-bit letters, made for one test and reset at its end.
 #pragma once
 
 #include <clocale>
@@ -10,8 +10,9 @@
 
 namespace zenfo::test {
 
-// As a host sets it: in force while the object lives, if it could be made (the
-// system needs localedef and the locale sources); the tables are left alone.
+// Set as a host would: active while the object lives, if it could be made (the
+// system needs localedef and the locale sources). The byte tables stay
+// unchanged.
 class HostLatinLocale {
  public:
   HostLatinLocale() {
@@ -44,7 +45,7 @@ class HostLatinLocale {
   bool in_force_ = false;
 };
 
-// In force for the tables, too.
+// Also updates the byte tables.
 class LatinLocale : public HostLatinLocale {
  public:
   LatinLocale() { refresh_byte_tables(); }

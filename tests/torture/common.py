@@ -1,9 +1,9 @@
-"""What the campaigns share: trees of files, runs of zenfo with a store of
-their own, the judge, and the line of figures.
+"""What the campaigns share: trees of files, runs of zenfo with a separate
+store, the judge, and the line of figures.
 
-A campaign is a program of this folder with a function run(campaign). It makes
-runs until its time or its number of rounds is up, hurts each of them in its
-own way and has the judge say what became of the files.
+A campaign is a program in this folder with a function run(campaign). It makes
+runs until its time or its number of rounds is used up, disturbs each of them
+in its own way and lets the judge check the files.
 """
 
 import argparse
@@ -20,17 +20,17 @@ from pathlib import Path
 from typing import Callable, NamedTuple
 
 ROOT = Path(__file__).resolve().parents[2]
-SKIPPED = 77  # what ctest is told to take as "skipped"
+SKIPPED = 77  # the exit status that means "skipped" to ctest
 HANGS = 120  # seconds
-MOST_TOLD = 8  # of a run's losses
+MOST_TOLD = 8  # losses of a run that are reported
 
 
 class Skip(Exception):
-    """The system does not allow what a campaign needs."""
+    """The system does not allow something that a campaign needs."""
 
 
 class Command(NamedTuple):
-    """A command that changes files, and what it makes of a file's bytes."""
+    """A command that changes files, and the bytes it makes of a file."""
     name: str
     arguments: list
     new: Callable
@@ -47,7 +47,7 @@ SHORTER = replacing("shorter", "plum", "", "--keep-date")
 CASE = Command("case", ["case", "-ry", "--upper", "--include", "*.txt", "plum",
                         "."], lambda old: old.replace(b"plum", b"PLUM"))
 COMMANDS = [LONGER, SHORTER, CASE]
-# Runs without safe copies leave each file whole, old or new.
+# Runs without safe copies must leave each file whole, old or new.
 NO_COPIES = replacing("without copies", "plum", "fig", "--no-backup")
 
 
@@ -68,7 +68,7 @@ class World:
         self.old = {}
 
     def reset(self, files):
-        """Makes the tree anew, of these names and bytes, and empties the
+        """Makes the tree again from these names and bytes, and empties the
         store."""
         for folder in (self.tree, self.state):
             empty(folder)
@@ -100,13 +100,13 @@ class World:
             return None
 
     def changed(self):
-        """Names of the files that are not as they were."""
+        """Returns the names of the files that differ from before."""
         return [name for name, old in self.old.items()
                 if self.bytes(name) != old]
 
     def neither(self, new):
-        """Names of the files that are neither as they were nor as they were
-        to become."""
+        """Returns the names of the files with neither their old nor their new
+        bytes."""
         return [name for name in self.changed()
                 if self.bytes(name) != new(self.old[name])]
 
@@ -114,7 +114,7 @@ class World:
         return sorted(self.state.glob("zenfo/runs/*/undo.txt"))
 
     def has_way_back(self, name):
-        """Whether a list of safe copies names one with the old bytes."""
+        """Whether a list of safe copies names a copy with the old bytes."""
         path = os.fsencode(self.tree / name)
         for undo_list in self.lists():
             for line in undo_list.read_bytes().split(b"\r\n"):
@@ -127,13 +127,13 @@ class World:
         return False
 
     def run_names(self):
-        """Of all runs in the store, the newest first."""
+        """Returns the names of all runs in the store, the newest first."""
         lines = self.zenfo("undo", "--list").out.splitlines()
         return [line.split()[0] for line in reversed(lines) if line.strip()]
 
 
 def empty(folder):
-    """Removes what is in a folder, which may be a mount point."""
+    """Empties a folder, which may be a mount point."""
     folder.mkdir(parents=True, exist_ok=True)
     for entry in folder.iterdir():
         if entry.is_dir() and not entry.is_symlink():
@@ -146,7 +146,7 @@ def outcome(process):
     try:
         out, err = process.communicate(timeout=HANGS)
     except subprocess.TimeoutExpired:
-        os.killpg(process.pid, signal.SIGKILL)  # strace and what it traces
+        os.killpg(process.pid, signal.SIGKILL)  # strace and its child
         out, err = process.communicate()
         err += b"\nstill running after %d s" % HANGS
     return Result(process.returncode, out.decode(errors="replace"),
@@ -157,7 +157,7 @@ def outcome(process):
 
 
 def small_tree(random_):
-    """Few files of every kind that the rewriting tells apart."""
+    """Makes a few files of every kind that rewriting treats differently."""
     large = b"a plum and a pear\n" * random_.randrange(3_000, 30_000)
     files = {"a.txt": b"plum", "large.txt": large, "none.txt": b"no fruit",
              "sub/a.txt": b"a plum, a pear\r\n", "left.dat": b"plum"}
@@ -177,8 +177,8 @@ def wide_tree(random_, count):
 
 
 class Verdict(NamedTuple):
-    by_hand: list  # what plain `undo` did not bring back, a text each
-    lost: list  # what has no copy on record either
+    by_hand: list  # a text for each file that plain `undo` did not restore
+    lost: list  # a text for each that has no copy on record either
 
 
 def describe(world, names):
@@ -190,8 +190,8 @@ def describe(world, names):
 
 
 def take_back(world):
-    """Undoes until every file is as it was. Where a file is not, and no list
-    of safe copies names one with its bytes, it is lost."""
+    """Undoes until every file has its old bytes. A file is lost if that fails
+    and no list of safe copies names a copy with these bytes."""
     said = []
     for _ in range(4):
         if not world.changed():
@@ -206,7 +206,7 @@ def take_back(world):
 
 
 def not_done(scene, world, result):
-    """What a command has left undone and answered 0 all the same."""
+    """Returns the files that a command did not change despite status 0."""
     left = [name for name in scene.files
             if world.bytes(name) != scene.new(name)]
     if result.status != 0 or not left:
@@ -219,7 +219,7 @@ def not_done(scene, world, result):
 
 
 class Scene:
-    """A tree, what was done to it before, and the command that is hurt."""
+    """A tree, its earlier changes, and the command that is disturbed."""
 
     def __init__(self, random_, copies=True):
         self.files = small_tree(random_)
@@ -244,7 +244,7 @@ class Scene:
         self.before = {name: world.bytes(name) for name in self.files}
 
     def new(self, name):
-        """What the hurt command makes of a file, when it comes to its end."""
+        """Returns the bytes that the finished command leaves in a file."""
         if not name.endswith(".txt"):
             return self.before[name]
         if not self.undo:
@@ -258,7 +258,7 @@ class Scene:
         return all(world.bytes(name) == self.new(name) for name in self.files)
 
     def mixed(self, world):
-        """Files that are neither as before nor as the command makes them."""
+        """Returns the files with neither their old nor their new bytes."""
         return [name for name in self.files
                 if world.bytes(name) not in (self.before[name],
                                              self.new(name))]
@@ -281,8 +281,8 @@ def need_strace():
 
 
 def calls_of(world, arguments, names):
-    """The calls of a whole run that come behind its first look at the tree:
-    (name, its how many-th call of that name) each."""
+    """Returns the calls of a whole run after its first access to the tree,
+    each as its name and its number among the calls of that name."""
     log = world.folder / "calls"
     world.zenfo(*arguments, wrap=["strace", "-f", "-qq", "-o", str(log), "-e",
                                   "trace=" + ",".join(names)])
@@ -300,12 +300,12 @@ def calls_of(world, arguments, names):
 
 
 def injecting(call, when, what):
-    """Words before a command that hurt it at one of its calls."""
+    """Returns the words before a command that inject a fault into one call."""
     return ["strace", "-f", "-qq", "-o", os.devnull, "-e", f"trace={call}",
             "-e", f"inject={call}:{what}:when={when}"]
 
 
-# Calls that change files or folders.
+# System calls that change files or folders.
 CHANGING = ["openat", "write", "writev", "pwrite64", "copy_file_range",
             "sendfile", "ftruncate", "fallocate", "rename", "renameat",
             "renameat2", "unlink", "unlinkat", "mkdir", "rmdir", "fchmod",
@@ -314,7 +314,7 @@ CHANGING = ["openat", "write", "writev", "pwrite64", "copy_file_range",
 
 
 def known_calls(names):
-    """Those of the names that strace knows here."""
+    """Returns the names that strace knows on this system."""
     def known(name):
         return subprocess.run(["strace", "-o", os.devnull, "-e",
                                "trace=" + name, "true"],
@@ -326,7 +326,7 @@ def known_calls(names):
 
 
 class Campaign:
-    """Counts, until the time or the number of rounds is up."""
+    """Counts events, until the time or the number of rounds is used up."""
 
     def __init__(self, name, options):
         self.name = name
@@ -343,8 +343,8 @@ class Campaign:
         self.figures[what] = self.figures.get(what, 0) + number
 
     def judge(self, about, verdict, alone=True):
-        """Only a run that was not alone may need `undo --force`: it sees the
-        changes of the other."""
+        """A run may need `undo --force` only if it was not alone: it notices
+        the changes of the other."""
         self.count("by hand", int(bool(verdict.by_hand)))
         self.lose(about, verdict.lost or (verdict.by_hand if alone else []))
 
@@ -377,7 +377,7 @@ def options_of(name):
 
 
 def working_folder(options):
-    """In memory where it can be: flushing it costs nothing."""
+    """Returns a folder, in memory if possible, where flushing costs nothing."""
     folder = options.folder or ("/dev/shm" if os.access("/dev/shm", os.W_OK)
                                 else None)
     return tempfile.TemporaryDirectory(prefix="zenfo-torture-", dir=folder)
@@ -387,8 +387,8 @@ def main(run):
     """Runs the campaign whose file was started."""
     name = Path(sys.argv[0]).stem
     options = options_of(name)
-    # In the background of a shell it would ignore interrupts, and with it all
-    # that it starts.
+    # In the background of a shell this process and all that it starts would
+    # ignore interrupts.
     signal.signal(signal.SIGINT, signal.default_int_handler)
     campaign = Campaign(name, options)
     try:

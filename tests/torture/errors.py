@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""Calls of replace, case and undo fail, one of them or all from one on, with
-the errors that such a call can have. What was not done is said (the status is
-not 0), and `zenfo undo` without faults brings every file back."""
+"""System calls of replace, case and undo fail, one of them or all from one on,
+with the errors that they can have. What was not done must be reported (the
+status is not 0), and `zenfo undo` without faults must restore every file."""
 
 import common
 
-SERIES = 12  # faults of one scene
+SERIES = 12  # faults per scene
 DISK = ["EIO", "ENOSPC"]
 OPENING = ["EMFILE", "ENFILE", "ENOMEM", "EACCES", "EIO"]
 ERRORS = {
@@ -26,7 +26,7 @@ ERRORS = {
 def fault(campaign, world, scene, calls):
     call, nth = campaign.random.choice(calls)
     error = campaign.random.choice(ERRORS[call])
-    # A call that is interrupted for ever is rightly tried for ever.
+    # A call that is always interrupted is rightly repeated forever.
     once = error == "EINTR" or campaign.random.random() < 0.7
     lasting = "" if once else "+"
     scene.prepare(world)
@@ -35,7 +35,7 @@ def fault(campaign, world, scene, calls):
     about = f"{scene}, {error} at {call} {nth}{lasting}"
     campaign.count("runs")
     campaign.count("hit", int(result.status != 0))
-    # A date that was not set looks like a change by others to an earlier run.
+    # A date that was not set looks like a change by others.
     judge(campaign, world, scene, about, result, dated=call != "utimensat")
 
 

@@ -1,11 +1,11 @@
 #!/usr/bin/env python3
-"""The power fails behind any call of a run: of what was written, only that is
-certain which a flush has followed. The recorded calls of replace, case and undo
-are replayed on a model of the disk; at each of them every file certainly has
-its old bytes, or a certain safe copy with its line.
+"""The power fails after any call of a run: only what was flushed is certain to
+be on disk. The recorded calls of replace, case and undo are replayed on a
+model of the disk; after each of them every file must certainly have its old
+bytes, or a certain safe copy with its line.
 
-Then runs that do not flush are replayed: they must be found out, else the
-model has missed something and the campaign fails.
+Then runs that do not flush are replayed: they must be detected, or the model
+has missed something and the campaign fails.
 """
 
 import os
@@ -19,36 +19,36 @@ CALLS = ["openat", "openat2", "creat", "write", "writev", "pwrite64",
          "linkat", "close", "syncfs", "fsync", "fdatasync", "sync", "ioctl",
          "dup", "dup2", "dup3", "fcntl", "pwritev", "pwritev2", "truncate",
          "mmap"]
-# What only reads, or copies descriptors in a way that the model would miss.
+# Calls that only read, or copy descriptors, which the model would miss.
 IGNORED = {"ioctl", "fcntl", "mmap"}
 LINE = re.compile(r"\d+ +(\w+)\((.*)\) += (-?\w+)(?:<(.*?)>)?.*$")
 TEXT = re.compile(r'"((?:\\x[0-9a-f]{2})*)"(?:\.\.\.)?')
 
 
 class File:
-    """What a name stands for: its bytes now, and those that are certain."""
+    """The file that a name means: its bytes now, and those that are certain."""
 
     def __init__(self, data=b"", certain=None):
         self.now = bytearray(data)
-        self.certain = certain  # None: not even its name
-        self.cut = False  # bytes that were certain were overwritten since
+        self.certain = certain  # None: not even the name is certain
+        self.cut = False  # certain bytes were overwritten later
 
     def flush(self):
         self.certain = bytes(self.now)
         self.cut = False
 
     def possible(self):
-        """A torn file has no bytes that could be told; one that only grew
-        begins with what is certain."""
+        """Returns the bytes of a file after a power cut: unknown for a torn
+        file, at least the certain ones for a file that only grew."""
         return None if self.cut else self.certain
 
 
 class Disk:
-    """Names and files now, and as they certainly are."""
+    """The names and files now, and the certain ones."""
 
     def __init__(self, root):
         self.names = {}
-        self.certain = {}  # path: the files it may stand for after a cut
+        self.certain = {}  # path: the files it may mean after a power cut
         for folder, _, names in os.walk(root):
             for name in names:
                 path = os.path.join(folder, name)
@@ -100,8 +100,8 @@ class Disk:
             file.flush()
             self.certain[path] = [file]
 
-    # What a path may hold after a cut: a list of bytes, None for what is not
-    # known, gone, or torn.
+    # The possible contents of a path after a power cut: bytes, or None for
+    # unknown, missing or torn.
     def outcomes(self, path):
         return [file.possible() if file is not None else None
                 for file in self.certain.get(path, [None])]
@@ -114,14 +114,14 @@ class Handle:
 
 
 class Replay:
-    """Takes the recorded calls one by one."""
+    """Replays the recorded calls one by one."""
 
     def __init__(self, disk, folder):
         self.disk = disk
         self.folder = folder
 
     def take(self, line):
-        """Answers whether the disk may have changed."""
+        """Returns whether the disk may have changed."""
         call = LINE.match(line)
         if not call or call[3].startswith("-") or call[3] == "?":
             return False
@@ -143,7 +143,7 @@ class Replay:
                 for text in self.texts(arguments)]
 
     def at_paths(self, arguments):
-        """Paths of the ...at calls: each behind the folder it starts from."""
+        """Returns the paths of the ...at calls, each joined to its folder."""
         pairs = re.findall(r"(AT_FDCWD(?:<[^>]*>)?|\d+<([^>]*)>), "
                            r'"((?:\\x[0-9a-f]{2})*)"', arguments)
         return [os.path.normpath(os.path.join(
@@ -226,7 +226,7 @@ class Replay:
         return True
 
     def on_fallocate(self, _arguments, _number, _path):
-        return False  # Room only, what it holds is written later.
+        return False  # Only reserves space; the contents are written later.
 
     def on_lseek(self, arguments, number, _path):
         handle = self.handle(arguments)
@@ -262,7 +262,8 @@ class Replay:
 
 
 def decoded(text):
-    r"""A path as strace shows it behind a descriptor, "\x2f\x74" or plain."""
+    r"""Decodes a path that strace shows after a descriptor, "\x2f\x74" or
+    plain."""
     if text is None:
         return None
     if "\\x" in text:
@@ -274,7 +275,7 @@ def decoded(text):
 
 
 def lines_of(text):
-    """Original and copy of the lines of an undo list."""
+    """Returns original and copy of each line of an undo list."""
     lines = {}
     for line in text.split(b"\r\n"):
         fields = line.split(b"\t")
@@ -285,7 +286,8 @@ def lines_of(text):
 
 
 def certain_copies(disk):
-    """Original and its old bytes, wherever list and copy are certain."""
+    """Returns each original and its old bytes if its line and copy are
+    certain."""
     copies = {}
     for path in list(disk.certain):
         if os.path.basename(path) != "undo.txt":
@@ -303,7 +305,7 @@ def certain_copies(disk):
 
 
 def lost(disk, world):
-    """Files that have certainly neither their old bytes nor a safe copy."""
+    """Returns the files with neither certain old bytes nor a certain copy."""
     copies = None
     names = []
     for name, old in world.old.items():
@@ -321,12 +323,12 @@ def lost(disk, world):
 
 
 def unflushed(arguments):
-    """The same command, told not to flush."""
+    """Returns the same command with an option that disables flushing."""
     return arguments[:1] + ["--no-sync"] + arguments[1:]
 
 
 def record(world, arguments):
-    """The calls of a run, with all bytes written and all paths."""
+    """Records the calls of a run, with all bytes written and all paths."""
     log = world.folder / "calls"
     result = world.zenfo(*arguments, wrap=[
         "strace", "-f", "-qq", "-y", "-xx", "-s", "10000000", "-o", str(log),
@@ -338,7 +340,7 @@ def record(world, arguments):
 
 
 def replay(campaign, world, arguments):
-    """Answers the files lost at the worst moment, and what it followed."""
+    """Returns the files lost at the worst moment, and the call before it."""
     disk = Disk(world.folder)
     played = Replay(disk, str(world.tree))
     worst = []
@@ -355,7 +357,7 @@ def replay(campaign, world, arguments):
 
 
 def check_model(disk, world):
-    """The model has followed every byte, else it proves nothing."""
+    """Checks that the model followed every byte; else it proves nothing."""
     for path, file in disk.names.items():
         if path == str(world.folder / "calls"):
             continue

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""The disk of the tree, or of the store, is full to any byte. No file is torn
-without a way back, what was not done is said, and with room again `zenfo undo`
-brings every file back. Needs the right to mount (root)."""
+"""The disk of the tree, or of the store, is full at any byte. No file is torn
+without a safe copy, what was not done is reported, and with space again `zenfo
+undo` restores every file. Needs the right to mount (root)."""
 
 import os
 import subprocess
@@ -30,7 +30,7 @@ class Disk:
         subprocess.run(["umount", "-l", str(self.folder)], check=False)
 
     def fill(self, free):
-        """Leaves so many bytes."""
+        """Leaves this many bytes free."""
         facts = os.statvfs(self.folder)
         left = facts.f_bavail * facts.f_frsize - free
         (self.folder / "filler").write_bytes(bytes(max(0, left)))

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 """Runs of replace, case and undo are killed, at one of their calls that change
-files or at any moment. `zenfo undo` brings every file back. A run without safe
+files or at any moment. `zenfo undo` restores every file. A run without safe
 copies leaves every file whole."""
 
 import time
 
 import common
 
-SERIES = 12  # kills of one scene
+SERIES = 12  # kills per scene
 
 
 def kill_at_a_call(campaign, world, scene, calls):

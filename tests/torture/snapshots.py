@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
-"""The power fails while replace, case or undo is at work on a disk of its own,
-or up to some seconds after. What the disk holds then is copied, mounted (which
-replays its journal) and judged: every file whole with its old bytes, or with
-its new ones and the old ones on record; `zenfo undo` brings them back. Needs
-the right to mount (root).
+"""The power fails while replace, case or undo works on a separate disk, or up
+to some seconds later. The contents of the disk at that moment are copied,
+mounted (which replays its journal) and judged: every file must be whole with
+its old bytes, or with its new ones and the old ones on record; `zenfo undo`
+restores them. Needs the right to mount (root).
 
-A copy is taken only of a moment at which the disk was still: it is read twice
-and must be the same. The reads meet any moment between two of its writes."""
+A copy only counts if the disk did not change meanwhile: it is read twice and
+must be the same. It can be taken at any moment between two writes."""
 
 import os
 import re
@@ -17,8 +17,8 @@ import common
 
 SIZE = 24 << 20
 FILES = 300
-DELAY = 3000  # microseconds behind each write, so that commits fall between
-LENGTH = 2.5  # seconds that a command takes about then
+DELAY = 3000  # microseconds after each write, so that commits fall between
+LENGTH = 2.5  # approximate seconds that a command then takes
 OPTIONS = "loop,commit=1,noatime"
 
 
@@ -54,8 +54,7 @@ class Image:
 
 
 def still_copy(source, target):
-    """Copies a file as it was at one moment; false when it would not be
-    still."""
+    """Copies a file as it was at one moment; false if it kept changing."""
     for _ in range(50):
         first = source.read_bytes()
         if source.read_bytes() == first:
@@ -65,21 +64,21 @@ def still_copy(source, target):
 
 
 def slowed():
-    """Words before a command that make its writes slow."""
+    """Returns the words before a command that slow down its writes."""
     calls = "write,copy_file_range"
     return ["strace", "-f", "-qq", "-o", os.devnull, "-e", f"trace={calls}",
             "-e", f"inject={calls}:delay_exit={DELAY}"]
 
 
 def flush_of_another(campaign, folder):
-    """At times another program has everything flushed, half done or not."""
+    """Sometimes lets another program flush everything, finished or not."""
     if campaign.random.random() < 0.5:
         subprocess.Popen(["sync", "-f", str(folder)]).wait()
 
 
 def snapshots_of(campaign, image, command, process, length, number):
-    """Copies of the disk at random moments; answers them with what is known
-    then: whether the command had ended."""
+    """Copies the disk at random moments; returns the copies, each with whether
+    the command had ended."""
     moments = sorted(campaign.random.random() * length
                      for _ in range(number - 1))
     moments.append(length + campaign.random.random() * 3)
@@ -97,7 +96,7 @@ def snapshots_of(campaign, image, command, process, length, number):
 
 
 def start_system_anew(world):
-    """The power came back: the journals of runs name an earlier start."""
+    """The power is back: makes the journals of runs name an earlier boot."""
     for journal in world.state.glob("zenfo/runs/*.journal"):
         written = journal.stat()
         journal.write_bytes(re.sub(rb"(?m)^boot\t.*$", b"boot\tearlier",
@@ -106,7 +105,7 @@ def start_system_anew(world):
 
 
 def judge(campaign, world, command, ended, about):
-    """The world is that of a mounted copy."""
+    """`world` is that of a mounted copy."""
     start_system_anew(world)
     campaign.count("runs")
     campaign.count("after the end", int(ended))
@@ -120,7 +119,7 @@ def judge(campaign, world, command, ended, about):
 
 
 def at_end(world, command, undone):
-    """What a command that had ended promised."""
+    """Checks what a finished command promised."""
     left = world.changed() if undone else [
         name for name in world.old
         if world.bytes(name) != command.new(world.old[name])]
@@ -142,7 +141,7 @@ def round_(campaign, world, image):
         copies = snapshots_of(campaign, image, about, process, LENGTH, 9)
         common.outcome(process)
     for copy, ended, about in copies:
-        # In the place of the disk, as the lists name whole paths.
+        # Mounted in place of the disk, because the lists contain full paths.
         with Image(copy, image.folder):
             if ended:
                 campaign.lose(about + ", not durable",

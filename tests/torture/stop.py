@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 """Runs of replace, case and undo are told to stop (SIGINT), at any of their
-calls. They end between two files: none is mixed, and `zenfo undo` brings every
-file back."""
+calls. They end between two files: none is mixed, and `zenfo undo` restores
+every file."""
 
 import signal
 
 import common
 
-SERIES = 12  # stops of one scene
+SERIES = 12  # stops per scene
 ENDS = (0, 1, 2, 130, -signal.SIGINT)
 
 

@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
-"""Two programs at work on the same files at once: two replaces, a replace and
-an undo, two undos, a replace and a log that grows, a replace or an undo and an
-editor that renames, a replace and files that turn into links. No file is mixed, nothing that the other program wrote is lost without
-a word, and every file's old bytes are there or on record.
+"""Two programs work on the same files at once: two replaces, a replace and an
+undo, two undos, a replace and a growing log, a replace or an undo and an
+editor that renames, a replace and files that become links. No file is mixed,
+nothing that the other program wrote is lost without a message, and the old
+bytes of every file are in it or on record.
 
 Writers that take a lock lose nothing. Those that take none can lose what they
-write between the last check of a file and its rewriting; such lines are counted
-as "in the gap"."""
+write between the last check of a file and its rewriting; such lines are
+counted as "in the gap"."""
 
 import fcntl
 import os
@@ -29,7 +30,7 @@ def pear(text):
 
 
 def at_once(campaign, world, first, second):
-    """Two commands, the second begun at any moment of the first."""
+    """Runs two commands, the second started at any moment of the first."""
     processes = [world.start(first)]
     time.sleep(campaign.random.random() * 0.03)
     processes.append(world.start(second))
@@ -40,7 +41,8 @@ def at_once(campaign, world, first, second):
 
 
 def judge_files(campaign, world, about, possible):
-    """Every file is one of the possible, its old bytes there or on record."""
+    """Every file must be a possible one, with its old bytes in it or on
+    record."""
     mixed = [name for name in world.old
              if world.bytes(name) not in possible(world.old[name])]
     campaign.lose(about + ", mixed", common.describe(world, mixed))
@@ -80,7 +82,7 @@ def two_undos(campaign, world):
 
 
 class Other(threading.Thread):
-    """Another program at work on files of the tree until it is told to end."""
+    """Another program that works on files of the tree until told to end."""
 
     def __init__(self, campaign, world):
         super().__init__()
@@ -102,7 +104,7 @@ class Other(threading.Thread):
 
 
 class Log(Other):
-    """Appends lines, each with a lock on the file or without."""
+    """Appends lines, with or without a lock on the file."""
 
     def __init__(self, campaign, world, locks):
         super().__init__(campaign, world)
@@ -118,7 +120,7 @@ class Log(Other):
 
 
 class Editor(Other):
-    """Writes a file anew beside it and renames."""
+    """Writes a new file beside each file and renames it."""
 
     def work(self, name, line):
         path = self.world.tree / name
@@ -130,8 +132,7 @@ class Editor(Other):
 
 
 class Swapper(Other):
-    """Puts a link to a file outside the tree in the place of a file, and the
-    file back."""
+    """Replaces a file by a link to a file outside the tree, and back."""
 
     def work(self, name, line):
         path = self.world.tree / name
@@ -173,7 +174,7 @@ def editor(campaign, world):
     world.reset(common.wide_tree(campaign.random, FILES))
     other = Editor(campaign, world)
     beside(world, other)
-    # What the editor wrote last stands, as it is or replaced.
+    # What the editor wrote last must be there, unchanged or with replacements.
     gone = [name for name, texts in other.written.items() if texts
             and world.bytes(name) not in (texts[-1], plum(texts[-1]))]
     campaign.count("files edited",
@@ -191,8 +192,8 @@ def editor_during_undo(campaign, world):
     campaign.count("files edited",
                    sum(bool(texts) for texts in other.written.values()))
     campaign.count("in the gap", len(gone))
-    # A few fall between the last look at a file and its restoring. Without
-    # that look it would be dozens.
+    # A few changes fall between the last check of a file and its restoring.
+    # Without the check there would be dozens.
     if len(gone) > 5:
         campaign.lose("an editor during undo", common.describe(world, gone))
 

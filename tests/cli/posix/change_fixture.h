@@ -1,5 +1,5 @@
-// Files for replace, case and undo to change, and a store of runs of their own.
-// The command's input is no terminal.
+// Files for replace, case and undo to change, and a separate store of runs.
+// Standard input is not a terminal.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,15 +20,15 @@ class ChangeTest : public ::testing::Test {
   Outcome run(std::vector<std::string> arguments) const {
     return run_zenfo(std::move(arguments), folder_.path());
   }
-  // Without a run's name, so that the command says which one it takes: that is
-  // left out of the outcome.
+  // Undoes the last run. The command names it because the arguments do not; the
+  // outcome omits that line.
   Outcome undo(std::vector<std::string> arguments = {}) const;
-  // a.txt, b.txt and c.txt, a "plum" each.
+  // a.txt, b.txt and c.txt, each containing "plum".
   void write_three() const;
   std::string bytes(const std::string& name) const {
     return read_file(folder_.path(name));
   }
-  // The bytes of a.txt that a run makes of `before`.
+  // The bytes that a run makes of `before` in a.txt.
   std::string made_of(const std::string& before,
                       std::vector<std::string> arguments) const;
   // The last run's name.
@@ -39,7 +39,7 @@ class ChangeTest : public ::testing::Test {
   TempFolder store_;
 };
 
-// The outcome of a plain undo but for the line that names its run.
+// The outcome of a plain undo without the line that names its run.
 Outcome without_run_named(Outcome outcome);
 
 }  // namespace zenfo::test

@@ -8,8 +8,8 @@
 
 namespace zenfo::test {
 
-// A command with a terminal for input and errors, and a file for output; with
-// no such file the output goes to the terminal too.
+// A command with a terminal for input and errors, and a file for output;
+// without that file, output goes to the terminal too.
 class Conversation {
  public:
   Conversation(std::vector<std::string> arguments, const std::string& folder,
@@ -18,7 +18,8 @@ class Conversation {
   Conversation(const Conversation&) = delete;
   Conversation& operator=(const Conversation&) = delete;
 
-  // What the command says up to and with `end`; less when it ends before.
+  // What the command writes up to and including `end`, or all if it ends
+  // before.
   std::string hear(const std::string& end);
   void say(const std::string& text);
   // The exit status, once it has ended.

@@ -25,8 +25,8 @@ void write_to_nobody() {
   for (const int end : ends) close(end);
 }
 
-// The child's half. The program is opened before rights are given up, as it
-// may lie in a folder that nobody may enter.
+// Runs in the child. Opens the program before giving up rights, because it may
+// be in a folder that nobody may enter.
 [[noreturn]] void become_zenfo(const Start& start, const std::string& out,
                                const std::string& err) {
   std::vector<char*> arguments = {const_cast<char*>("zenfo")};

@@ -49,8 +49,8 @@ constexpr Call kChangingCalls[] = {
 
 constexpr Call kAnyCall = {-1, "any", -1};
 
-// The call that a stopped process is about to make, or null when it is none of
-// those wanted.
+// The call that a stopped process is about to make, or null when it is not one
+// of the wanted calls.
 const Call* call_ahead(pid_t process, Calls wanted) {
   __ptrace_syscall_info info{};
   if (ptrace(PTRACE_GET_SYSCALL_INFO, process, sizeof info, &info) <= 0 ||
@@ -80,7 +80,7 @@ void send_to_file(int stream, const std::string& path) {
   texts.push_back(nullptr);
   send_to_file(STDOUT_FILENO, outputs.path("out"));
   send_to_file(STDERR_FILENO, outputs.path("err"));
-  // A search for leaks traces the process, too, which cannot be.
+  // The leak checker would also trace the process, which is impossible.
   setenv("ASAN_OPTIONS", "detect_leaks=0", 1);
   if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0 &&
       chdir(folder.c_str()) == 0) {
@@ -96,8 +96,8 @@ bool wait_for_stop(pid_t process, int& state) {
   return WIFSTOPPED(state);
 }
 
-// Lets the process go on to its next system call, its start or end, or to a
-// signal, which it gets.
+// Lets the process run to its next system call, its start or end, or a signal,
+// which is delivered.
 void go_on(pid_t process, int state) {
   const int stopped_by = WSTOPSIG(state);
   const bool at_call = stopped_by == (SIGTRAP | 0x80);
@@ -105,8 +105,8 @@ void go_on(pid_t process, int state) {
   ptrace(PTRACE_SYSCALL, process, nullptr, signal);
 }
 
-// A sanitized program that is stopped while a thread of it starts may say that
-// it does not know the stack of that thread.
+// When a sanitized program is stopped while it starts a thread, it may warn
+// that it does not know the stack of that thread.
 std::string without_false_alarm(const std::string& err) {
   static const std::regex kAlarm(
       "==[0-9]+==WARNING: ASan is ignoring requested __asan_handle_no_return"

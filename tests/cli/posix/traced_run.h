@@ -1,4 +1,4 @@
-// Runs the command as a process that gets a signal at a chosen moment.
+// Runs the command as a process that receives a signal at a chosen moment.
 #pragma once
 
 #include <string>
@@ -9,20 +9,19 @@
 namespace zenfo::test {
 
 struct Signalled {
-  std::string call;  // the system call ahead; empty: the command ended first
-  int calls = 0;     // made in all, of those counted
+  std::string call;  // the next system call; empty: the command ended first
+  int calls = 0;     // number of counted calls made
   Outcome outcome;
 };
 
-// False where a process may not trace another.
+// False if processes may not trace each other.
 bool can_trace();
 
 enum class Calls { kChanging, kAll };
 
-// Runs the command in `folder` and sends it a signal right before the system
-// call that would be its `nth`, from 1 on, to change a file, a folder or an
-// entry of one, or its `nth` call of all. SIGKILL keeps it from making that
-// call.
+// Runs the command in `folder` and sends it a signal right before its `nth`
+// system call, counted from 1, that changes a file, a folder or a folder entry,
+// or its `nth` of all calls. After SIGKILL that call is not made.
 Signalled signal_zenfo_before(int nth, int signal,
                               std::vector<std::string> arguments,
                               const std::string& folder,

@@ -19,7 +19,7 @@ std::wstring wide(const std::string& utf8) {
   return text;
 }
 
-// As the C start-up code takes arguments apart again.
+// Quotes an argument so that the C start-up code restores it.
 std::string quoted(const std::string& argument) {
   std::string text = "\"";
   size_t backslashes = 0;
@@ -38,7 +38,7 @@ HANDLE open_for_writing(const std::string& path) {
                      CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-// What the processes started meanwhile take for the temporary folder.
+// Sets the temporary folder of the processes started while it lives.
 class TemporaryFolderVariable {
  public:
   explicit TemporaryFolderVariable(const std::string& folder) {

@@ -1,4 +1,4 @@
-// Which files are binary, and how far they are looked at.
+// Which files are binary, and how much of them is read.
 #include "shared/text/binary.h"
 
 #include <gtest/gtest.h>

@@ -88,7 +88,7 @@ TEST(LineNumbers, CountFromOne) {
   EXPECT_EQ(numbers.at(8), 3u);
 }
 
-// Notes what it meets: "|" for a gap, context in brackets.
+// Notes its calls: "|" for a gap, context in brackets.
 class Notes : public LineVisitor {
  public:
   explicit Notes(std::string_view text) : text_(text) {}

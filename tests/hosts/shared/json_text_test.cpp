@@ -1,4 +1,4 @@
-// Which bytes are text for JSON, and what becomes of others.
+// Which bytes are text in JSON, and the form of all others.
 #include "shared/text/json_text.h"
 
 #include <gtest/gtest.h>

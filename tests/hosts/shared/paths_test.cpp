@@ -14,7 +14,8 @@ namespace {
 using host::narrow;
 using host::to_path;
 
-// In one, two, three and four bytes; the last one in two wide characters.
+// Characters of one, two, three and four bytes; the last takes two wide
+// characters.
 constexpr char kName[] = "a\xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80";
 constexpr char16_t kWideName[] = u"a\u00FC\u20AC\U0001F600";
 

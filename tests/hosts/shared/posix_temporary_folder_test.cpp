@@ -38,7 +38,7 @@ class PosixTemporaryFolder : public ::testing::Test {
     }
     return count;
   }
-  // Another process that has made a file and lives until it is killed.
+  // Starts another process that makes a file and lives until it is killed.
   static pid_t start_other() {
     int ends[2];
     if (pipe(ends) != 0) return -1;
@@ -80,7 +80,8 @@ TEST_F(PosixTemporaryFolder, OfAKilledProcessIsRemovedByTheNext) {
   EXPECT_EQ(folders(), 0u);
 }
 
-// Every run would look at those that its process never got to lock.
+// Without this, folders whose process ended before it locked them would stay
+// forever.
 TEST_F(PosixTemporaryFolder, WithoutALockIsRemovedWhenItIsOldAndEmpty) {
   for (const char* name : {"zenfo-OLDOLD", "zenfo-NEWNEW", "zenfo-FULLUP"}) {
     fs::create_directory(parent_.path(name));

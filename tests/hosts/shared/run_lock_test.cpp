@@ -1,4 +1,4 @@
-// The lock on a run, and what is known of the system's last start.
+// The lock on a run, and the identity of the system's last start.
 #include "shared/system/run_lock.h"
 
 #include <gtest/gtest.h>

@@ -19,13 +19,13 @@ namespace fs = std::filesystem;
 
 class RunStore : public ::testing::Test {
  protected:
-  // Another day's run: its record was written then.
+  // Dates the record of a run back by some days.
   void make_older(const host::Run& run, int days) {
     const fs::path record = folder_.path(run.name + ".json");
     fs::last_write_time(record, fs::file_time_type::clock::now() -
                                     std::chrono::hours(24 * days + 1));
   }
-  // One that is over.
+  // Makes a run that has ended.
   host::Run begin_run(const std::string& command) {
     host::RunLock lock;
     return store_.begin(command, lock);
@@ -139,7 +139,7 @@ TEST_F(RunStore, RemovesTheOldestOfTooManyCopiesButNeverTheLastRun) {
   const host::Run one = begin("2026-01-01 00:00:00");
   const host::Run two = begin("2026-01-02 00:00:00");
   const host::Run three = begin("2026-01-03 00:00:00");
-  // Sparse files: they take no room.
+  // Sparse files need no space.
   fs::resize_file(folder_.file(one.name + "/a_0", ""), 1);
   fs::resize_file(folder_.file(two.name + "/a_0", ""), 400'000'000);
   fs::resize_file(folder_.file(three.name + "/a_0", ""), 600'000'000);

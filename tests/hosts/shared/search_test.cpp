@@ -1,5 +1,5 @@
-// Names and counts of lines, for which find searches for less than it shows
-// otherwise, against the lines that it shows.
+// Names and counts of lines, which find gets from a shorter search, compared
+// with the lines that it shows.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -30,7 +30,7 @@ class LessThanShown : public testing::TestWithParam<Arguments> {
  protected:
   static constexpr int kFiles = 60;
 
-  // Short lines of few different bytes, so that much nearly matches.
+  // Short lines of few different bytes, so that there are many near matches.
   LessThanShown() {
     const std::string bytes = "aaabbA12 x\n\n\r\x01";
     std::mt19937 random(11);
@@ -53,7 +53,7 @@ class LessThanShown : public testing::TestWithParam<Arguments> {
     return outcome.out;
   }
 
-  // Lines shown of each file.
+  // The number of lines shown for each file.
   std::map<std::string, int> shown_lines() const {
     std::map<std::string, int> lines;
     for (const std::string& line : lines_of(find({"-arH"}))) {
@@ -143,7 +143,8 @@ const Arguments kSearches[] = {
 
 INSTANTIATE_TEST_SUITE_P(Searches, LessThanShown, testing::ValuesIn(kSearches));
 
-// Which searches are made shorter cannot be seen from outside.
+// The output does not show which searches were shortened, so these test the
+// functions.
 host::SearchOptions options_for(const std::string& text) {
   host::SearchOptions options;
   options.texts = {text};

@@ -1,4 +1,4 @@
-// What changes nothing is no change: nothing is written, counted or kept.
+// Matches that would not change: nothing is written, counted or kept.
 #include "shared/session/unchanged.h"
 
 #include <gmock/gmock.h>
@@ -51,7 +51,7 @@ class UnchangedFiles : public ::testing::Test {
     for (const char* name : {"same", "mixed"}) {
       fs::last_write_time(folder_.path(name), long_ago_);
     }
-    // As exactly as the system keeps it.
+    // With the precision that the system stores.
     long_ago_ = fs::last_write_time(folder_.path("same"));
   }
 
