@@ -38,6 +38,13 @@ class ProgressHooks {
   int32_t poll_interrupt_every(uint32_t period);
   // Reports a record of zeros, as rarely as poll_interrupt asks.
   int32_t report_reset();
+  // A step of a walk without positions: polls, then reports a record of zeros.
+  // False when the host wants a stop.
+  bool goes_on() {
+    if (poll_interrupt() != 0) return false;
+    report_reset();
+    return true;
+  }
   // Reports step `position` of `total`, about a hundred times a walk, always
   // at 0 and at the end.
   int32_t report_position_of(uint32_t position, uint32_t total);

@@ -36,8 +36,7 @@ int32_t load_lines(ItemList& list, const FileContent& content, Append append) {
   RecordReader lines(content.bytes(), "\r\n");
   while (const auto line = lines.next()) {
     if (!append(*line)) return -1;
-    if (list.poll_interrupt() != 0) return 0;
-    list.report_reset();
+    if (!list.goes_on()) return 0;
   }
   list.build_index();
   return static_cast<int32_t>(list.count());

@@ -137,10 +137,9 @@ ZENFO_ENTRY RemoveSelection(int32_t number) {
     for (Record* record = list->first(); record != nullptr;
          record = list->current()) {
       const ItemList::Place place = list->cursor_place();
-      const bool stop = list->poll_interrupt() != 0;
-      if (!stop) list->report_reset();
+      const bool goes_on = list->goes_on();
       list->set_cursor(place);
-      if (stop) break;
+      if (!goes_on) break;
       if (record->state == 1) {
         list->remove_current();
       } else {

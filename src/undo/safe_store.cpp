@@ -118,8 +118,7 @@ void append_records(std::string_view text, ItemList& records, size_t& read) {
     if (record == nullptr) return;
     records.append(std::move(record));
     read = text.size() - lines.rest().size();
-    if (records.poll_interrupt() != 0) return;
-    records.report_reset();
+    if (!records.goes_on()) return;
   }
 }
 
