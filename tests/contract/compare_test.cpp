@@ -193,7 +193,7 @@ TEST_F(CompareTest, JudgesOneOccurrenceByPositionAndWord) {
       {"X", 0, 1, 2, true},
       {"X", 0, 1, 1, true},
     }},
-    // The search for the last occurrence continues after the one before.
+    // The search for the last occurrence continues after the previous one.
     {"aaa", {
       {"aa", 0, 0, 2, false},
       {"a", 0, 0, 2, true},
@@ -202,7 +202,7 @@ TEST_F(CompareTest, JudgesOneOccurrenceByPositionAndWord) {
       {"ab", 0, 0, 0, true},
       {"ab", 0, 0, 2, true},
     }},
-    // The first occurrence is no word; the second is not looked at.
+    // The first occurrence is no word; the second is not checked.
     {"xab ab", {
       {"ab", 1, 0, 0, false},
       {"ab", 1, 0, 2, true},

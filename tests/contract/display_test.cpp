@@ -1,5 +1,5 @@
-// The display, as a host meets it: inside the option question of a run, and on
-// Windows in a window of its own.
+// The display as a host uses it: inside the option question of a run, and on
+// Windows in a window.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #ifdef _WIN32
@@ -20,7 +20,7 @@ namespace {
 
 class DisplayTest : public testing::Test {
  protected:
-  // Searches one file for "cat" and hands the question to `look`.
+  // Searches one file for "cat" and calls `look` in the question.
   void look_at(const std::string& content, const std::function<void()>& look) {
     session.folder.file("text", content);
     Clear(ZENFO_LIST_RUN_FILES);
@@ -36,7 +36,7 @@ class DisplayTest : public testing::Test {
     FindBlock(1, 0, 0, "", 1, 0);
     EXPECT_TRUE(asked);
   }
-  // The group that is highlighted begins here.
+  // Highlights a group and returns where it begins.
   static std::pair<int32_t, int32_t> place(uint32_t group) {
     int32_t position[2] = {-7, -7};
     EXPECT_EQ(HighlightGroup(group, position), 1);
@@ -165,7 +165,7 @@ class DisplayWindow : public DisplayTest {
     ReleaseDC(window_, device);
     return found;
   }
-  // The first point, going right, at which a group is found; -1 if none.
+  // The x of the first point to the right that belongs to a group; -1 if none.
   static int find_from(int x, int y, int32_t group) {
     for (; x < 400; ++x) {
       if (HitTestDisplay(x, y) == group) return x;

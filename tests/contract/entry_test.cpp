@@ -1,4 +1,4 @@
-// The accessors and counts of the lists, as a host meets them.
+// The accessors and counts of the lists, as a host uses them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #ifdef _WIN32
@@ -134,7 +134,7 @@ TEST_F(EntryTest, APathOf5000BytesIsKeptWhole) {
   EXPECT_EQ(read_text(GetFullName, kFiles, 0), (Text{1, name}));
   EXPECT_EQ(read_text(GetDirectory, kFiles, 0),
             (Text{1, name.substr(0, name.size() - 2)}));
-  // The system refuses the path: an ordinary failure.
+  // The system refuses the path, which is an ordinary failure.
   EXPECT_EQ(Refresh(kFiles, 0, kAllFacts.data()), 1);
   EXPECT_EQ(FindInFiles(kFiles, "x", 0, 0, 0), 0);
 }
@@ -543,7 +543,7 @@ TEST_F(EntryTest, PercentsAreOfSinglePrecision) {
 
 // --- Stops -------------------------------------------------------------------
 
-// Brings the poll counter of the walks to its start.
+// Resets the poll counter of the walks.
 void start_polls(HostRecorder& host) {
   const int before = host.interrupt_polls;
   while (host.interrupt_polls == before) SetState(ZENFO_LIST_ERROR, -1, 1);
@@ -555,8 +555,8 @@ class StopTest : public EntryTest {
     session.fill(kFiles, 350);
     session.fill(ZENFO_LIST_ERROR, 1);
   }
-  // Runs `operation` with a stop at each poll in turn; `check` gets the answer
-  // and the number of the poll that stopped it. Answers the number of polls.
+  // Runs `operation` with a stop at each poll in turn; `check` gets the result
+  // and the number of the poll that stopped it. Returns the number of polls.
   int stop_at_each_poll(const std::function<int32_t()>& operation,
                         const std::function<void(int32_t, int)>& check) {
     for (int stop = 0;; ++stop) {
@@ -607,7 +607,7 @@ TEST_F(StopTest, RefreshAnswersTheNumberRefreshed) {
 TEST_F(StopTest, GetCountAnswersTheCountSoFarOnAPollCounterOfItsOwn) {
   HostRecorder host;
   for (int stop = 0; stop < 3; ++stop) {
-    // Each run of one entry counts one poll: bring the counter to its start.
+    // Each run of one entry counts one poll: resets the counter.
     const int before = host.interrupt_polls;
     host.interrupt = [] { return 0; };
     while (host.interrupt_polls == before) GetCount(ZENFO_LIST_ERROR, 0);
@@ -654,7 +654,7 @@ TEST_F(EntryTest, RefreshLeavesTheFlagAsItIsWhenAFactIsNotAvailable) {
   ASSERT_TRUE(std::filesystem::remove(path));
   EXPECT_EQ(Refresh(kFiles, 0, kAllFacts.data()), 1);
   EXPECT_EQ(GetFlag(kFiles, 0), 0);
-  // What was known stays.
+  // Known facts stay.
   EXPECT_EQ(read_text(GetSize, kFiles, 0), (Text{1, "1 B"}));
   session.find(kFiles, "");
   EXPECT_EQ(GetFlag(kFiles, 0), -1);

@@ -1,5 +1,5 @@
-// The boundary itself: which operations the built library exports, under which
-// ordinals or names, and that each removes exactly its own arguments.
+// The exports of the built library: which operations, under which ordinals or
+// names, and that each removes exactly its own arguments.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -32,7 +32,7 @@ std::map<int, std::string> expected_exports() {
   return expected;
 }
 
-// Hosts in other languages lay these out by hand.
+// Hosts in other languages define these layouts by hand.
 static_assert(offsetof(CallbackTable, report) == 1 * sizeof(void*));
 static_assert(offsetof(CallbackTable, interrupt) == 2 * sizeof(void*));
 static_assert(offsetof(CallbackTable, status) == 3 * sizeof(void*));
@@ -48,7 +48,7 @@ static_assert(offsetof(TextCounts, words) == 4);
 static_assert(offsetof(TextCounts, lines) == 8);
 static_assert(sizeof(TextCounts) == 12);
 
-// Hosts that use the former names of the two file lists go on compiling.
+// Hosts that use the former names of the two file lists still compile.
 static_assert(ZENFO_LIST_OTHER_FILES == 0 && ZENFO_LIST_FILES_1 == 0);
 static_assert(ZENFO_LIST_RUN_FILES == 1 && ZENFO_LIST_FILES == 1);
 
@@ -110,11 +110,11 @@ TEST(ExportDirectory, NamesTheModule) {
                "ZenfoFR130.dll");
 }
 
-// Calls through the ordinal with `count` zero arguments and answers how many
-// bytes the callee removed.
+// Calls the operation with `count` zero arguments and returns how many bytes
+// the callee removed.
 int removed_bytes(void* address, int count) {
   int removed = 0;
-  // A frame pointer brings the stack back whatever the callee did to it.
+  // A frame pointer restores the stack whatever the callee removed.
   asm volatile(
       "pushl %%ebx\n\t"
       "movl %%esp, %%ebx\n\t"

@@ -1,4 +1,4 @@
-// FindFiles and AddFileToList, as a host meets them.
+// FindFiles and AddFileToList, as a host uses them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #ifndef _WIN32
@@ -175,7 +175,7 @@ TEST_F(FindFilesTest, AFolderThatCannotBeListedYieldsNothingAndNoMessage) {
   chmod(closed.c_str(), 0700);
 }
 
-// Folders below each other until the longest path that the system takes.
+// Nested folders up to the longest path that the system allows.
 TEST_F(FindFilesTest, DescendsThousandsOfFolders) {
   const std::filesystem::path back = std::filesystem::current_path();
   std::filesystem::current_path(session.folder.path());
@@ -227,7 +227,7 @@ TEST_F(FindFilesTest, TheWholeListIsGatheredAgainAndVanishedFilesAreFlagged) {
   EXPECT_EQ(GetFlag(kFiles, 0), -1);
   EXPECT_EQ(GetFlag(kFiles, 1), 0);
   EXPECT_EQ(read_text(GetSize, kFiles, 1), (Text{1, "2 B"}));
-  // Without that fact nothing is missing: the flag is set again from 0.
+  // Without that fact nothing is missing: the flag becomes 0 again.
   EXPECT_EQ(session.find(kFiles, "", asking_for({2, 3})), 0);
   EXPECT_EQ(GetFlag(kFiles, 0), 0);
 }
@@ -252,8 +252,8 @@ TEST_F(FindFilesTest, StatusTextsNameTheTwoPasses) {
 
 TEST_F(FindFilesTest, TheFirstPassReportsResetsAndTheSecondItsPosition) {
   session.fill(kFiles, 250);
-  // The whole list is gathered at each call: 101 entries or more report one
-  // reset at least.
+  // Each call gathers the whole list: 101 entries or more report at least one
+  // reset.
   HostRecorder host;
   session.find(kFiles, "", kNoFacts);
   std::vector<uint32_t> expected;
@@ -348,7 +348,7 @@ TEST_F(FindFilesTest, AnOutputFileThatCannotBeWrittenAnswersMinusOne) {
 
 // --- Stops -------------------------------------------------------------------
 
-// Brings the poll counter of the walks to its start.
+// Resets the poll counter of the walks.
 void start_polls(HostRecorder& host) {
   const int before = host.interrupt_polls;
   while (host.interrupt_polls == before) SetState(ZENFO_LIST_ERROR, -1, 1);
@@ -357,7 +357,7 @@ void start_polls(HostRecorder& host) {
 class FindFilesStopTest : public FindFilesTest {
  protected:
 #ifdef _WIN32
-  static constexpr int kNamesRead = 0;  // the system is asked for "f" only
+  static constexpr int kNamesRead = 0;  // the system returns only "f"
 #else
   static constexpr int kNamesRead = 3;  // ".", ".." and "f", once
 #endif
@@ -367,8 +367,8 @@ class FindFilesStopTest : public FindFilesTest {
     session.folder.file("many/f", "");
     for (int i = 0; i < 150; ++i) specification += i == 0 ? "f" : ";f";
   }
-  // Runs `operation` with a stop at each poll in turn, until one ends by
-  // itself; answers what all answered.
+  // Runs `operation` with a stop at each poll in turn until one run completes;
+  // returns all results.
   std::vector<int32_t> answers(const std::function<int32_t()>& operation) {
     std::vector<int32_t> all;
     for (int stop = 0;; ++stop) {
@@ -387,8 +387,8 @@ class FindFilesStopTest : public FindFilesTest {
 };
 
 TEST_F(FindFilesStopTest, StopsAnswerMinusOneInTheWalkAndZeroInThePasses) {
-  // Polls 101, 202, 303, 404 of the 150 + 150 + 150, natively after those of
-  // the names read: one in the walk, two in the first pass, one in the second.
+  // Polls 101, 202, 303, 404 of the 150 + 150 + 150 (natively plus those for
+  // the names read): one in the walk, two in the first pass, one in the second.
   std::vector<int32_t> left;
   const auto all = answers([&] {
     const int32_t answer = session.find(kFiles, specification, kNoFacts);
@@ -426,15 +426,15 @@ TEST_F(FindFilesStopTest, TheWalkThroughFoldersIsPolledToo) {
     session.folder.folder("tree/" + std::to_string(i));
   }
   auto all = answers([&] { return session.find(kFiles, "1~/tree/*"); });
-  // The names "." and ".." in each are answers too.
+  // The names "." and ".." in each folder count too.
   EXPECT_GE(all.size(), 5u);
   EXPECT_EQ(all.back(), 0);
   all.pop_back();
   EXPECT_THAT(all, Each(-1));
 }
 
-// Names that are passed over are answers too: a walk through a large folder
-// can be stopped whatever it is looking for.
+// Skipped names count too: a walk through a large folder can be stopped
+// whatever it looks for.
 TEST_F(FindFilesStopTest, AnswersThatAreNotWantedArePolledToo) {
   session.folder.file("flat/file", "");
   for (int i = 0; i < 120; ++i) {
@@ -474,7 +474,7 @@ class AddFileToListTest : public testing::Test {
     session.find(kFiles, "0~/a;b;c;d");
     host.statuses.clear();
   }
-  // Adds one list to the other with these answers to the questions in turn.
+  // Adds one list to the other with these answers to the questions.
   int32_t add(std::vector<int32_t> answers,
               const Options& options = kAllFacts) {
     size_t asked = 0;
@@ -563,8 +563,8 @@ TEST_F(AddFileToListTest, AnArrangedListIsAddedToItselfInItsOrder) {
                                                  "~/d", "~/c", "~/b", "~/a"));
 }
 
-// Half a million entries: a search through the list for each of them would
-// take minutes.
+// With half a million entries, searching the list for each of them would take
+// minutes.
 TEST_F(AddFileToListTest, AListIsDoubledInTimeThatGrowsWithIt) {
   host.answer_file = [](const std::string&) { return 3; };
   for (int32_t count = 4; count < 500'000; count *= 2) {

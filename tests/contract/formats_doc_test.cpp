@@ -1,7 +1,7 @@
-// The document of the file formats, example by example: each is read by the
-// operation that reads such files, or is what an operation writes.
+// The document about the file formats: each example is read by the operation
+// that reads such files, or is what an operation writes.
 //
-// Natively only: the examples have the paths of that system.
+// Native only, because the examples use Linux paths.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ namespace {
 constexpr char kDocument[] = "docs/formats.md";
 constexpr char kFolderInDocument[] = "/home/ann";
 
-// The bytes of the one example with this mark.
+// The bytes of the only example with this mark.
 std::string example(const std::string& mark) {
   const auto blocks = fenced_blocks(kDocument, mark);
   EXPECT_EQ(blocks.size(), 1u) << mark;
@@ -53,7 +53,7 @@ std::string without_digits(std::string text) {
   return text;
 }
 
-// The files that the document speaks of, in the working folder.
+// The files that the document mentions, in the working folder.
 class Formats : public ListTest {
  protected:
   void SetUp() override {
@@ -129,7 +129,7 @@ TEST_F(Formats, SummaryLineWithoutASafeCopyHasNoEnd) {
                          "for detailsabout.txt, found 0"));
 }
 
-// Apart from the folder and the time.
+// The folder and the time may differ.
 TEST_F(Formats, UndoListIsWrittenAndReadAsShown) {
   ASSERT_EQ(SetUndoFile(folder.path("safe/undo.txt").c_str()), 1);
   const std::string list =

@@ -1,5 +1,5 @@
 // Start and end, the registry of lists, the error file and the callbacks, as a
-// host meets them.
+// host uses them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -75,7 +75,7 @@ TEST(Terminate, LeavesNothingToClearAndNowhereToLogIt) {
   EXPECT_FALSE(file_exists(session.error_file()));
 }
 
-// Without a library every operation answers its failure value.
+// Without a library every operation returns its failure value.
 void expect_failures_of_all(const char* when) {
   for (const ExportCall& call : export_calls()) {
     if (is_routine(call, "Initialize") || is_routine(call, "Terminate") ||
@@ -446,7 +446,7 @@ TEST(Callbacks, NonAsciiTextsAreConverted) {
   Session session;
   session.fill(kFiles, 1);
   HostRecorder host;
-  // In any code page "e" stays as it is and the other letter is kept too.
+  // In any code page "e" is unchanged and the other letter is kept too.
   ASSERT_EQ(SetFullName(kFiles, 0, "caf\xc3\xa9"), 1);
   AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, kNoFacts.data());
   ASSERT_THAT(host.file_questions, SizeIs(1));
@@ -547,8 +547,8 @@ TEST(CallingBack, TheCallbacksMayBeReplacedDuringACall) {
   EXPECT_THAT(host.reports, IsEmpty());
 }
 
-// An exception crosses from the host to the library only where both share one
-// unwinder, which the Windows build does not.
+// An exception can pass from the host to the library only if both share one
+// unwinder, which is not so in the Windows build.
 #ifndef _WIN32
 
 struct HostFault {};

@@ -230,8 +230,8 @@ TEST_F(ListFileTest, AStoppedSaveAnswersZeroWithTheLinesSoFar) {
   EXPECT_THAT(errors(), IsEmpty());
 }
 
-// One walk over 300 records that the host stops at its first poll, after 50
-// polls of the counter that runs to 101.
+// A walk over 300 records that the host stops at its first poll; the counter
+// that runs to 101 is already at 50.
 class ListFileStopTest : public ListFileTest {
  protected:
   void SetUp() override {
@@ -246,7 +246,7 @@ class ListFileStopTest : public ListFileTest {
     for (int i = 0; i < 300; ++i) copies += "a\tb\tc\r\n";
     write_file(folder.path("undo"), copies);
   }
-  // Answers what the walk answered.
+  // Returns the result of the walk.
   int32_t stopped(const std::function<int32_t()>& walk) {
     EXPECT_EQ(
         load(lines(Texts(300, "a")), options({ZENFO_OPTION_FILE_NAME}).data()),
@@ -254,7 +254,7 @@ class ListFileStopTest : public ListFileTest {
     EXPECT_EQ(SetState(ZENFO_LIST_RUN_FILES, -1, 1), 300);
     HostRecorder host;
     host.interrupt = [] { return 1; };
-    // Sets both poll counters to their start, then one of them 50 polls on.
+    // Resets both poll counters, then advances one of them by 50 polls.
     SetState(ZENFO_LIST_RUN_FILES, -1, 1);
     GetCount(ZENFO_LIST_RUN_FILES, 1);
     EXPECT_EQ(host.interrupt_polls, 2);

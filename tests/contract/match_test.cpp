@@ -1,4 +1,4 @@
-// FindInFiles and the accessors of matches, as a host meets them.
+// FindInFiles and the accessors of matches, as a host uses them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -44,7 +44,7 @@ TEST(MatchAccessors, AnswerMinusOneUnloggedAndAnEmptyTextWithoutAMatch) {
 
 // --- Accessors inside the option question ------------------------------------
 
-// Runs a search for "a" to "j" in one file and hands the question to `look`.
+// Searches one file for "a" to "j" and calls `look` in the question.
 class MatchTest : public testing::Test {
  protected:
   void look_at_matches(const std::string& content,
@@ -64,7 +64,7 @@ class MatchTest : public testing::Test {
     FindBlock(1, 0, 0, "", 1, 0);
     EXPECT_TRUE(asked);
   }
-  // What GetMatchText leaves in a buffer of noise; `bytes` of it.
+  // The first `bytes` of a garbage-filled buffer after GetMatchText.
   static std::string match_text(uint32_t index, uint32_t size, size_t bytes) {
     std::vector<char> buffer(4096, '#');
     EXPECT_EQ(GetMatchText(ZENFO_LIST_MATCHES, index, buffer.data(), size), 1);
@@ -180,7 +180,7 @@ TEST_F(MatchTest, TheMarkDependsOnTheMatchsLengthNotTheReplacements) {
 
 class FindInFilesTest : public testing::Test {
  protected:
-  // Fills the list with files of these contents, named 0, 1, 2 and so on.
+  // Fills the list with files of these contents, named 0, 1, 2, ...
   void files(const std::vector<std::string>& contents) {
     Clear(kFiles);
     for (size_t i = 0; i < contents.size(); ++i) {
@@ -251,7 +251,7 @@ TEST_F(FindInFilesTest, TheSearchForAWholeWordContinuesAfterEachOccurrence) {
   EXPECT_EQ(FindInFiles(kFiles, "cat", 1, 0, 1), 11);
 }
 
-// An occurrence that begins inside the one before it counts.
+// An occurrence that begins inside the previous one counts.
 TEST_F(FindInFilesTest, TheSearchForAWholeWordContinuesOneByteLater) {
   files({"xa a a", "a a ax"});
   EXPECT_EQ(FindInFiles(kFiles, "a a", 1, 1, 1), 2);
@@ -323,7 +323,7 @@ TEST_F(FindInFilesTest, ReportsItsStatusAndItsPosition) {
   HostRecorder host;
   EXPECT_EQ(FindInFiles(kFiles, "x", 0, 0, 0), 250);
   EXPECT_THAT(host.statuses, ElementsAre("Now searching string in files"));
-  // No last report of 250: the walk reports its steps only.
+  // There is no last report of 250: the walk reports only its steps.
   std::vector<uint32_t> expected;
   for (uint32_t i = 0; i < 250; i += 2) expected.push_back(i);
   EXPECT_EQ(host.report_positions(), expected);
@@ -338,7 +338,7 @@ TEST_F(FindInFilesTest, PollsAtEverySecondFileAndNoAnswerStopsTheWalk) {
   EXPECT_LE(host.interrupt_polls, 51);
 }
 
-// Intended: an interrupt while loading leaves the blocks not yet read out.
+// Intended: an interrupt while loading omits the blocks not yet read.
 TEST_F(FindInFilesTest, AnInterruptWhileLoadingSearchesWhatWasRead) {
   std::string content(500000, '.');
   content.replace(10, 3, "abc");

@@ -1,5 +1,5 @@
-// Runs of replacing while somebody else changes their files: what was changed
-// since it was loaded is left alone, and the run goes on.
+// Replace runs while somebody else changes their files: files that changed
+// after they were loaded are skipped, and the run continues.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -43,7 +43,7 @@ void touch(const std::string& path) {
                       fs::last_write_time(path) + std::chrono::seconds(1));
 }
 
-// Every way in which a file may no longer be the one that was loaded.
+// Every way in which a file can stop being the one that was loaded.
 std::vector<Change> changes() {
   return {
       {"longer", append, "a1!"},
@@ -59,7 +59,8 @@ std::string message(const std::string& path) {
 
 class ReplaceChangedTest : public ReplaceTest {
  protected:
-  // Runs, and makes the change when the run reports `phase` of the first file.
+  // Starts a run and makes the change when the run reports `phase` of the first
+  // file.
   void expect_skipped(const Change& change, const std::string& phase,
                       int32_t safe, bool lines) {
     SCOPED_TRACE(change.what + ", "s + phase + (safe ? " kept" : "") +
@@ -204,7 +205,7 @@ TEST_F(ReplaceChangedTest, ChangedBetweenItsStringsAFileKeepsItsSafeCopy) {
 }
 
 #ifndef _WIN32
-// Two runs over one file: the later one finds it locked and leaves it.
+// Two runs over one file: the later one finds it locked and skips it.
 TEST_F(ReplaceChangedTest, AFileThatAnotherRunIsWritingIsSkipped) {
   ASSERT_TRUE(pattern("a"));
   use_store();

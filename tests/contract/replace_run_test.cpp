@@ -1,4 +1,4 @@
-// Runs of replacing: results, summaries, what all members share, questions.
+// Replace runs: results, summaries, what all operations share, questions.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -228,7 +228,7 @@ TEST_F(ReplaceTest, AllMembersKeepTheSameRules) {
 }
 
 struct ArgumentCase {
-  const char* members;  // those that have this in their names
+  const char* members;  // operations with this in their names
   const char* find;
   const char* replacement;
   RunArguments arguments;
@@ -236,7 +236,7 @@ struct ArgumentCase {
   std::string result;
 };
 
-// With the exclusion "(a)", the replacement pattern "b" and a list of "V".
+// All with the exclusion "(a)", the replacement pattern "b" and a list of "V".
 // clang-format off
 const ArgumentCase kArgumentCases[] = {
   {"", "a", "X", {.case_flag = 0}, "A", "X"},

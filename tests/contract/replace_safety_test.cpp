@@ -1,5 +1,5 @@
-// Runs of replacing that are stopped, that keep safe copies, or that meet a
-// full disk.
+// Replace runs that are stopped, that keep safe copies, or that meet a full
+// disk.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -31,7 +31,7 @@ TEST_F(ReplaceTest, InterruptedAtAnyPollNoFileIsLost) {
     before += "ab, ";
     after += "longer, ";
   }
-  // Three whole blocks: an interrupt leaves one of them out.
+  // Three full blocks, of which an interrupt omits one.
   const std::string large = std::string(155000, 'x') + before;
   Texts paths;
   for (int i = 0; i < 3; ++i) {
@@ -115,7 +115,7 @@ TEST_F(ReplaceTest, InterruptedBetweenItsStringsAFileIsReportedAsItIs) {
   const auto two = add("2", "a");
   for (bool lines : {false, true}) {
     HostRecorder host;
-    // While it is loaded again: in blocks, 4 steps in all.
+    // While it is loaded again in blocks, which takes 4 steps.
     host.interrupt = [&] {
       return host.statuses.back() == "Now replacing in file " + one &&
              host.reports.back().total == 4;
@@ -277,7 +277,7 @@ TEST_F(ReplaceTest, OpenListAndSummaryFilesInTheStoreSurvive) {
   use_store();
   const auto one = folder.file("1", "a");
   const auto list = work().file("store/list", one);
-  // Named as the first safe copy would be.
+  // It has the name of the first safe copy.
   const auto summary_file = in_store("1_0");
   const LinePaths paths{list.c_str(), summary_file.c_str()};
   EXPECT_EQ(replace_block({.safe = 1}, &paths), 1);
@@ -287,7 +287,7 @@ TEST_F(ReplaceTest, OpenListAndSummaryFilesInTheStoreSurvive) {
   EXPECT_EQ(read_file(in_store("1_1")), "a");
 }
 
-// The obvious replacement of one text by another.
+// A plain replacement of one text by another.
 std::string replaced(const std::string& text, const std::string& find,
                      const std::string& with, int32_t& count) {
   std::string out;
@@ -390,7 +390,7 @@ TEST_F(ReplaceTest, AFileMappedByAnotherProgramEndsTheRunAndStays) {
   EXPECT_EQ(read_file(one), "1234567890");
 }
 #else
-// No file may grow beyond the limit while this object lives.
+// No file can grow beyond the limit while this object lives.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t bytes) : handler_(signal(SIGXFSZ, SIG_IGN)) {

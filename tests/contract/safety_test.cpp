@@ -1,4 +1,4 @@
-// Runs that change files, and Undo, under the words of ZENFO_SAFETY: the files
+// Runs that change files, and Undo, with the words of ZENFO_SAFETY: the files
 // are the same as without it, and an interrupted run loses nothing.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@ constexpr int kMany = 100;
 
 class SafetyTest : public ReplaceTest {
  protected:
-  // So many files "ab" for the run.
+  // Adds this many files with "ab" for the run.
   Texts add_files(int count) {
     Clear(ZENFO_LIST_RUN_FILES);
     Texts paths;
@@ -38,7 +38,7 @@ class SafetyTest : public ReplaceTest {
     }
     return paths;
   }
-  // The originals that the undo list file names, in its order.
+  // The originals that the undo list file names, in order.
   Texts listed() const {
     Texts paths;
     const std::string text = read_file(undo_file());
@@ -141,7 +141,7 @@ TEST_F(SafetyTest, AStoppedRunIsUndoneWhole) {
   for (const auto& path : paths) ASSERT_EQ(read_file(path), "ab");
 }
 
-// A copy made ahead of such a change is not used.
+// A copy made before such a change is not used.
 TEST_F(SafetyTest, WhatChangedAfterItWasCopiedAheadIsCopiedAgain) {
   ASSERT_TRUE(pattern("a"));
   use_store();
@@ -162,7 +162,7 @@ TEST_F(SafetyTest, WhatChangedAfterItWasCopiedAheadIsCopiedAgain) {
   EXPECT_EQ(read_file(paths[5]), "ab");
 }
 
-// A file has one copy, made before the first change, ahead of time or not.
+// A file has one copy, made before its first change, ahead of time or not.
 TEST_F(SafetyTest, AFileMetAgainIsNotCopiedAheadAgain) {
   pair("a", "aa");
   use_store();

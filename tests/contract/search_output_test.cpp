@@ -169,7 +169,7 @@ TEST_F(SearchTest, LinesAreReadInPiecesOf4095Bytes) {
   ASSERT_TRUE(pattern("a"));
   const auto one = folder.file("1", "a");
   const std::string longest(4095, '\1');
-  // The path after the piece is a line of its own, of the same length or not.
+  // The path after the piece is a separate line, of the same length or not.
   EXPECT_EQ(over_lines(find_block, {}, longest + one + "\r\n"), 1);
   EXPECT_EQ(errors().size(), 1u);
   EXPECT_EQ(over_lines(find_block, {}, longest + longest + one), 1);
@@ -205,7 +205,7 @@ TEST_F(SearchTest, PathsOfTheRunMustBeGivenAndDiffer) {
   EXPECT_THAT(errors(), IsEmpty());
 }
 
-// Another path of a file, made only when there is one.
+// Another path of an existing file.
 using Spelling = std::string (*)(const std::string& path);
 
 std::string with_a_dot(const std::string& path) {
@@ -323,9 +323,8 @@ TEST_F(SearchTest, AnInterruptAtTheStartOfAFileAnswersZero) {
   EXPECT_TRUE(summary().empty() || summary() == line) << summary();
 }
 
-// Stops at each poll in turn: whatever the moment, the answer is one of the
-// stated ones, no match list outlives the run, and the results are those of
-// the first files.
+// Stops at each poll in turn: the result is always a documented one, no match
+// list outlives the run, and the results are those of the first files.
 void expect_prefix(const Texts& found, const Texts& all) {
   ASSERT_LE(found.size(), all.size());
   EXPECT_TRUE(std::equal(found.begin(), found.end(), all.begin()));
@@ -357,8 +356,8 @@ TEST_F(SearchTest, InterruptedAtAnyPollARunOverAListEndsClean) {
   EXPECT_GT(refused, 0) << "stopped inside a search";
 }
 
-// The lines of the first of these files, each with 0 to 3 matches; the last
-// line may be cut short.
+// Expects the lines of the first of these files, each with 0 to 3 matches; the
+// last line may be incomplete.
 void expect_lines_of(std::string_view summary, const Texts& paths) {
   for (const std::string& path : paths) {
     std::string line = path + ", found 0\r\r\n";
@@ -375,8 +374,8 @@ void expect_lines_of(std::string_view summary, const Texts& paths) {
   EXPECT_EQ(summary, "");
 }
 
-// A stop that falls into the count of a file's matches leaves the count so
-// far; whether one does depends on the polls before the run.
+// A stop during the count of a file's matches leaves the count so far; whether
+// one occurs depends on the polls before the run.
 TEST_F(SearchTest, InterruptedAtAnyPollARunOverLinesEndsClean) {
   ASSERT_TRUE(pattern("a"));
   Texts paths;
@@ -434,8 +433,8 @@ TEST_F(SearchTest, AnInterruptedLoadIsSearchedAsFarAsItWent) {
     loading = status.starts_with("Now loading");
   };
   host.interrupt = [&] { return loading ? 1 : 0; };
-  // The poll falls due after the first block or after the second. Where the
-  // rest is missing there is a byte of zeros.
+  // The poll is due after the first or the second block. The missing rest reads
+  // as zero bytes.
   const int32_t answer = find_block({});
   EXPECT_TRUE(answer == 50000 || answer == 100000) << answer;
   EXPECT_THAT(found(), ElementsAre(one));

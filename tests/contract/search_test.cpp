@@ -196,7 +196,7 @@ int32_t ZENFO_CALL take_all_but_the_first(const ZenfoWideChar*, int32_t) {
   return 3;
 }
 
-// A host with nothing but the question.
+// A host with only the option question.
 TEST_F(SearchTest, WhatWasDeselectedIsNotCountedWhenAllIsTaken) {
   ASSERT_TRUE(pattern("a"));
   pair("a", "");
@@ -290,7 +290,7 @@ TEST_F(SearchTest, AFileAmongThePairsEndsTheRun) {
   EXPECT_EQ(AddStringPair("a", "b"), 1);
   add("1", "a");
   EXPECT_EQ(find_block({}), 1);
-  // List 2 takes file entries, too: selected, they are pairs without a text.
+  // List 2 accepts file entries, too; selected, they are pairs without a text.
   const unsigned char options[ZENFO_OPTION_COUNT] = {};
   ASSERT_EQ(FindFiles(ZENFO_LIST_PAIRS, ("0" + folder.path("1")).c_str(),
                       options, ""),
@@ -391,7 +391,7 @@ TEST_F(SearchTest, AsksForEveryFileWithMatchesAndAnnouncesTheReport) {
   EXPECT_THAT(host.option_questions, IsEmpty());
 }
 
-// Three files with 1, 2 and 4 matches, one without between them.
+// Three files with 1, 2 and 4 matches, and one without between them.
 struct AnswerCase {
   std::vector<int32_t> answers;  // to the questions in turn
   int32_t result;
@@ -515,7 +515,7 @@ TEST_F(SearchTest, InsideTheQuestionTheMatchesCanBeReadAndDeselected) {
                 "-----------END MATCH-----------\r\n\r\n");
 }
 
-// The display has lines during the question only, whatever the answer.
+// The display has lines only during the question, whatever the answer.
 TEST_F(SearchTest, TheDisplayShowsTheFileInsideTheQuestion) {
   ASSERT_TRUE(pattern("a"));
   ASSERT_TRUE(exclusion("(a)"));

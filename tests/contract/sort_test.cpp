@@ -33,7 +33,7 @@ class SortTest : public ListTest {
       ASSERT_EQ(FindFiles(list, ("0" + path).c_str(), options, ""), 1);
     }
   }
-  // Pairs and values straight from lists of texts.
+  // Pairs and values from lists of texts.
   void fill_pairs(const Texts& finds) {
     for (const std::string& find : finds) AddStringPair(find.c_str(), "r");
   }
@@ -249,7 +249,7 @@ TEST_F(SortTest, SortsResultsByFlagNameFolderAndFlag) {
 
 TEST_F(SortTest, OptionsThreeAndZeroOfTheResultsSortAlike) {
   fill(ZENFO_LIST_RUN_FILES, {{"a"}, {"b"}, {"c"}, {"d"}, {"e"}, {"f"}, {"g"}});
-  // Files that are gone lack facts: flag -1.
+  // Missing files lack facts and get flag -1.
   for (const char* gone : {"b", "d", "g"}) {
     std::filesystem::remove(folder.path(gone));
   }

@@ -121,7 +121,8 @@ TEST_F(CountTest, AStopWhileLinesAreCountedStoresNothing) {
   EXPECT_EQ(host.statuses.size(), 2u);
 }
 
-// What one count leaves for the next holds no callback and no stop.
+// The state that one count leaves for the next contains no callback and no
+// stop.
 TEST_F(CountTest, AHostSetLaterIsPolledAndAStopEndsOneCountOnly) {
   std::string text;
   for (int i = 0; i < 5000; ++i) text += "a\r\n";

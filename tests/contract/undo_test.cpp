@@ -44,8 +44,8 @@ Texts times() {
   return all;
 }
 
-// Names are in the process's character set; the library must answer them as the
-// system has them.
+// Names are in the process's character set; the library must return them in the
+// system's form.
 TEST_F(UndoTest, FilesAndStoresNamedBeyondAsciiAreTaken) {
   namespace fs = std::filesystem;
   const fs::path home = fs::path(work().path()) / u"J\u00FCrgen";
@@ -329,7 +329,7 @@ TEST_F(UndoTest, DeselectedRecordsStay) {
   EXPECT_FALSE(file_exists(undo_errors()));
 }
 
-// Intended: the time grows by a CR with every rewriting that is read back.
+// Intended: the time gets another CR with every rewriting that is read back.
 TEST_F(UndoTest, RewrittenLinesEndInCrCrLf) {
   use_store();
   change({"1"});
@@ -428,7 +428,7 @@ TEST_F(UndoTest, ACopyThatIsNoFileIsReported) {
   EXPECT_TRUE(file_exists(undo_errors()));
 }
 
-// A host that reads the list while it shrinks moves the list's cursor.
+// A host that reads the shrinking list moves the list's cursor.
 TEST_F(UndoTest, AHostMayReadTheListDuringUndo) {
   use_store();
   const auto paths = change({"1", "2", "3", "4", "5"});
@@ -493,7 +493,7 @@ TEST_F(UndoTest, TheUndoFileStaysWhereItIsDuringARun) {
 
 // ---- Lines that were not read ----------------------------------------------
 
-// No bytes of any kind are lost.
+// Lines of any bytes are kept.
 const std::string kUnread =
     "damaged\r\na\tb\tc\r\r\nd\te\tf\ng\th\r\n\r\n\0z\t\t\r\nend"s;
 

@@ -1,5 +1,5 @@
-// The version resource of the DLL, read back as Windows shows it: the version
-// that the header states, and the product.
+// The version resource of the DLL, read as Windows shows it: the version that
+// the header states, and the product.
 #ifdef _WIN32
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -25,7 +25,7 @@ class VersionResource : public testing::Test {
     ASSERT_TRUE(GetFileVersionInfoA(path, 0, static_cast<DWORD>(bytes_.size()),
                                     bytes_.data()));
   }
-  // A text in the only language there is: US English, as Unicode.
+  // A text in the only language, US English, as Unicode.
   std::string text(const std::string& name) {
     const std::string block = "\\StringFileInfo\\040904B0\\" + name;
     void* value = nullptr;

@@ -217,7 +217,7 @@ TEST(ItemList, SortAnswersMinusOneWhenAComparatorFails) {
 TEST(ItemList, DescendingSortCopesWithTheSmallestAnswer) {
   ItemList list;
   fill(list, {"a", "b"});
-  // Negating it overflows to itself: both directions see "before".
+  // Negating INT_MIN overflows, so both directions see "before".
   auto smallest = [](const Record*, const Record*) -> int32_t {
     return INT_MIN;
   };
@@ -300,7 +300,7 @@ TEST(SetState, AStopAnswersTheCountSoFar) {
   ItemList list;
   fill_states(list, States(500, 0));
   list.set_interrupt_hook(stop);
-  // The counter is the process's: align it with a first stop.
+  // The counter is process-wide: a first stop aligns it.
   list.set_state(-1, 0);
   EXPECT_EQ(list.set_state(-1, 1), 101);
   EXPECT_EQ(list.get(100)->state, 1u);
@@ -344,7 +344,7 @@ TEST(ItemListCountState, ReportsZeroBeforeItsFirstPoll) {
   fill_states(list, States(500, 1));
   list.set_interrupt_hook(stop);
   list.set_report_hook(tell);
-  list.count_state(1);  // The counter is the process's: leaves it at zero.
+  list.count_state(1);  // the counter is process-wide: resets it
   for (int i = 0; i < 100; ++i) list.poll_interrupt();
   positions.clear();
   EXPECT_EQ(list.count_state(1), 1);
@@ -371,7 +371,7 @@ TEST(ItemListCountState, AStopAnswersTheCountSoFar) {
 }
 
 TEST(ItemList, WalksAMillionPositionsInLinearTimeWithoutAnIndex) {
-  // Quadratic, this would take hours.
+  // In quadratic time this would take hours.
   ItemList list;
   for (int i = 0; i < 1000000; ++i) {
     list.append(std::make_unique<Other>());

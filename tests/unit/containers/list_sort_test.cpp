@@ -68,8 +68,8 @@ TEST(ListSort, SortsUpToFiveItemsByTheInsertionPassAlone) {
   EXPECT_EQ(list, (std::vector<Item>{{0, 2}, {0, 4}, {1, 0}, {1, 1}, {1, 3}}));
 }
 
-// An adversary that makes median-of-three quicksort take its worst turns: it
-// decides how items compare only when asked.
+// An adversary that makes median-of-three quicksort take its worst case: it
+// decides how items compare only when they are compared.
 struct Adversary {
   explicit Adversary(int count) : value(count, kGas), solid(0) {}
   static constexpr int kGas = INT32_MAX;

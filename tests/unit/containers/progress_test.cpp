@@ -35,7 +35,7 @@ class ProgressTest : public testing::Test {
   void SetUp() override {
     hooks.set_interrupt_hook(ask);
     hooks.set_report_hook(tell);
-    // The counters are the process's: bring each to its start.
+    // The counters are process-wide: resets each one.
     answer = 1;
     while (hooks.poll_interrupt() == 0) {
     }

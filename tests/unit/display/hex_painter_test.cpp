@@ -19,7 +19,7 @@ using testing::RecordingCanvas;
 
 class HexPainter : public ::testing::Test {
  protected:
-  // Ten pixels a letter, twenty a line, three lines a page.
+  // Ten pixels per letter, twenty per line, three lines per page.
   void lay_out(const std::string& text, uint32_t bytes, const Marks& matches) {
     display_.state.bytes_per_line = bytes;
     display_.show(text, matches);

@@ -350,7 +350,7 @@ TEST_F(LayoutPolls, KeepALayoutMadeDuringTheLayout) {
   EXPECT_EQ(display_.state.groups().size(), 1010u);
 }
 
-// The rules byte by byte: who owns each byte, then runs of one owner.
+// The rules byte by byte: the owner of each byte, then runs with one owner.
 Lines slow_layout(const std::string& text, const std::string& separator,
                   uint32_t bytes_per_line, const Marks& matches,
                   const Marks& areas) {
@@ -443,8 +443,8 @@ TEST(Layout, AgreesWithTheRulesByteByByteOnRandomMarks) {
     ASSERT_EQ(picture(display.state),
               slow_layout(text, separator, bytes, matches, areas))
         << ::testing::PrintToString(text) << bytes;
-    // A walk from a column gives the line's last spans, beginning with the one
-    // that holds the column or one left of it.
+    // A walk from a column gives the line's last spans, starting with the one
+    // that contains the column or one left of it.
     for (uint32_t line = 0; line < display.state.line_count(); ++line) {
       const uint32_t width = display.state.line_bounds(line).width();
       for (uint32_t column = 0; column <= width; ++column) {

@@ -36,7 +36,7 @@ struct PageCase {
   FontMetrics metrics = {20, 10};
   uint32_t top = 0, left = 0;  // asked for
   bool numbers = false;
-  // What is stored, and the gutter.
+  // The stored values, and the gutter.
   uint32_t page_lines = 3, page_columns = 20, top_line = 0, left_column = 0;
   int32_t gutter = 0;
 };

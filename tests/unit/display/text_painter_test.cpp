@@ -19,7 +19,8 @@ using testing::RecordingCanvas;
 
 class TextPainter : public ::testing::Test {
  protected:
-  // Ten pixels a letter, twenty a line, three lines of twenty columns a page.
+  // Ten pixels per letter, twenty per line, three lines of twenty columns per
+  // page.
   void lay_out(const std::string& text, const Marks& matches) {
     display_.show(text, matches);
     ASSERT_EQ(prepare_display(display_.state, "\n", 0), 1);
@@ -171,7 +172,7 @@ TEST_F(TextPainter, TouchesOnlyWhatCanBeSeen) {
   for (uint32_t i = 0; i < 500000; ++i) marks.push_back({i * 2, 1});
   lay_out(line + "\n" + line, marks);
   ASSERT_EQ(paint({.left_column = 700000}), 1);
-  // Twenty columns are seen, of a byte each.
+  // Twenty columns are visible, one byte each.
   EXPECT_EQ(canvas_->texts.size(), 20u + 1u);
   EXPECT_EQ(canvas_->texts[0], match(0, 0, "x"));
   EXPECT_LE(canvas_->bytes_measured, 20u + 8192u);

@@ -28,7 +28,7 @@ std::string shown(const FileEntry& entry, Column column) {
   return text.substr(5);
 }
 
-// Steps of 100 ns since 1601 of a time of 1970.
+// The steps of 100 ns since 1601 of a time since 1970.
 uint64_t file_time(int64_t unix_seconds) {
   return static_cast<uint64_t>(unix_seconds + 11644473600) * 10000000;
 }

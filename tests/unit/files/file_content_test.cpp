@@ -46,7 +46,7 @@ using Steps = std::vector<std::pair<uint32_t, uint32_t>>;
 class FileContentTest : public testing::Test {
  protected:
   void SetUp() override {
-    // Brings the process's poll counter to its start.
+    // Resets the process-wide poll counter.
     stop_at_poll = 0;
     content.set_interrupt_hook(ask);
     polls = 0;
@@ -179,7 +179,7 @@ TEST_F(FileContentTest, ReportsTwoStepsForASmallFile) {
 TEST_F(FileContentTest, AFileOfOneBlockHasTwoStepsAndAReadOfNothing) {
   listen();
   content.load_file_content(folder.file("f", noise(50000)).c_str());
-  // Once before the blocks, once for block 0, once at the end.
+  // Reports once before the blocks, once for block 0, once at the end.
   EXPECT_EQ(steps(), (Steps{{0, 2}, {0, 2}, {2, 2}}));
 }
 
@@ -193,8 +193,8 @@ TEST_F(FileContentTest, ReportsEachBlockOfASmallNumberOfBlocks) {
 TEST_F(FileContentTest, ReportsAboutAHundredTimesForManyBlocks) {
   listen();
   content.load_file_content(folder.file("f", noise(50000 * 450)).c_str());
-  // 451 steps, reported at every fourth: 0 twice, 4, 8, ... 448, and nothing
-  // new at 451, which is in the same fourth.
+  // 451 steps, reported at every fourth: 0 twice, 4, 8, ... 448, and nothing at
+  // 451, which belongs to the same fourth.
   EXPECT_EQ(reports.size(), 2u + 112u);
   EXPECT_EQ(reports.back().position, 448u);
 }
@@ -333,7 +333,7 @@ TEST_F(FileContentTest, AViewedFileThatShrinksWhileItIsLoadedFails) {
     if (record->position == 1) std::filesystem::resize_file(shrinking, left);
     return 0;
   });
-  // By whole pages; within the last page.
+  // Shrinks by whole pages, and within the last page.
   for (const uint64_t size : {uint64_t{120000}, uint64_t{50000} * 80 - 1}) {
     left = size;
     folder.file("f", noise(50000 * 80));

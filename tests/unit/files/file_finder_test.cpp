@@ -220,8 +220,8 @@ TEST_F(FileFinderTest, LinksToFoldersAreNotEntered) {
   EXPECT_THAT(find("1~/*"), ElementsAre("link", "real/a"));
 }
 
-// Thirty folders inside one another, a file in each, made one by one from
-// within, as no single call takes so long a path.
+// Thirty nested folders with a file in each, made one by one from inside,
+// because no single call accepts such a long path.
 void make_deep_folders(const std::string& top, const std::string& name) {
   int at = open(top.c_str(), O_PATH | O_DIRECTORY);
   for (int i = 0; i < 30; ++i) {

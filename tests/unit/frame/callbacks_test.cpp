@@ -13,7 +13,7 @@ namespace {
 
 struct Fault {};
 
-// What the callbacks below got, and what they answer.
+// The arguments of the callbacks below, and what they return.
 std::vector<std::u16string> texts;
 std::vector<int32_t> numbers;
 std::vector<const void*> pointers;

@@ -29,7 +29,7 @@ TEST(Rows, TheTableHoldsEachOrdinalAndNameOnce) {
   }
 }
 
-// Whatever empties a list or starts the library again must not run inside
+// Operations that empty a list or start the library again must not run inside
 // another operation.
 TEST(Rows, WhatDestroysRecordsWantsTheLibraryAlone) {
   for (const ExportRow* row : {&row::Initialize, &row::Terminate, &row::Clear,
@@ -38,7 +38,7 @@ TEST(Rows, WhatDestroysRecordsWantsTheLibraryAlone) {
   }
 }
 
-// All that a host may call inside its callbacks.
+// All operations that a host may call inside its callbacks.
 TEST(Rows, OperationsThatReadMayRunInsideOthers) {
   // clang-format off
   const std::set<std::string> expected = {

@@ -1,6 +1,6 @@
-// The engine answers what the model answers: on seeded random patterns, texts
-// and areas, on longer texts, and on random class definitions. The engine's
-// two search paths are both held against it.
+// The engine returns the same as the model: on seeded random patterns, texts
+// and areas, on longer texts, and on random class definitions. Both search
+// paths of the engine are compared.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,8 +22,8 @@ using model::RandomCase;
 using model::RandomCases;
 using test::EngineBesideModel;
 
-// Sanitizers make a case some fifteen times slower; a quarter of the cases
-// still meets every kind of element thousands of times.
+// Sanitizers make a case about fifteen times slower; a quarter of the cases
+// still covers every kind of element thousands of times.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr int kShare = 4;
 #else
@@ -56,7 +56,7 @@ TEST(EngineAgainstModel, SameElementsAndMatchesOnRandomCases) {
   EXPECT_GT(matched, kCases * 2 / 5);
 }
 
-// Texts of many samples: positions that were remembered are used again, passed
+// Texts of many samples, so that remembered positions are used again, passed
 // and forgotten.
 TEST(EngineAgainstModel, SameMatchesOnLongerTexts) {
   RandomCases cases(2);
@@ -77,8 +77,8 @@ TEST(EngineAgainstModel, SameMatchesOnLongerTexts) {
   EXPECT_GT(many, kLongCases / 10);
 }
 
-// Every place where a text of so many bytes can be cut in two: occurrences
-// that begin before the cut and end after it, among many others or alone.
+// Every position at which such a text can be cut in two: occurrences that begin
+// before the cut and end after it, among many others or alone.
 TEST(EngineAgainstModel, SameMatchesWhereverAreasAndTextsEnd) {
   constexpr const char* kPatterns[] = {
       "ab",       "\"ab|bca|c\"",  "\"aab|a\"'b'", "digitsab",
@@ -109,8 +109,8 @@ TEST(EngineAgainstModel, SameMatchesWhereverAreasAndTextsEnd) {
   }
 }
 
-// Texts longer than the stretch of 128 KB that the engine looks ahead by, with
-// occurrences at every place around its border.
+// Texts longer than the 128 KB by which the engine looks ahead, with
+// occurrences at every position around that border.
 constexpr size_t kBorder = size_t{128} * 1024;
 constexpr const char* kBorderPatterns[] = {"abcde", "\"abcde|cdex|bcd\"",
                                            "digitsabcde", "\"bcd|abcde\"'x|y'",
@@ -133,8 +133,8 @@ TEST(EngineAgainstModel, SameMatchesAcrossBordersAmongManyOthers) {
   }
 }
 
-// Two alone: the model would look for the second one at every byte, so what
-// is found is written down.
+// Only two occurrences: the model would search for the second one from every
+// byte, so the expected results are constants.
 TEST(EngineAgainstModel, FindsWhatLiesAcrossABorderAlone) {
   constexpr uint32_t kStarts[] = {1, 1, 0, 1, 1};
   constexpr uint32_t kLengths[] = {5, 5, 6, 6, 6};
@@ -169,7 +169,7 @@ TEST(EngineAgainstModel, SameClassesFromRandomDefinitionFiles) {
   EXPECT_GT(most, 5u);
 }
 
-// Names of equal length end in the order that the list's sort leaves.
+// Names of equal length keep the order that the list's sort gives them.
 TEST(EngineAgainstModel, SameOrderOfManyClasses) {
   std::string file;
   EngineBesideModel side;

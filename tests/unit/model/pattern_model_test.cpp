@@ -1,5 +1,5 @@
 // The slow model of the pattern language: worked examples, class definitions,
-// areas, and promises that hold for every random case.
+// areas, and promises that are true for every random case.
 #include "model/pattern_model.h"
 
 #include <gmock/gmock.h>
@@ -234,8 +234,8 @@ TEST(ModelAddUserClass, ListIsOrderedByLengthOfNameOnly) {
               ElementsAre("b", "a", "yy", "zzz"));
 }
 
-// Six names are enough for a partition: the pivot c changes places with e,
-// then b with d, and at the end the pivot comes back to the fourth place.
+// Six names are enough for a partition: the pivot c is swapped with e, then b
+// with d, and at the end the pivot returns to the fourth position.
 TEST(ModelAddUserClass, NamesOfOneLengthEndWhereTheSortLeavesThem) {
   Context context;
   set_operators(context,
@@ -534,8 +534,8 @@ bool in_order(const std::vector<RandomArea>& areas) {
                         });
 }
 
-// Whether a match lies where the case allows matches. Of areas that are out
-// of order only the inside is certain.
+// Whether a match is where the case allows matches. If the areas are unsorted,
+// only matches inside them can be checked.
 bool lies_in_its_place(const RandomCase& one, const Match& match) {
   const size_t end = match.offset + match.length;
   const auto contains = [&](const RandomArea& area) {

@@ -1,5 +1,5 @@
-// The replace engines write what their slow model writes: on random texts and
-// patterns, on random marks that overlap, from every source, in every mode.
+// The replace engines write the same as their slow model: on random texts and
+// patterns, on random overlapping marks, from every source, in every mode.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -29,7 +29,7 @@ constexpr int kCases = 10000;
 constexpr int kCases = 80000;
 #endif
 
-// A file in memory where the system has such a folder: the disk is not tested.
+// A file in memory if possible, because the disk is not tested.
 class ScratchFile {
  public:
   ScratchFile() {

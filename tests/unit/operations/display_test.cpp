@@ -32,7 +32,7 @@ class DisplayOperations : public ::testing::Test {
     show(text, matches);
     ASSERT_EQ(PrepareDisplay("\n", 0), 1);
   }
-  // Three lines of twenty columns a page, ten pixels a column.
+  // Three lines of twenty columns per page, ten pixels per column.
   void open_window() { state().window = canvas_; }
   const ColourTable& colours() { return state().colours(); }
   Colours group_colours(uint32_t group) {

@@ -50,14 +50,14 @@ void expect_next(const std::vector<NextCase>& cases) {
 
 TEST(Attempt, SaysWhereToTryNext) {
   expect_next({
-      // A literal that does not come ends the area.
+      // A literal that does not occur ends the area.
       {"x", "abc", 0, false, kNoPosition},
       // A gap element fails at c: c + 1 for the first element, else c.
       {"digitsx", "abx", 0, false, 1},
       {"alphadigitsx", "ab-x", 0, false, 2},
-      // The element before was cut: its resume word.
+      // The previous element was cut: continues at its resume position.
       {"digits[2]alphax", "123x", 0, false, 1},
-      // The gap ends short: q of its last element.
+      // The gap ends short: continues at q of its last element.
       {"digitsx", "12-x", 0, false, 2},
       {"digits[2]x", "1234x", 0, false, 2},
       // But always after s.
@@ -68,8 +68,8 @@ TEST(Attempt, SaysWhereToTryNext) {
       {"digits[2]alpha", "123", 0, false, 1},
       {"adigits", "ab", 0, false, 1},
       {"digits", "a1", 0, false, 1},
-      // A match: after its last element, at least one byte on when that is
-      // empty.
+      // A match continues after its last element, or one byte later when that
+      // is empty.
       {"digits", "12a", 0, true, 2},
       {"adigits[0-]", "ab", 0, true, 2},
       {"a?", "ab", 0, true, 1},
@@ -111,8 +111,8 @@ TEST(Attempt, WithoutAMainElementStops) {
   EXPECT_EQ(tried.next, kNoPosition);
 }
 
-// A chain of attempts that remember positions equals attempts each of which
-// starts with nothing remembered.
+// A chain of attempts that remember positions gives the same as attempts that
+// remember nothing.
 TEST(Attempt, RememberedPositionsChangeNothing) {
   constexpr const char* kPieces[] = {
       "a",     "b",           "ab",         "?",         "digits",

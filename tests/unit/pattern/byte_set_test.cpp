@@ -46,7 +46,7 @@ std::vector<Flags> sets() {
 
 std::string random_text(std::mt19937& random, const Flags& flags,
                         size_t length) {
-  // Long stretches of one kind, so that vectors and their ends are met.
+  // Long stretches of one kind, to cover vectors and their ends.
   std::string text;
   while (text.size() < length) {
     bool member = random() % 2 == 0;
@@ -95,7 +95,7 @@ TEST(ByteSet, TalliesMembersAndRuns) {
   std::mt19937 random(8);
   for (const Flags& flags : sets()) {
     const ByteSet set(flags);
-    // The last text is longer than the byte counters of the vectors can hold.
+    // The last text overflows the byte counters of the vectors.
     for (size_t length : {0, 1, 15, 16, 17, 100, 1000, 20000}) {
       const std::string text = random_text(random, flags, length);
       for (bool in_run : {false, true}) {

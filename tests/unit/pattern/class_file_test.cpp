@@ -14,7 +14,7 @@ struct Contexts {
   int32_t apply(std::string_view bytes) {
     return apply_class_definitions(bytes, all);
   }
-  // The members of the class at a position, of the bytes given.
+  // The given bytes that are members of the class at a position.
   std::string members(size_t position, std::string_view bytes) {
     std::string found;
     for (char c : bytes) {

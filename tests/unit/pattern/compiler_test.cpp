@@ -88,7 +88,7 @@ TEST(Compiler, ReadsClassReferencesAndCounts) {
           {"alphadigits[2]!digits",
            "C(alpha){1,0} C(digits){2,2} !C(digits){1,0}"},
           {"x'a'digits[2]?y", "L(x) H(a){1,0} C(digits){2,2} W(?){1,1} L(y)"},
-          // The end of a construct ends the walk back over escapes.
+          // The end of the previous construct limits the count of escapes.
           {R"(digits[2]\\alpha)", R"(C(digits){2,2} L(\) C(alpha){1,0})"},
       },
       true, false);
@@ -163,7 +163,7 @@ TEST(Compiler, ConvertsCaretsWhenAsked) {
       {"^[^]", "L(<1B>^])"},   {"^^M", "L(^<0D>)"}, {"^m", "L(^m)"},
       {R"(^\x)", "L(<1C>x)"},  {R"(a\b)", "L(ab)"},
   };
-  // A literal text comes out the same way.
+  // A literal text gives the same.
   expect_elements(patterns, true, true);
   expect_elements(patterns, false, true);
 }

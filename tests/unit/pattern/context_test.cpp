@@ -114,7 +114,7 @@ TEST(PatternContext, ComputesPercentagesInDoublePrecision) {
   HookLog log(context, 0);
   context.report_progress(0, 3000000000u);
   context.report_progress(2900000000u, 3000000000u);
-  // In single precision and in 32 bits this would come out otherwise.
+  // Single precision or 32-bit arithmetic would give another result.
   EXPECT_EQ(HookLog::text(), " 0/3000000000=0% 2900000000/3000000000=96%");
   HookLog again(context, 0);
   context.report_progress(29, 100);

@@ -73,9 +73,9 @@ TEST(ClassElement, TakesTheLongestRunWithinItsBounds) {
       {0, 0, false, {"a123", 0, 4, true, 0, 0}},
       {0, 0, false, {"a", 1, 1, true, 0, 0}},
       {1, 0, true, {"ab1", 0, 3, true, 2, 0}},
-      // A run that is too short: q is where it stopped.
+      // A run that is too short; q is where it stopped.
       {3, 3, false, {"12a4", 0, 4, false, 2, 0}},
-      // Fewer bytes remain than the minimum: q is p.
+      // Fewer bytes are left than the minimum; q is p.
       {3, 0, false, {"12", 0, 2, false, 0, 0}},
       {3, 0, false, {"123", 0, 2, false, 0, 0}},
       // Cut by the maximum: resume one byte later at the latest.
@@ -165,7 +165,8 @@ TEST(Element, FoldsAsTheTablesDoThatAreInForceForTheRun) {
   EXPECT_FALSE(literal.locate({text.data(), text.size(), 0}, 0));
 }
 
-// What an element remembers answers like an element that remembers nothing.
+// An element that remembers gives the same results as one that remembers
+// nothing.
 TEST(Alternatives, RememberedHitsEqualFreshSearches) {
   std::mt19937 random(5);
   for (int round = 0; round < 300; ++round) {
@@ -187,7 +188,7 @@ TEST(Alternatives, RememberedHitsEqualFreshSearches) {
     remembering.prepare(true);
     remembering.forget();
     for (int ask = 0; ask < 60; ++ask) {
-      // Mostly onward, at times back; limits of all kinds.
+      // Mostly forward, sometimes back; with limits of all kinds.
       size_t p = static_cast<size_t>(ask) * 3 + random() % 20;
       if (random() % 8 == 0) p = random() % 200;
       size_t limit = p + random() % (201 - p);
@@ -197,7 +198,7 @@ TEST(Alternatives, RememberedHitsEqualFreshSearches) {
       auto hit = remembering.earliest(scope, p, limit);
       ASSERT_EQ(hit.position, expected.position);
       ASSERT_EQ(hit.length, expected.length);
-      // And a fresh search like looking at every place.
+      // And a fresh search gives the same as a check of every position.
       size_t at = p;
       size_t length = 0;
       for (; at < limit && length == 0; ++at) {

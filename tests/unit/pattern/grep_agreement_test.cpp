@@ -1,7 +1,7 @@
-// The engine finds what grep finds, where both can say the same: literals with
-// and without case, whole words, lists of literals of which none begins
-// another, and a class run in front of a literal whose first byte is not of
-// the class (so that giving back bytes, as grep does, makes no difference).
+// The engine finds the same as grep, where both can express the search:
+// literals with and without case, whole words, lists of literals of which none
+// begins another, and a class run before a literal whose first byte is not in
+// the class (so that grep's backtracking makes no difference).
 //
 // grep runs as a process, in the C locale, over a file of generated text; -o
 // and -b make it print every match after its offset.
@@ -92,7 +92,8 @@ class Grep {
   std::string pattern_file_ = test::join(folder_.path(), "patterns");
 };
 
-// Few bytes, so that there is much to find; lines, zero and high bytes too.
+// Few different bytes, so that there are many matches; with lines, zero bytes
+// and high bytes.
 std::string make_text(Random& random, size_t length) {
   constexpr std::string_view kBytes("aabbcABC0011 .-\n\xE9\x80\0", 18);
   std::string text;
@@ -109,7 +110,7 @@ std::string found(TestContext& context, const std::string& text,
 constexpr size_t kTextLength = 20000;
 constexpr int kSearches = 60;
 
-// Matches often enough that agreement means something.
+// Checks that there are enough matches for the agreement to mean something.
 class Tally {
  public:
   void count(const std::string& matches) { ++(matches == "none" ? no_ : yes_); }
@@ -136,7 +137,7 @@ TEST(GrepAgreement, Literals) {
   }
 }
 
-// To grep an underscore is part of a word: there is none in these texts.
+// For grep an underscore is part of a word, so these texts contain none.
 TEST(GrepAgreement, WholeWords) {
   Random random(2);
   const std::string text = make_text(random, kTextLength);
@@ -237,7 +238,7 @@ TEST(GrepAgreement, ClassRunBeforeALiteral) {
   }
 }
 
-// Runs alone: grep and the engine both take the longest from the left.
+// Only runs: grep and the engine both take the longest from the left.
 TEST(GrepAgreement, RunsWithAndWithoutBounds) {
   struct {
     const char* pattern;

@@ -1,6 +1,6 @@
 // Patterns and texts made to waste time. Nothing is timed: the texts are so
-// long that a search whose work grows with their square would not end within a
-// test's time limit.
+// long that a search with quadratic time would exceed the time limit of the
+// test.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -14,8 +14,8 @@ namespace {
 
 using pattern_test::TestContext;
 
-// Sanitizers make the work for a byte some ten times longer; work that grows
-// with the square of a megabyte would not end there either.
+// Sanitizers make the work about ten times slower; quadratic time for a
+// megabyte would exceed the limit there, too.
 #if defined(__SANITIZE_ADDRESS__)
 constexpr size_t kLength = size_t{1} << 20;
 constexpr size_t kPatternPieces = 30000;
@@ -51,7 +51,7 @@ int32_t count(const std::string& pattern, const std::string& text,
   return count(context, text, case_flag);
 }
 
-// The pattern's letters repeated, to write long literals.
+// Repeats a piece, to write long literals.
 std::string times(std::string_view piece, size_t number) {
   std::string out;
   while (number-- > 0) out += piece;
@@ -64,7 +64,7 @@ TEST(HostilePatterns, LongClassRunsBeforeALiteralThatRarelyComes) {
   EXPECT_EQ(count("alpha>", run), 0);
   EXPECT_EQ(count("alpha[2-]<", run), 1);
   EXPECT_EQ(count("alpha[3]<", run), 0);
-  // Steps of five bytes: what is left decides.
+  // Runs of five bytes: the rest decides.
   EXPECT_EQ(count("alpha[2-5]<", run), kLength % 5 >= 2 ? 1 : 0);
   EXPECT_EQ(count("alpha[99999999-]<", run), 0);
   EXPECT_EQ(count("alpha[0-]<", run), 1);
@@ -102,7 +102,7 @@ TEST(HostilePatterns, OverlappingPartialLiterals) {
   EXPECT_EQ(count(times("aB", 500) + "b", filled("Ab"), false), 0);
   EXPECT_EQ(count(times("a", 1024), text),
             static_cast<int32_t>(kLength / 1024));
-  // Found at every byte, and at none with a digit in front.
+  // Found at every byte, but nowhere with a digit before it.
   EXPECT_EQ(count("digits" + times("a", 50), text), 0);
   EXPECT_EQ(count(times("a", 50) + "digits", text), 0);
 }
@@ -135,7 +135,7 @@ TEST(HostilePatterns, LiteralPairsThatNeverTouch) {
                              {row.end, true}),
               1);
     EXPECT_EQ(count(context, filled(row.text)), 0) << row.start << row.main;
-    // The later ones once, far away.
+    // The later ones occur once, far away.
     EXPECT_EQ(count(context, filled(row.text, "y-z-b-c")), 0)
         << row.start << row.main;
   }
@@ -169,7 +169,7 @@ TEST(HostilePatterns, Markers) {
   ASSERT_EQ(compile("alpha", "digits", "<"), 1);
   EXPECT_EQ(count(context, filled("a", "<")), 0);
   EXPECT_EQ(count(context, filled("a1", "<")), 1);
-  // A tag whose second text comes once, at the end, or never.
+  // A tag whose second text occurs once, at the end, or never.
   ASSERT_EQ(compile_tag(context, "<", ">", false, false, false), 1);
   EXPECT_EQ(count(context, filled("<")), 0);
   EXPECT_EQ(count(context, filled("<", ">")), 1);

@@ -114,7 +114,7 @@ TEST(FindAll, FitsElementsIntoTheGapsBetweenLiterals) {
       {"<alpha[3-]>", "<ab<abc>", "none"},
       {"alphadigits;", "ab12;c;d3;", "(0,5) (7,3)"},
       {"digits[2]alphax", "123abx", "(1,5)"},
-      // Intended: a gap that ends short goes on where the run was cut.
+      // Intended: a gap that ends short continues where the run was cut.
       {"digits[3]x", "12345x", "none"},
       {"digits[3]x", "123456x", "(3,4)"},
   });
@@ -275,7 +275,7 @@ TEST(FindAll, RecordsKnowTheirText) {
   EXPECT_EQ(context.text_end(), text.data() + text.size());
 }
 
-// Each would take minutes if anything already found were looked for again.
+// Each would take minutes if the engine repeated any search.
 TEST(FindAll, StaysLinearOnHostilePatterns) {
   const std::string letters(1 << 20, 'a');
   const std::string pairs = [] {
@@ -288,7 +288,7 @@ TEST(FindAll, StaysLinearOnHostilePatterns) {
     const std::string& text;
     uint32_t matches;
   } cases[] = {
-      // Long class runs before what rarely comes.
+      // Long class runs before something rare.
       {"alpha[500000]digits", letters, 0},
       {"alpha[2000000-]digits", letters, 0},
       {"alpha[-3]alpha[900000-]digits", letters, 0},
@@ -344,7 +344,7 @@ TEST(FindAll, PollsBeforeEveryFurtherAttempt) {
   HookLog sparse(context, 2, 0, true, false);
   find_all(context, text.data(), text.size(), {});
   EXPECT_EQ(HookLog::polls(), 1);
-  // The counter goes on in the next run.
+  // The counter continues in the next run.
   find_all(context, text.data(), text.size(), {});
   EXPECT_EQ(HookLog::polls(), 3);
 }

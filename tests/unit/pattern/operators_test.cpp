@@ -56,7 +56,7 @@ TEST(ConvertCarets, ReplacesNamesThatAreNotEscaped) {
       {"^^^", "\x1E^"},
       {"^m", "^m"},
       {R"(^\x)", "\x1Cx"},
-      // ^\ is the last but a few: the escape it eats does not escape ^_.
+      // ^\ is converted before ^_, so its backslash does not escape ^_.
       {R"(^\^_)", "\x1C\x1F"},
       // ^M is escaped when its turn comes, ^\ is converted later.
       {R"(^\^M)", "\x1C^M"},

@@ -1,5 +1,5 @@
-// The document of the pattern language, example by example: each fenced block
-// "pattern" is a search with all its matches.
+// The document about the pattern language: each fenced block "pattern" is a
+// search with all its matches.
 //
 //   pattern  cat            what to find; before, after: its markers
 //   from, to                the texts of a tag search, instead
@@ -177,7 +177,7 @@ TEST(PatternLanguage, FindsWhatItsDocumentSays) {
   }
 }
 
-// Every fenced block is of a kind that is run.
+// Every fenced block is of a kind that is tested.
 TEST(PatternLanguage, ShowsNoExampleThatIsNotRun) {
   std::istringstream document(read_source(kDocument));
   size_t fences = 0;
@@ -190,7 +190,8 @@ TEST(PatternLanguage, ShowsNoExampleThatIsNotRun) {
   EXPECT_EQ(fences, 2 * fenced_blocks(kDocument, "pattern").size());
 }
 
-// The table "In practice" promises patterns that examples then show.
+// The examples must include the patterns recommended in the table "In
+// practice".
 TEST(PatternLanguage, ShowsThePatternsThatItRecommends) {
   const std::string text = read_source(kDocument);
   size_t at = text.find("| to find |");
@@ -251,7 +252,7 @@ TEST(ExampleClasses, HoldTheBytesThatTheirNamesPromise) {
   EXPECT_EQ(defined, expected);
 }
 
-// Of two such names a pattern could never use the longer one.
+// A pattern could never use the longer of two such names.
 TEST(ExampleClasses, HaveNoNameThatBeginsAnother) {
   ExampleContext context;
   for (size_t i = 0; i < context.user_classes.count(); ++i) {

@@ -1,5 +1,5 @@
-// What the pattern tests share: contexts with the usual user classes, compiled
-// elements and matches spelt out as texts, searches in one call.
+// Shared by the pattern tests: contexts with the usual user classes, compiled
+// elements and matches as texts, searches in one call.
 #pragma once
 
 #include <cstdio>
@@ -34,7 +34,7 @@ void compile_literal(PatternContext& context, std::string_view only);
 std::string spell_elements(const PatternContext& context);
 // "(0,3) (11,3)", or "none".
 std::string spell_matches(PatternContext& context);
-// Bytes for "<CR>" and "<LF>" in a text.
+// Replaces "<CR>" and "<LF>" in a text by their bytes.
 std::string with_line_ends(std::string text);
 
 struct Span {
@@ -44,10 +44,10 @@ struct Span {
 // Puts areas into a context's match list.
 void set_areas(PatternContext& context, const std::vector<Span>& areas);
 
-// What a host saw of a run: polls and reports in order, such as "0% 50% poll".
+// The polls and reports of a run in order, such as "0% 50% poll".
 class HookLog {
  public:
-  // Installs recording hooks; the poll with this number answers 1 (0: none).
+  // Installs recording hooks; the poll with this number returns 1 (0: none).
   HookLog(PatternContext& context, uint32_t interval, int cancel_at = 0,
           bool with_polls = true, bool with_reports = true);
   static const std::string& text();

@@ -1,5 +1,5 @@
-// The fast search against the plain one: matches, polls and reports must be
-// the same on seeded random patterns, texts and areas.
+// Compares the fast search with the plain one: matches, polls and reports must
+// be the same on seeded random patterns, texts and areas.
 #include <gtest/gtest.h>
 
 #include <random>

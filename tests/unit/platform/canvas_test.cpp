@@ -27,7 +27,7 @@ TEST(Canvas, TakesColoursFromTheSystem) {
 
 class WindowCanvas : public ::testing::Test {
  protected:
-  // One window for all tests, as the system is slow to show one.
+  // One window for all tests, because showing one is slow.
   static void SetUpTestSuite() {
     window_ = CreateWindowExA(0, "STATIC", "", WS_POPUP | WS_VISIBLE, 10, 10,
                               300, 100, nullptr, nullptr, nullptr, nullptr);

@@ -156,7 +156,7 @@ TEST(FolderListing, HasNoNamesInAnEmptyFolder) {
 }
 
 TEST(FolderListing, ListsTheRootForAnEmptyPath) {
-  // On the drive of the temporary folder: the folders of another drive, which
+  // Uses the drive of the temporary folder: the folders of another drive, which
   // may show a whole Linux system, may all be mounted and so count as links.
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(std::filesystem::temp_directory_path());

@@ -127,7 +127,7 @@ TEST(NextVersion, WhatAnotherFileWouldNotHaveIsWrittenInPlace) {
   for (const std::string& path : {two_names, link}) {
     EXPECT_EQ(next.begin(path.c_str(), version_now(path)), Opened::kFailed)
         << path;
-    // No lock is left that would keep it from being written in place.
+    // No lock is left that would prevent writing it in place.
     OutputFile file;
     EXPECT_EQ(file.open_unchanged(path.c_str(), version_now(path)),
               Opened::kOpen)

@@ -1,4 +1,4 @@
-// Paths as texts, in the manner of both systems.
+// Paths as texts, by the rules of both systems.
 #include "platform/path_text.h"
 
 #include <gtest/gtest.h>

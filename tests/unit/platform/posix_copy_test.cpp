@@ -1,4 +1,4 @@
-// Copying a file: mode, times, links, what is no file, and a copy cut short.
+// Copying a file: mode, times, links, special files, and an incomplete copy.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -27,7 +27,7 @@ struct stat stat_of(const std::string& path) {
   return found;
 }
 
-// Copies while no file may grow beyond `size` bytes.
+// Copies while no file can grow beyond `size` bytes.
 bool copy_with_limit(rlim_t size, const std::string& from,
                      const std::string& to) {
   const sighandler_t old_handler = signal(SIGXFSZ, SIG_IGN);
@@ -77,7 +77,7 @@ TEST(PosixCopyFile, TakesOffTheMarksOfAnExistingTarget) {
   }
 }
 
-// Written and read by the same user, whoever that is.
+// Written and read by the same user, whoever it is.
 void expect_marks_kept() {
   const TempFolder folder;
   const std::string from = folder.file("from", "content");
@@ -232,7 +232,7 @@ TEST(PosixCopyFile, NeverRemovesAFileThatWasThere) {
   EXPECT_TRUE(exists(file.c_str()));
 }
 
-// A disk of its own for a folder, as small as that.
+// A very small disk mounted in a folder.
 class SmallDisk {
  public:
   explicit SmallDisk(const std::string& folder)
@@ -273,7 +273,7 @@ TEST(PosixCopyFile, LeavesAFileAloneThatAnotherRunRewrites) {
   EXPECT_TRUE(copy_file(from.c_str(), to.c_str()));
 }
 
-// This file system keeps files in memory and reserves no room.
+// This file system keeps files in memory and cannot reserve space.
 TEST(PosixCopyFile, TakesThePlaceWhereNoRoomCanBeReserved) {
   const TempFolder folder;
   if (mount("none", folder.path().c_str(), "ramfs", 0, "") != 0) {

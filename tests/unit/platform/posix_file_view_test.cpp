@@ -142,7 +142,7 @@ TEST_F(PosixFileViewTest, AHandlerPutInItsPlaceStays) {
   sigaction(SIGBUS, &before, nullptr);
 }
 
-// A fault in a mapping that is no view.
+// Causes a fault in a mapping that is not a view.
 void touch_lost_page(const TempFolder& folder) {
   const std::string path = folder.file("lost", "x");
   InputFile file;
@@ -162,7 +162,7 @@ TEST_F(PosixFileViewDeathTest, FaultsElsewhereStillEndTheProcess) {
   open(pattern_of(kPage));
   EXPECT_EXIT(
       {
-        ::signal(SIGBUS, SIG_DFL);  // a sanitizer may have one of its own
+        ::signal(SIGBUS, SIG_DFL);  // a sanitizer may have its own
         view.close();
         open(pattern_of(kPage));
         touch_lost_page(folder);
@@ -204,8 +204,8 @@ TEST_F(PosixFileViewDeathTest, FaultsElsewhereGoToTheHostsHandler) {
 
 struct sigaction found_by_host;
 
-// A host that installs its handler later and passes signals on to the one it
-// found.
+// The host installs its handler later and passes signals on to the previous
+// one.
 TEST_F(PosixFileViewDeathTest, HandlersThatPassOnToEachOtherEnd) {
   EXPECT_EXIT(
       {

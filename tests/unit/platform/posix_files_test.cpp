@@ -1,4 +1,4 @@
-// Files by name, where the native system has faults and links of its own.
+// Files by name: faults and links that only Linux has.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -128,7 +128,7 @@ TEST(PosixFileFacts, TakeNamesOfAnyBytes) {
   }
 }
 
-// The second path in a row goes through the open folder, the first does not.
+// The second path in a row uses the open folder, the first does not.
 TEST(PosixNearbyFolder, RefusesPathsTooLongForTheSystem) {
   const TempFolder folder;
   const std::string name = "a";

@@ -1,4 +1,4 @@
-// Listing folders with links, pipes, sockets and names of any bytes; one
+// Listing folders with links, pipes, sockets and names of any bytes, with one
 // reading for all questions.
 #include <fcntl.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Reading and writing what is no ordinary file, and errors of the device.
+// Reading and writing special files, and errors of the device.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>

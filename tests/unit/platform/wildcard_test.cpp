@@ -121,7 +121,7 @@ TEST(WildcardPattern, TakesEveryByteAsALetterOfItsOwn) {
   }
 }
 
-// A matcher that goes back over its runs would not end within the test's time.
+// A matcher that backtracks over its runs would exceed the test's time limit.
 TEST(WildcardPattern, DoesNotGoBackOverManyRuns) {
   std::string pattern;
   for (int i = 0; i < 100; ++i) pattern += "a*";

@@ -1,4 +1,4 @@
-// Files as Windows has them: marks that forbid things, mapped and locked files,
+// Files on Windows: attributes that forbid changes, mapped and locked files,
 // many names for one file, links to folders.
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -193,7 +193,7 @@ TEST(Win32NamesSameFile, SeesThroughAllSpellings) {
   EXPECT_FALSE(names_same_file(file.c_str(), missing.c_str()));
 }
 
-// A path as the system around Wine has it; empty on Windows itself.
+// The path in the system around Wine; empty on Windows itself.
 std::string unix_path(const std::string& path) {
   using GetUnixFileName = char*(__cdecl*)(const wchar_t*);
   const auto get =
@@ -207,8 +207,8 @@ std::string unix_path(const std::string& path) {
   return copy;
 }
 
-// Makes a link to a folder with a program of the system around Wine: neither
-// Windows without special rights nor Wine's own calls make one.
+// Makes a link to a folder with a program of the system around Wine, because
+// Windows needs special rights for it and Wine's own calls cannot make one.
 bool link_folder(const std::string& target, const std::string& link) {
   const size_t name = link.rfind('\\');
   const std::string to = unix_path(target);

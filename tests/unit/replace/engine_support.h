@@ -1,4 +1,4 @@
-// What the tests of the engines share: a context with a text and matches, and
+// Shared by the tests of the engines: a context with a text and matches, and
 // the file that an engine writes.
 #pragma once
 

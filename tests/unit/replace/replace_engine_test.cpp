@@ -247,7 +247,7 @@ TEST_F(ReplaceEngineTest, TakingMatchesReportsThoseLeftWithoutAValueToo) {
 }
 
 TEST_F(ReplaceEngineTest, TakingMatchesCanBeInterruptedAtEachRecord) {
-  // All have a value, one has, none has.
+  // All matches have a value, one has, none has.
   for (const uint32_t index : {1u, 0u, 2u}) {
     for (int polls = 1; polls <= 7; ++polls) {
       set("bbbbbbbb", {{0, 1}, {1, 1}, {2, 1}, {3, 1}, {4, 1}, {5, 1}});

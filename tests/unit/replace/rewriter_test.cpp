@@ -14,13 +14,13 @@ using replace_test::Span;
 
 class RewriterTest : public testing::Test, protected replace_test::Engine {
  protected:
-  // Writes every match between brackets; of the text's first bytes only.
+  // Writes the first `length` bytes of the text with every match in brackets.
   int32_t write(size_t length = std::string::npos, const char* to = nullptr) {
     const std::string_view text(context.text(), context.text_length());
     return Rewriter(context, text.substr(0, length))
         .write(to != nullptr ? to : path.c_str(), put);
   }
-  // The text up to its first NUL, left to the writer to find.
+  // Writes the text up to its first NUL, which the writer must find.
   int32_t write_until_nul() {
     const std::string_view text(context.text(), context.text_length());
     return Rewriter(context, text, Rewriter::Until::kNul)
@@ -69,7 +69,7 @@ TEST_F(RewriterTest, ClipsMatchesToTheTextThatIsWritten) {
   EXPECT_EQ(written(), "a");
 }
 
-// The result is that of a text cut at the NUL beforehand, wherever it is.
+// The result is the same as for a text cut at the NUL beforehand.
 TEST_F(RewriterTest, EndsAtTheFirstNulWhenAskedTo) {
   constexpr size_t kFar = 300'000;
   for (const size_t nul :

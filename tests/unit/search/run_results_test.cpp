@@ -32,7 +32,7 @@ TEST(ListResults, SortsFilesIntoThreeLists) {
   lists.empty(empty);
   lists.rejected(bad);
   lists.unsaved(unsaved);
-  lists.rejected(unsaved);  // gone already: nothing happens
+  lists.rejected(unsaved);  // already gone: nothing happens
   EXPECT_TRUE(lists.finish());
   ASSERT_EQ(results.count(), 1u);
   EXPECT_EQ(record_cast<FileEntry>(results.get(0))->flag, 2);

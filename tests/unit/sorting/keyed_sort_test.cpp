@@ -60,7 +60,7 @@ void expect_as_model(ItemList& list, const SortKey& key) {
 
 struct Source {
   std::mt19937_64 random;
-  uint64_t values;  // how many different ones a field has
+  uint64_t values;  // number of different values of a field
 
   uint64_t number() { return random() % values; }
   uint64_t time() {
@@ -236,7 +236,8 @@ TEST(SelectDuplicatesByKey, PollsAndReportsEveryRecordAndNeverStops) {
   EXPECT_EQ(positions.back(), 400u);
 }
 
-// The texts of two lists are ranked together, so the ranks of one have gaps.
+// The texts of two lists are ranked together, so the ranks of one list have
+// gaps.
 TEST(SortedOrder, PutsRanksWithHolesInTheirPlaces) {
   const std::vector<TextValue> values = {{9}, {2}, {5}};
   EXPECT_EQ(sorted_order(std::span(values), 0),

@@ -16,7 +16,7 @@
 namespace zenfo {
 namespace {
 
-// What a key sees of a record, apart from the record itself.
+// The data that a key reads, kept alive with the records.
 using Kept = std::vector<std::unique_ptr<Record>>;
 using Order = std::vector<const Record*>;
 
@@ -43,8 +43,8 @@ class CompareModelTest : public testing::Test {
     return entry;
   }
 
-  // The records as sorted by position, compared as if all had the state 0,
-  // which the operation sets before anything else.
+  // The records sorted by position, compared as if all had the state 0, which
+  // the operation sets first.
   static Order sorted(const ItemList& list, Comparator key) {
     Order order = list.records();
     if (order.size() < 2) return order;
@@ -93,8 +93,8 @@ TEST_F(CompareModelTest, MarksWhatTheStepsMark) {
   }
 }
 
-// By state every entry equals every other one, whatever the walk marks
-// meanwhile.
+// By state every entry equals every other one, whatever the walk marks in the
+// meantime.
 TEST_F(CompareModelTest, ByStateAllEntriesAreMarkedInListsOfAnyLength) {
   for (const size_t count : {1u, 2u, 7u, 40u}) {
     for (const size_t other : {1u, 3u, 7u, 41u}) {
@@ -120,7 +120,7 @@ TEST_F(CompareModelTest, AStopDropsTheEqualsOfOneEntryAndGoesOn) {
     fill(reference_, 300, 5, false);
     fill(compared_, 300, 5, false);
     const Comparator key = kSortTable[8].compare;
-    // The counter may have any value: bring it to its start.
+    // The counter may have any value: resets it.
     compared_.set_interrupt_hook(stop_always);
     while (compared_.poll_interrupt_every(100) == 0) {
     }
@@ -134,8 +134,8 @@ TEST_F(CompareModelTest, AStopDropsTheEqualsOfOneEntryAndGoesOn) {
   }
 }
 
-// Of these times each goes before the next, and the last before the first: so
-// an entry may have its equal in front of the equal of the entry before it.
+// Each of these times is before the next, and the last before the first, so an
+// entry may have its equal before the equal of the previous entry.
 TEST_F(CompareModelTest, AtTheListsEndTheStartStaysWhereItWas) {
   constexpr uint64_t kFirst = 0, kSecond = 0x60000000, kThird = 0xC0000000;
   const auto add = [](ItemList& list, uint64_t time) {
@@ -154,8 +154,8 @@ TEST_F(CompareModelTest, AtTheListsEndTheStartStaysWhereItWas) {
   expect_marks(reference_, found, true);
 }
 
-// An entry of its own for each: 200,000 that do not meet, compared by a walk
-// that starts at the beginning each time, would take minutes.
+// 200,000 different entries: a walk that started at the beginning each time
+// would take minutes.
 TEST_F(CompareModelTest, PassesEachSmallerEntryOnce) {
   for (int i = 0; i < 200000; ++i) {
     for (ItemList* list : {&reference_, &compared_}) {

@@ -108,9 +108,10 @@ TEST(SortTable, ComparesTimesByWrappingSubtractionOfTheirHalves) {
       {0x200000000, 0x1ffffffff, 1},
       {0x1ffffffff, 0x200000000, -1},
       {0x500000000, 0x300000009, 2},
-      {0x180000000, 0x100000000, INT_MIN},  // 2^31 apart: both go before
+      {0x180000000, 0x100000000,
+       INT_MIN},  // 2^31 apart: each is before the other
       {0x100000000, 0x180000000, INT_MIN},
-      {0x1ffffffff, 0x100000000, -1},  // the wrong way round
+      {0x1ffffffff, 0x100000000, -1},  // in the wrong order
       {0x8000000000000000, 0, INT_MIN},
       {0xffffffff00000000, 0, -1},
   };

@@ -76,7 +76,7 @@ TEST(TextRanks, DropsTheSharedStartWhateverItIs) {
   EXPECT_THAT(ranks_of({"same", "same", "SAME"}), ElementsAre(1, 1, 1));
 }
 
-// Texts that are short, long, alike in their start, or equal.
+// Texts that are short, long, with equal starts, or equal.
 std::string random_text(std::mt19937_64& random, int kind) {
   static const std::string kBytes("aAbB/.\x80\xff\x01z", 10);
   std::string text = kind % 2 == 0 ? "/shared/start/of/paths/" : "";

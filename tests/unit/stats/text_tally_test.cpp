@@ -48,7 +48,8 @@ TEST(WordBytes, AreAllButControlBytesSpaceAndDel) {
   }
 }
 
-// Each byte at each place of a vector, alone and next to another of its kind.
+// Each byte at each position of a vector, alone and next to another of its
+// kind.
 TEST(TallyText, KnowsEveryByteAtEveryPlace) {
   for (int byte = 0; byte < 256; ++byte) {
     for (size_t at = 0; at < 70; ++at) {
@@ -78,7 +79,7 @@ TEST(TallyText, CountsLikeLookingAtEachByteAndReadsNoOther) {
   }
 }
 
-// Texts longer than the one-byte counters can count.
+// Texts that overflow the one-byte counters.
 TEST(TallyText, CountsDenseTexts) {
   for (const std::string_view unit : {"\r\n", "a ", " a", "a", " ", "\n\r"}) {
     std::string text;

@@ -15,10 +15,10 @@ namespace {
 
 using pattern_test::HookLog;
 
-// The bytes that are counted in one step.
+// The number of bytes counted in one step.
 constexpr size_t kPiece = 32768;
 
-// Which callbacks there are, and when they stop the count.
+// Which callbacks exist, and when they stop the count.
 struct Listeners {
   uint32_t interval = 100;
   int cancel_at = 0;
@@ -26,12 +26,12 @@ struct Listeners {
   bool reports = true;
 };
 
-// What a count answered and the calls that it made.
+// The result of a count and its calls.
 struct Counted {
   int32_t words = 0;
   int32_t lines = 0;
   std::string calls;
-  uint32_t polls_left = 0;  // what is carried over to the next search
+  uint32_t polls_left = 0;  // carried over to the next search
   uint32_t report_step = 0;
   bool operator==(const Counted&) const = default;
 };
@@ -93,7 +93,7 @@ void expect_same(std::string_view text, const Listeners& listeners,
       << ", stop at poll " << listeners.cancel_at;
 }
 
-// All texts of up to five bytes, stopped at each poll there can be.
+// All texts of up to five bytes, stopped at each possible poll.
 TEST(WordCount, CountsSmallTextsAsTwoSearchesDo) {
   const std::string_view alphabet = "a \r\n";
   std::vector<std::string> texts = {""};
@@ -112,7 +112,7 @@ TEST(WordCount, CountsSmallTextsAsTwoSearchesDo) {
 }
 
 std::string random_text(std::mt19937& random, size_t length) {
-  // Few or many of each, and now and then long stretches of one kind.
+  // Few or many of each, and sometimes long stretches of one kind.
   const std::string_view alphabets[] = {
       "a \r\n", "aaaaaaaa ", "\r\n", "a", " ", "aa\x80\x7f \r\n\r\n"};
   std::string text;
@@ -140,7 +140,7 @@ TEST(WordCount, CountsTextsOfSomePiecesAsTwoSearchesDo) {
   }
 }
 
-// Words and line ends that lie across the border of two pieces.
+// Words and line ends across the border of two pieces.
 TEST(WordCount, CountsAcrossTheBordersOfPieces) {
   for (size_t at = kPiece - 4; at <= kPiece + 2; ++at) {
     for (const std::string_view what : {"\r\n", "a", " ", "\r\n\r\n", "ab"}) {
@@ -157,7 +157,7 @@ TEST(WordCount, CountsAcrossTheBordersOfPieces) {
   }
 }
 
-// In a text of a hundred pieces a report falls due just where each begins.
+// In a text of a hundred pieces a report is due exactly where each begins.
 TEST(WordCount, ReportsAtTheBordersOfPieces) {
   std::mt19937 random(13);
   for (const size_t step : {kPiece - 1, kPiece, kPiece + 1}) {

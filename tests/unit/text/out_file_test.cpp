@@ -39,7 +39,7 @@ class OutFileTest : public testing::Test {
   std::string path_;
 };
 
-// Files of this process may not grow beyond a size while the object lives:
+// Files of this process cannot grow beyond a size while the object lives:
 // writes beyond it fail as on a full disk.
 class FileSizeLimit {
  public:
@@ -128,7 +128,7 @@ TEST_F(OutFileTest, AnOverwrittenFileEndsAfterTheLastByteWritten) {
   EXPECT_EQ(on_disk(), "XY");
 }
 
-// The size that is expected does not change the bytes that are written.
+// The expected size does not change the bytes that are written.
 TEST_F(OutFileTest, TakesMoreAndLessThanItExpects) {
   for (const size_t expected : {size_t{0}, size_t{3}, size_t{1} << 40}) {
     OutFile file;

@@ -11,7 +11,7 @@
 namespace zenfo {
 namespace {
 
-// What every operation makes of two vectors of bytes, one byte after the other.
+// The results of every operation on two vectors, byte by byte.
 template <class V>
 struct Results {
   std::array<uint8_t, 8 * V::kSize> bytes;
@@ -109,7 +109,7 @@ class VectorTest : public testing::Test {
 using Sizes = testing::Types<Vector16, Vector32>;
 TYPED_TEST_SUITE(VectorTest, Sizes);
 
-// Every byte beside every other, at every place of a vector.
+// Every byte with every other, at every position of a vector.
 TYPED_TEST(VectorTest, OperatesOnEachByte) {
   for (int difference = 0; difference < 256; ++difference) {
     std::string a, b;

@@ -37,7 +37,7 @@ std::vector<size_t> offsets_found(std::string_view text,
   return offsets;
 }
 
-// Every test runs with every set that the processor can run.
+// Every test runs with every set of kernels that the processor supports.
 class Kernels : public testing::TestWithParam<const KernelSet*> {
  protected:
   void SetUp() override {
@@ -73,8 +73,8 @@ INSTANTIATE_TEST_SUITE_P(Sets, Kernels,
                          testing::Values(&kSse2Kernels, &kAvx2Kernels),
                          [](const auto& set) { return set.param->name; });
 
-// The needle at every place of texts of every length around the turn sizes, at
-// every alignment: the text ends at memory that must not be read.
+// The needle at every position of texts of every length around the block sizes,
+// at every alignment: the text ends at unreadable memory.
 TEST_P(Kernels, FindANeedleAtEveryPlaceLengthAndAlignment) {
   const std::string_view needles[] = {
       "Q",       "qu",       "tIm",
@@ -113,7 +113,7 @@ TEST_P(Kernels, ReadNoByteOutsideTheRange) {
   }
 }
 
-// The bytes around the range would make a match if they were looked at.
+// The bytes around the range would make a match if they were read.
 TEST_P(Kernels, FindOnlyWhatLiesWhollyInTheRange) {
   const std::string around = std::string(100, 'a') + std::string(100, 'b');
   for (size_t from = 60; from < 100; ++from) {
@@ -222,7 +222,7 @@ TEST_P(Kernels, CollectFrequentMatchesOfEveryShortLength) {
   }
 }
 
-// A byte that is rare in general and frequent here.
+// A byte that is usually rare but frequent here.
 TEST_P(Kernels, ChangeOverWhenTheRareByteIsFrequent) {
   std::mt19937 random(9);
   std::string text;

@@ -186,7 +186,7 @@ TEST_F(SafeStoreTest, UndoFailsWhenItsFilesCannotBeWritten) {
   EXPECT_EQ(store.undo(), -1);
 }
 
-// What is left of two copies, one of them deselected.
+// The list after two copies, one of them deselected.
 class UndoListFile : public SafeStoreTest {
  protected:
   void SetUp() override {

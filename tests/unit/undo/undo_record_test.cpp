@@ -7,8 +7,7 @@
 namespace zenfo {
 namespace {
 
-// Otherwise an Undo that follows the loading of the undo list would restore
-// nothing.
+// Otherwise Undo right after loading the undo list would restore nothing.
 TEST(UndoRecord, IsSelectedFromTheStart) {
   EXPECT_EQ(UndoRecord(SharedText("a"), SharedText("b"), SharedText("c")).state,
             1u);
