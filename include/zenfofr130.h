@@ -11,12 +11,12 @@
  *  4. Lists are named by number (ZENFO_LIST_...), records by a position that
  *     counts from 0 in the list's present order. A sort, a removal or an
  *     appended record changes positions.
- *  5. A failure answers -1 unless stated, and never throws. Failures that are
+ *  5. A failure returns -1 unless stated, and never throws. Failures that are
  *     logged go to the error file (SetErrorFile). A fault inside an operation
  *     is logged as "Runtime error".
  *  6. A callback may call the operations that only read, SetState, the save
  *     and the display operations. Every operation that adds, removes or
- *     reorders records, compiles a pattern or runs a search answers its
+ *     reorders records, compiles a pattern or runs a search returns its
  *     failure value, unlogged, while another operation is running.
  */
 #ifndef ZENFOFR130_H_
@@ -84,9 +84,9 @@ typedef int32_t(ZENFO_CALL* ZenfoOptionCallback)(const ZenfoWideChar* text,
  * shared buffer of 1024 characters that the next callback overwrites. */
 typedef struct CallbackTable {
   void* unused;                        /* stored, never called */
-  ZenfoReportCallback report;          /* progress; the answer is ignored */
+  ZenfoReportCallback report;          /* progress; the result is ignored */
   ZenfoInterruptCallback interrupt;    /* non-zero asks to stop */
-  ZenfoTextCallback status;            /* status text; the answer is ignored */
+  ZenfoTextCallback status;            /* status text; the result is ignored */
   ZenfoTextCallback file_question;     /* AddFileToList: 0 skip, 1 add, 2 skip
                                           this and all later, 3 add all */
   ZenfoOptionCallback option_question; /* runs: 0 skip, 1 take, 2 stop,
@@ -116,14 +116,14 @@ enum {
  *
  * Creates all lists and patterns, empty; what an earlier call created is
  * destroyed first, the error file is forgotten, callbacks stay.
- * Answers 1; 0 on failure.
+ * Returns 1; 0 on failure.
  */
 ZENFO_API int32_t ZENFO_CALL Initialize(void);
 
 /* Terminate()
  *
  * Destroys everything that Initialize() created; callbacks stay. Harmless at
- * any time. Answers 1.
+ * any time. Returns 1.
  */
 ZENFO_API int32_t ZENFO_CALL Terminate(void);
 
@@ -138,7 +138,7 @@ ZENFO_API void ZENFO_CALL SetCallBacks(const CallbackTable* table);
  *
  * Names the text file that failures are appended to, a record each. Empty
  * switches logging off, null keeps the file set before.
- * Answers 1; -1 before Initialize().
+ * Returns 1; -1 before Initialize().
  */
 ZENFO_API int32_t ZENFO_CALL SetErrorFile(const char* name);
 
@@ -157,7 +157,7 @@ ZENFO_API int32_t ZENFO_CALL SetErrorFile(const char* name);
  *   options        ten bytes, see ZENFO_OPTION_...
  *   output_file    "" for the list; else the paths are written to this file,
  *                  one a line ended by CR LF, and the list stays as it is
- * Answers the number of files found; 0 also when the host stopped the gathering
+ * Returns the number of files found; 0 also when the host stopped the gathering
  * of facts; -1 when it stopped the search, for a missing list, options or
  * output file pointer (logged), or a file that cannot be written.
  * Progress: "Now looking for files", "Now retrieving files attributes".
@@ -171,7 +171,7 @@ ZENFO_API int32_t ZENFO_CALL FindFiles(int32_t list, const char* specification,
  * Asks the file question for every entry of the source list and appends new
  * entries for those taken to the target list, with their facts. Both may be
  * the same list, which is asked about in the order that it has at the start.
- * Answers the number added; 0 when the host stopped; -1 for a missing list or
+ * Returns the number added; 0 when the host stopped; -1 for a missing list or
  * options, an answer other than 0 to 3, or no file question (all logged).
  */
 ZENFO_API int32_t ZENFO_CALL AddFileToList(int32_t source, int32_t target,
@@ -182,7 +182,7 @@ ZENFO_API int32_t ZENFO_CALL AddFileToList(int32_t source, int32_t target,
  * Replaces list 1 by the paths of a text file, one on each line ended by CR LF
  * (empty lines are none), then gathers facts. Entries whose file is gone, lies
  * in a recycle bin or lacks a fact asked for stay, with the flag -1.
- * Answers the number of entries; 0 when the host stopped it, with the entries
+ * Returns the number of entries; 0 when the host stopped it, with the entries
  * so far; -1 for a file that cannot be read (the list is empty then), for an
  * empty name, and for missing options (logged).
  * Progress: "Now importing filenames", "Now processing filenames", "Now
@@ -194,7 +194,7 @@ ZENFO_API int32_t ZENFO_CALL LoadFileList(const char* file,
 /* SaveFileList()
  *
  * Writes the paths of the selected entries of list 1, one a line.
- * Answers the lines written; 0 when the host stopped it, with the file so far;
+ * Returns the lines written; 0 when the host stopped it, with the file so far;
  * -1 for an empty name or a file that cannot be opened (logged), or written.
  * Progress: "Now saving list of files".
  */
@@ -204,8 +204,8 @@ ZENFO_API int32_t ZENFO_CALL SaveFileList(const char* file);
  *
  * Writes the paths of a list's entries by their flag, selected or not: with
  * `flagged` those whose flag is not 0, else those whose flag is 0.
- * Answers as SaveFileList(); an empty name is logged as "The list pointer is
- * NULL".
+ * Results as for SaveFileList(); an empty name is logged as "The list pointer
+ * is NULL".
  */
 ZENFO_API int32_t ZENFO_CALL SaveResultFileList(int32_t list, const char* file,
                                                 int32_t flagged);
@@ -213,7 +213,7 @@ ZENFO_API int32_t ZENFO_CALL SaveResultFileList(int32_t list, const char* file,
 /* ---- One entry ----------------------------------------------------------
  *
  * Text accessors empty the buffer, then copy the whole text with its NUL; the
- * size is not consulted. They answer 1, or -1 (not logged) for a missing list,
+ * size is not consulted. They return 1, or -1 (not logged) for a missing list,
  * entry, text or buffer, and for records that are no files.
  */
 
@@ -234,7 +234,7 @@ ZENFO_API int32_t ZENFO_CALL GetDirectory(int32_t list, uint32_t index,
 ZENFO_API int32_t ZENFO_CALL GetType(int32_t list, uint32_t index, char* buffer,
                                      uint32_t size);
 /* Creation time as local time, "dd/mm/yyyy hh:mm:ss". A time that cannot be
- * shown answers -1 and is logged. */
+ * shown returns -1 and is logged. */
 ZENFO_API int32_t ZENFO_CALL GetCTime(int32_t list, uint32_t index,
                                       char* buffer, uint32_t size);
 /* Last access, "dd/mm/yyyy hh:mm": no seconds. */
@@ -269,7 +269,7 @@ ZENFO_API int32_t ZENFO_CALL GetState(int32_t list, uint32_t index);
  *
  * Changes the state of one record, or of all (index -1): action 0 deselects, 1
  * selects, -1 toggles.
- * Answers the records changed (so far, when the host stopped); 0 for any other
+ * Returns the records changed (so far, when the host stopped); 0 for any other
  * action; -1 for a missing list or record.
  */
 ZENFO_API int32_t ZENFO_CALL SetState(int32_t list, int32_t index,
@@ -277,7 +277,7 @@ ZENFO_API int32_t ZENFO_CALL SetState(int32_t list, int32_t index,
 
 /* GetCount()
  *
- * Counts records by state; -1 counts all. Answers -1 for a missing list or a
+ * Counts records by state; -1 counts all. Returns -1 for a missing list or a
  * selector below -1. Progress: "Now counting entries".
  */
 ZENFO_API int32_t ZENFO_CALL GetCount(int32_t list, int32_t selector);
@@ -293,7 +293,7 @@ ZENFO_API int32_t ZENFO_CALL GetFileFlagCount(int32_t list, int32_t value);
  *
  * The sizes of all, or of the selected, files of a list: "1.50 KB" and
  * "1.50 KB (1536 Bytes)". Either buffer may be null; 64 bytes hold any text.
- * Answer 1; -1 for a missing list.
+ * Return 1; -1 for a missing list.
  */
 ZENFO_API int32_t ZENFO_CALL GetSizeTotal(int32_t list, char* short_text,
                                           char* long_text);
@@ -302,7 +302,7 @@ ZENFO_API int32_t ZENFO_CALL GetSizeSelection(int32_t list, char* short_text,
 
 /* Clear()
  *
- * Removes all records of a list. Answers 1; 0 for a missing list (logged).
+ * Removes all records of a list. Returns 1; 0 for a missing list (logged).
  */
 ZENFO_API int32_t ZENFO_CALL Clear(int32_t list);
 
@@ -310,7 +310,7 @@ ZENFO_API int32_t ZENFO_CALL Clear(int32_t list);
  *
  * Gathers the asked facts of one entry, or of all (index -1), again; flags stay
  * as they are.
- * Answers the entries refreshed (so far, when the host stopped); -1 for a
+ * Returns the entries refreshed (so far, when the host stopped); -1 for a
  * missing list, entry or options.
  */
 ZENFO_API int32_t ZENFO_CALL Refresh(int32_t list, int32_t index,
@@ -319,7 +319,7 @@ ZENFO_API int32_t ZENFO_CALL Refresh(int32_t list, int32_t index,
 /* DeleteItem()
  *
  * Removes one record; the list goes back to the order in which records were
- * added. Answers 1, even for an index after the list's end; -1 for a missing
+ * added. Returns 1, even for an index after the list's end; -1 for a missing
  * list.
  */
 ZENFO_API int32_t ZENFO_CALL DeleteItem(int32_t list, uint32_t index);
@@ -328,7 +328,7 @@ ZENFO_API int32_t ZENFO_CALL DeleteItem(int32_t list, uint32_t index);
  *
  * Removes the records whose state is 1; the list goes back to the order in
  * which records were added.
- * Answers the records left (also when the host stopped it); -1 for a missing
+ * Returns the records left (also when the host stopped it); -1 for a missing
  * list (logged). Progress: "Now removing items".
  */
 ZENFO_API int32_t ZENFO_CALL RemoveSelection(int32_t list);
@@ -338,7 +338,7 @@ ZENFO_API int32_t ZENFO_CALL RemoveSelection(int32_t list);
  * A sort lasts until a record is added or removed. Case is ignored; records
  * that lack what is compared come first. Equal records are in no particular
  * order. Any value of descending except 0 reverses the order.
- * Sorts answer 1; -1 for fewer than two records, for a missing list, or for an
+ * Sorts return 1; -1 for fewer than two records, for a missing list, or for an
  * option above the last (logged). Progress: "Now sorting entries".
  */
 
@@ -365,7 +365,7 @@ ZENFO_API int32_t ZENFO_CALL SortResultNoMatch(uint32_t option,
 ZENFO_API int32_t ZENFO_CALL SortResultError(uint32_t option,
                                              int32_t descending);
 /* List 8: 0 state, 1 value. Option 2 has no key: it is logged as "Runtime
- * error" and answers -1. */
+ * error" and returns -1. */
 ZENFO_API int32_t ZENFO_CALL sort_replace_list(uint32_t option,
                                                int32_t descending);
 
@@ -373,7 +373,7 @@ ZENFO_API int32_t ZENFO_CALL sort_replace_list(uint32_t option,
  *
  * Deselects all records, sorts the list by an option (0 to 11 of Sort()) and
  * selects all but one of each group of equal records.
- * Answers the records selected; -1 for fewer than two, for a missing list or
+ * Returns the records selected; -1 for fewer than two, for a missing list or
  * an option above 11 (logged). Progress: "Now deselecting all entries", "Now
  * selecting duplicates".
  */
@@ -387,7 +387,7 @@ ZENFO_API int32_t ZENFO_CALL SelectDuplicates(int32_t list, uint32_t option);
  * Compares list 1 with list 2, both sorted by an option of Sort() up to 18 (17
  * second text, 18 third text; above: 0). Entries that both hold get the flag
  * 1, all others 0. With keep the former are selected, with keep 0 the others.
- * Answers 1; -1 before Initialize(). Progress: "Now de-selecting all entries",
+ * Returns 1; -1 before Initialize(). Progress: "Now de-selecting all entries",
  * "Now sorting lists", "Now comparing lists".
  */
 ZENFO_API int32_t ZENFO_CALL CompareLists(uint32_t option, int32_t keep);
@@ -403,9 +403,9 @@ ZENFO_API int32_t ZENFO_CALL CompareLists(uint32_t option, int32_t keep);
  *   start           position of the first file looked at
  *   position        1: the first occurrence must begin the column, 2: the last
  *                   one must end it; any other value: anywhere
- *   first_only      not 0: answers the position of the first file found
+ *   first_only      not 0: returns the position of the first file found
  *   select          not 0: deselects all records, then selects those found
- * Answers the number found (so far, when the host stopped it), or with
+ * Returns the number found (so far, when the host stopped it), or with
  * first_only a position; -1 when that finds none, for a missing list, an empty
  * text or a start after the list's end.
  */
@@ -422,7 +422,7 @@ ZENFO_API int32_t ZENFO_CALL FindInList(int32_t list, uint32_t field,
  *   clear_selection  non-zero deselects all records first
  *   whole_word       non-zero: no letter or digit may touch the occurrence
  *   case_sensitive   zero ignores case
- * Answers the number of files that hold it; -1 for a missing list or an empty
+ * Returns the number of files that hold it; -1 for a missing list or an empty
  * text. Files that cannot be loaded are skipped. The host cannot stop it.
  */
 ZENFO_API int32_t ZENFO_CALL FindInFiles(int32_t list, const char* text,
@@ -435,7 +435,7 @@ ZENFO_API int32_t ZENFO_CALL FindInFiles(int32_t list, const char* text,
  * Writes the columns of the selected files, a line ended by CR LF each.
  *   separator  put between the columns as it is; nothing is quoted
  *   columns    ten bytes; byte n not 0 asks for column n of FindInList()
- * Answers the files written (so far, when the host stopped it), also when no
+ * Returns the files written (so far, when the host stopped it), also when no
  * column is asked for; -1 for a missing list, an empty name or separator, or a
  * file that cannot be written. Progress: "Now saving selection to file".
  */
@@ -443,13 +443,13 @@ ZENFO_API int32_t ZENFO_CALL SaveSelection(int32_t list, const char* file,
                                            const char* separator,
                                            const unsigned char* columns);
 
-/* Does nothing; answers 0. */
+/* Does nothing; returns 0. */
 ZENFO_API int32_t ZENFO_CALL CopyToClipboard(void);
 
 /* ---- String pairs and replace values ---------------------------------------
  *
  * List 2 holds find and replace strings, list 8 the values that replacements by
- * list take. An empty text is stored as a missing one, whose accessor answers
+ * list take. An empty text is stored as a missing one, whose accessor returns
  * -1 and which files show as "(null)". Files hold one record a line, ended by
  * CR LF, without escapes. Refusals are not logged.
  */
@@ -465,14 +465,14 @@ ZENFO_API int32_t ZENFO_CALL get_replace_value(uint32_t index, char* buffer,
 
 /* AddStringPair()
  *
- * Appends a pair, not selected. Answers the number of pairs.
+ * Appends a pair, not selected. Returns the number of pairs.
  */
 ZENFO_API int32_t ZENFO_CALL AddStringPair(const char* find,
                                            const char* replace);
 
 /* UpdateStringPair()
  *
- * Sets both strings of a pair; its state stays. Answers 1; -1 without a pair at
+ * Sets both strings of a pair; its state stays. Returns 1; -1 without a pair at
  * the index.
  */
 ZENFO_API int32_t ZENFO_CALL UpdateStringPair(uint32_t index, const char* find,
@@ -483,7 +483,7 @@ ZENFO_API int32_t ZENFO_CALL UpdateStringPair(uint32_t index, const char* find,
  * Replaces the pairs by those of a file: on each line the find string, a tab,
  * the replace string; what follows a second tab is ignored. An empty line ends
  * the load with -1.
- * Answers the number of pairs; 0 when the host stopped it; -1 also for a file
+ * Returns the number of pairs; 0 when the host stopped it; -1 also for a file
  * that is missing or empty. The pairs read so far stay.
  */
 ZENFO_API int32_t ZENFO_CALL LoadStringPair(const char* file);
@@ -491,7 +491,7 @@ ZENFO_API int32_t ZENFO_CALL LoadStringPair(const char* file);
 /* SaveStringPair()
  *
  * Writes all pairs, or with selected_only not 0 the selected ones.
- * Answers the number written; 0 when the host stopped it, with the file so far;
+ * Returns the number written; 0 when the host stopped it, with the file so far;
  * -1 when the file cannot be written. Progress: "Now saving string pairs".
  */
 ZENFO_API int32_t ZENFO_CALL SaveStringPair(const char* file,
@@ -501,7 +501,7 @@ ZENFO_API int32_t ZENFO_CALL SaveStringPair(const char* file,
  *
  * Replaces the values by the lines of a file; empty lines are skipped. The list
  * is cleared even when the file is missing.
- * Answers as LoadStringPair().
+ * Returns the same as LoadStringPair().
  */
 ZENFO_API int32_t ZENFO_CALL load_replace_list(const char* file);
 
@@ -509,7 +509,7 @@ ZENFO_API int32_t ZENFO_CALL load_replace_list(const char* file);
  *
  * Writes all values. Lines end in CR CR LF, so that loading the file again
  * adds a CR to every value.
- * Answers as SaveStringPair().
+ * Returns the same as SaveStringPair().
  */
 ZENFO_API int32_t ZENFO_CALL save_replace_list(const char* file);
 
@@ -519,7 +519,7 @@ ZENFO_API int32_t ZENFO_CALL save_replace_list(const char* file);
  * Only what the main text matches is a match; the markers must be directly
  * around it. Each text is a literal or, with its is-pattern flag, written in
  * the pattern language; its convert flag turns caret names ("^M") into control
- * characters and, in a literal, removes escapes. All answer 1; 0 when nothing
+ * characters and, in a literal, removes escapes. All return 1; 0 when nothing
  * is left to search for; -1 for an empty main text (which clears the pattern
  * all the same) or before Initialize().
  */
@@ -559,7 +559,7 @@ ZENFO_API int32_t ZENFO_CALL SetPatternTag(const char* first,
  *
  * Replaces the user character classes of all three patterns by those that a
  * definition file lists. Patterns already compiled stay as they are.
- * Answers 1; -1, with nothing changed, for a missing, unreadable or empty file.
+ * Returns 1; -1, with nothing changed, for a missing, unreadable or empty file.
  */
 ZENFO_API int32_t ZENFO_CALL set_operators(const char* file);
 
@@ -588,7 +588,7 @@ ZENFO_API int32_t ZENFO_CALL set_operators(const char* file);
  * or 7 (could not be loaded, or rejected: the error file says why); the _f runs
  * write a summary line instead.
  *
- * Answer the number of selected matches, after the user's stop too; 0 when the
+ * Return the number of selected matches, after the user's stop too; 0 when the
  * host interrupts at the start of a file; -1 for an empty list file or summary
  * path, files that cannot be opened or written, no compiled pattern, an invalid
  * answer (logged), or an interrupt elsewhere.
@@ -659,7 +659,7 @@ ZENFO_API int32_t ZENFO_CALL FindExcludedArea(int32_t case_flag,
  * The question's number is 2. Empty files count as files that cannot be loaded.
  * The _f summaries read "path, found 3, replaced 3".
  *
- * Answer the number of matches rewritten; 0 when the host interrupts at the
+ * Return the number of matches rewritten; 0 when the host interrupts at the
  * start of a file or while one is loaded; -1 as the searches do, and when a
  * file cannot be rewritten: it is then left as far as it was written, and only
  * its safe copy has it whole. A file that cannot be opened stays as it is; on
@@ -752,8 +752,8 @@ ZENFO_API int32_t ZENFO_CALL ReplaceStringNbr_f(
  * Turn the letters a to z of every selected match to upper case (upper
  * non-zero) or A to Z to lower case, in each match up to its first NUL byte;
  * the rest of the file stays, NUL bytes included.
- * change_case_i() answers the number of matches changed. change_case_f() ends
- * after the first file that it changed and answers 0.
+ * change_case_i() returns the number of matches changed. change_case_f() ends
+ * after the first file that it changed and returns 0.
  * Progress: "Now changing case in file" and the path.
  */
 ZENFO_API int32_t ZENFO_CALL change_case_i(int32_t case_flag,
@@ -798,14 +798,14 @@ change_case_f(int32_t case_flag, int32_t whole_words, int32_t binary_check,
  *
  * Names the undo list file and creates it, and the folders above it, when
  * missing. Without one no safe copies can be made.
- * Answers 1; -1 for an empty path, a folder, or a file that cannot be created,
+ * Returns 1; -1 for an empty path, a folder, or a file that cannot be created,
  * and, with nothing changed, while Undo() or a run that changes files goes on.
  */
 ZENFO_API int32_t ZENFO_CALL SetUndoFile(const char* file);
 
 /* GetUndoList()
  *
- * Fills list 3 from the undo list file. Answers the number of records; 0 when
+ * Fills list 3 from the undo list file. Returns the number of records; 0 when
  * the file is missing or empty; -1 when none is named.
  * Reading ends at a line of fewer than three fields or when the host stops it.
  * Undo() keeps the lines from there on in the file as they are.
@@ -819,7 +819,7 @@ ZENFO_API int32_t ZENFO_CALL GetUndoList(void);
  * original, whatever has changed in it since, and removes copy and record.
  * Files that cannot be restored stay in the list and are written to the undo
  * error file (the undo list file's path with ".error").
- * Answers the number of records left, without the lines that GetUndoList() did
+ * Returns the number of records left, without the lines that GetUndoList() did
  * not read; 0 when there is nothing to restore; -1 when no undo list file is
  * named or it cannot be rewritten. One that cannot be written to begin with
  * leaves everything as it is.
@@ -859,7 +859,7 @@ ZENFO_API int32_t ZENFO_CALL GetMatchLength(int32_t list, uint32_t index,
  * Copies the bytes of one match into a host buffer, cut to fit.
  *   buffer  at least size + 5 bytes; ends in NUL
  *   size    bytes for the text, the mark " ..." not counted
- * Answers 1. A size of length to length + 4 also copies the bytes after the
+ * Returns 1. A size of length to length + 4 also copies the bytes after the
  * match; one below length (not 0) cuts and adds the mark.
  * Example: "abcdefghij", size 8 -> "abcdefgh ..." (13 bytes with NUL).
  */
@@ -882,7 +882,7 @@ ZENFO_API int32_t ZENFO_CALL get_match_flag(int32_t list, uint32_t index);
 
 /* get_word_count()
  *
- * Counts bytes, words and lines of one file. Answers 1; -1 for a file that
+ * Counts bytes, words and lines of one file. Returns 1; -1 for a file that
  * cannot be loaded, or when the host stops; the record is then left alone.
  * Progress: "Now counting words in ", "Now counting lines in " and the path.
  */
@@ -894,7 +894,7 @@ ZENFO_API int32_t ZENFO_CALL get_word_count(const char* file,
  * Writes the text of every selected match of list 5 (each up to its first NUL
  * byte) and a separator after each. Useful only inside the option question,
  * because list 5 is empty after a run.
- * Answers the number written; -1 for an empty argument, a file that cannot be
+ * Returns the number written; -1 for an empty argument, a file that cannot be
  * written, or when the host stops.
  */
 ZENFO_API int32_t ZENFO_CALL save_occurrences(const char* file,
@@ -908,7 +908,7 @@ ZENFO_API int32_t ZENFO_CALL save_occurrences(const char* file,
  *
  * Lines, columns and groups count from 0. A group is one match, or one area of
  * the exclusion pattern, in text order; it can lie on several lines. All
- * display operations answer -1 before Initialize(), and may be called from
+ * display operations return -1 before Initialize(), and may be called from
  * callbacks. */
 
 /* PrepareDisplay()
@@ -921,7 +921,7 @@ ZENFO_API int32_t ZENFO_CALL save_occurrences(const char* file,
  *   mode       0 marks the areas of the exclusion pattern, other values what
  *              lies outside them and only the matches inside; of no effect in
  *              a run without areas
- * Answers 1; -1 when no text is shown (the separator is stored all the same) or
+ * Returns 1; -1 when no text is shown (the separator is stored all the same) or
  * when the host asks to stop, which leaves the display empty.
  * Example: "ab\r\ncd" with the separator "\r\n" has two lines and a width of 2.
  */
@@ -931,12 +931,12 @@ ZENFO_API int32_t ZENFO_CALL PrepareDisplay(const char* separator,
 /* ResetDisplay()
  *
  * Empties the display, forgets the scroll position and reads the system's
- * colours again. Bytes per line, separator and window stay. Answers 1.
+ * colours again. Bytes per line, separator and window stay. Returns 1.
  */
 ZENFO_API int32_t ZENFO_CALL ResetDisplay(void);
 
 /* Bytes in a line of the hex dump, 0 (the beginning) for text. A new number
- * counts from the next layout on. Setting answers 1. */
+ * counts from the next layout on. Setting returns 1. */
 ZENFO_API int32_t ZENFO_CALL SetBytesPerLine(uint32_t bytes);
 ZENFO_API int32_t ZENFO_CALL GetBytesPerLine(void);
 
@@ -945,7 +945,7 @@ ZENFO_API int32_t ZENFO_CALL GetBytesPerLine(void);
  * Copies the separator in force, "" before the first layout.
  *   buffer  host memory of at least size + 1 bytes; ends in NUL
  *   size    bytes for the separator, its NUL not counted
- * Answers 1; -1, and an empty text, when the separator is longer.
+ * Returns 1; -1, and an empty text, when the separator is longer.
  */
 ZENFO_API int32_t ZENFO_CALL GetLineSeparator(char* buffer, uint32_t size);
 
@@ -962,7 +962,7 @@ ZENFO_API int32_t ZENFO_CALL GetDisplayPageLines(void);
  * Chooses the window (HWND) to paint into, shows its scroll bars and sets their
  * ranges, which every layout does from then on. Give null before the window is
  * destroyed.
- * Answers 1; -1 for null, which leaves no window, and always on Linux.
+ * Returns 1; -1 for null, which leaves no window, and always on Linux.
  */
 ZENFO_API int32_t ZENFO_CALL SetDisplayWindow(void* window);
 
@@ -970,7 +970,7 @@ ZENFO_API int32_t ZENFO_CALL SetDisplayWindow(void* window);
  *
  * Read the window's scroll bars: their positions, and their positions while the
  * user drags one. Null skips a value.
- * Answer 1; -1 without a window or when it has no such bar.
+ * Return 1; -1 without a window or when it has no such bar.
  */
 ZENFO_API int32_t ZENFO_CALL GetDisplayScrollPos(int32_t* vertical,
                                                  int32_t* horizontal);
@@ -986,7 +986,7 @@ ZENFO_API int32_t ZENFO_CALL GetDisplayScrollTrackPos(int32_t* vertical,
  *   line_numbers           non-zero: line numbers in a gutter at the left
  *   fixed_font             non-zero: the system's fixed font, else its variable
  *                          one; a column is as wide as its widest character
- * Answers the position of the horizontal scroll bar; -1 without a window.
+ * Returns the position of the horizontal scroll bar; -1 without a window.
  */
 ZENFO_API int32_t ZENFO_CALL PaintDisplay(uint32_t top_line,
                                           uint32_t left_column,
@@ -997,7 +997,7 @@ ZENFO_API int32_t ZENFO_CALL PaintDisplay(uint32_t top_line,
  *
  * Paints the same page again and leaves the scroll bars alone.
  *   unused  not read
- * Answers 1; -1 without a window or when it cannot be painted.
+ * Returns 1; -1 without a window or when it cannot be painted.
  */
 ZENFO_API int32_t ZENFO_CALL RepaintDisplay(uint32_t unused,
                                             int32_t line_numbers,
@@ -1007,7 +1007,7 @@ ZENFO_API int32_t ZENFO_CALL RepaintDisplay(uint32_t unused,
  *
  * The group of the match that was last painted at a point of the window, in
  * client coordinates. Areas are not found, nor text matches of more than 8192
- * bytes. Answers its number; -1 when there is none.
+ * bytes. Returns its number; -1 when there is none.
  */
 ZENFO_API int32_t ZENFO_CALL HitTestDisplay(int32_t x, int32_t y);
 
@@ -1016,13 +1016,13 @@ ZENFO_API int32_t ZENFO_CALL HitTestDisplay(int32_t x, int32_t y);
  * Shows one group in red, and no other; seen at the next paint.
  *   position  receives top line and left column of a page that shows it: those
  *             of the present page where it is in view already
- * Answers 1; -1 for a null position, and for a group that does not exist or of
+ * Returns 1; -1 for a null position, and for a group that does not exist or of
  * which nothing is seen (no group is highlighted then).
  */
 ZENFO_API int32_t ZENFO_CALL HighlightGroup(uint32_t group,
                                             int32_t position[2]);
 
-/* Gives the highlighted group, if any, its colours back. Answers 1. */
+/* Gives the highlighted group, if any, its colours back. Returns 1. */
 ZENFO_API int32_t ZENFO_CALL ClearHighlight(void);
 
 /* MarkGroups()
@@ -1033,7 +1033,7 @@ ZENFO_API int32_t ZENFO_CALL ClearHighlight(void);
  *   action  0 plain, 1 as a match, -1 the other background (the text colour
  *           becomes that of a match, but never plain again); others change
  *           nothing
- * Answers 0; -1 for a group that does not exist.
+ * Returns 0; -1 for a group that does not exist.
  */
 ZENFO_API int32_t ZENFO_CALL MarkGroups(uint32_t group, int32_t action);
 

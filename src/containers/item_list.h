@@ -7,7 +7,7 @@
 // a step with or without an index.
 //
 // Nothing here throws to its callers except append(), for memory: after a
-// failure a walk or a sort answers -1, a removal or build_index 0.
+// failure a walk or a sort returns -1, a removal or build_index 0.
 //
 // Tested by tests/unit/containers/item_list_test.cpp
 #pragma once
@@ -50,13 +50,13 @@ class ItemList : public ProgressHooks {
   Place cursor_place() const;
   void set_cursor(Place place);
 
-  // Adds at the tail and moves the cursor there; answers 1. The list owns the
+  // Adds at the tail and moves the cursor there; returns 1. The list owns the
   // record.
   int32_t append(std::unique_ptr<Record> record);
   // Remove and destroy one record; 1, or 0 when there is none.
   int32_t remove_current();
   int32_t remove_at(uint32_t position);
-  // Destroys all records; answers 1.
+  // Destroys all records; returns 1.
   int32_t clear();
 
   // Builds the index in link order: 1, or 0 for an empty list or for lack of
@@ -82,14 +82,14 @@ class ItemList : public ProgressHooks {
   // The records in link order.
   std::vector<const Record*> records() const;
   // Sorts by a given order: for each position, the place of its record in
-  // records(), each once. Answers 1; -1 as sort() does.
+  // records(), each once. Returns 1; -1 as sort() does.
   int32_t arrange(const uint32_t* order);
 
   // Sorts ascending, then marks every record of a run of equal ones but its
-  // first; answers how many, or -1 as sort() does.
+  // first; returns how many, or -1 as sort() does.
   int32_t select_duplicates(Comparator comparator, RecordAction mark);
-  // Its second half, for a sorted list: `same` tells whether the records at
-  // two positions are equal.
+  // Its second half, for a sorted list: `same` says whether the records at two
+  // positions are equal.
   using SamePosition = std::function<bool(uint32_t reference, uint32_t i)>;
   int32_t mark_repeats(const SamePosition& same, RecordAction mark);
 
@@ -97,7 +97,7 @@ class ItemList : public ProgressHooks {
   // stopped, the count so far.
   int32_t count_state(int32_t state);
   // Changes the state of one record, or of all (index -1): action -1 toggles,
-  // 0 and 1 set. Answers the number touched (so far, when stopped), 0 for any
+  // 0 and 1 set. Returns the number touched (so far, when stopped), 0 for any
   // other action, -1 for a missing record.
   int32_t set_state(int32_t index, int32_t action);
 

@@ -18,7 +18,7 @@
 
 namespace zenfo {
 
-// `compare(a, b)` answers negative, zero or positive; it need not be a true
+// `compare(a, b)` returns negative, zero or positive; it need not be a true
 // order (missing texts and times are none).
 template <class T, class Compare>
 class ListSort {

@@ -94,7 +94,7 @@ class Gathering {
     return add_matches_up_to(UINT32_MAX);
   }
 
-  // The complement: what lies between the areas, and the matches within them.
+  // The complement: the gaps between the areas, and the matches in them.
   bool mark_between_areas() {
     const uint32_t count = state_.areas()->count();
     uint32_t cursor = 0;

@@ -24,7 +24,7 @@ namespace zenfo {
 //   separator  the new line separator; empty keeps the one in force
 //   mode       0 marks the areas, other values what lies outside them; without
 //              areas all matches are marked
-// Answers 1; -1 when there is nothing to show, for a match or area that is no
+// Returns 1; -1 when there is nothing to show, for a match or area that is no
 // match record, a stop, or lack of memory; the display then has no groups.
 // Intended: the first separator, unless one is given, is LF CR in this order,
 // so that in usual texts only empty lines split.

@@ -51,10 +51,10 @@ class Page {
   // Writes a visible line's number at the left, when numbers are on.
   void draw_number(uint32_t line);
   // Moves to a visible line, `right` pixels right of the client's left edge;
-  // answers the x position.
+  // returns the x position.
   int32_t move_to(uint32_t line, int64_t right);
   // Draws at `x`, the current position, in calls of at most 8192 bytes, as far
-  // as the text is visible; answers where it ends.
+  // as the text is visible; returns where it ends.
   int32_t draw(std::string_view text, const Colours& colours, int32_t x);
   // Whether text at `x` is right of everything visible.
   bool beyond(int32_t x) const { return x >= client.right; }

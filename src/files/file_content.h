@@ -52,7 +52,7 @@ class FileContent {
   // always.
   void progress_step(uint32_t done, uint32_t total);
 
-  // Loads the whole file; answers its length, or -1. An empty file loads with
+  // Loads the whole file; returns its length, or -1. An empty file loads with
   // length 0 and is not opened. `nearby` speeds up a walk; may be null.
   // Intended: an interrupt while loading skips to the rest after the last whole
   // block and still succeeds, with a length below the file's size.

@@ -4,7 +4,7 @@
 // The slots are plain globals: a host sets them once, Initialize and Terminate
 // leave them alone. Wide texts go out in one shared buffer that the next call
 // overwrites. No exception passes: a wrapper logs it under its own name and
-// answers its failure value.
+// returns its failure value.
 //
 // Tested by tests/unit/frame/callbacks_test.cpp
 #pragma once

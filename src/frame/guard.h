@@ -1,9 +1,9 @@
 // The error frame: the one place where exceptions end.
 //
 // Every exported operation runs in `guarded`, which catches all, logs the
-// fault under the routine's name and answers the row's failure value. It also
+// fault under the routine's name and returns the row's failure value. It also
 // keeps the host's callbacks from changing the lists of a running operation: an
-// operation whose row says kAlone answers its failure value while another
+// operation whose row says kAlone returns its failure value while another
 // operation runs.
 //
 // Tested by tests/unit/frame/guard_test.cpp

@@ -1,7 +1,7 @@
 // The arguments and results of operations: lists and records by number, texts
 // copied into buffers of the host.
 //
-// A missing list, record or text answers -1 unlogged, and so does a record of
+// A missing list, record or text returns -1 unlogged, and so does a record of
 // another kind than the operation reads.
 //
 // Tested by tests/contract/entry_test.cpp, tests/contract/match_test.cpp

@@ -1,7 +1,7 @@
 // The operations under "Display" in zenfofr130.h.
 //
 // During the option question the display holds the file with matches; otherwise
-// it is empty. A missing display answers -1. The pointer to the window is
+// it is empty. A missing display returns -1. The pointer to the window is
 // copied before the window is used, because calls into it may run host code
 // that sets another one.
 //

@@ -137,7 +137,7 @@ class SourceNames {
 
 // Asks about each entry of the source and appends the accepted ones to the
 // target.
-// Answers the number added, -1 for an invalid answer.
+// Returns the number added, -1 for an invalid answer.
 int32_t ask_and_append(ItemList& source, ItemList& target) {
   SourceNames names(source);
   if (&source == &target) names.take_all();

@@ -27,7 +27,7 @@ int32_t run(Steps&& steps) noexcept {
   return guarded(kRow, [&] { return steps(library()); });
 }
 
-// Logs why an operation does nothing, and answers -1.
+// Logs why an operation does nothing, and returns -1.
 inline int32_t refuse(const ExportRow& row, const char* message,
                       const char* context) {
   report_error(message, context, row.routine);

@@ -30,7 +30,7 @@ bool open(const char* file, OutFile& out) {
 }
 
 // The steps of both loaders: `append` turns a line into a record of the list,
-// or answers false to end the load.
+// or returns false to end the load.
 template <class Append>
 int32_t load_lines(ItemList& list, const FileContent& content, Append append) {
   RecordReader lines(content.bytes(), "\r\n");

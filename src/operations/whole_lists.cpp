@@ -78,7 +78,7 @@ class ColumnSearch {
   std::string shown_;
 };
 
-// Searches one file's text for a string that must stand as a word.
+// Searches one file's text for a string that must be a whole word.
 bool holds_word(std::string_view text, const SubstringSearcher& searcher) {
   const char* end = text.data() + text.size();
   const char* found = searcher.find(text.data(), end);

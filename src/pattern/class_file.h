@@ -14,7 +14,7 @@
 
 namespace zenfo {
 
-// Replaces the user classes of all contexts by those the bytes define. Answers
+// Replaces the user classes of all contexts by those the bytes define. Returns
 // 1; -1, with nothing changed, when there are no bytes. Compiled patterns stay
 // as they are.
 int32_t apply_class_definitions(std::string_view bytes,

@@ -25,13 +25,13 @@ struct PatternText {
 };
 
 // Compiles start marker, main text and end marker into the context, whose old
-// pattern is cleared first. Answers 1 when there is an element, 0 when there is
+// pattern is cleared first. Returns 1 when there is an element, 0 when there is
 // none, -1 for an empty main text.
 int32_t compile_search(PatternContext& context, const PatternText& start,
                        const PatternText& main, const PatternText& end);
 
 // Compiles "first, any run of bytes, second". The match begins after the
-// elements of the first text when count_start is set, else with them. Answers
+// elements of the first text when count_start is set, else with them. Returns
 // like compile_search, -1 when either text is empty.
 int32_t compile_tag(PatternContext& context, const char* first,
                     const char* second, bool count_start, bool is_pattern,

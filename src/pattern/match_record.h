@@ -46,7 +46,7 @@ class MatchRecord : public Record, public Pooled<MatchRecord> {
   const char* replacement() const { return replacement_.get(); }
   uint32_t replacement_length() const { return replacement_length_; }
 
-  // What get_match_flag answers: 0 once a match is left without a value.
+  // What get_match_flag returns: 0 once a match is left without a value.
   int32_t flag = 1;
 
  private:

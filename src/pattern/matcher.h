@@ -22,7 +22,7 @@ struct FindOptions {
   SearchPath path = SearchPath::kFast;
 };
 
-// Searches the whole text. Answers the number of matches; 0 for a null text;
+// Searches the whole text. Returns the number of matches; 0 for a null text;
 // -1 for an empty pattern, a cancellation or a failure. The context's match
 // list is emptied first, whatever the answer; its records point into the text.
 // Letters, digits and case are those of byte_tables(), which the caller

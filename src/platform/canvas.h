@@ -2,7 +2,7 @@
 // needs from the system.
 //
 // The painters draw on this interface only, so tests run them on a canvas that
-// records its calls. Natively there are no windows: open_window answers null.
+// records its calls. Natively there are no windows: open_window returns null.
 //
 // Tested by tests/unit/platform/canvas_test.cpp
 #pragma once
@@ -68,7 +68,7 @@ class Canvas {
   virtual void show_scroll_bars() = 0;
   virtual void set_scroll_range(ScrollBar bar, int32_t maximum,
                                 bool redraw) = 0;
-  // Redraws; answers the bar's position.
+  // Redraws; returns the bar's position.
   virtual int32_t set_scroll_page(ScrollBar bar, int32_t page,
                                   int32_t position) = 0;
   virtual bool get_scroll_value(ScrollBar bar, ScrollValue kind,

@@ -101,7 +101,7 @@ class FolderListing {
   // the listing. They may move the listing meanwhile, not destroy it.
   using Visitor = std::function<bool(std::string_view name)>;
   // Called after each answer of the system, wanted or not, and after the
-  // visitor if that was called; answers false to stop the listing. Natively
+  // visitor if that was called; returns false to stop the listing. Natively
   // that is after each name as the folder is read, and again after each that
   // was visited.
   using Answered = std::function<bool()>;
@@ -142,7 +142,7 @@ class InputFile {
 
   // False when the file cannot be opened; never waits for a writer of a pipe.
   // Folders, pipes and devices may open natively, because asking would cost one
-  // call for every file: reading a folder fails, and size() answers -1 for all
+  // call for every file: reading a folder fails, and size() returns -1 for all
   // of them. `nearby` may be null.
   bool open(const char* path, NearbyFolder* nearby = nullptr);
   // The same, but false for a path that leads through a link. On Windows only

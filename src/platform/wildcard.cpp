@@ -71,7 +71,7 @@ void WildcardPattern::compile(std::string_view pattern) {
   }
 }
 
-// A run before a point counts only with that point as a token behind it: the
+// A run before a point counts only with that point as the token after it: the
 // point must be found then, so the run need not stop by itself.
 bool WildcardPattern::is_run_and_text() const {
   if (tokens_.empty()) return false;

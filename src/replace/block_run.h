@@ -25,7 +25,7 @@ struct BlockReplacement {
 };
 
 // Runs over the lines of a list file, or the selected entries of list 1, and
-// answers as its operation does.
+// returns what its operation returns.
 int32_t run_block_replacement(Library& library, const RunOptions& options,
                               const BlockReplacement& replacement,
                               const std::optional<LineFiles>& files = {});

@@ -13,7 +13,7 @@
 
 namespace zenfo {
 
-// Changes a-z to upper case (or A-Z to lower case) and no other byte. Answers
+// Changes a-z to upper case (or A-Z to lower case) and no other byte. Returns
 // the number of matches changed; -1 for no path, no text, a file that cannot be
 // written, or an interrupt.
 int32_t change_case(PatternContext& context, const Destination& destination,

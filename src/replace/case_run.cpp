@@ -14,7 +14,7 @@ class CaseEdit : public Edit {
   int32_t rewrite(PatternContext& context, const Destination& file) override {
     return change_case(context, file, upper_);
   }
-  // The flag of the copy tells how many matches were changed.
+  // The flag of the copy says how many matches were changed.
   After rewritten(FileInHand& file) override {
     file.found = file.changed;
     return After::kNextSearch;

@@ -34,7 +34,7 @@ class Edit {
   // Called after a search, before the user is asked. False ends the run.
   virtual bool search_done(FileRun&) { return true; }
   virtual Phase phase() const = 0;
-  // Rewrites the matches of the current file; answers the number written, or
+  // Rewrites the matches of the current file; returns the number written, or
   // -1.
   virtual int32_t rewrite(PatternContext& context, const Destination& file) = 0;
   // After a file was rewritten.
@@ -42,7 +42,7 @@ class Edit {
 };
 
 // Runs over the lines of a list file, or the selected entries of list 1.
-// Answers the number of matches rewritten, or the answer of a run that failed
+// Returns the number of matches rewritten, or the result of a run that failed
 // or was interrupted.
 int32_t run_edit(Library& library, const RunOptions& options,
                  Searches& searches, Edit& edit,

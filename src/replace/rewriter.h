@@ -53,7 +53,7 @@ class Rewriter {
 
   // Walks the matches in list order. `put(file, match, matched)` writes what
   // replaces a selected match; `matched` are the match's bytes inside the text.
-  // Answers the number of matches written; -1 when the file cannot be opened or
+  // Returns the number of matches written; -1 when the file cannot be opened or
   // written, the host interrupts, or a record is no match. A file that was
   // opened then stays as far as it was written.
   template <class Put>

@@ -15,7 +15,7 @@
 namespace zenfo {
 
 // Runs over the lines of a list file, or the selected entries of list 1, and
-// answers as its operation does.
+// returns what its operation returns.
 int32_t run_string_replacement(Library& library, const RunOptions& options,
                                const StringCompilation& compilation,
                                const std::optional<Numbering>& numbering = {},

@@ -67,8 +67,8 @@ enum class After {
 // How a run ended.
 enum class RunEnd {
   kNormal,
-  kInterrupted,  // it answers 0
-  kFailed,       // it answers -1
+  kInterrupted,  // it returns 0
+  kFailed,       // it returns -1
 };
 
 class FileRun;
@@ -106,7 +106,7 @@ class FileRun final {
   FileRun& operator=(const FileRun&) = delete;
 
   // Runs over the selected entries of list 1, with results in lists 4, 6 and 7.
-  // Answers the operation's answer.
+  // Returns the operation's result.
   int32_t over_list();
   // Runs over the lines of a list file, with results in a summary file.
   int32_t over_lines(const LineFiles& files, SummaryFile& summary);

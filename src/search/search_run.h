@@ -1,8 +1,8 @@
 // Runs that count matches and report them.
 //
-// Each answers as its operation does. With `files` a run takes the lines of a
-// list file, else the selected entries of list 1. A report is written to the
-// path `report`, if there is one.
+// Each returns what its operation returns. With `files` a run takes the lines
+// of a list file, else the selected entries of list 1. A report is written to
+// the path `report`, if there is one.
 //
 // Tested by tests/contract/search_test.cpp,
 // tests/contract/search_strings_test.cpp,

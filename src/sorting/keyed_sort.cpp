@@ -42,7 +42,7 @@ std::vector<uint32_t> place_of_ranks(std::span<const TextValue> values) {
   return places;
 }
 
-// Sorts the list by values that are in link order. Answers the order, an empty
+// Sorts the list by values that are in link order. Returns the order, an empty
 // one when the list stays as it is.
 template <class Value>
 std::vector<uint32_t> arrange(ItemList& list, const std::vector<Value>& values,

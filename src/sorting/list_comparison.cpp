@@ -65,7 +65,7 @@ class Side {
   ItemList& list() { return list_; }
   void mark_at(uint32_t i) { mark(*list_.get(i), 1); }
 
-  // Marks the entries after one that equal it; answers the first that does not.
+  // Marks the entries after one that equal it; returns the first that does not.
   uint32_t mark_equal(uint32_t reference) {
     uint32_t i = reference + 1;
     for (; i < count(); ++i) {
@@ -99,7 +99,7 @@ class Comparison {
   }
 
  private:
-  // Looks for an equal of one entry; answers the entry to continue with.
+  // Looks for an equal of one entry; returns the entry to continue with.
   uint32_t step(uint32_t i) {
     for (uint32_t j = start_; j < compared_.count(); ++j) {
       const Value& a = reference_.value(i);

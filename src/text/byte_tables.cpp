@@ -1,4 +1,4 @@
-// Per-byte answers of the C library's locale.
+// Properties of bytes in the C library's locale.
 //
 // Tested by tests/unit/text/byte_tables_test.cpp
 #include "text/byte_tables.h"

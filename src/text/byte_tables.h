@@ -1,5 +1,5 @@
-// Per-byte answers of the C library's current locale, asked once per operation
-// instead of once per byte.
+// Properties of bytes in the C library's current locale, read once per
+// operation instead of once per byte.
 //
 // Tested by tests/unit/text/byte_tables_test.cpp
 #pragma once
@@ -14,11 +14,12 @@ struct ByteTables {
   std::array<uint8_t, 256> fold;          // tolower of every byte
   std::array<bool, 256> letter_or_digit;  // isalnum of every byte
 
-  // For vector filters, which cannot look a byte up: bytes that fold alike are
-  // alike once these bits are set in both (0x20 for a pair of letters).
+  // For vector filters, which cannot look a byte up: bytes that fold to the
+  // same byte are equal once these bits are set in both (0x20 for a pair of
+  // letters).
   std::array<uint8_t, 256> fold_bits;
-  // Whether the opposite holds too: alike with these bits set, so folded
-  // alike. True for every byte of an ordinary locale.
+  // Whether the opposite is also true: bytes that are equal with these bits set
+  // fold to the same byte. True for every byte of an ordinary locale.
   std::array<bool, 256> fold_bits_suffice;
 
   // Differs for every different folding; never 0.

@@ -63,7 +63,7 @@ class OutFile {
   bool flush();
   // Flushes and closes; an overwritten file ends after what was written, just
   // as if it had been emptied first. False when any write or the close failed.
-  // Closing a closed file answers true.
+  // Closing a closed file returns true.
   bool close();
 
  private:

@@ -1,11 +1,11 @@
 // Vectors of 16 and of 32 bytes, and what goes with loops over them.
 //
-// Every loop that looks at many bytes at once uses Vector. The functions below,
-// and helpers marked ZENFO_VECTOR_CODE, are always inlined, so they become
-// instructions of the set that their caller is compiled for. A loop can thus be
-// written once for vectors of any size and be called from two functions: one
-// uses Vector16 and runs on every processor; the other uses Vector32, is marked
-// ZENFO_AVX2 and is called only when processor_has_avx2().
+// Every loop that processes many bytes at once uses Vector. The functions
+// below, and helpers marked ZENFO_VECTOR_CODE, are always inlined, so they
+// become instructions of the set that their caller is compiled for. A loop can
+// thus be written once for vectors of any size and be called from two
+// functions: one uses Vector16 and runs on every processor; the other uses
+// Vector32, is marked ZENFO_AVX2 and is called only when processor_has_avx2().
 //
 //   template <class V>
 //   ZENFO_VECTOR_CODE size_t count_blanks(const char* from, const char* end);

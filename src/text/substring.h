@@ -38,8 +38,8 @@ class SubstringSearcher {
   SubstringSearcher(std::string_view needle, bool case_sensitive)
       : needle_(prepare_needle(needle, case_sensitive)) {}
 
-  // First occurrence that lies within [from, end), or null. Never reads
-  // outside that range; one that is empty or null finds nothing.
+  // First occurrence within [from, end), or null. Never reads outside that
+  // range; an empty or null range contains nothing.
   const char* find(const char* from, const char* end) const {
     const char* found = nullptr;
     find_many(from, end, 1, &found, 1);
@@ -48,7 +48,7 @@ class SubstringSearcher {
 
   // Up to `capacity` (not 0) occurrences in order, each beginning at least
   // `step` (not 0) bytes after the start of the one before: length() for those
-  // that do not overlap, 1 for all. Answers how many and moves `from` to where
+  // that do not overlap, 1 for all. Returns how many and moves `from` to where
   // to go on, which is `end` once the range is searched.
   size_t find_many(const char*& from, const char* end, size_t step,
                    const char** found, size_t capacity) const {

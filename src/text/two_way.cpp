@@ -32,7 +32,7 @@ template <class Bytes>
 Suffix greatest_suffix(Bytes needle, size_t length, bool reverse) {
   size_t start = 0;      // of the greatest suffix so far
   size_t candidate = 1;  // start of the suffix compared with it
-  size_t matched = 0;    // bytes of this period alike in both
+  size_t matched = 0;    // bytes of this period equal in both
   size_t period = 1;
   while (candidate + matched < length) {
     const uint8_t a = needle[candidate + matched];

@@ -12,9 +12,9 @@
 
 namespace zenfo {
 
-// First occurrence of the needle (not empty) that lies within [from, end), or
-// null. `fold` is a table of 256 bytes applied to both texts, or null for an
-// exact search. Time: proportional to the needle and the range.
+// First occurrence of the needle (not empty) within [from, end), or null.
+// `fold` is a table of 256 bytes applied to both texts, or null for an exact
+// search. Time: proportional to the needle and the range.
 const char* find_two_way(const char* from, const char* end,
                          std::string_view needle, const uint8_t* fold);
 

@@ -48,7 +48,7 @@ class SafeStore {
   };
 
   // Names the undo list file and creates it, with its folders, when missing.
-  // Answers 1; -1, and then the store has none, or, when it is in use, the one
+  // Returns 1; -1, and then the store has none, or, when it is in use, the one
   // that it had. The undo list is kept.
   int32_t set_undo_file(const char* path);
 
@@ -86,7 +86,7 @@ class SafeStore {
   // Copies the safe copies of all selected records back, and deletes the copies
   // and the records; the undo list file keeps the others and, byte for byte,
   // the lines that were not read from it. Records that cannot be restored stay
-  // and are written to the undo error file. Answers the number of records left,
+  // and are written to the undo error file. Returns the number of records left,
   // without the lines not read; 0 when there is nothing to restore; -1 on
   // failure.
   // Intended: whatever was done to a file since is overwritten.

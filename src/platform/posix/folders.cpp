@@ -89,7 +89,7 @@ int open_folder(const std::string& path) {
   return file < 0 && shortage ? uninterrupted(open_it) : file;
 }
 
-// Passes every entry, "." and ".." too, to `take`, which answers false to stop;
+// Passes every entry, "." and ".." too, to `take`, which returns false to stop;
 // entries that cannot be read are left out. False when stopped.
 template <class Take>
 bool read_folder(int folder, Take take) {

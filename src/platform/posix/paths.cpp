@@ -1,4 +1,4 @@
-// Paths against the system: roots, the working folder, names alike.
+// Paths as the system resolves them: roots, the working folder, equal names.
 //
 // Tested by tests/unit/platform/paths_test.cpp,
 // tests/unit/platform/posix_paths_test.cpp

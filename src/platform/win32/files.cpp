@@ -30,7 +30,7 @@ bool read_attribute_data(const char* path, WIN32_FILE_ATTRIBUTE_DATA& data) {
   return GetFileAttributesExA(path, GetFileExInfoStandard, &data) != 0;
 }
 
-// Removes attributes from a file. Answers all attributes that it had; 0 when it
+// Removes attributes from a file. Returns all attributes that it had; 0 when it
 // had none of these or they could not be removed.
 DWORD take_off(const char* path, DWORD marks) {
   const DWORD before = GetFileAttributesA(path);

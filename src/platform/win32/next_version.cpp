@@ -68,7 +68,7 @@ bool has_one_name(HANDLE file) {
          facts.nNumberOfLinks == 1 && (facts.dwFileAttributes & kSpecial) == 0;
 }
 
-// Creates an empty file under an unused name and answers that name; empty when
+// Creates an empty file under an unused name and returns that name; empty when
 // it fails.
 std::string create_beside(const std::string& path) {
   constexpr int kTries = 100;
