@@ -1,7 +1,7 @@
-/* A host in one file: searches a folder, replaces a text, takes that back.
+/* A host in one file: searches a folder, replaces a text, undoes that.
  *   host FOLDER TEXT REPLACEMENT SAFE_FOLDER
- * SAFE_FOLDER keeps copies of the changed files meanwhile. Every replace run
- * first deletes the files in it: give it a folder of its own.
+ * SAFE_FOLDER receives copies of the changed files. Every replace run first
+ * deletes all files in it, so use it for nothing else.
  */
 #include "zenfofr130.h"
 
@@ -18,7 +18,7 @@
   ROW(78, GetMatchText) ROW(76, GetMatchOffset) ROW(79, GetDisplayLineCount) \
   ROW(88, PrepareDisplay)
 /* clang-format on */
-/* A pointer to each, of the type that the header gives it. */
+/* A pointer to each operation, with its type from the header. */
 #define MEMBER(ordinal, name) __typeof__(&name) name;
 static struct { OPERATIONS(MEMBER) } zenfo;
 
@@ -43,8 +43,8 @@ static int load(void) {
   return 1;
 }
 
-/* Asked about each file with matches while the run waits: only now do matches
- * and the display exist. 0 leaves the file out, 1 takes it, 2 stops the run. */
+/* Called for each file with matches while the run waits: only now do matches
+ * and the display exist. Return 0 to skip the file, 1 to take it, 2 to stop. */
 static int32_t ZENFO_CALL on_question(const ZenfoWideChar* path, int32_t kind) {
   char offset[16], text[64 + 5];
   int32_t i;
@@ -71,7 +71,7 @@ static int start(const char* safe_folder) {
   return zenfo.SetUndoFile(path) == 1;
 }
 
-/* Lists the files of a folder and of all below it, and selects them: runs take
+/* Lists the files of a folder and its subfolders and selects them: runs take
  * the selected files of this list. */
 static int32_t list_files(const char* folder) {
   const unsigned char no_facts[ZENFO_OPTION_COUNT] = {0};
@@ -97,7 +97,7 @@ static void show_result(void) {
   }
 }
 
-/* Answers the number of files that could not be brought back. */
+/* Returns the number of files that could not be restored. */
 static int32_t undo(void) {
   zenfo.GetUndoList();
   zenfo.SetState(ZENFO_LIST_UNDO, -1, 1);
