@@ -68,7 +68,7 @@ class ItemList : public ProgressHooks {
   int32_t report_position(uint32_t i) {
     return ProgressHooks::report_position(i, count_);
   }
-  // After record `i` of a walk: asks the host whether to go on, then reports
+  // After record `i` of a walk: asks the host whether to continue, then reports
   // the position. False when the host wants a stop.
   bool goes_on_after(uint32_t i) {
     if (poll_interrupt_every(100) != 0) return false;

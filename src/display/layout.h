@@ -21,8 +21,8 @@ namespace zenfo {
 
 // Lays out what the state shows: as hex lines when bytes_per_line is not 0,
 // else as text lines between separators. The window's scroll ranges follow.
-//   separator  the new line separator; empty keeps the one in force
-//   mode       0 marks the areas, other values what lies outside them; without
+//   separator  the new line separator; empty keeps the current one
+//   mode       0 marks the areas, other values the text outside them; without
 //              areas all matches are marked
 // Returns 1; -1 when there is nothing to show, for a match or area that is no
 // match record, a stop, or lack of memory; the display then has no groups.

@@ -205,7 +205,7 @@ class DisplayState : public ProgressHooks {
   uint32_t group_at(int32_t x, int32_t y) const;
 
   // The host's window or null. Calls into it may run host code that sets
-  // another one: hold a copy while using it.
+  // another one: keep a copy while using it.
   std::shared_ptr<platform::Canvas> window;
   // Sets both scroll ranges of the window, if there is one.
   void set_scroll_ranges(bool redraw) const;
@@ -229,7 +229,7 @@ class DisplayState : public ProgressHooks {
   uint32_t stamp_ = 0;
 
   std::vector<uint32_t> line_starts_;  // text layout only
-  uint32_t line_separator_ = 0;        // bytes, of the layout in force
+  uint32_t line_separator_ = 0;        // bytes, of the current layout
   uint32_t hex_bytes_ = 0;             // per line; 0 in a text layout
   std::vector<SpanGroup> groups_;
   std::vector<Piece> pieces_;

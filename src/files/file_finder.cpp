@@ -45,7 +45,7 @@ SearchGroup parse_search_group(std::string_view text) {
   if (last == std::string_view::npos) return group;
   group.valid = true;
   group.folder = first.substr(0, last);
-  // An empty pattern yields nothing; an item with a path of its own would get
+  // An empty pattern yields nothing; an item that contains a path would get
   // wrong paths in its results.
   auto add = [&](std::string_view pattern) {
     if (pattern.empty()) return;

@@ -40,7 +40,7 @@ class FileFinder {
       std::function<bool(std::string_view folder, std::string_view name)>;
 
   // `hooks` are polled with period 100 after each answer of the system, even
-  // for what is no file or is not wanted.
+  // for what is not a file or is not wanted.
   FileFinder(ProgressHooks& hooks, Sink sink)
       : hooks_(hooks), sink_(std::move(sink)) {}
 

@@ -17,21 +17,21 @@
 
 namespace zenfo {
 
-// The slots in force; all null until a host sets them.
+// The current slots; all null until a host sets them.
 CallbackTable& host_callbacks();
 
 // The SharedWideBuffer, allocated by Initialize and freed by Terminate.
 void allocate_shared_wide_buffer();
 void free_shared_wide_buffer();
 
-// The wrappers. Those without a text answer 0 when there is no callback, those
+// The wrappers. Those without a text return 0 when there is no callback, those
 // with one -1 when there is no callback, no text (null or empty) or no buffer.
 // Otherwise the callback's answer.
 int32_t cb_lng(ZenfoInterruptCallback callback);
 int32_t cb_lng_str(ZenfoTextCallback callback, const char* text);
 int32_t cb_lng_str_lng(ZenfoOptionCallback callback, const char* text,
                        int32_t number);
-// Without a caller: no slot holds a callback of this form.
+// Without a caller: no slot has a callback of this form.
 int32_t cb_lng_lng(int32_t(ZENFO_CALL* callback)(int32_t), int32_t number);
 int32_t cb_lng_report(ZenfoReportCallback callback, ProgressRecord* record);
 
@@ -41,7 +41,7 @@ int32_t cb_lng_report(ZenfoReportCallback callback, ProgressRecord* record);
 // The interrupt hook: 1 when the host asks to stop, else 0. Its argument is
 // ignored.
 int32_t interr(void* argument);
-// The report hook: 1 when the host's callback was called, whatever it answered,
+// The report hook: 1 when the host's callback was called, whatever it returned,
 // else 0.
 int32_t report(ProgressRecord* record);
 

@@ -54,7 +54,7 @@ class Library {
   // The content that word counts load files into, kept from count to count; the
   // first count creates it. It has no hooks.
   std::unique_ptr<FileContent> counted_content;
-  // The context with the hooks of these counts, kept likewise. It holds no
+  // The context with the hooks of these counts, kept likewise. It contains no
   // pattern.
   std::unique_ptr<PatternContext> counting_context;
 };

@@ -48,7 +48,7 @@ FileContent& counted_content(Library& library) {
   return *library.counted_content;
 }
 
-// Likewise. It never holds a pattern, only the hooks of the counts.
+// Likewise. It never contains a pattern, only the hooks of the counts.
 PatternContext& counting_context(Library& library) {
   if (library.counting_context == nullptr) {
     library.counting_context = std::make_unique<PatternContext>();

@@ -1,9 +1,9 @@
 // The operations under "Display" in zenfofr130.h.
 //
-// During the option question the display holds the file with matches; otherwise
-// it is empty. A missing display returns -1. The pointer to the window is
-// copied before the window is used, because calls into it may run host code
-// that sets another one.
+// During the option question the display contains the file with matches;
+// otherwise it is empty. A missing display returns -1. The pointer to the
+// window is copied before the window is used, because calls into it may run
+// host code that sets another one.
 //
 // Tested by tests/unit/operations/display_test.cpp
 #include <algorithm>

@@ -24,7 +24,7 @@
 namespace zenfo {
 namespace {
 
-// The lists that may hold file entries; any other counts as missing.
+// The lists that may contain file entries; any other counts as missing.
 ItemList* file_list(Library& library, int32_t number) {
   ItemList* list = library.get_list(number);
   switch (number) {
@@ -207,7 +207,7 @@ bool name_imported(ItemList& list, const FactOptions& options) {
                         [&](FileEntry& entry) { derive_name(entry, options); });
 }
 
-// An entry whose file is gone stays, flagged.
+// An entry whose file no longer exists stays, flagged.
 bool gather_imported(ItemList& list, const FactOptions& options) {
   send_status("Now retrieving files attributes");
   platform::NearbyFolder nearby;

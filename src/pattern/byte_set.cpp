@@ -54,7 +54,7 @@ ZENFO_VECTOR_CODE ByteSet::Tally tally_vectors(const Range* ranges,
   V before = V::fill(in_run ? 0xFF : 0);
   ByteSet::Tally tally;
   while (end - from >= kSize) {
-    // A counter of one byte holds 255 turns.
+    // A one-byte counter is enough for 255 turns.
     ptrdiff_t turns = std::min<ptrdiff_t>((end - from) / kSize, 255);
     V found_count;
     V run_count;

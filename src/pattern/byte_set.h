@@ -22,7 +22,7 @@ class ByteSet {
     size_t runs = 0;     // members that do not follow a member
   };
 
-  ByteSet() = default;  // holds no byte
+  ByteSet() = default;  // contains no byte
   explicit ByteSet(const std::array<bool, 256>& flags);
 
   bool contains(char byte) const {

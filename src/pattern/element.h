@@ -7,8 +7,8 @@
 //
 // What an element remembers between attempts (where a literal was located, how
 // far a run of class bytes goes, the next hit of each alternative) only saves
-// work: results are the same as those of searching again. It holds for one area
-// of one text.
+// work: results are the same as those of searching again. It is valid for one
+// area of one text.
 //
 // Tested by tests/unit/pattern/element_test.cpp
 #pragma once

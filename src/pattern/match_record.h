@@ -13,7 +13,7 @@
 
 namespace zenfo {
 
-// A match list can hold ten million of these: mind the size.
+// A match list can contain ten million of these, so the size matters.
 class MatchRecord : public Record, public Pooled<MatchRecord> {
  public:
   static constexpr RecordKind kKind = RecordKind::kMatch;

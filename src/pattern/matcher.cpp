@@ -48,7 +48,7 @@ enum class Lead {
 struct Plan {
   Lead lead = Lead::kNone;
   bool has_literal = false;
-  Element* first = nullptr;  // the element that the lead is about
+  Element* first = nullptr;  // the element of the lead
 };
 
 bool is_run(const Element& element) {
@@ -172,7 +172,7 @@ class Search {
   Skip skip_from(size_t& s, size_t end) {
     while (true) {
       if (plan_.has_literal && !attempt_->literals_in_place(s)) {
-        return Skip::kGoOn;  // the attempt says where to go on
+        return Skip::kGoOn;  // the attempt says where to continue
       }
       // Up to here all attempts locate the same literals.
       const size_t limit = plan_.has_literal ? attempt_->first_literal() : end;

@@ -1,4 +1,4 @@
-// Finds all matches of a context's pattern in a text held in memory.
+// Finds all matches of a context's pattern in a text in memory.
 //
 // Tested by tests/unit/pattern/matcher_test.cpp
 #pragma once
@@ -24,7 +24,7 @@ struct FindOptions {
 
 // Searches the whole text. Returns the number of matches; 0 for a null text;
 // -1 for an empty pattern, a cancellation or a failure. The context's match
-// list is emptied first, whatever the answer; its records point into the text.
+// list is emptied first, whatever the result; its records point into the text.
 // Letters, digits and case are those of byte_tables(), which the caller
 // refreshes.
 int32_t find_all(PatternContext& context, const char* text, size_t length,

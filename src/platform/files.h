@@ -85,7 +85,7 @@ class NearbyFolder {
 bool read_file_facts(const char* path, FileFacts& facts,
                      NearbyFolder* nearby = nullptr);
 
-bool is_file(const char* path);    // exists and is no folder
+bool is_file(const char* path);    // exists and is not a folder
 bool is_folder(const char* path);  // exists and is a folder
 // Something of that name exists, even a link that leads nowhere; a name with
 // "*" or "?" is never found.
@@ -151,9 +151,9 @@ class InputFile {
   // Reads up to `size` bytes, fewer only at an ordinary file's end; -1 on
   // error, with anything in the buffer.
   int64_t read(void* buffer, size_t size);
-  // Size in bytes now; -1 on failure, or when it is no ordinary file.
+  // Size in bytes now; -1 on failure, or when it is not an ordinary file.
   int64_t size();
-  // False when the system does not say, or when it is no ordinary file.
+  // False when the system does not say, or when it is not an ordinary file.
   bool version(FileVersion& version) const;
   void close();
   bool is_open() const { return handle_ != kNone; }
@@ -217,7 +217,7 @@ class OutputFile {
 // and setgid only where the owner or group is the same), replacing the content
 // of `to` when it exists. False when the copy is not complete; natively a new
 // file is deleted then. An existing one is never deleted: it is left alone if
-// the disk has no room for the copy, and holds what was written so far if
+// the disk has no room for the copy, and contains what was written so far if
 // something else fails. Natively holes of the file stay holes. A file is never
 // copied onto itself, and natively only ordinary files are copied, onto
 // ordinary files; other attempts leave both alone. On Windows a hidden or

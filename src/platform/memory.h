@@ -12,7 +12,7 @@ namespace zenfo::platform {
 // gigabyte in small pages costs half a second.
 class KeptBuffer {
  public:
-  // Bytes that may be read, and hold nothing, on either side of data().
+  // Bytes that may be read, but have no meaning, on either side of data().
   static constexpr size_t kSlack = 64;
 
   KeptBuffer() = default;

@@ -1,5 +1,5 @@
 // Wide texts for the host's callbacks: one shared buffer, converted from the
-// system's ANSI code page (natively from UTF-8; bytes that are no UTF-8 become
+// system's ANSI code page (natively from UTF-8; bytes that are not UTF-8 become
 // the character of the same number).
 //
 // Tested by tests/unit/platform/wide_text_test.cpp

@@ -58,14 +58,14 @@ int32_t replace_with_records(PatternContext& context,
                              const Destination& destination, EditMode mode);
 
 // Value i of a list of replace values goes to match i; matches without a value
-// are deselected, their flag 0. 1, or -1 for a record that is no match or no
-// value.
+// are deselected, their flag 0. 1, or -1 for a record that is not a match or
+// not a value.
 int32_t set_replacements_from_list(PatternContext& context, ItemList& values,
                                    bool expand);
 // Index 0: the text of match i of `other` goes to match i, as from a list.
 // Index k: the text of its match k - 1 goes to all; none when there is no such
 // match. Every match of the context is reported and polled, with a replacement
-// or not. 1; -1 for an empty text, an interrupt, a record that is no match.
+// or not. 1; -1 for an empty text, an interrupt, a record that is not a match.
 int32_t set_replacements_from_matches(PatternContext& context,
                                       PatternContext& other, uint32_t index,
                                       bool expand);

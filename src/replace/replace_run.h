@@ -3,7 +3,7 @@
 //
 // Every run empties the safe store, even a run without copies, so only the last
 // run can be undone. A file gets one safe copy a run, before it is first
-// rewritten: a second one would hold the changed text.
+// rewritten: a second one would contain the changed text.
 //
 // A run that is to survive a loss of power (see Safety) makes safe copies
 // ahead: one flush serves a batch of them, which grows while all are wanted.

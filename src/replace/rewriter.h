@@ -54,7 +54,7 @@ class Rewriter {
   // Walks the matches in list order. `put(file, match, matched)` writes what
   // replaces a selected match; `matched` are the match's bytes inside the text.
   // Returns the number of matches written; -1 when the file cannot be opened or
-  // written, the host interrupts, or a record is no match. A file that was
+  // written, the host interrupts, or a record is not a match. A file that was
   // opened then stays as far as it was written.
   template <class Put>
   int32_t write(const Destination& destination, Put put);
@@ -73,7 +73,7 @@ class Rewriter {
 
   PatternContext& context_;
   std::string_view text_;
-  size_t searched_;  // text before it holds no NUL that would end it
+  size_t searched_;  // text before it contains no NUL that would end it
   platform::NextVersion
       next_;  // outlives the file, which is closed before it is deleted
   OutFile file_;

@@ -45,7 +45,7 @@ FileSource::Next LineSource::next(FileInHand& file) {
   }
 }
 
-// The text up to and including the next LF, or as much as a piece may hold;
+// The text up to and including the next LF, or as much as a piece may contain;
 // empty at the end of the file.
 std::string_view LineSource::take_piece() {
   size_t length = piece_length();

@@ -56,13 +56,13 @@ class ListSource final : public FileSource {
 };
 
 // The lines of a list file: read in pieces of at most 4,095 bytes, each taken
-// up to its first NUL and cut at its first CR LF; empty ones are no file.
+// up to its first NUL and cut at its first CR LF; empty ones are skipped.
 // Intended: a bare LF stays part of the path.
 class LineSource final : public FileSource {
  public:
   explicit LineSource(FileContent& poller) : poller_(poller) {}
 
-  // False when it is no file that can be opened.
+  // False when it cannot be opened as a file.
   bool open(const char* path) { return file_.open(path) && file_.size() >= 0; }
   Next next(FileInHand& file) override;
   bool interrupted() override { return poller_.poll_interrupt(1) != 0; }

@@ -36,7 +36,7 @@ class ReportFile {
   bool begin_file(std::string_view path);
   // Writes the selected matches of a list; `selected` says how many there are.
   // Several lists of one file share one header. False when the host interrupts,
-  // a record is no match, or writing failed.
+  // a record is not a match, or writing failed.
   bool write_matches(ItemList& matches, uint32_t selected);
   // Ends the block of a file.
   bool end_file();

@@ -13,7 +13,7 @@ namespace zenfo {
 class RunResults {
  public:
   virtual ~RunResults() = default;
-  // The file could not be loaded, or holds a non-printable byte.
+  // The file could not be loaded, or contains a non-printable byte.
   virtual void rejected(FileInHand& file) = 0;
   // Its matches are counted; nothing has been done with them yet.
   virtual void counted(FileInHand&) {}

@@ -5,7 +5,7 @@
 // ranks. Then the list's own sort runs over values instead of records, so that
 // equal ones end up where its steps leave them; ranks without equals need no
 // sort at all. Each kind of key has a type of value, which compares as the
-// comparator does, even where that is no true order.
+// comparator does, even where that is not a true order.
 //
 // Tested by tests/unit/sorting/keyed_sort_test.cpp
 #pragma once

@@ -29,7 +29,7 @@ class TextRanks {
   TextRanks& operator=(const TextRanks&) = delete;
 
   // Adds the next text, without a NUL in it; a missing one gets rank 0. Folds
-  // by the present byte tables. Throws when there is no memory.
+  // by the current byte tables. Throws when there is no memory.
   void add(const std::optional<std::string_view>& text);
 
   // The rank of each text, in the order of adding, beginning with 1: equal

@@ -26,7 +26,7 @@ struct ByteTables {
   uint32_t fold_version = 1;
 };
 
-// The tables in force. Built on first use; the reference stays good for the
+// The current tables. Built on first use; the reference stays valid for the
 // whole process, its contents until the next refresh_byte_tables().
 const ByteTables& byte_tables();
 // Asks the C library again; every operation that compares texts calls it once

@@ -1,7 +1,7 @@
 // An immutable text shared by reference count, or a missing one: paths are
-// kept once however many lists hold their entries.
+// kept once however many lists contain their entries.
 //
-// One allocation holds count, length and bytes. Not for use by several
+// One allocation contains count, length and bytes. Not for use by several
 // threads; the library has one.
 //
 // Tested by tests/unit/text/shared_text_test.cpp

@@ -25,7 +25,7 @@ struct PreparedNeedle;
 // What a kernel has to find and how far it has got.
 struct Matches {
   const char* resume;  // in: where to begin, not after the range's end;
-                       // out: where to go on, that end when all is searched
+                       // out: where to continue, that end when all is searched
   size_t step;         // bytes from a match to where the next may begin, not 0
   const char** found;  // receives the matches, in order
   size_t capacity;     // places in `found`, not 0

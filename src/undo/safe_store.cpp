@@ -108,9 +108,9 @@ std::unique_ptr<UndoRecord> parse_line(std::string_view line) {
                                       SharedText(*time));
 }
 
-// Appends the records that the lines of an undo list file hold, until the host
-// stops it or a line is no record. `read` is always the number of bytes whose
-// lines are in the list, also when memory runs out.
+// Appends the records that the lines of an undo list file contain, until the
+// host stops it or a line is not a record. `read` is always the number of bytes
+// whose lines are in the list, also when memory runs out.
 void append_records(std::string_view text, ItemList& records, size_t& read) {
   RecordReader lines(text, "\r\n");
   while (const auto line = lines.next()) {
@@ -144,7 +144,7 @@ int32_t SafeStore::set_undo_file(const char* given) {
   return 1;
 }
 
-// Empty for an undo file without a folder part, which cannot hold a store.
+// Empty for an undo file without a folder part, which cannot have a store.
 std::string SafeStore::folder() const {
   const size_t last = undo_file_.rfind(kPathSeparator);
   return last == std::string::npos ? std::string() : undo_file_.substr(0, last);
@@ -239,7 +239,7 @@ int32_t SafeStore::store_safe_copy(const char* path,
   return 1;
 }
 
-// Null when there is no such file or no complete copy of it.
+// Null when the file does not exist or has no complete copy.
 std::unique_ptr<UndoRecord> SafeStore::copy(const char* path,
                                             platform::FileVersion& version) {
   if (!platform::is_file(path)) return nullptr;

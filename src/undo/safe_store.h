@@ -47,9 +47,9 @@ class SafeStore {
     SafeStore* store_;
   };
 
-  // Names the undo list file and creates it, with its folders, when missing.
-  // Returns 1; -1, and then the store has none, or, when it is in use, the one
-  // that it had. The undo list is kept.
+  // Names the undo list file and creates it, with its folders, if missing.
+  // Returns 1, or -1: then a store in use keeps its file, any other has none.
+  // The undo list is kept.
   int32_t set_undo_file(const char* path);
 
   // Begins a run: empties the undo list and deletes all files in the store's
@@ -78,10 +78,10 @@ class SafeStore {
   // list file cannot be written.
   bool end_safe_store_run();
 
-  // Replaces the list by what the undo list file holds: the number of records,
-  // 0 without such a file, -1 when none is named. Reading ends at a line that
-  // is no record, or when the host stops it; the lines from there on are not
-  // counted.
+  // Replaces the list by the contents of the undo list file: the number of
+  // records, 0 without such a file, -1 when none is named. Reading ends at a
+  // line that is no record, or when the host stops it; the lines from there on
+  // are not counted.
   int32_t load_undo_list();
   // Copies the safe copies of all selected records back, and deletes the copies
   // and the records; the undo list file keeps the others and, byte for byte,
@@ -89,7 +89,7 @@ class SafeStore {
   // and are written to the undo error file. Returns the number of records left,
   // without the lines not read; 0 when there is nothing to restore; -1 on
   // failure.
-  // Intended: whatever was done to a file since is overwritten.
+  // Intended: any later change to a file is overwritten.
   int32_t undo();
 
   ItemList undo_list;  // of UndoRecord

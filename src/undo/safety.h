@@ -7,9 +7,9 @@
 //            and Undo deletes a safe copy only then
 //   beside   without safe copies, a file is written beside the old one and
 //            replaces it in one step
-//   nolinks  a path of a run that changes files leads through no link
+//   nolinks  runs that change files load no file that is reached through a link
 //   skip     a file that cannot be opened for writing is skipped, and the run
-//            goes on
+//            continues
 //
 // Unknown words are ignored.
 //

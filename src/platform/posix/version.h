@@ -16,7 +16,7 @@ inline FileVersion version_of(const struct stat& facts) {
               static_cast<uint64_t>(facts.st_mtim.tv_nsec)};
 }
 
-// False when the system does not say, or when it is no ordinary file.
+// False when the system does not say, or when it is not an ordinary file.
 inline bool read_version(int descriptor, FileVersion& version) {
   struct stat facts;
   if (fstat(descriptor, &facts) != 0 || !S_ISREG(facts.st_mode)) return false;

@@ -33,7 +33,7 @@ bool is_character(uint32_t code) {
   return code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
 }
 
-// `text` is zero-terminated: the zero is no continuation byte and ends every
+// `text` is zero-terminated: the zero is not a continuation byte and ends every
 // form early.
 bool decode(const unsigned char* text, const Form& form, Character& out) {
   uint32_t code = text[0] & static_cast<unsigned char>(~form.mask);

@@ -30,7 +30,7 @@ class Query {
   }
   // A reparse point that leads to another folder (junction, mounted volume,
   // symbolic link): a walk that followed it might never end. Other reparse
-  // points, such as folders of cloud storage, hold files of their own.
+  // points, such as folders of cloud storage, contain files themselves.
   bool is_link() const {
     if ((found_.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
       return false;

@@ -12,7 +12,7 @@ inline uint64_t joined(DWORD high, DWORD low) {
   return uint64_t{high} << 32 | low;
 }
 
-// False when the system does not say, or when it is no ordinary file.
+// False when the system does not say, or when it is not an ordinary file.
 inline bool read_version(HANDLE file, FileVersion& version) {
   BY_HANDLE_FILE_INFORMATION facts;
   if (GetFileInformationByHandle(file, &facts) == 0 ||
