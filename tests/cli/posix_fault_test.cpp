@@ -144,7 +144,7 @@ std::string name_of(const ::testing::TestParamInfo<Command>& command) {
 
 INSTANTIATE_TEST_SUITE_P(Commands, Killed, kCommands, name_of);
 
-// ---- told to stop at every change it makes
+// ---- stopped at every change it makes
 // -----------------------------------
 
 using Interrupted = Killed;

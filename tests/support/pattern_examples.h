@@ -495,8 +495,8 @@ inline constexpr MatcherExample kMoreMatcherExamples[] = {
     {.main = "digits[2]?'a'", .text = "123a", .matches = {}},
     // which never lies before the place of the run
     {.main = "aaalpha[1]digits", .text = "aaab1"},
-    // a failing element of a gap that took nothing is tried again where it
-    // stood, unless it is the first; one of the tail, too
+    // a failing element of a gap or of the tail that took nothing is tried
+    // again at the same position, unless it is the first
     {.main = "b'c'b", .text = "bbcb", .matches = {{1, 3}}},
     {.main = "a'b'", .text = "aab", .matches = {{1, 2}}},
     // at the start of the attempt it is skipped with all that it took

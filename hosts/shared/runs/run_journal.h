@@ -5,13 +5,13 @@
 //
 // Each step is one line, with tabs between its fields:
 //
-//   boot NAME                   of the system that the lines below come from
-//   begin PATH                  about to be rewritten
-//   done SIZE MODIFIED PATH     rewritten; so the file stands
-//   leave PATH                  not rewritten after all
-//   intend PATH                 an undo is going to restore it
-//   undo                        restores the files of the next lines
-//   restore PATH                one of them; those of before are restored
+//   boot NAME                   the boot of the system during the next lines
+//   begin PATH                  the file is about to be rewritten
+//   done SIZE MODIFIED PATH     it was rewritten and has this size and time
+//   leave PATH                  it was not rewritten after all
+//   intend PATH                 an undo is going to restore the file
+//   undo                        an undo starts to restore the next files
+//   restore PATH                one of these; the earlier ones are restored
 //
 // Tested by tests/hosts/shared/run_journal_test.cpp,
 // tests/cli/posix_journal_test.cpp

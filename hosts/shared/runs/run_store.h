@@ -5,8 +5,8 @@
 //   runs/20261114-094256Z-17/undo.txt     the library's
 //   runs/20261114-094256Z-17/notes.txt_0  a safe copy
 //   runs/20261114-094256Z-17.json         the record
-//   runs/20261114-094256Z-17.lock         held while a run or undo is alive
-//   runs/20261114-094256Z-17.journal      what is known before the record is
+//   runs/20261114-094256Z-17.lock         locked while a run or undo is active
+//   runs/20261114-094256Z-17.journal      the journal, before the record
 //
 // A name is the time in UTC and a number larger than that of every earlier run,
 // because clocks may be set back.

@@ -97,7 +97,7 @@ void remove_left_behind(const std::wstring& in) {
   for_each_name(in + kPrefix + L"*", visit);
 }
 
-// Another process may remove a folder without a lock as left behind.
+// Another process may remove a folder without a lock.
 void make_one(const std::wstring& in) {
   const std::wstring part = unknown_part();
   if (part.empty()) return;
