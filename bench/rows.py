@@ -6,7 +6,7 @@ first word of ours, zenfo, is the built program. A command with a pipe runs in
 sh. All run with one thread, in the C locale.
 
 `check` says what must be equal before anything is timed; run.py defines the
-kinds. `aim` is the highest accepted ratio ours / best peer, for whole processes.
+kinds. `aim` is the highest accepted ratio ours / best peer, of whole processes.
 
 Rows for work on lists have no other program to compare with: both sides come
 from one benchmark program, as PROGRAM:BENCHMARK.

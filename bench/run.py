@@ -69,7 +69,7 @@ def execute(argv):
 
 
 class Bench:
-    """Knows where things are, and turns a row's command into an argument list."""
+    """Knows where things are; turns a row's command into an argument list."""
 
     def __init__(self, options):
         self.zenfo = str(options.zenfo)

@@ -68,7 +68,7 @@ class ChangeRecord {
   // The file that is being rewritten.
   struct InHand {
     uint32_t index;           // among the files of the run
-    uint32_t results_before;  // files on the result lists before it
+    uint32_t results_before;  // entries of the result list before it
   };
 
   void finish_file();
