@@ -17,6 +17,7 @@
 
 #include "cli/posix/change_fixture.h"
 #include "cli/posix/traced_run.h"
+#include "support/sweep.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::test {
@@ -25,13 +26,6 @@ namespace {
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-// A sanitized process starts too slowly to test every change.
-#ifdef ZENFO_SANITIZED_PROGRAM
-constexpr int kStride = 13;
-#else
-constexpr int kStride = 1;
-#endif
 
 // ---- killed at every change it makes
 // -----------------------------------------
@@ -77,11 +71,13 @@ class Killed : public ChangeTest,
     }
     return names;
   }
+
+  const Sweep sweep_{kSweepStep};
 };
 
 TEST_P(Killed, RunIsUndoneByAPlainUndo) {
   int undone = 0;
-  for (int n = 1;; n += kStride) {
+  for (int n = sweep_.first();; n += sweep_.step()) {
     write_originals();
     const std::string call = killed_before(n, GetParam().arguments);
     SCOPED_TRACE("killed before change " + std::to_string(n) + ", " + call);
@@ -93,12 +89,12 @@ TEST_P(Killed, RunIsUndoneByAPlainUndo) {
     if (HasFailure()) return;
     if (call.empty()) break;
   }
-  EXPECT_GT(undone, 10 / kStride);
+  EXPECT_GT(undone, 10 / sweep_.step());
 }
 
 TEST_P(Killed, UndoIsFinishedByAnother) {
   int unfinished = 0;
-  for (int n = 1;; n += kStride) {
+  for (int n = sweep_.first();; n += sweep_.step()) {
     write_originals();
     run(GetParam().arguments);
     ASSERT_EQ(changed().size(), 3u);
@@ -111,11 +107,11 @@ TEST_P(Killed, UndoIsFinishedByAnother) {
     if (HasFailure()) return;
     if (call.empty()) break;
   }
-  EXPECT_GT(unfinished, 5 / kStride);
+  EXPECT_GT(unfinished, 5 / sweep_.step());
 }
 
 TEST_P(Killed, UndoOfOneFileKeepsTheOthersOnRecord) {
-  for (int n = 1;; n += kStride) {
+  for (int n = sweep_.first();; n += sweep_.step()) {
     write_originals();
     run(GetParam().arguments);
     const std::string call = killed_before(n, {"undo", "a.txt"});
@@ -157,7 +153,7 @@ TEST_P(Interrupted, RunEndsBetweenFilesAndTellsHowToUndoIt) {
   for (const auto& [name, text] : before) after[name] = bytes(name);
   undo();
   int partly = 0;
-  for (int n = 1;; n += kStride) {
+  for (int n = sweep_.first();; n += sweep_.step()) {
     write_originals();
     const Signalled stopped =
         signal_zenfo_before(n, SIGINT, GetParam().arguments, folder_.path());
@@ -272,8 +268,8 @@ TEST_F(ManyFiles, InterruptedUndoStillSparesWhatWasChangedSince) {
   for (int i = 1; i < kFiles; ++i) folder_.file(name(i), "my own text");
   int stopped = 0;
   const int start = calls_to_start();
-  const int step = kStride == 1 ? 10 : 40;
-  for (int n = start; n < start + 390; n += step) {
+  constexpr int step = 40;
+  for (int n = start + Sweep(step).first(); n < start + 390; n += step) {
     SCOPED_TRACE(n);
     const Outcome undo =
         signal_zenfo_before(n, SIGINT, {"undo"}, folder_.path(), Calls::kAll)
@@ -395,7 +391,7 @@ TEST_F(FullStore, KnowsAFileThatIsBackAlready) {
 // the files, or leave its record without an end.
 TEST_F(FullStore, ChangesOnlyWhatCanBeUndone) {
   size_t pages = 0;
-  for (size_t files = 0; files < 3; pages += kStride) {
+  for (size_t files = 0; files < 3; ++pages) {
     SCOPED_TRACE(std::to_string(pages) + " free pages");
     write_three();
     disk_.make_room();

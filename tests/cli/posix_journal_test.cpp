@@ -23,6 +23,7 @@
 #include "shared/runs/run_journal.h"
 #include "shared/runs/run_store.h"
 #include "shared/system/run_lock.h"
+#include "support/sweep.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::test {
@@ -31,12 +32,6 @@ namespace {
 namespace fs = std::filesystem;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
-
-#ifdef ZENFO_SANITIZED_PROGRAM
-constexpr int kStride = 13;
-#else
-constexpr int kStride = 1;
-#endif
 
 class StoredRuns : public ChangeTest {
  protected:
@@ -121,7 +116,8 @@ TEST_F(StoredRuns, AreUndoneByOneUndoAtATime) {
 TEST_F(StoredRuns, ThatWereKilledLeaveOthersChangesAlone) {
   if (!can_trace()) GTEST_SKIP() << "no process may trace another here";
   int edited = 0;
-  for (int n = 1;; n += kStride) {
+  const Sweep sweep(kSweepStep);
+  for (int n = sweep.first();; n += sweep.step()) {
     write_three();
     const Signalled killed =
         signal_zenfo_before(n, SIGKILL, kReplace, folder_.path());

@@ -9,19 +9,17 @@
 #include "support/host_recorder.h"
 #include "support/list_test.h"
 #include "support/matchers.h"
+#include "support/session.h"
 #include "zenfofr130.h"
 
 namespace zenfo::test {
 namespace {
 
-constexpr unsigned char kAllFacts[ZENFO_OPTION_COUNT] = {1, 1, 1, 1, 1,
-                                                         1, 1, 1, 1, 1};
-
 class CompareTest : public ListTest {
  protected:
   void add(int32_t list, const std::string& name, size_t size = 0) {
     const std::string path = folder.file(name, std::string(size, 'x'));
-    ASSERT_EQ(FindFiles(list, ("0" + path).c_str(), kAllFacts, ""), 1);
+    ASSERT_EQ(FindFiles(list, ("0" + path).c_str(), kAllFacts.data(), ""), 1);
   }
   // An entry of any path, without facts.
   void add_path(const std::string& path) {
@@ -314,7 +312,7 @@ TEST_F(CompareTest, FindInListSearchesTheAttributes) {
   constexpr perms kWrite =
       perms::owner_write | perms::group_write | perms::others_write;
   std::filesystem::permissions(path, kWrite, perm_options::remove);
-  EXPECT_EQ(Refresh(ZENFO_LIST_RUN_FILES, -1, kAllFacts), 1);
+  EXPECT_EQ(Refresh(ZENFO_LIST_RUN_FILES, -1, kAllFacts.data()), 1);
   EXPECT_EQ(FindInList(ZENFO_LIST_RUN_FILES, 9, "R", 0, 1, 0, 1, 0, 0), 1);
   EXPECT_EQ(FindInList(ZENFO_LIST_RUN_FILES, 9, "S", 0, 1, 0, 1, 0, 0), 0);
   std::filesystem::permissions(path, kWrite, perm_options::add);

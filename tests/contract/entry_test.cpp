@@ -543,12 +543,6 @@ TEST_F(EntryTest, PercentsAreOfSinglePrecision) {
 
 // --- Stops -------------------------------------------------------------------
 
-// Resets the poll counter of the walks.
-void start_polls(HostRecorder& host) {
-  const int before = host.interrupt_polls;
-  while (host.interrupt_polls == before) SetState(ZENFO_LIST_ERROR, -1, 1);
-}
-
 class StopTest : public EntryTest {
  protected:
   StopTest() {

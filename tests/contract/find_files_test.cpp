@@ -348,12 +348,6 @@ TEST_F(FindFilesTest, AnOutputFileThatCannotBeWrittenAnswersMinusOne) {
 
 // --- Stops -------------------------------------------------------------------
 
-// Resets the poll counter of the walks.
-void start_polls(HostRecorder& host) {
-  const int before = host.interrupt_polls;
-  while (host.interrupt_polls == before) SetState(ZENFO_LIST_ERROR, -1, 1);
-}
-
 class FindFilesStopTest : public FindFilesTest {
  protected:
 #ifdef _WIN32

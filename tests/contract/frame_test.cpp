@@ -563,7 +563,7 @@ class ThrowingCallbacks : public testing::Test {
 TEST_F(ThrowingCallbacks, AStatusTextIsPassedOver) {
   host.on_status_text = [](const std::string&) { throw HostFault(); };
   EXPECT_EQ(GetCount(kFiles, -1), 250);
-  EXPECT_THAT(session.take_log(), ElementsAre(runtime_error("cb_lng_str")));
+  EXPECT_THAT(session.take_log(), ElementsAre(logged_fault("cb_lng_str")));
 }
 
 TEST_F(ThrowingCallbacks, AReportIsPassedOver) {
@@ -574,7 +574,7 @@ TEST_F(ThrowingCallbacks, AReportIsPassedOver) {
   EXPECT_EQ(SetState(kFiles, -1, 1), 250);
   const auto log = session.take_log();
   EXPECT_EQ(log.size(), host.reports.size());
-  EXPECT_THAT(log, Each(runtime_error("cb_lng_report")));
+  EXPECT_THAT(log, Each(logged_fault("cb_lng_report")));
   EXPECT_GT(log.size(), 100u);
 }
 
@@ -582,7 +582,7 @@ TEST_F(ThrowingCallbacks, AnInterruptDoesNotStop) {
   host.interrupt = []() -> int32_t { throw 1; };
   EXPECT_EQ(SetState(kFiles, -1, 1), 250);
   const auto log = session.take_log();
-  EXPECT_THAT(log, Each(runtime_error("cb_lng")));
+  EXPECT_THAT(log, Each(logged_fault("cb_lng")));
   EXPECT_FALSE(log.empty());
 }
 
@@ -590,7 +590,7 @@ TEST_F(ThrowingCallbacks, AQuestionIsAnInvalidAnswer) {
   host.answer_file = [](const std::string&) -> int32_t { throw HostFault(); };
   EXPECT_EQ(AddFileToList(kFiles, ZENFO_LIST_RUN_FILES, kNoFacts.data()), -1);
   EXPECT_THAT(session.take_log(),
-              ElementsAre(runtime_error("cb_lng_str"),
+              ElementsAre(logged_fault("cb_lng_str"),
                           LogRecord{"Invalid option", "Checking user option",
                                     "AddFileToList"}));
   EXPECT_EQ(GetCount(ZENFO_LIST_RUN_FILES, -1), 0);

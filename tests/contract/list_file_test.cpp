@@ -11,17 +11,16 @@
 #include "support/list_test.h"
 #include "support/lists.h"
 #include "support/matchers.h"
+#include "support/session.h"
 #include "zenfofr130.h"
 
 namespace zenfo::test {
 namespace {
 
-constexpr unsigned char kNoFacts[ZENFO_OPTION_COUNT] = {};
-
 class ListFileTest : public ListTest {
  protected:
   int32_t load(const std::string& bytes,
-               const unsigned char* options = kNoFacts) {
+               const unsigned char* options = kNoFacts.data()) {
     return LoadFileList(folder.file("list", bytes).c_str(), options);
   }
   static Texts paths(int32_t list = ZENFO_LIST_RUN_FILES) {
@@ -78,17 +77,18 @@ TEST_F(ListFileTest, LoadingReplacesTheList) {
 
 TEST_F(ListFileTest, AMissingFileLeavesTheListEmpty) {
   load("a\r\nb");
-  EXPECT_EQ(LoadFileList(folder.path("none").c_str(), kNoFacts), -1);
+  EXPECT_EQ(LoadFileList(folder.path("none").c_str(), kNoFacts.data()), -1);
   EXPECT_EQ(GetCount(ZENFO_LIST_RUN_FILES, -1), 0);
-  EXPECT_EQ(LoadFileList(folder.path().c_str(), kNoFacts), -1) << "a folder";
+  EXPECT_EQ(LoadFileList(folder.path().c_str(), kNoFacts.data()), -1)
+      << "a folder";
   EXPECT_THAT(errors(), IsEmpty());
 }
 
 TEST_F(ListFileTest, MissingArgumentsLeaveTheListAlone) {
   load("a");
   const std::string list = folder.path("list");
-  EXPECT_EQ(LoadFileList(nullptr, kNoFacts), -1);
-  EXPECT_EQ(LoadFileList("", kNoFacts), -1);
+  EXPECT_EQ(LoadFileList(nullptr, kNoFacts.data()), -1);
+  EXPECT_EQ(LoadFileList("", kNoFacts.data()), -1);
   EXPECT_THAT(errors(), IsEmpty());
   EXPECT_EQ(LoadFileList(list.c_str(), nullptr), -1);
   EXPECT_EQ(LoadFileList(nullptr, nullptr), -1);
@@ -186,7 +186,7 @@ TEST_F(ListFileTest, WhatIsSavedLoadsAgainLineFeedsAside) {
   load(lines(all));
   SetState(ZENFO_LIST_RUN_FILES, -1, 1);
   EXPECT_EQ(SaveFileList(out().c_str()), 4);
-  EXPECT_EQ(LoadFileList(out().c_str(), kNoFacts), 4);
+  EXPECT_EQ(LoadFileList(out().c_str(), kNoFacts.data()), 4);
   EXPECT_EQ(paths(), all);
   load("a\nb");
   SetState(ZENFO_LIST_RUN_FILES, -1, 1);
@@ -239,8 +239,9 @@ class ListFileStopTest : public ListFileTest {
     const std::string file = folder.file("f", "");
     std::string fifty = "0" + file;
     for (int i = 1; i < 50; ++i) fifty += ";f";
-    ASSERT_EQ(FindFiles(ZENFO_LIST_OTHER_FILES, fifty.c_str(), kNoFacts, ""),
-              50);
+    ASSERT_EQ(
+        FindFiles(ZENFO_LIST_OTHER_FILES, fifty.c_str(), kNoFacts.data(), ""),
+        50);
     ASSERT_EQ(SetUndoFile(folder.path("undo").c_str()), 1);
     std::string copies;
     for (int i = 0; i < 300; ++i) copies += "a\tb\tc\r\n";
@@ -293,7 +294,8 @@ TEST_F(ListFileStopTest, SearchesAndRemovalsCountTheRecordOfTheirPoll) {
 
 TEST_F(ListFileStopTest, LoadsKeepTheRecordOfTheirPoll) {
   const std::string list = folder.path("list");
-  EXPECT_EQ(stopped([&] { return LoadFileList(list.c_str(), kNoFacts); }), 0);
+  EXPECT_EQ(
+      stopped([&] { return LoadFileList(list.c_str(), kNoFacts.data()); }), 0);
   EXPECT_EQ(GetCount(ZENFO_LIST_RUN_FILES, -1), 51);
   EXPECT_EQ(stopped([] { return GetUndoList(); }), 51);
   EXPECT_EQ(GetCount(ZENFO_LIST_UNDO, -1), 51);
@@ -318,10 +320,12 @@ TEST_F(ListFileTest, SavesResultsByTheirFlagWhateverTheirState) {
 TEST_F(ListFileTest, SavingResultsReportsFirstAndLastPositionOnTheResultList) {
   load("a\r\nb\r\nc");
   HostRecorder host;
-  ASSERT_EQ(AddFileToList(ZENFO_LIST_RUN_FILES, ZENFO_LIST_RESULT, kNoFacts),
-            3);
-  ASSERT_EQ(AddFileToList(ZENFO_LIST_RUN_FILES, ZENFO_LIST_RESULT, kNoFacts),
-            3);
+  ASSERT_EQ(
+      AddFileToList(ZENFO_LIST_RUN_FILES, ZENFO_LIST_RESULT, kNoFacts.data()),
+      3);
+  ASSERT_EQ(
+      AddFileToList(ZENFO_LIST_RUN_FILES, ZENFO_LIST_RESULT, kNoFacts.data()),
+      3);
   host.statuses.clear();
   host.reports.clear();
   EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RUN_FILES, out().c_str(), 1), 3);
@@ -386,7 +390,7 @@ TEST_F(ListFileTest, SavesWorkWhileAnotherOperationRunsLoadsDoNot) {
   int calls = 0;
   host.on_status_text = [&](const std::string&) {
     if (calls++ > 0) return;
-    EXPECT_EQ(LoadFileList(list.c_str(), kNoFacts), -1);
+    EXPECT_EQ(LoadFileList(list.c_str(), kNoFacts.data()), -1);
     EXPECT_EQ(CompareLists(0, 0), -1);
     EXPECT_EQ(SaveFileList(nested.c_str()), 1);
     EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RUN_FILES, nested.c_str(), 1), 2);
@@ -400,7 +404,7 @@ TEST_F(ListFileTest, SavesWorkWhileAnotherOperationRunsLoadsDoNot) {
 
 TEST(ListFiles, AnswerMinusOneWithoutALibrary) {
   Terminate();
-  EXPECT_EQ(LoadFileList("a", kNoFacts), -1);
+  EXPECT_EQ(LoadFileList("a", kNoFacts.data()), -1);
   EXPECT_EQ(SaveFileList("a"), -1);
   EXPECT_EQ(SaveResultFileList(ZENFO_LIST_RESULT, "a", 0), -1);
 }

@@ -10,6 +10,7 @@
 #include "support/list_test.h"
 #include "support/lists.h"
 #include "support/matchers.h"
+#include "support/session.h"
 #include "zenfofr130.h"
 
 namespace zenfo::test {
@@ -17,8 +18,6 @@ namespace {
 
 constexpr unsigned char kAllFacts[ZENFO_OPTION_COUNT] = {1, 1, 1, 1, 1,
                                                          1, 1, 1, 1, 1};
-constexpr unsigned char kNoFacts[ZENFO_OPTION_COUNT] = {};
-
 class SortTest : public ListTest {
  protected:
   // Files of these sizes, in this order, as entries of a list.
@@ -123,7 +122,8 @@ TEST_F(SortTest, MissingNamesGoFirst) {
   HostRecorder host;
   int asked = 0;
   host.answer_file = [&](const std::string&) { return asked++ == 0 ? 1 : 2; };
-  ASSERT_EQ(AddFileToList(ZENFO_LIST_RUN_FILES, ZENFO_LIST_RUN_FILES, kNoFacts),
+  ASSERT_EQ(AddFileToList(ZENFO_LIST_RUN_FILES, ZENFO_LIST_RUN_FILES,
+                          kNoFacts.data()),
             1);
   EXPECT_EQ(Sort(ZENFO_LIST_RUN_FILES, 2, 0), 1);
   EXPECT_THAT(names(), ElementsAre("(-1)", "a", "b"));
@@ -304,7 +304,7 @@ TEST_F(SortTest, DuplicatesByOptionElevenShareNameSizeTimeAndAttributes) {
 }
 
 TEST_F(SortTest, MissingNamesAreNoDuplicatesOfEachOther) {
-  fill(ZENFO_LIST_RUN_FILES, {{"a"}, {"b"}}, kNoFacts);
+  fill(ZENFO_LIST_RUN_FILES, {{"a"}, {"b"}}, kNoFacts.data());
   EXPECT_EQ(SelectDuplicates(ZENFO_LIST_RUN_FILES, 2), 0);
   EXPECT_EQ(SelectDuplicates(ZENFO_LIST_RUN_FILES, 4), 1)
       << "missing types are";

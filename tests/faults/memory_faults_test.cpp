@@ -186,7 +186,7 @@ class MemoryFaults : public testing::Test {
           << operation << ", allocation " << n;
       if (answer != expected.success && expected.logged) {
         EXPECT_THAT(session.take_log(),
-                    testing::Contains(runtime_error(routine_of(operation))))
+                    testing::Contains(logged_fault(routine_of(operation))))
             << operation << ", allocation " << n;
       }
       ASSERT_LT(n, 100000) << operation;
@@ -247,7 +247,7 @@ TEST_F(MemoryFaults, SetFullNameFailsAndKeepsAName) {
   EXPECT_EQ(read_text(GetFullName, kFiles, 0),
             (Text{1, session.folder.path("one")}));
   EXPECT_THAT(session.take_log(),
-              testing::ElementsAre(runtime_error("SetFullName")));
+              testing::ElementsAre(logged_fault("SetFullName")));
 }
 
 TEST_F(MemoryFaults, CountsAndStatesAnswerAsUsual) {
@@ -281,7 +281,7 @@ TEST_F(MemoryFaults, TextsFailWithAnEmptyBuffer) {
       EXPECT_EQ(answer, -1);
       EXPECT_STREQ(buffer, "");
       EXPECT_THAT(session.take_log(),
-                  testing::ElementsAre(runtime_error(routine)));
+                  testing::ElementsAre(logged_fault(routine)));
     }
   }
 }

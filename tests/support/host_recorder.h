@@ -102,4 +102,10 @@ class HostRecorder {
   }
 };
 
+// Resets the poll counter of the walks.
+inline void start_polls(HostRecorder& host) {
+  const int before = host.interrupt_polls;
+  while (host.interrupt_polls == before) SetState(ZENFO_LIST_ERROR, -1, 1);
+}
+
 }  // namespace zenfo::test

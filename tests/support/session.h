@@ -30,7 +30,7 @@ inline void PrintTo(const LogRecord& record, std::ostream* out) {
        << record.routine << " | " << record.module << "}";
 }
 
-inline LogRecord runtime_error(std::string routine) {
+inline LogRecord logged_fault(std::string routine) {
   return {"Runtime error", "Default error handler", std::move(routine)};
 }
 

@@ -12,6 +12,12 @@
 
 namespace zenfo::test {
 
+#ifdef ZENFO_SANITIZED_PROGRAM
+inline constexpr int kSweepStep = 13;  // because such a program starts slowly
+#else
+inline constexpr int kSweepStep = 4;
+#endif
+
 class ChangeTest : public ::testing::Test {
  protected:
   ChangeTest();

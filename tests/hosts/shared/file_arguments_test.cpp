@@ -2,31 +2,26 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "shared/system/system.h"
 
 namespace zenfo::host {
 namespace {
 
-std::string own(std::string path) {
-  std::replace(path.begin(), path.end(), '/', system::kSeparator);
-  return path;
-}
+using system::own_form;
 
 TEST(SearchGroup, NamesAllFilesOrThePatterns) {
-  EXPECT_EQ(search_group(own("a/b"), false, {}), own("0a/b/*.*"));
-  EXPECT_EQ(search_group("a", true, {"*.c", "*.h"}), own("1a/*.c;*.h"));
+  EXPECT_EQ(search_group(own_form("a/b"), false, {}), own_form("0a/b/*.*"));
+  EXPECT_EQ(search_group("a", true, {"*.c", "*.h"}), own_form("1a/*.c;*.h"));
 }
 
 TEST(SearchGroup, TakesFolderWithSeparatorsBehindAndTheRoot) {
-  EXPECT_EQ(search_group(own("a//"), false, {}), own("0a/*.*"));
-  EXPECT_EQ(search_group(own("/"), true, {}), own("1/*.*"));
+  EXPECT_EQ(search_group(own_form("a//"), false, {}), own_form("0a/*.*"));
+  EXPECT_EQ(search_group(own_form("/"), true, {}), own_form("1/*.*"));
 }
 
 TEST(SplitPattern, CutsAtTheLastSeparator) {
-  const PathPattern halves = split_pattern(own("a*/b/*.c"));
-  EXPECT_EQ(halves.folder, own("a*/b"));
+  const PathPattern halves = split_pattern(own_form("a*/b/*.c"));
+  EXPECT_EQ(halves.folder, own_form("a*/b"));
   EXPECT_EQ(halves.pattern, "*.c");
   EXPECT_EQ(halves.added_prefix, 0u);
 }

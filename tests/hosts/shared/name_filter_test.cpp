@@ -3,12 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "shared/system/system.h"
 
 namespace zenfo::host {
 namespace {
+
+using system::own_form;
 
 TEST(MatchesGlob, KnowsStarsMarksAndSets) {
   struct Case {
@@ -94,28 +94,26 @@ TEST(MatchesGlob, TakesBytesThatAreNoTextOneByOne) {
 }
 #endif
 
-std::string own(std::string path) { return system::own_form(path); }
-
 TEST(NameFilter, ChoosesByTheLastName) {
   NameFilter filter;
   EXPECT_TRUE(filter.empty());
   filter.includes = {"*.c", "*.h"};
   filter.excludes = {"x*"};
-  EXPECT_TRUE(filter.takes(own("x/a.c"), false));
+  EXPECT_TRUE(filter.takes(own_form("x/a.c"), false));
   EXPECT_TRUE(filter.takes("a.h", false));
-  EXPECT_FALSE(filter.takes(own("x/a.d"), false));
-  EXPECT_FALSE(filter.takes(own("a/x.c"), false));
+  EXPECT_FALSE(filter.takes(own_form("x/a.d"), false));
+  EXPECT_FALSE(filter.takes(own_form("a/x.c"), false));
   EXPECT_FALSE(filter.takes("x.c", true));
 }
 
 TEST(NameFilter, LooksAtFoldersOfFilesThatWereNotNamed) {
   NameFilter filter;
   filter.excluded_folders = {"b?"};
-  EXPECT_TRUE(filter.takes(own("a/b/c"), false));
-  EXPECT_FALSE(filter.takes(own("bx/b/c"), false));
-  EXPECT_FALSE(filter.takes(own("a/bx/c"), false));
-  EXPECT_TRUE(filter.takes(own("a/bx"), false));
-  EXPECT_TRUE(filter.takes(own("a/bx/c"), true));
+  EXPECT_TRUE(filter.takes(own_form("a/b/c"), false));
+  EXPECT_FALSE(filter.takes(own_form("bx/b/c"), false));
+  EXPECT_FALSE(filter.takes(own_form("a/bx/c"), false));
+  EXPECT_TRUE(filter.takes(own_form("a/bx"), false));
+  EXPECT_TRUE(filter.takes(own_form("a/bx/c"), true));
 }
 
 }  // namespace

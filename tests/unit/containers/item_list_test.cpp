@@ -61,7 +61,7 @@ std::vector<std::string> names(ItemList& list) {
 using Names = std::vector<std::string>;
 
 std::vector<uint32_t> positions;
-int32_t tell(ProgressRecord* record) {
+int32_t note_position(ProgressRecord* record) {
   positions.push_back(record->position);
   return 1;
 }
@@ -310,7 +310,7 @@ TEST(SetState, AStopAnswersTheCountSoFar) {
 TEST(SetState, ReportsEverySecondOf250PositionsAndTheEnd) {
   ItemList list;
   fill_states(list, States(250, 0));
-  list.set_report_hook(tell);
+  list.set_report_hook(note_position);
   positions.clear();
   list.set_state(-1, 1);
   std::vector<uint32_t> expected;
@@ -333,7 +333,7 @@ TEST(ItemListCountState, CountsAStateOrAll) {
 TEST(ItemListCountState, AllIsAnsweredWithoutWalking) {
   ItemList list;
   fill_states(list, States(1000, 0));
-  list.set_report_hook(tell);
+  list.set_report_hook(note_position);
   positions.clear();
   EXPECT_EQ(list.count_state(-1), 1000);
   EXPECT_TRUE(positions.empty());
@@ -343,8 +343,8 @@ TEST(ItemListCountState, ReportsZeroBeforeItsFirstPoll) {
   ItemList list;
   fill_states(list, States(500, 1));
   list.set_interrupt_hook(stop);
-  list.set_report_hook(tell);
-  list.count_state(1);  // the counter is process-wide: resets it
+  list.set_report_hook(note_position);
+  list.count_state(1);  // The counter is the process's: leaves it at zero.
   for (int i = 0; i < 100; ++i) list.poll_interrupt();
   positions.clear();
   EXPECT_EQ(list.count_state(1), 1);
@@ -354,7 +354,7 @@ TEST(ItemListCountState, ReportsZeroBeforeItsFirstPoll) {
 TEST(ItemListCountState, ReportsFromZeroToTheCount) {
   ItemList list;
   fill_states(list, States(250, 1));
-  list.set_report_hook(tell);
+  list.set_report_hook(note_position);
   positions.clear();
   EXPECT_EQ(list.count_state(1), 250);
   std::vector<uint32_t> expected;

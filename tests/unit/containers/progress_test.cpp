@@ -21,7 +21,7 @@ int32_t ask(void* argument) {
   return answer;
 }
 
-int32_t tell(ProgressRecord* record) {
+int32_t note_report(ProgressRecord* record) {
   reports.push_back(*record);
   return 5;
 }
@@ -34,8 +34,8 @@ class ProgressTest : public testing::Test {
  protected:
   void SetUp() override {
     hooks.set_interrupt_hook(ask);
-    hooks.set_report_hook(tell);
-    // The counters are process-wide: resets each one.
+    hooks.set_report_hook(note_report);
+    // The counters are the process's: bring each to its start.
     answer = 1;
     while (hooks.poll_interrupt() == 0) {
     }
@@ -132,7 +132,7 @@ TEST_F(ProgressTest, AWalkThatBeginsAfterZeroContinuesFromTheLastStep) {
 TEST_F(ProgressTest, WalksOverListsAndOthersRememberTheirOwnSteps) {
   ItemList list;
   for (int i = 0; i < 10; ++i) list.append(std::make_unique<Empty>());
-  list.set_report_hook(tell);
+  list.set_report_hook(note_report);
   list.report_position(0);
   list.report_position_of(0, 10);
   list.report_position_of(9, 10);

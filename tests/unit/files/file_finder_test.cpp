@@ -23,7 +23,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-std::string native(std::string path) {
+std::string with_own_separators(std::string path) {
   for (char& c : path) {
     if (c == '/') c = kSeparator;
   }
@@ -37,7 +37,7 @@ class FileFinderTest : public testing::Test {
   std::vector<std::string> find(std::string specification) {
     std::string whole;
     for (char c : specification) {
-      whole += c == '~' ? folder.path() : native(std::string(1, c));
+      whole += c == '~' ? folder.path() : with_own_separators(std::string(1, c));
     }
     std::vector<std::string> found;
     FileFinder finder(hooks, [&](std::string_view in, std::string_view name) {
@@ -162,10 +162,10 @@ TEST(ExtensionTest, FollowsItsFourRules) {
 }
 
 TEST(SearchGroup, IsTakenApartAtSemicolons) {
-  SearchGroup group = parse_search_group(native("1/data/*.c;*.h;;x/y;*"));
+  SearchGroup group = parse_search_group(with_own_separators("1/data/*.c;*.h;;x/y;*"));
   EXPECT_TRUE(group.valid);
   EXPECT_TRUE(group.subfolders);
-  EXPECT_EQ(group.folder, native("/data"));
+  EXPECT_EQ(group.folder, with_own_separators("/data"));
   EXPECT_THAT(group.patterns, ElementsAre("*.c", "*.h", "*"));
   EXPECT_FALSE(parse_search_group("").valid);
   EXPECT_FALSE(parse_search_group("1").valid);

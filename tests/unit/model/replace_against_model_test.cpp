@@ -24,9 +24,9 @@ using model::Mark;
 using model::Rewritten;
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr int kCases = 10000;
+constexpr int kReplaceCases = 10000;
 #else
-constexpr int kCases = 80000;
+constexpr int kReplaceCases = 80000;
 #endif
 
 // A file in memory if possible, because the disk is not tested.
@@ -228,11 +228,11 @@ class SideBySide {
 
 TEST(ReplaceAgainstModel, EnginesWriteWhatTheModelWrites) {
   SideBySide both(7);
-  for (int i = 0; i < kCases; ++i) {
+  for (int i = 0; i < kReplaceCases; ++i) {
     both.run_one();
     ASSERT_FALSE(testing::Test::HasFatalFailure()) << "case " << i;
   }
-  EXPECT_GT(both.changed, kCases / 4);
+  EXPECT_GT(both.changed, kReplaceCases / 4);
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class Operation : public testing::Test {
+class OperationTest : public ::testing::Test {
  protected:
   void SetUp() override {
     ASSERT_EQ(Initialize(), 1);
@@ -26,7 +26,7 @@ class Operation : public testing::Test {
   std::string log_ = folder_.path("errors");
 };
 
-TEST_F(Operation, WorksOnTheOneLibraryAndAnswersWhatItsStepsDo) {
+TEST_F(OperationTest, WorksOnTheOneLibraryAndAnswersWhatItsStepsDo) {
   const Library* seen = nullptr;
   const int32_t answer = run<row::GetState>([&](Library& given) {
     seen = &given;
@@ -36,7 +36,7 @@ TEST_F(Operation, WorksOnTheOneLibraryAndAnswersWhatItsStepsDo) {
   EXPECT_EQ(seen, &library());
 }
 
-TEST_F(Operation, AnswersTheFailureOfItsRowForAFault) {
+TEST_F(OperationTest, AnswersTheFailureOfItsRowForAFault) {
   const auto fault = [](Library&) -> int32_t { throw std::runtime_error(""); };
   EXPECT_EQ(run<row::Clear>(fault), 0);
   EXPECT_EQ(run<row::Sort>(fault), -1);
@@ -45,7 +45,7 @@ TEST_F(Operation, AnswersTheFailureOfItsRowForAFault) {
       ElementsAre(test::runtime_error("Clear"), test::runtime_error("Sort")));
 }
 
-TEST_F(Operation, RefusesInTheNameOfItsRow) {
+TEST_F(OperationTest, RefusesInTheNameOfItsRow) {
   EXPECT_EQ(refuse(row::Sort, "Option is invalid", "Checking sort option"), -1);
   EXPECT_THAT(test::read_error_records(log_),
               ElementsAre(test::ErrorRecord{"Option is invalid",

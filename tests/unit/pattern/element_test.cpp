@@ -16,7 +16,7 @@ CharClass digits() {
   return one;
 }
 
-struct Case {
+struct Spelling {
   const char* text;
   size_t p;
   size_t limit;
@@ -25,7 +25,7 @@ struct Case {
   size_t resume;
 };
 
-void expect_match(Element& element, const Case& one, bool case_flag = true) {
+void expect_match(Element& element, const Spelling& one, bool case_flag = true) {
   std::string text = one.text;
   MatchScope scope{text.data(), text.size(), 0};
   element.reset(case_flag);
@@ -65,7 +65,7 @@ TEST(ClassElement, TakesTheLongestRunWithinItsBounds) {
     uint32_t minimum;
     uint32_t maximum;
     bool negated;
-    Case expected;
+    Spelling expected;
   } cases[] = {
       {1, 0, false, {"123a", 0, 4, true, 3, 0}},
       {1, 0, false, {"123a", 0, 2, true, 2, 0}},

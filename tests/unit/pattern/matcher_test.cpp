@@ -33,14 +33,14 @@ std::string found_in(PatternContext& context, const std::string& text,
   return found;
 }
 
-struct Case {
+struct Finding {
   const char* pattern;
   const char* text;
   const char* matches;
 };
 
-void expect_matches(const std::vector<Case>& cases, FindOptions options = {}) {
-  for (const Case& one : cases) {
+void expect_matches(const std::vector<Finding>& cases, FindOptions options = {}) {
+  for (const Finding& one : cases) {
     TestContext context;
     ASSERT_EQ(context.compile(one.pattern), 1) << one.pattern;
     EXPECT_EQ(found_in(context, one.text, options), one.matches)

@@ -110,24 +110,24 @@ TEST_F(RewriterTest, ARecordThatIsNoMatchLeavesTheFileAsFarAsWritten) {
   EXPECT_EQ(written(), "[a]");
 }
 
-std::vector<uint32_t> reported;
+std::vector<uint32_t> report_positions;
 int polls;
 
 int32_t note_report(ProgressRecord* record) {
-  reported.push_back(record->position);
+  report_positions.push_back(record->position);
   return 0;
 }
 
 TEST_F(RewriterTest, ReportsEachMatchAndPollsAtTheContextsInterval) {
   set("abc", {{0, 1}, {1, 1}, {2, 1}});
-  reported.clear();
+  report_positions.clear();
   context.set_report_hook([](ProgressRecord* record) {
     EXPECT_EQ(record->total, 3u);
-    reported.push_back(record->position);
+    report_positions.push_back(record->position);
     return 0;
   });
   EXPECT_EQ(write(), 3);
-  EXPECT_EQ(reported, (std::vector<uint32_t>{0, 0, 1, 2, 3}));
+  EXPECT_EQ(report_positions, (std::vector<uint32_t>{0, 0, 1, 2, 3}));
   search_counters() = {};
   context.set_poll_interval(1);
   for (int stop = 1; stop <= 4; ++stop) {
@@ -147,16 +147,16 @@ TEST_F(RewriterTest, ReportsAboutAHundredMatchesOfMany) {
         std::make_unique<MatchRecord>(context.text() + i, 1, i));
   }
   context.set_report_hook(note_report);
-  reported.clear();
+  report_positions.clear();
   EXPECT_EQ(write(), 1234);
-  const std::vector<uint32_t> seen = reported;
-  reported.clear();
+  const std::vector<uint32_t> seen = report_positions;
+  report_positions.clear();
   context.report_progress(0, text.size());
   for (size_t i = 0; i < text.size(); ++i) {
     context.report_progress(i, text.size());
   }
   context.report_progress(text.size(), text.size());
-  EXPECT_EQ(seen, reported);
+  EXPECT_EQ(seen, report_positions);
   EXPECT_EQ(seen.size(), 105u);
 }
 
