@@ -1,5 +1,10 @@
-# GoogleTest and GoogleMock, built from the system's sources, because the
-# Windows build and the sanitizer build need their own.
+# GoogleTest and GoogleMock: natively the system's own libraries, for the
+# Windows build from the system's sources.
+if(NOT WIN32)
+  find_package(GTest CONFIG REQUIRED)
+  add_library(gmock_main ALIAS GTest::gmock_main)
+  return()
+endif()
 if(NOT EXISTS /usr/src/googletest/CMakeLists.txt)
   message(FATAL_ERROR "GoogleTest's sources are missing: apt install googletest")
 endif()
@@ -12,10 +17,3 @@ add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest
 foreach(library gtest gtest_main gmock gmock_main)
   target_compile_options(${library} PRIVATE -w)
 endforeach()
-include(GoogleTest)
-if(ZENFO_SANITIZE)
-  # These are not under test, and slow to compile with checks.
-  foreach(library gtest gtest_main gmock gmock_main)
-    target_compile_options(${library} PRIVATE -fno-sanitize=all)
-  endforeach()
-endif()
