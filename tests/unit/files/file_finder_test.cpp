@@ -37,7 +37,8 @@ class FileFinderTest : public testing::Test {
   std::vector<std::string> find(std::string specification) {
     std::string whole;
     for (char c : specification) {
-      whole += c == '~' ? folder.path() : with_own_separators(std::string(1, c));
+      whole +=
+          c == '~' ? folder.path() : with_own_separators(std::string(1, c));
     }
     std::vector<std::string> found;
     FileFinder finder(hooks, [&](std::string_view in, std::string_view name) {
@@ -162,7 +163,8 @@ TEST(ExtensionTest, FollowsItsFourRules) {
 }
 
 TEST(SearchGroup, IsTakenApartAtSemicolons) {
-  SearchGroup group = parse_search_group(with_own_separators("1/data/*.c;*.h;;x/y;*"));
+  SearchGroup group =
+      parse_search_group(with_own_separators("1/data/*.c;*.h;;x/y;*"));
   EXPECT_TRUE(group.valid);
   EXPECT_TRUE(group.subfolders);
   EXPECT_EQ(group.folder, with_own_separators("/data"));

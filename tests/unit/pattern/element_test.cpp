@@ -25,7 +25,8 @@ struct Spelling {
   size_t resume;
 };
 
-void expect_match(Element& element, const Spelling& one, bool case_flag = true) {
+void expect_match(Element& element, const Spelling& one,
+                  bool case_flag = true) {
   std::string text = one.text;
   MatchScope scope{text.data(), text.size(), 0};
   element.reset(case_flag);

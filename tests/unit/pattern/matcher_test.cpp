@@ -39,7 +39,8 @@ struct Finding {
   const char* matches;
 };
 
-void expect_matches(const std::vector<Finding>& cases, FindOptions options = {}) {
+void expect_matches(const std::vector<Finding>& cases,
+                    FindOptions options = {}) {
   for (const Finding& one : cases) {
     TestContext context;
     ASSERT_EQ(context.compile(one.pattern), 1) << one.pattern;
