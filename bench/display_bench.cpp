@@ -84,7 +84,7 @@ void lay_out(benchmark::State& run, DisplayState& display, uint32_t bytes,
   Subject& large = subject();
   display.bytes_per_line = bytes;
   display.show(large.text, &large.matches, nullptr);
-  if (prepare_display(display, "\r\n", 0) != 1 ||
+  if (prepare_display_now(display, "\r\n", 0) != 1 ||
       display.line_count() != lines || display.groups().size() != kMatches) {
     run.SkipWithError("wrong layout");
   }
@@ -129,7 +129,7 @@ void paint(benchmark::State& run, Painter painter, uint32_t bytes,
   DisplayState display;
   display.bytes_per_line = bytes;
   display.show(part.text, &part.matches, nullptr);
-  if (prepare_display(display, separator, 0) != 1) {
+  if (prepare_display_now(display, separator, 0) != 1) {
     run.SkipWithError("no layout");
   }
   const auto canvas = std::make_shared<BlindCanvas>();

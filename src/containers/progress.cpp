@@ -26,6 +26,15 @@ bool due(uint32_t& counter, uint32_t period) {
   return true;
 }
 
+// What due() would leave after this many calls.
+void advance(uint32_t& counter, uint32_t period, uint64_t calls) {
+  if (calls > 0 && counter > period) {
+    counter = 0;
+    --calls;
+  }
+  counter = static_cast<uint32_t>((counter + calls) % (uint64_t{period} + 1));
+}
+
 void set_default(uint32_t& period) {
   if (period == 0) period = kDefaultPeriod;
 }
@@ -64,6 +73,17 @@ int32_t ProgressHooks::report_reset() {
   if (!due(counters.report_reset, report_period_)) return 0;
   progress_ = {};
   return report_hook_(&progress_);
+}
+
+void ProgressHooks::skip(uint32_t count) {
+  if (interrupt_hook_ != nullptr) {
+    set_default(interrupt_period_);
+    advance(counters.poll_interrupt, interrupt_period_, count);
+  }
+  if (report_hook_ != nullptr) {
+    set_default(report_period_);
+    advance(counters.report_reset, report_period_, count);
+  }
 }
 
 int32_t ProgressHooks::report_position_of(uint32_t position, uint32_t total) {

@@ -45,6 +45,9 @@ class ProgressHooks {
     report_reset();
     return true;
   }
+  // Counts `count` calls of goes_on() at once, for a walk that is made later,
+  // or never. To be called while nobody would hear of them.
+  void skip(uint32_t count);
   // Reports step `position` of `total`, about a hundred times a walk, always
   // at 0 and at the end.
   int32_t report_position_of(uint32_t position, uint32_t total);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "frame/callbacks.h"
 #include "frame/guard.h"
 #include "pattern/match_record.h"
 #include "text/substring.h"
@@ -21,8 +22,8 @@ struct Range {
 // Collects the ranges of a layout in their order, each a group.
 class Gathering {
  public:
-  explicit Gathering(DisplayState& state)
-      : state_(state), stamp_(state.stamp()) {}
+  Gathering(DisplayState& state, bool silent)
+      : state_(state), silent_(silent), stamp_(state.stamp()) {}
 
   // False when a record is missing or the host asked to stop.
   bool run(int32_t mode) {
@@ -65,7 +66,7 @@ class Gathering {
 
   // The host may reset or lay out again while it is asked.
   bool stopped() {
-    if (state_.silent()) return false;
+    if (silent_) return false;
     const bool stop = state_.poll_interrupt() != 0;
     if (!stop) state_.report_reset();
     return stop || state_.stamp() != stamp_;
@@ -126,6 +127,7 @@ class Gathering {
   }
 
   DisplayState& state_;
+  const bool silent_;
   const uint32_t stamp_;
   uint32_t next_match_ = 0;
 };
@@ -222,11 +224,11 @@ bool can_lay_out(const DisplayState& state, uint32_t bytes_per_line) {
          (bytes_per_line != 0 || !state.separator().empty());
 }
 
-int32_t lay_out(DisplayState& state, int32_t mode) {
+int32_t lay_out(DisplayState& state, int32_t mode, bool silent) {
   const uint32_t bytes_per_line = state.bytes_per_line;
   if (!can_lay_out(state, bytes_per_line)) return -1;
   state.begin_layout();
-  Gathering gathering(state);
+  Gathering gathering(state, silent);
   if (!gathering.run(mode)) return -1;
   std::vector<Piece> pieces = cut(gathering);
   note_first_pieces(pieces, gathering.groups);
@@ -239,20 +241,57 @@ int32_t lay_out(DisplayState& state, int32_t mode) {
   return 1;
 }
 
+void choose_separator(DisplayState& state, std::string_view separator) {
+  if (!separator.empty()) {
+    state.set_separator(separator);
+  } else if (!state.has_separator()) {
+    state.set_separator(kDefaultSeparator);
+  }
+}
+
+// Hooks of the library itself call nobody if the host has no such callback.
+bool is_heard(const DisplayState& state) {
+  const CallbackTable& host = host_callbacks();
+  const bool interrupts = state.interrupt_hook() != nullptr &&
+                          (state.interrupt_hook() != interr || host.interrupt);
+  const bool reports = state.report_hook() != nullptr &&
+                       (state.report_hook() != report || host.report);
+  return interrupts || reports;
+}
+
+// With areas the number of ranges, each a poll, is known only afterwards.
+bool can_wait(const DisplayState& state) {
+  return can_lay_out(state, state.bytes_per_line) && state.areas() == nullptr &&
+         state.window == nullptr && !is_heard(state);
+}
+
 }  // namespace
+
+int32_t prepare_display_now(DisplayState& state, std::string_view separator,
+                            int32_t mode) {
+  return unlogged(-1, [&] {
+    choose_separator(state, separator);
+    if (lay_out(state, mode, state.silent()) != 1) return -1;
+    state.set_scroll_ranges(false);
+    return 1;
+  });
+}
 
 int32_t prepare_display(DisplayState& state, std::string_view separator,
                         int32_t mode) {
   return unlogged(-1, [&] {
-    if (!separator.empty()) {
-      state.set_separator(separator);
-    } else if (!state.has_separator()) {
-      state.set_separator(kDefaultSeparator);
-    }
-    if (lay_out(state, mode) != 1) return -1;
-    state.set_scroll_ranges(false);
+    choose_separator(state, separator);
+    if (!can_wait(state)) return prepare_display_now(state, {}, mode);
+    state.begin_layout();
+    state.defer_layout(mode);
+    state.skip(state.matches()->count());
     return 1;
   });
+}
+
+void make_deferred_layout(DisplayState& state) {
+  const std::optional<int32_t> mode = state.take_deferred();
+  if (mode) unlogged(-1, [&] { return lay_out(state, *mode, true); });
 }
 
 }  // namespace zenfo

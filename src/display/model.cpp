@@ -118,6 +118,7 @@ void DisplayState::begin_layout() { clear_layout(); }
 // Frees the memory, because a display can be much larger than the next one.
 void DisplayState::clear_layout() {
   ++stamp_;
+  deferred_mode_.reset();
   line_starts_ = {};
   line_separator_ = 0;
   hex_bytes_ = 0;

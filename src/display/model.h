@@ -16,9 +16,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "containers/item_list.h"
@@ -138,6 +140,11 @@ class DisplayState : public ProgressHooks {
   // Starts a layout: no lines, groups, highlight or rectangles; width and
   // layout word 0.
   void begin_layout();
+  // Leaves a layout for later, or takes back what was left; see layout.h.
+  void defer_layout(int32_t mode) { deferred_mode_ = mode; }
+  std::optional<int32_t> take_deferred() {
+    return std::exchange(deferred_mode_, std::nullopt);
+  }
   // The result of a layout: the pieces of the groups, in text order...
   void set_marks(std::vector<SpanGroup> groups, std::vector<Piece> pieces);
   // ...and the lines: text lines one by one, each by its start; `separator`
@@ -228,6 +235,7 @@ class DisplayState : public ProgressHooks {
   ItemList* areas_ = nullptr;
   uint32_t stamp_ = 0;
 
+  std::optional<int32_t> deferred_mode_;
   std::vector<uint32_t> line_starts_;  // text layout only
   uint32_t line_separator_ = 0;        // bytes, of the current layout
   uint32_t hex_bytes_ = 0;             // per line; 0 in a text layout

@@ -31,6 +31,7 @@ template <const ExportRow& kRow, class Steps>
 int32_t run_on_display(Steps&& steps) {
   return run<kRow>([&](Library& library) {
     if (library.display == nullptr) return -1;
+    make_deferred_layout(*library.display);
     return static_cast<int32_t>(steps(*library.display));
   });
 }
@@ -99,7 +100,7 @@ void mark(const ColourTable& table, int32_t action, Colours& colours) {
 
 ZENFO_ENTRY PrepareDisplay(const char* separator, int32_t mode) {
   return run_on_display<row::PrepareDisplay>([&](DisplayState& state) {
-    return prepare_display(state, or_empty(separator), mode);
+    return prepare_display_now(state, or_empty(separator), mode);
   });
 }
 

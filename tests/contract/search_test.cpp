@@ -540,6 +540,31 @@ TEST_F(SearchTest, TheDisplayShowsTheFileInsideTheQuestion) {
   }
 }
 
+// Nobody hears the layout being made, so it waits for the operation.
+TEST_F(SearchTest, TheDisplayShowsTheFileToAHostWithTheQuestionAlone) {
+  ASSERT_TRUE(pattern("a"));
+  add("1", "ba\n\rca");
+  static std::vector<int32_t> shown;
+  shown.clear();
+  CallbackTable table{};
+  table.option_question = [](const ZenfoWideChar*, int32_t) -> int32_t {
+    int32_t place[2];
+    SetBytesPerLine(2);  // for the next layout
+    shown.push_back(HighlightGroup(1, place));
+    shown.push_back(place[0]);
+    shown.push_back(place[1]);
+    shown.push_back(GetDisplayLineCount());
+    SetBytesPerLine(0);
+    return 1;
+  };
+  SetCallBacks(&table);
+  EXPECT_EQ(find_block({.ask = 1}), 2);
+  EXPECT_THAT(shown, ElementsAre(1, 1, 1, 2));
+  EXPECT_EQ(GetDisplayLineCount(), 0);
+  const CallbackTable none{};
+  SetCallBacks(&none);
+}
+
 // Where the groups of the display begin.
 std::string group_places() {
   std::string places;

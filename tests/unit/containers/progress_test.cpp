@@ -51,6 +51,20 @@ class ProgressTest : public testing::Test {
   ProgressHooks hooks;
 };
 
+TEST_F(ProgressTest, SkippedCallsCountAsIfTheyWereMade) {
+  for (uint32_t skipped : {0u, 1u, 50u, 100u, 101u, 102u, 1000u, 4294967295u}) {
+    SetUp();
+    hooks.skip(skipped);
+    const uint32_t left = 101 - skipped % 101;
+    for (uint32_t i = 1; i < left; ++i) hooks.goes_on();
+    EXPECT_EQ(asked, 0) << skipped;
+    EXPECT_TRUE(reports.empty()) << skipped;
+    hooks.goes_on();
+    EXPECT_EQ(asked, 1) << skipped;
+    EXPECT_EQ(reports.size(), 1u) << skipped;
+  }
+}
+
 TEST_F(ProgressTest, PollsAskTheHookOnEvery101stCall) {
   for (int round = 1; round <= 3; ++round) {
     for (int i = 0; i < 100; ++i) EXPECT_EQ(hooks.poll_interrupt(), 0);

@@ -23,7 +23,7 @@ class HexPainter : public ::testing::Test {
   void lay_out(const std::string& text, uint32_t bytes, const Marks& matches) {
     display_.state.bytes_per_line = bytes;
     display_.show(text, matches);
-    ASSERT_EQ(prepare_display(display_.state, "", 0), 1);
+    ASSERT_EQ(prepare_display_now(display_.state, "", 0), 1);
   }
   int32_t paint(PaintOptions options) {
     canvas_->forget();

@@ -6,6 +6,7 @@
 #include <functional>
 #include <random>
 
+#include "frame/callbacks.h"
 #include "support/display_fixture.h"
 
 namespace zenfo {
@@ -70,7 +71,7 @@ TEST(Layout, CutsLinesIntoSpans) {
     DisplayFixture display;
     display.state.bytes_per_line = row.bytes_per_line;
     display.show(row.text, row.matches);
-    EXPECT_EQ(prepare_display(display.state, row.separator, 0), 1);
+    EXPECT_EQ(prepare_display_now(display.state, row.separator, 0), 1);
     EXPECT_EQ(picture(display.state), row.lines);
   }
 }
@@ -111,7 +112,7 @@ TEST(Layout, GathersMatchesAndAreasInOrder) {
     SCOPED_TRACE(row.what);
     DisplayFixture display;
     display.show(row.text, row.matches, row.areas);
-    EXPECT_EQ(prepare_display(display.state, "\n", row.mode), 1);
+    EXPECT_EQ(prepare_display_now(display.state, "\n", row.mode), 1);
     EXPECT_EQ(picture(display.state), row.lines);
   }
 }
@@ -119,7 +120,7 @@ TEST(Layout, GathersMatchesAndAreasInOrder) {
 TEST(Layout, MakesAGroupOfEveryRangeEvenWhenItIsHidden) {
   DisplayFixture display;
   display.show("abcd", {{0, 3}}, {{1, 1}});
-  ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\n", 0), 1);
   ASSERT_EQ(display.state.groups().size(), 2u);
   EXPECT_FALSE(display.state.groups()[0].empty());
   EXPECT_TRUE(display.state.groups()[1].empty());
@@ -130,14 +131,14 @@ TEST(Layout, CountsMatchesWhateverTheirState) {
   DisplayFixture display;
   display.show("abcd", {{0, 1}, {2, 1}});
   display.matches.set_state(0, 0);
-  ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\n", 0), 1);
   EXPECT_THAT(picture(display.state), ElementsAre("M0:a|b|M1:c|d"));
 }
 
 TEST(Layout, GivesLineColumnAndColoursOfEachSpan) {
   DisplayFixture display;
   display.show("ab\ncdef", {{4, 1}}, {{0, 1}});
-  ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\n", 0), 1);
   const ColourTable& colours = display.state.colours();
   LineSpans first(display.state, 0);
   Span span;
@@ -161,7 +162,7 @@ TEST(Layout, GivesLineColumnAndColoursOfEachSpan) {
 TEST(Layout, TakesTheWidestLineWithoutItsSeparatorAsWidth) {
   DisplayFixture display;
   display.show("a\r\nabcde\r\nabc", {});
-  ASSERT_EQ(prepare_display(display.state, "\r\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\r\n", 0), 1);
   EXPECT_EQ(display.state.width, 5u);
   EXPECT_EQ(display.state.layout_word, 0u);
   EXPECT_EQ(display.state.line_bounds(1).width(), 5u);
@@ -179,7 +180,7 @@ TEST(Layout, CountsFourColumnsAByteAndTwoBetweenInHex) {
     DisplayFixture display;
     display.show("abc", {});
     display.state.bytes_per_line = row.bytes;
-    ASSERT_EQ(prepare_display(display.state, "", 0), 1);
+    ASSERT_EQ(prepare_display_now(display.state, "", 0), 1);
     EXPECT_EQ(display.state.width, row.width);
     EXPECT_EQ(display.state.layout_word, row.word);
   }
@@ -188,13 +189,13 @@ TEST(Layout, CountsFourColumnsAByteAndTwoBetweenInHex) {
 TEST(Layout, MarksTextLinesWithMatchesOrAreasAndNeverHexLines) {
   DisplayFixture display;
   display.show("ab\ncd\nef\ngh\n", {{2, 1}}, {{6, 1}});
-  ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\n", 0), 1);
   const bool expected[] = {true, false, true, false, false};
   for (uint32_t i = 0; i < 5; ++i) {
     EXPECT_EQ(display.state.line_marked(i), expected[i]) << i;
   }
   display.state.bytes_per_line = 4;
-  ASSERT_EQ(prepare_display(display.state, "", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "", 0), 1);
   for (uint32_t i = 0; i < display.state.line_count(); ++i) {
     EXPECT_FALSE(display.state.line_marked(i)) << i;
   }
@@ -203,39 +204,76 @@ TEST(Layout, MarksTextLinesWithMatchesOrAreasAndNeverHexLines) {
 TEST(PrepareDisplay, TheFirstSeparatorUnlessOneIsGivenIsLfCr) {
   DisplayFixture display;
   display.show("a\r\nb\r\nc", {});
-  ASSERT_EQ(prepare_display(display.state, "", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "", 0), 1);
   EXPECT_EQ(display.state.separator(), "\n\r");
   EXPECT_EQ(display.state.line_count(), 1u);
   display.show("a\r\n\r\nb", {});
-  ASSERT_EQ(prepare_display(display.state, "", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "", 0), 1);
   EXPECT_THAT(picture(display.state), ElementsAre("a\r", "\nb"));
+}
+
+TEST(PrepareDisplay, LeavesTheLayoutForLaterWhenNobodyCanNotice) {
+  DisplayFixture display;
+  display.state.set_interrupt_hook(interr);
+  display.state.set_report_hook(zenfo::report);
+  display.show("ab\n\rcd", {{0, 1}, {5, 1}});
+  EXPECT_EQ(prepare_display(display.state, "", 0), 1);
+  EXPECT_EQ(display.state.line_count(), 0u);
+  EXPECT_EQ(display.state.separator(), "\n\r");
+  make_deferred_layout(display.state);
+  const auto lines = picture(display.state);
+  EXPECT_THAT(lines, ElementsAre("M0:a|b", "c|M1:d"));
+  display.state.begin_layout();
+  make_deferred_layout(display.state);
+  EXPECT_EQ(display.state.line_count(), 0u) << "only once";
+}
+
+TEST(PrepareDisplay, ForgetsALayoutLeftForLaterWithItsText) {
+  DisplayFixture display;
+  display.show("abc", {{0, 1}});
+  EXPECT_EQ(prepare_display(display.state, "", 0), 1);
+  display.state.reset();
+  make_deferred_layout(display.state);
+  EXPECT_EQ(display.state.line_count(), 0u);
+}
+
+TEST(PrepareDisplay, LaysOutAtOnceForAHostThatHearsIt) {
+  DisplayFixture display;
+  display.state.set_report_hook([](ProgressRecord*) { return 0; });
+  display.show("abc", {{0, 1}});
+  EXPECT_EQ(prepare_display(display.state, "", 0), 1);
+  EXPECT_EQ(display.state.line_count(), 1u);
+  display.state.set_report_hook(nullptr);
+  display.show("abc", {{0, 1}}, {{1, 1}});
+  EXPECT_EQ(prepare_display(display.state, "", 0), 1);
+  EXPECT_EQ(display.state.line_count(), 1u) << "with areas";
 }
 
 TEST(PrepareDisplay, KeepsTheSeparatorUntilAnotherIsGiven) {
   DisplayFixture display;
   display.show("a;b,c", {});
-  ASSERT_EQ(prepare_display(display.state, ";", 0), 1);
-  ASSERT_EQ(prepare_display(display.state, "", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, ";", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "", 0), 1);
   EXPECT_THAT(picture(display.state), ElementsAre("a", "b,c"));
   display.state.reset();
   display.show("a;b,c", {});
-  ASSERT_EQ(prepare_display(display.state, "", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "", 0), 1);
   EXPECT_EQ(display.state.line_count(), 2u);
-  ASSERT_EQ(prepare_display(display.state, ",", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, ",", 0), 1);
   EXPECT_THAT(picture(display.state), ElementsAre("a;b", "c"));
 }
 
 TEST(PrepareDisplay, FailsWithoutTextOrMatchesButStoresTheSeparator) {
   DisplayFixture display;
-  EXPECT_EQ(prepare_display(display.state, "+", 0), -1);
+  EXPECT_EQ(prepare_display_now(display.state, "+", 0), -1);
   EXPECT_EQ(display.state.separator(), "+");
   display.show("", {});
-  EXPECT_EQ(prepare_display(display.state, "", 0), -1);
+  EXPECT_EQ(prepare_display_now(display.state, "", 0), -1);
   display.state.bytes_per_line = 16;
-  EXPECT_EQ(prepare_display(display.state, "", 0), -1);
+  EXPECT_EQ(prepare_display_now(display.state, "", 0), -1);
   display.text = "abc";
   display.state.show(display.text, nullptr, nullptr);
-  EXPECT_EQ(prepare_display(display.state, "", 0), -1);
+  EXPECT_EQ(prepare_display_now(display.state, "", 0), -1);
 }
 
 TEST(PrepareDisplay, FailsForARecordThatIsNoMatch) {
@@ -245,7 +283,7 @@ TEST(PrepareDisplay, FailsForARecordThatIsNoMatch) {
       display.show("abcdef", {{0, 1}}, {{0, 3}});
       (list == 0 ? display.matches : display.areas)
           .append(std::make_unique<OtherRecord>());
-      EXPECT_EQ(prepare_display(display.state, "\n", mode), -1);
+      EXPECT_EQ(prepare_display_now(display.state, "\n", mode), -1);
       EXPECT_EQ(display.state.groups().size(), 0u);
       EXPECT_EQ(display.state.line_count(), 0u);
     }
@@ -255,7 +293,7 @@ TEST(PrepareDisplay, FailsForARecordThatIsNoMatch) {
 TEST(PrepareDisplay, ClearsHighlightAndPaintedPlacesOfTheLayoutBefore) {
   DisplayFixture display;
   display.show("abc", {{1, 1}});
-  ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\n", 0), 1);
   ASSERT_TRUE(display.state.highlight(0));
   Span span{.bytes = {},
             .kind = SpanKind::kMatch,
@@ -265,7 +303,7 @@ TEST(PrepareDisplay, ClearsHighlightAndPaintedPlacesOfTheLayoutBefore) {
             .colours = {}};
   display.state.note_painted(span, {0, 0, 9, 9});
   ASSERT_EQ(display.state.group_at(5, 5), 0u);
-  ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\n", 0), 1);
   EXPECT_EQ(display.state.highlighted_group(), -1);
   EXPECT_EQ(display.state.saved_colours(), Colours{});
   EXPECT_EQ(display.state.groups()[0].colours, display.state.colours().match);
@@ -277,7 +315,7 @@ TEST(PrepareDisplay, KeepsTheScrollPosition) {
   display.show("a\nb", {});
   display.state.top_line = 7;
   display.state.left_column = 3;
-  ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\n", 0), 1);
   EXPECT_EQ(display.state.top_line, 7u);
   EXPECT_EQ(display.state.left_column, 3u);
 }
@@ -314,14 +352,14 @@ class LayoutPolls : public ::testing::Test {
 };
 
 TEST_F(LayoutPolls, AskOnceEveryHundredAndOneRanges) {
-  ASSERT_EQ(prepare_display(display_.state, "\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display_.state, "\n", 0), 1);
   EXPECT_EQ(polls, 10);
   EXPECT_EQ(reports, 10);
 }
 
 TEST_F(LayoutPolls, GiveUpWhenTheHostStops) {
   when_polled = [] { return polls == 3 ? 1 : 0; };
-  EXPECT_EQ(prepare_display(display_.state, "\n", 0), -1);
+  EXPECT_EQ(prepare_display_now(display_.state, "\n", 0), -1);
   EXPECT_EQ(polls, 3);
   EXPECT_EQ(display_.state.line_count(), 0u);
   EXPECT_EQ(display_.state.groups().size(), 0u);
@@ -332,7 +370,7 @@ TEST_F(LayoutPolls, GiveUpWhenTheHostResetsTheDisplay) {
     display_.state.reset();
     return 0;
   };
-  EXPECT_EQ(prepare_display(display_.state, "\n", 0), -1);
+  EXPECT_EQ(prepare_display_now(display_.state, "\n", 0), -1);
   EXPECT_EQ(polls, 1);
   EXPECT_EQ(display_.state.line_count(), 0u);
 }
@@ -341,11 +379,11 @@ TEST_F(LayoutPolls, KeepALayoutMadeDuringTheLayout) {
   when_polled = [this] {
     if (polls == 1) {
       display_.state.bytes_per_line = 1000;
-      EXPECT_EQ(prepare_display(display_.state, "\n", 0), 1);
+      EXPECT_EQ(prepare_display_now(display_.state, "\n", 0), 1);
     }
     return 0;
   };
-  EXPECT_EQ(prepare_display(display_.state, "\n", 0), -1);
+  EXPECT_EQ(prepare_display_now(display_.state, "\n", 0), -1);
   EXPECT_EQ(display_.state.line_count(), 3u);
   EXPECT_EQ(display_.state.groups().size(), 1010u);
 }
@@ -439,7 +477,7 @@ TEST(Layout, AgreesWithTheRulesByteByByteOnRandomMarks) {
     DisplayFixture display;
     display.state.bytes_per_line = bytes;
     display.show(text, matches, areas);
-    ASSERT_EQ(prepare_display(display.state, separator, 0), 1);
+    ASSERT_EQ(prepare_display_now(display.state, separator, 0), 1);
     ASSERT_EQ(picture(display.state),
               slow_layout(text, separator, bytes, matches, areas))
         << ::testing::PrintToString(text) << bytes;

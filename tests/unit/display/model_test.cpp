@@ -50,7 +50,7 @@ TEST(DisplayState, ResetEmptiesTheDisplayAndKeepsTheSettings) {
   DisplayFixture display;
   display.show("ab\ncd", {{1, 1}});
   display.state.bytes_per_line = 2;
-  ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\n", 0), 1);
   ASSERT_TRUE(display.state.highlight(0));
   display.state.top_line = display.state.left_column = 3;
   display.state.page_lines = display.state.page_columns = 4;
@@ -78,17 +78,17 @@ TEST(DisplayState, ShowsTheLinesInForceUntilTheNextLayout) {
   display.state.bytes_per_line = 8;
   EXPECT_EQ(display.state.shown_bytes_per_line(), 8u);
   display.show("abcd", {});
-  ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\n", 0), 1);
   display.state.bytes_per_line = 0;
   EXPECT_EQ(display.state.shown_bytes_per_line(), 8u);
-  ASSERT_EQ(prepare_display(display.state, "\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\n", 0), 1);
   EXPECT_EQ(display.state.shown_bytes_per_line(), 0u);
 }
 
 TEST(DisplayState, FindsTheLineOfAnOffset) {
   DisplayFixture display;
   display.show("ab\r\n\r\ncd", {});
-  ASSERT_EQ(prepare_display(display.state, "\r\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\r\n", 0), 1);
   const uint32_t lines[] = {0, 0, 0, 0, 1, 1, 2, 2};
   for (uint32_t i = 0; i < 8; ++i) {
     EXPECT_EQ(display.state.line_at(i), lines[i]) << i;
@@ -98,7 +98,7 @@ TEST(DisplayState, FindsTheLineOfAnOffset) {
 TEST(DisplayState, PlacesAGroupAtItsFirstSpan) {
   DisplayFixture display;
   display.show("ab\r\ncdef", {{1, 1}, {3, 1}, {5, 2}});
-  ASSERT_EQ(prepare_display(display.state, "\r\n", 0), 1);
+  ASSERT_EQ(prepare_display_now(display.state, "\r\n", 0), 1);
   const struct { uint32_t line, column; } places[] = {{0, 1}, {0, 2}, {1, 1}};
   for (uint32_t group = 0; group < 3; ++group) {
     const DisplayState::Place place = display.state.group_place(group);

@@ -24,7 +24,7 @@ struct PageFixture : DisplayFixture {
     std::string shown;
     for (int i = 0; i < lines; ++i) shown += i == 0 ? "abcde" : "\nabcde";
     show(shown, {{7, 1}});
-    prepare_display(state, "\n", 0);
+    prepare_display_now(state, "\n", 0);
   }
 
   std::shared_ptr<RecordingCanvas> canvas = std::make_shared<RecordingCanvas>();

@@ -23,7 +23,7 @@ class TextPainter : public ::testing::Test {
   // page.
   void lay_out(const std::string& text, const Marks& matches) {
     display_.show(text, matches);
-    ASSERT_EQ(prepare_display(display_.state, "\n", 0), 1);
+    ASSERT_EQ(prepare_display_now(display_.state, "\n", 0), 1);
   }
   int32_t paint(PaintOptions options) {
     canvas_->forget();
