@@ -179,16 +179,18 @@ class Shown {
                                  options_.form.most_lines);
       return;
     }
-    write_file(find_blocks(text(), matches_, options_.form.most_lines));
+    write_file();
   }
 
-  void write_file(const std::vector<Block>& blocks) {
+  void write_file() {
     switch (options_.show) {
       case Show::kLines:
-        lines_.print_file(files_.path(index_), text(), blocks);
+        lines_.print_file(files_.path(index_), text(), matches_);
         break;
       case Show::kJson:
-        json_.print_file(files_.path(index_), text(), blocks);
+        json_.print_file(
+            files_.path(index_), text(),
+            find_blocks(text(), matches_, options_.form.most_lines));
         break;
       case Show::kHex:
         hex_.print_file(files_.path(index_), text(), matches_);
@@ -199,7 +201,7 @@ class Shown {
       default:
         break;
     }
-    if (terminal::is_terminal(terminal::Stream::kOutput)) output_.flush();
+    if (output_.on_terminal()) output_.flush();
   }
 
   // Visits the entries of a result list together with their indices in the list

@@ -9,6 +9,8 @@
 
 #include <cstdint>
 #include <limits>
+#include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -42,7 +44,7 @@ class LinePrinter {
   // The binary part of the file is left out, see binary.h; if it contains
   // matches, a line says so.
   void print_file(std::string_view path, std::string_view text,
-                  const std::vector<Block>& blocks);
+                  std::span<const Match> matches);
   // "path" or, with paths, "path:12".
   void print_path(std::string_view path);
   void print_count(std::string_view path, uint64_t count);
@@ -50,11 +52,16 @@ class LinePrinter {
  private:
   class Walk;
 
+  bool prints_plain_lines() const;
+  void print_plain_lines(std::string_view path, std::string_view text,
+                         std::span<const Match> matches);
+  void print_blocks(std::string_view path, std::string_view text,
+                    const std::vector<Block>& blocks);
   void print_text(std::string_view path, std::string_view text,
                   const std::vector<Block>& blocks);
+  void print_binary(std::string_view path);
+  std::string prefix(std::string_view path, char separator) const;
   void put(const char* colour, std::string_view text);
-  void put_name(std::string_view path);
-  void put_path(std::string_view path, char separator);
   void put_number(uint64_t number, char separator);
   void put_separator(char separator);
 

@@ -1,5 +1,8 @@
 #include "cli/terminal/output.h"
 
+#include <charconv>
+#include <limits>
+
 #include "cli/system/terminal.h"
 #include "cli/terminal/messages.h"
 #include "cli/terminal/progress.h"
@@ -8,8 +11,23 @@
 namespace zenfo::host::cli {
 
 Output::Output()
-    : on_terminal_(terminal::is_terminal(terminal::Stream::kOutput)) {
-  buffer_.reserve(kSize);
+    : on_terminal_(terminal::is_terminal(terminal::Stream::kOutput)),
+      buffer_(new char[kSize]) {}
+
+void Output::put_piecewise(std::string_view bytes) {
+  while (!bytes.empty()) {
+    if (used_ == kSize) flush();
+    const std::string_view piece = bytes.substr(0, kSize - used_);
+    put_bytes(piece);
+    bytes.remove_prefix(piece.size());
+  }
+}
+
+void Output::put_number(uint64_t number) {
+  constexpr int kMostDigits = std::numeric_limits<uint64_t>::digits10 + 1;
+  char digits[kMostDigits];
+  const char* end = std::to_chars(digits, digits + kMostDigits, number).ptr;
+  put_bytes({digits, static_cast<size_t>(end - digits)});
 }
 
 void Output::put_visible(std::string_view text) {
@@ -33,16 +51,16 @@ void Output::put_json(std::string_view lines) {
 }
 
 void Output::flush() {
-  if (!failed_ && !buffer_.empty()) {
+  if (!failed_ && used_ > 0) {
     if (on_terminal_) erase_progress();
     const std::string reason =
-        terminal::write(terminal::Stream::kOutput, buffer_);
+        terminal::write(terminal::Stream::kOutput, {buffer_.get(), used_});
     failed_ = !reason.empty();
     if (failed_ && !terminal::reader_is_gone()) {
       complain("standard output", reason);
     }
   }
-  buffer_.clear();
+  used_ = 0;
 }
 
 }  // namespace zenfo::host::cli

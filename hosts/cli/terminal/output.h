@@ -8,6 +8,11 @@
 // Tested by tests/cli/command_test.cpp, tests/cli/posix_terminal_test.cpp
 #pragma once
 
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -36,22 +41,31 @@ class Output {
   // Writes the command's own bytes: line ends, zero bytes, colours.
   void put(char byte) { put_bytes(std::string_view(&byte, 1)); }
   void put_bytes(std::string_view bytes) {
-    if (buffer_.size() + bytes.size() > kSize) flush();
-    buffer_ += bytes;
+    if (bytes.size() > kSize - used_) {
+      put_piecewise(bytes);
+      return;
+    }
+    std::memcpy(buffer_.get() + used_, bytes.data(), bytes.size());
+    used_ += bytes.size();
   }
+  // Writes a number in decimal digits.
+  void put_number(uint64_t number);
   void flush();
   bool on_terminal() const { return on_terminal_; }
-  // Whether a write failed, so that all output is dropped.
+  // Whether a write failed, so that all output is dropped. May be asked from
+  // any thread.
   bool failed() const { return failed_; }
 
  private:
   static constexpr size_t kSize = 64 * 1024;
 
   void put_visible(std::string_view text);
+  void put_piecewise(std::string_view bytes);
 
   bool on_terminal_;
-  std::string buffer_;
-  bool failed_ = false;
+  std::unique_ptr<char[]> buffer_;
+  size_t used_ = 0;
+  std::atomic<bool> failed_ = false;
 };
 
 }  // namespace zenfo::host::cli

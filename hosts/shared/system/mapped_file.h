@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,8 @@ class MappedFile {
   using LossHandler = void(const char* path);
   static void prepare(LossHandler& handler);
 
+  // Whether a file is large enough.
+  static bool is_worth(uint64_t size);
   // False for a file that is too small or cannot be mapped, and always on
   // Windows, where a mapping would keep others from shortening the file: read
   // it instead.

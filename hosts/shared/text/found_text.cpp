@@ -2,40 +2,41 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 #include <limits>
 #include <new>
 #include <numeric>
-#include <system_error>
+#include <optional>
 #include <tuple>
 
+#include "shared/system/byte_marks.h"
 #include "shared/system/input_stream.h"
 #include "shared/system/paths.h"
 
 namespace zenfo::host {
 namespace {
 
-size_t size_on_disk(const std::string& path) {
-  std::error_code failed;
-  const auto size = std::filesystem::file_size(to_path(path), failed);
-  return failed ? 0 : static_cast<size_t>(size);
-}
+// In bytes; counting so many is a call of its own.
+constexpr size_t kFar = 512;
+
+// Of the buffer, in bytes.
+constexpr size_t kLeastCapacity = size_t{256} * 1024;
 
 // Counts in one-byte sums, which the compiler keeps in a vector.
 uint64_t count_line_ends(std::string_view text) {
-  constexpr size_t kLanes = 32;
+  constexpr size_t kSums = 32;
   uint64_t lines = 0;
-  while (text.size() >= kLanes) {
-    const size_t turns = std::min<size_t>(text.size() / kLanes, UINT8_MAX);
-    std::array<uint8_t, kLanes> sums{};
+  while (text.size() >= kSums) {
+    const size_t turns = std::min<size_t>(text.size() / kSums, UINT8_MAX);
+    std::array<uint8_t, kSums> sums{};
     for (size_t turn = 0; turn < turns; ++turn) {
-      const char* bytes = text.data() + turn * kLanes;
-      for (size_t i = 0; i < kLanes; ++i) sums[i] += bytes[i] == '\n';
+      const char* bytes = text.data() + turn * kSums;
+      for (size_t i = 0; i < kSums; ++i) sums[i] += bytes[i] == '\n';
     }
     lines = std::accumulate(sums.begin(), sums.end(), lines);
-    text.remove_prefix(turns * kLanes);
+    text.remove_prefix(turns * kSums);
   }
   return lines +
          static_cast<uint64_t>(std::count(text.begin(), text.end(), '\n'));
@@ -84,33 +85,57 @@ void unite(std::vector<Match>& matches) {
 }
 
 bool FileBytes::load_or_map(const std::string& path) {
-  return mapped_.open(path) || load(path);
+  mapped_.close();
+  size_ = 0;
+  if (!reader_.open(path)) return false;
+  const bool good =
+      (MappedFile::is_worth(reader_.size()) && mapped_.open(path)) ||
+      read_to_end();
+  reader_.close();
+  return good;
 }
 
 bool FileBytes::load(const std::string& path) {
-  const InputStream file = open_unbuffered(path);
-  return read(file.get(), size_on_disk(path), SIZE_MAX);
+  mapped_.close();
+  size_ = 0;
+  const bool good = reader_.open(path) && read_to_end();
+  reader_.close();
+  return good;
+}
+
+// When all bytes were read that the file had when it was opened, there is no
+// need to ask for more.
+bool FileBytes::read_to_end() {
+  const auto expected =
+      static_cast<size_t>(std::min<uint64_t>(reader_.size(), SIZE_MAX / 2));
+  for (;;) {
+    if (size_ == capacity_ &&
+        !grow(std::max({kLeastCapacity, 2 * capacity_, expected + 1}))) {
+      break;
+    }
+    const std::optional<size_t> got =
+        reader_.read(bytes_.get() + size_, capacity_ - size_);
+    if (!got) break;
+    size_ += *got;
+    if (*got == 0 || (size_ == expected && size_ < capacity_)) return true;
+  }
+  size_ = 0;
+  return false;
 }
 
 bool FileBytes::load_start(const std::string& path, size_t most) {
   const InputStream file = without_buffer(open_file(path, "rb"));
-  return read(file.get(), 0, most);
-}
-
-bool FileBytes::read(std::FILE* file, size_t expected, size_t most) {
-  constexpr size_t kLeast = size_t{256} * 1024;
   mapped_.close();
   size_ = 0;
   bool good = file != nullptr;
   for (size_t got = 1; good && got > 0 && size_ < most; size_ += got) {
-    if (size_ == capacity_ &&
-        !grow(std::max({kLeast, 2 * capacity_, expected + 1}))) {
+    if (size_ == capacity_ && !grow(std::max(kLeastCapacity, 2 * capacity_))) {
       good = false;
       break;
     }
     got = std::fread(bytes_.get() + size_, 1, std::min(capacity_, most) - size_,
-                     file);
-    good = std::ferror(file) == 0;
+                     file.get());
+    good = std::ferror(file.get()) == 0;
   }
   if (!good) size_ = 0;
   return good;
@@ -194,6 +219,48 @@ uint64_t LineNumbers::at(size_t offset) {
     counted_ = offset;
   }
   return number_;
+}
+
+void LineScan::move_to(size_t offset) {
+  if (offset < end_) return;
+  start_ = end_;
+  ++number_;
+  count_to(offset);
+  find_end(offset);
+}
+
+// Counts the line ends from the present end to the offset; start_ becomes the
+// start of the line there.
+void LineScan::count_to(size_t offset) {
+  size_t at = end_;
+  if (offset - at >= kFar) {
+    const ByteMarkCount far = count_marks(text_, &at, offset);
+    if (far.line_ends > 0) start_ = start_of_line(text_, at);
+    number_ += far.line_ends;
+    zero_met_ |= far.zeros;
+  }
+  for (; at < offset; at += kMarkedBytes) {
+    const ByteMarks marks = marks_of(text_, at);
+    const size_t left = std::min(offset - at, kMarkedBytes);
+    const uint32_t wanted = (1U << left) - 1;
+    zero_met_ |= (marks.zeros & wanted) != 0;
+    uint32_t ends = marks.line_ends & wanted;
+    if (ends == 0) continue;
+    start_ = at + static_cast<size_t>(std::bit_width(ends));
+    for (; ends != 0; ends &= ends - 1) ++number_;
+  }
+}
+
+void LineScan::find_end(size_t offset) {
+  for (size_t at = offset; at < text_.size(); at += kMarkedBytes) {
+    const ByteMarks marks = marks_of(text_, at);
+    const uint32_t before = (marks.line_ends & (0U - marks.line_ends)) - 1U;
+    zero_met_ |= (marks.zeros & before) != 0;
+    if (marks.line_ends == 0) continue;
+    end_ = at + static_cast<size_t>(std::countr_zero(marks.line_ends)) + 1;
+    return;
+  }
+  end_ = text_.size();
 }
 
 void visit_lines(std::string_view text, const std::vector<Block>& blocks,

@@ -8,13 +8,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "shared/system/file_reader.h"
 #include "shared/system/mapped_file.h"
 
 namespace zenfo::host {
@@ -47,9 +47,10 @@ class FileBytes {
   }
 
  private:
-  bool read(std::FILE* file, size_t expected, size_t most);
+  bool read_to_end();
   bool grow(size_t capacity);
 
+  FileReader reader_;
   MappedFile mapped_;
   std::unique_ptr<char[]> bytes_;
   size_t size_ = 0;
@@ -79,11 +80,43 @@ size_t start_of_line(std::string_view text, size_t offset);
 // The line without its end.
 std::string_view without_end(std::string_view line);
 
+// Walks through a text from line to line, forward only: counts the lines and
+// looks for zero bytes on the way.
+class LineScan {
+ public:
+  explicit LineScan(std::string_view text) : text_(text) {}
+
+  // Moves to the line that contains the offset; it must not lie before the
+  // present line.
+  void move_to(size_t offset);
+  // The present line, with its end, and its number, from 1.
+  size_t start() const { return start_; }
+  size_t end() const { return end_; }
+  uint64_t number() const { return number_; }
+  // Whether there is a zero byte before end().
+  bool zero_met() const { return zero_met_; }
+
+ private:
+  void count_to(size_t offset);
+  void find_end(size_t offset);
+
+  std::string_view text_;
+  size_t start_ = 0;
+  size_t end_ = 0;  // 0 before the first line
+  uint64_t number_ = 0;
+  bool zero_met_ = false;
+};
+
 // Line numbers from 1; offsets must be asked for in ascending order.
 class LineNumbers {
  public:
   explicit LineNumbers(std::string_view text) : text_(text) {}
   uint64_t at(size_t offset);
+  // Tells the number of the line that starts at an offset not asked for yet.
+  void note(size_t offset, uint64_t number) {
+    counted_ = offset;
+    number_ = number;
+  }
 
  private:
   std::string_view text_;

@@ -3,6 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <random>
+#include <string>
+
 #include "support/temp_folder.h"
 
 namespace zenfo::host {
@@ -88,6 +92,48 @@ TEST(LineNumbers, CountFromOne) {
   EXPECT_EQ(numbers.at(8), 3u);
 }
 
+TEST(LineNumbers, GoOnFromALineWhoseNumberIsKnown) {
+  LineNumbers numbers("ab\ncd\nef");
+  numbers.note(3, 12);
+  EXPECT_EQ(numbers.at(3), 12u);
+  EXPECT_EQ(numbers.at(7), 13u);
+}
+
+// What the scan says of a line, found byte by byte.
+std::string line_at(std::string_view text, size_t offset) {
+  const size_t end = end_of_line(text, offset);
+  const std::string_view before = text.substr(0, end);
+  return std::to_string(start_of_line(text, offset)) + '-' +
+         std::to_string(end) + ' ' +
+         std::to_string(LineNumbers(text).at(offset)) +
+         (before.find('\0') != std::string_view::npos ? " zero" : "");
+}
+
+TEST(LineScan, AgreesWithASearchFromTheStartForEveryLine) {
+  std::minstd_rand random(4711);
+  for (const size_t length : {1, 15, 16, 17, 40, 600, 3000, 40000}) {
+    for (const int line_length : {2, 20, 700, 9000}) {
+      std::string text(length, 'x');
+      for (char& byte : text) {
+        if (random() % static_cast<unsigned>(line_length) == 0) byte = '\n';
+      }
+      if (random() % 2 == 0) text[random() % length] = '\0';
+      const size_t step = 1 + random() % (length / 10 + 1);
+      LineScan scan(text);
+      for (size_t offset = random() % step; offset < length;
+           offset += 1 + random() % step) {
+        scan.move_to(offset);
+        EXPECT_EQ(std::to_string(scan.start()) + '-' +
+                      std::to_string(scan.end()) + ' ' +
+                      std::to_string(scan.number()) +
+                      (scan.zero_met() ? " zero" : ""),
+                  line_at(text, offset))
+            << "of " << length << " at " << offset;
+      }
+    }
+  }
+}
+
 // Notes its calls: "|" for a gap, context in brackets.
 class Notes : public LineVisitor {
  public:
@@ -147,6 +193,34 @@ TEST(FileBytes, LoadsOneFileAfterTheOther) {
   EXPECT_EQ(bytes.view(), "ab");
   EXPECT_FALSE(bytes.load(folder.path("none")));
   EXPECT_EQ(bytes.view(), "");
+}
+
+TEST(FileBytes, LoadsFilesOfOneFolderAndOfAnother) {
+  const test::TempFolder first, second;
+  const std::string a = first.file("a", "1"), b = first.file("b", "2");
+  const std::string other = second.file("a", "3");
+  FileBytes bytes;
+  std::string all;
+  for (const std::string& path :
+       {a, b, a, other, a, b, first.path("none"), b, other, other, a}) {
+    all += bytes.load(path) ? bytes.view() : "-";
+  }
+  EXPECT_EQ(all, "121312-2331");
+}
+
+TEST(FileBytes, FollowsAFolderThatIsMadeAgain) {
+  const test::TempFolder folder;
+  FileBytes bytes;
+  for (const char* text : {"old", "new"}) {
+    const std::filesystem::path sub = folder.path("sub");
+    std::filesystem::remove_all(sub);
+    std::filesystem::create_directory(sub);
+    const std::string path = folder.file("sub/a", text);
+    for (int i = 0; i < 3; ++i) {
+      EXPECT_TRUE(bytes.load(path));
+      EXPECT_EQ(bytes.view(), text);
+    }
+  }
 }
 
 TEST(FileBytes, MapsAsItLoads) {

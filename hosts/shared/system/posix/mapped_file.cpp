@@ -12,7 +12,7 @@ namespace zenfo::host {
 namespace {
 
 // Reading is as fast for smaller files, and the copy does not change later.
-constexpr off_t kWorthIt = 1 << 20;
+constexpr uint64_t kWorthIt = 1 << 20;
 
 MappedFile::LossHandler* on_loss = nullptr;
 
@@ -39,13 +39,15 @@ void MappedFile::prepare(LossHandler& handler) {
   signal(SIGBUS, on_bus_error);
 }
 
+bool MappedFile::is_worth(uint64_t size) { return size >= kWorthIt; }
+
 bool MappedFile::open(const std::string& path) {
   close();
   const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (file < 0) return false;
   struct stat facts;
   if (fstat(file, &facts) == 0 && S_ISREG(facts.st_mode) &&
-      facts.st_size >= kWorthIt) {
+      is_worth(static_cast<uint64_t>(facts.st_size))) {
     const auto size = static_cast<size_t>(facts.st_size);
     void* data = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
     if (data != MAP_FAILED) {

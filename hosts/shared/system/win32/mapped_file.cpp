@@ -4,6 +4,8 @@ namespace zenfo::host {
 
 void MappedFile::prepare(LossHandler&) {}
 
+bool MappedFile::is_worth(uint64_t) { return false; }
+
 bool MappedFile::open(const std::string&) { return false; }
 
 void MappedFile::close() {}
