@@ -22,10 +22,10 @@ using model::RandomCase;
 using model::RandomCases;
 using test::EngineBesideModel;
 
-// Sanitizers make a case about fifteen times slower; a quarter of the cases
+// Sanitizers make a case about fifteen times slower; an eighth of the cases
 // still covers every kind of element thousands of times.
 #if defined(__SANITIZE_ADDRESS__)
-constexpr int kShare = 4;
+constexpr int kShare = 8;
 #else
 constexpr int kShare = 1;
 #endif

@@ -127,8 +127,13 @@ std::string random_text(std::mt19937& random, size_t length) {
 }
 
 TEST(WordCount, CountsTextsOfSomePiecesAsTwoSearchesDo) {
+#if defined(__SANITIZE_ADDRESS__)
+  constexpr int kRounds = 100;
+#else
+  constexpr int kRounds = 400;
+#endif
   std::mt19937 random(11);
-  for (int round = 0; round < 400; ++round) {
+  for (int round = 0; round < kRounds; ++round) {
     const size_t around = kPiece * (random() % 5);
     const size_t length = around + random() % (round % 2 == 0 ? 3 : 6000);
     const std::string text = random_text(random, length);
