@@ -13,10 +13,8 @@
 #include <vector>
 
 #include "cli/commands/commands.h"
+#include "cli/commands/found_files.h"
 #include "cli/options/find_options.h"
-#include "cli/printing/hex_printer.h"
-#include "cli/printing/json_printer.h"
-#include "cli/printing/line_printer.h"
 #include "cli/system/terminal.h"
 #include "cli/terminal/asking.h"
 #include "cli/terminal/messages.h"
@@ -28,6 +26,7 @@
 #include "shared/session/session.h"
 #include "shared/system/stop.h"
 #include "shared/system/system.h"
+#include "shared/system/work_thread.h"
 #include "shared/text/binary.h"
 #include "shared/text/found_text.h"
 #include "shared/text/text_file.h"
@@ -37,28 +36,22 @@ namespace {
 
 using Answer = Session::Answer;
 
-// A stop may interrupt the command unless it writes a report or a summary.
-bool leaves_nothing_half_done(const FindOptions& options) {
-  return options.search.report.empty() && options.summary.empty();
-}
-
-// Writes the results of each file in which a run finds matches.
+// Takes the matches of each file in which a run finds any and has them written,
+// if it pays on a thread beside the run.
 class Shown {
  public:
   Shown(const FindOptions& options, Session& session, FileList& files,
-        bool several_texts, Output& output)
+        const Search& search, Output& output)
       : options_(options),
         session_(session),
         files_(files),
-        several_texts_(several_texts),
+        search_(search),
         output_(output),
-        lines_(options.form, output),
-        json_(options.form.before, options.form.after, output),
-        hex_(options.form.paths, options.form.colours, output),
-        counts_(options.show == Show::kLineCounts ||
-                        options.show == Show::kMatchCounts
-                    ? files.count()
-                    : 0) {}
+        found_(options, files, search.several_texts(), output) {
+    if (writes_beside_the_run()) {
+      writer_.emplace([this](FoundFile& file) { found_.write(file); });
+    }
+  }
 
   // Whether anything must be done during the run.
   bool asks_back() const {
@@ -67,7 +60,7 @@ class Shown {
       case Show::kOtherPaths:
         return options_.ask;
       case Show::kMatchCounts:
-        return options_.ask || several_texts_;
+        return options_.ask || search_.several_texts();
       case Show::kLineCounts:
         return !options_.matches_are_lines;
       default:
@@ -85,14 +78,16 @@ class Shown {
     turn_to(Session::files_done());
     const bool any = take_matches();
     if (system::stop_status() != 0) return Answer::kStop;
-    if (!several_texts_) finish_file();
+    if (!search_.several_texts()) finish_file();
     if (asking_.stopped() && !any) return Answer::kStop;
-    return output_.failed() ? Answer::kStop : Answer::kTake;
+    const bool failed = output_.failed() || (writer_ && writer_->failed());
+    return failed ? Answer::kStop : Answer::kTake;
   }
 
   // To be called when the run has ended.
   void finish() {
     finish_file();
+    if (writer_) writer_->finish();
     switch (options_.show) {
       case Show::kPaths:
         write_paths(ZENFO_LIST_RESULT);
@@ -106,8 +101,8 @@ class Shown {
         write_counts();
         return;
       case Show::kJson:
-        json_.print_summary(session_.count(ZENFO_LIST_RESULT) +
-                            session_.count(ZENFO_LIST_NO_MATCH));
+        found_.json().print_summary(session_.count(ZENFO_LIST_RESULT) +
+                                    session_.count(ZENFO_LIST_NO_MATCH));
         return;
       default:
         return;
@@ -115,6 +110,14 @@ class Shown {
   }
 
  private:
+  // A terminal also shows questions and progress, which must not mix with
+  // lines. A stop must not leave files unwritten that the report names.
+  bool writes_beside_the_run() const {
+    return found_.read_text() && !options_.ask &&
+           leaves_nothing_half_done(options_) && !output_.on_terminal() &&
+           files_.count() > 1 && WorkThread<FoundFile>::pays();
+  }
+
   // Makes the file after the first `done` of the run the current one.
   void turn_to(uint32_t done) {
     if (in_file_ && done == done_) return;
@@ -125,83 +128,37 @@ class Shown {
       ++done_;
     }
     in_file_ = true;
-    matches_.clear();
-    path_ = session_.full_name(index_);
-    loaded_ = false;
-  }
-
-  bool needs_text() const {
-    return options_.ask || options_.show == Show::kLines ||
-           options_.show == Show::kLineCounts || options_.show == Show::kJson ||
-           options_.show == Show::kHex;
-  }
-
-  std::string_view text() {
-    if (!loaded_ && !load_text()) {
-      const std::string reason = system::why_not_loaded(path_);
-      complain(files_.path(index_),
-               "cannot be read again" + (reason.empty() ? "" : ": " + reason));
-    }
-    loaded_ = true;
-    return bytes_.view();
-  }
-
-  bool load_text() {
-    return leaves_nothing_half_done(options_) ? bytes_.load_or_map(path_)
-                                              : bytes_.load(path_);
+    file_ = {index_, std::string(session_.full_name(index_)), {}};
   }
 
   // Whether any of the matches in hand is taken.
   bool take_matches() {
-    const size_t before = matches_.size();
-    const uint32_t count = matches_in_hand();
-    for (uint32_t i = 0; i < count; ++i) {
-      const Match match = match_in_hand(i);
-      if (options_.ask && !asking_.take(files_.path(index_), text(), match)) {
-        SetState(ZENFO_LIST_MATCHES, static_cast<int32_t>(i), 0);
+    std::vector<Match>& taken = file_.matches;
+    const size_t before = taken.size();
+    search_.append_matches(taken);
+    if (!options_.ask) return taken.size() > before;
+    auto kept = taken.begin() + static_cast<ptrdiff_t>(before);
+    int32_t index = 0;
+    for (auto match = kept; match != taken.end(); ++match, ++index) {
+      if (asking_.take(files_.shown(file_.path), found_.text(file_), *match)) {
+        *kept++ = *match;
       } else {
-        matches_.push_back(match);
+        SetState(ZENFO_LIST_MATCHES, index, 0);
       }
     }
-    return matches_.size() > before;
+    taken.erase(kept, taken.end());
+    return taken.size() > before;
   }
 
   void finish_file() {
     if (!in_file_) return;
     in_file_ = false;
-    if (several_texts_) unite(matches_);
-    if (!needs_text()) {
-      if (!counts_.empty()) counts_[index_] = matches_.size();
-      return;
+    if (writer_) {
+      const size_t bytes = file_.matches.size() * sizeof(Match);
+      writer_->give(std::move(file_), bytes);
+    } else {
+      found_.write(file_);
     }
-    if (options_.show == Show::kLineCounts) {
-      counts_[index_] = std::min(count_matching_lines(text(), matches_),
-                                 options_.form.most_lines);
-      return;
-    }
-    write_file();
-  }
-
-  void write_file() {
-    switch (options_.show) {
-      case Show::kLines:
-        lines_.print_file(files_.path(index_), text(), matches_);
-        break;
-      case Show::kJson:
-        json_.print_file(
-            files_.path(index_), text(),
-            find_blocks(text(), matches_, options_.form.most_lines));
-        break;
-      case Show::kHex:
-        hex_.print_file(files_.path(index_), text(), matches_);
-        break;
-      case Show::kMatchCounts:
-        counts_[index_] = matches_.size();
-        break;
-      default:
-        break;
-    }
-    if (output_.on_terminal()) output_.flush();
   }
 
   // Visits the entries of a result list together with their indices in the list
@@ -224,16 +181,16 @@ class Shown {
 
   void write_paths(int32_t list) {
     for_each_result(list, [&](uint32_t index, uint32_t) {
-      lines_.print_path(files_.path(index));
+      found_.lines().print_path(files_.path(index));
     });
   }
 
   void read_counts() {
     for_each_result(ZENFO_LIST_RESULT, [&](uint32_t index, uint32_t result) {
-      counts_[index] =
-          static_cast<uint32_t>(GetFlag(ZENFO_LIST_RESULT, result));
+      uint64_t& count = found_.counts()[index];
+      count = static_cast<uint32_t>(GetFlag(ZENFO_LIST_RESULT, result));
       if (options_.show == Show::kLineCounts) {
-        counts_[index] = std::min(counts_[index], options_.form.most_lines);
+        count = std::min(count, options_.form.most_lines);
       }
     });
   }
@@ -245,29 +202,28 @@ class Shown {
           list, [&](uint32_t index, uint32_t) { searched[index] = true; });
     }
     for (uint32_t i = 0; i < files_.count(); ++i) {
-      if (searched[i]) lines_.print_count(files_.path(i), counts_[i]);
+      if (searched[i]) {
+        found_.lines().print_count(files_.path(i), found_.counts()[i]);
+      }
     }
   }
 
   const FindOptions& options_;
   Session& session_;
   FileList& files_;
-  const bool several_texts_;
+  const Search& search_;
   Output& output_;
-  LinePrinter lines_;
-  JsonPrinter json_;
-  HexPrinter hex_;
+  FoundFiles found_;
   Asking asking_;
-  std::vector<uint64_t> counts_;
 
   // The current file.
   bool in_file_ = false;
-  bool loaded_ = false;
   uint32_t index_ = 0;
   uint32_t done_ = 0;  // files of the run before it
-  std::string path_;
-  FileBytes bytes_;
-  std::vector<Match> matches_;
+  FoundFile file_;
+
+  // Last, so that it ends before what it uses.
+  std::optional<WorkThread<FoundFile>> writer_;
 };
 
 void select_files(Session& session, FileList& files, const NameFilter& filter) {
@@ -360,7 +316,7 @@ int run_over_files(FindOptions& options, Session& session, Search& search,
   select_files(session, files, options.filter);
   const uint32_t binary =
       options.skip_binary ? deselect_binary(session, files) : 0;
-  Shown shown(options, session, files, search.several_texts(), output);
+  Shown shown(options, session, files, search, output);
   Session::Question question;
   if (shown.asks_back()) question = [&] { return shown.question(); };
   const uint32_t found = search.run(question);

@@ -1,6 +1,7 @@
 #include "cli/terminal/messages.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "cli/system/terminal.h"
 #include "cli/terminal/progress.h"
@@ -12,7 +13,7 @@ namespace {
 // Longer than any path of an existing file.
 constexpr size_t kLongestSubject = 4096;
 
-bool any_complaint = false;
+std::atomic<bool> any_complaint = false;
 
 class TerminalMessages : public Messages {
  public:
@@ -47,7 +48,7 @@ void remark(std::string_view subject, std::string_view reason) {
 }
 
 void say(std::string_view text) {
-  erase_progress();
+  const auto undisturbed = erase_progress();
   terminal::write(terminal::Stream::kErrors, text);
 }
 

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <limits>
+#include <mutex>
 
 #include "cli/system/terminal.h"
 #include "cli/terminal/messages.h"
@@ -52,15 +53,19 @@ void Output::put_json(std::string_view lines) {
 
 void Output::flush() {
   if (!failed_ && used_ > 0) {
-    if (on_terminal_) erase_progress();
-    const std::string reason =
-        terminal::write(terminal::Stream::kOutput, {buffer_.get(), used_});
+    const std::string reason = write_buffer();
     failed_ = !reason.empty();
     if (failed_ && !terminal::reader_is_gone()) {
       complain("standard output", reason);
     }
   }
   used_ = 0;
+}
+
+std::string Output::write_buffer() const {
+  std::unique_lock<std::mutex> undisturbed;
+  if (on_terminal_) undisturbed = erase_progress();
+  return terminal::write(terminal::Stream::kOutput, {buffer_.get(), used_});
 }
 
 }  // namespace zenfo::host::cli

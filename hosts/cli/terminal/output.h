@@ -61,6 +61,8 @@ class Output {
 
   void put_visible(std::string_view text);
   void put_piecewise(std::string_view bytes);
+  // Returns the reason for a failure.
+  std::string write_buffer() const;
 
   bool on_terminal_;
   std::unique_ptr<char[]> buffer_;

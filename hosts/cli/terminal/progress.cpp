@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <mutex>
 #include <utility>
 
 #include "cli/system/terminal.h"
@@ -14,6 +15,8 @@ constexpr auto kFirstDrawing = std::chrono::milliseconds(300);
 constexpr auto kBetweenDrawings = std::chrono::milliseconds(100);
 constexpr size_t kBarWidth = 24;
 
+// For the terminal: messages may come from other threads.
+std::mutex drawing;
 Progress* drawn_bar = nullptr;  // the one on the terminal
 
 void append_utf8(std::string& text, uint32_t point) {
@@ -88,8 +91,10 @@ int run_percent(uint32_t done, uint32_t files, bool loading, int percent) {
   return static_cast<int>(std::min<uint64_t>(hundredths / files, 100));
 }
 
-void erase_progress() {
-  if (drawn_bar != nullptr) drawn_bar->erase();
+std::unique_lock<std::mutex> erase_progress() {
+  std::unique_lock lock(drawing);
+  if (drawn_bar != nullptr) drawn_bar->erase_drawn();
+  return lock;
 }
 
 Progress::Progress()
@@ -125,6 +130,7 @@ void Progress::show_step(const ProgressRecord& step) {
   next_drawing_ = now + kBetweenDrawings;
   const std::string line = progress_line(status_, percent_of(step),
                                          terminal::terminal_columns() - 1);
+  const std::lock_guard lock(drawing);
   const size_t blanks = drawn_ > line.size() ? drawn_ - line.size() : 0;
   terminal::write(terminal::Stream::kErrors,
                   '\r' + line + std::string(blanks, ' '));
@@ -133,6 +139,11 @@ void Progress::show_step(const ProgressRecord& step) {
 }
 
 void Progress::erase() {
+  const std::lock_guard lock(drawing);
+  erase_drawn();
+}
+
+void Progress::erase_drawn() {
   if (drawn_ == 0) return;
   terminal::write(terminal::Stream::kErrors,
                   '\r' + std::string(drawn_, ' ') + '\r');

@@ -11,6 +11,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <string>
 
 #include "shared/frame/progress_view.h"
@@ -28,8 +29,9 @@ std::string utf8_of(const ZenfoWideChar* text);
 // then searched and perhaps changed.
 int run_percent(uint32_t done, uint32_t files, bool loading, int percent);
 
-// Erases the bar on the terminal, if there is one.
-void erase_progress();
+// Erases the bar on the terminal, if there is one. No thread draws it again as
+// long as the result lives.
+[[nodiscard]] std::unique_lock<std::mutex> erase_progress();
 
 class Progress : public ProgressView {
  public:
@@ -46,6 +48,10 @@ class Progress : public ProgressView {
   void erase() override;
 
  private:
+  friend std::unique_lock<std::mutex> erase_progress();
+
+  void erase_drawn();
+
   using Clock = std::chrono::steady_clock;
 
   int percent_of(const ProgressRecord& step);

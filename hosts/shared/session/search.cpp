@@ -1,9 +1,7 @@
 #include "shared/session/search.h"
 
 #include <algorithm>
-#include <array>
 #include <cctype>
-#include <charconv>
 #include <string_view>
 #include <utility>
 
@@ -31,11 +29,13 @@ constexpr std::string_view kWideConstructs = "!#?";
 constexpr int32_t kAnyBytes = 0;
 
 uint32_t match_number(TextAccessor accessor, uint32_t index) {
-  std::array<char, 16> text{};
+  char text[16];
+  text[0] = '\0';
+  accessor(ZENFO_LIST_MATCHES, index, text, sizeof text);
   uint32_t number = 0;
-  accessor(ZENFO_LIST_MATCHES, index, text.data(),
-           static_cast<uint32_t>(text.size()));
-  std::from_chars(text.data(), text.data() + text.size(), number);
+  for (const char* digit = text; *digit != '\0'; ++digit) {
+    number = number * 10 + static_cast<uint32_t>(*digit - '0');
+  }
   return number;
 }
 
@@ -212,6 +212,25 @@ uint32_t Search::run_over_lines(const std::string& list,
                                  summary.c_str(), o.areas.inside);
       },
       nullptr);
+}
+
+// A text that is searched for as written.
+bool Search::matches_are_equally_long() const {
+  const SearchOptions& o = options_;
+  return !o.is_pattern && !o.between && o.start.text.empty() &&
+         o.end.text.empty() && o.areas.pattern.empty();
+}
+
+void Search::append_matches(std::vector<Match>& matches) const {
+  const uint32_t count = matches_in_hand();
+  if (matches.empty()) matches.reserve(count);
+  const bool equal = matches_are_equally_long();
+  uint32_t length = 0;
+  for (uint32_t i = 0; i < count; ++i) {
+    const uint32_t offset = match_number(GetMatchOffset, i);
+    if (i == 0 || !equal) length = match_number(GetMatchLength, i);
+    matches.push_back({offset, length});
+  }
 }
 
 uint32_t matches_in_hand() {
