@@ -53,6 +53,19 @@ def counts_of_files(pattern, folder):
     }
 
 
+def shown_lines(text, folder, rg=RG):
+    """The two sides of a row that shows the lines with a text."""
+    return {
+        "ours": f"zenfo find -rn {text} {{{folder}}}",
+        "peers": {
+            "rg": f"{rg} -nF {text} {{{folder}}}",
+            "grep": f"grep -rnF {text} {{{folder}}}",
+            "ugrep": f"{UGREP} -nF {text} {{{folder}}}",
+        },
+        "check": "shown_lines",
+    }
+
+
 RUN = "'0|1|2|3|4|5|6|7|8|9' ms"  # digits, one or more, and a unit
 CLASS_RUN = {
     "ours": f'zenfo find -rc --pattern "{RUN}"',
@@ -79,6 +92,27 @@ ROWS = [
         **names_of_files("harpsichord", "big")),
     Row("log-rare", aim=1.00, about="in the last line of 1 GB",
         **names_of_files("harpsichord", "log")),
+
+    # --- Lines shown, with numbers -------------------------------------------
+    Row("tree-lines-few", aim=0.75, about="40 lines of 40 files",
+        **shown_lines("harpsichord", "tree")),
+    Row("tree-lines-many", aim=0.75, about="several lines of nearly every file",
+        **shown_lines("was", "tree")),
+    Row("tree-lines-most", aim=0.70, about="nearly every other line",
+        **shown_lines("the", "tree")),
+    Row("big-lines-many", aim=0.75, about="hundreds of lines of every file",
+        **shown_lines("between", "big")),
+    Row("big-lines-most", aim=0.75, about="nearly every other line",
+        **shown_lines("the", "big")),
+    Row("log-lines-few", aim=0.80, about="the last line of 1 GB",
+        **shown_lines("harpsichord", "log")),
+    Row("log-lines-many", aim=0.80, about="one line in a hundred",
+        **shown_lines("between", "log")),
+    Row("log-lines-most", aim=0.80, about="nearly every other line",
+        **shown_lines("the", "log")),
+    Row("tree-lines-all", aim=0.90,
+        about="as tree-lines-many, rg with all processors",
+        **shown_lines("was", "tree", rg=RG.replace(" -j1", ""))),
 
     # --- Patterns -----------------------------------------------------------
     Row("tree-frequent-count", "zenfo find -rc the {tree}",

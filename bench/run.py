@@ -115,6 +115,11 @@ def lines(output, _):
     return sorted(output.splitlines())
 
 
+def shown_lines(output, _):
+    """Lines without their carriage returns, which zenfo leaves out."""
+    return sorted(line.removesuffix(b"\r") for line in output.split(b"\n"))
+
+
 def counts(output, _):
     """file:count lines with a count above 0, or one bare count."""
     counted = [line.rpartition(b":") for line in output.splitlines()]
@@ -164,8 +169,8 @@ def copies(_, bench):
 
 
 CHECKS = {check.__name__: check for check in
-          (lines, counts, last_words, last_words_and_lines, paths_and_sizes,
-           copies)}
+          (lines, shown_lines, counts, last_words, last_words_and_lines,
+           paths_and_sizes, copies)}
 
 
 def answer(bench, row, side, command):
