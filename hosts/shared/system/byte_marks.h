@@ -16,6 +16,8 @@
 namespace zenfo::host {
 
 inline constexpr size_t kMarkedBytes = 16;
+// count_marks() counts this many at once, if it counts any.
+inline constexpr size_t kCountStep = 4 * kMarkedBytes;
 
 // A bit for each byte, the lowest for the first.
 struct ByteMarks {
@@ -63,16 +65,16 @@ inline ByteMarkCount count_marks([[maybe_unused]] std::string_view text,
                                  [[maybe_unused]] size_t end) {
   ByteMarkCount count;
 #ifdef __SSE2__
-  constexpr size_t kStep = 4 * kMarkedBytes;
   constexpr size_t kMostTurns = UINT8_MAX / 4;  // sums of one byte
   const __m128i line_end = _mm_set1_epi8('\n');
   const __m128i zero = _mm_setzero_si128();
   __m128i zeros = zero;
-  while (end - *at >= kStep) {
-    const size_t stop = *at + std::min((end - *at) / kStep, kMostTurns) * kStep;
+  while (end - *at >= kCountStep) {
+    const size_t stop =
+        *at + std::min((end - *at) / kCountStep, kMostTurns) * kCountStep;
     __m128i sums = zero;
-    for (; *at < stop; *at += kStep) {
-      for (size_t i = 0; i < kStep; i += kMarkedBytes) {
+    for (; *at < stop; *at += kCountStep) {
+      for (size_t i = 0; i < kCountStep; i += kMarkedBytes) {
         const __m128i bytes = load_bytes(text, *at + i);
         sums = _mm_sub_epi8(sums, _mm_cmpeq_epi8(bytes, line_end));
         zeros = _mm_or_si128(zeros, _mm_cmpeq_epi8(bytes, zero));

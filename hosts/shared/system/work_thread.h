@@ -10,6 +10,7 @@
 #include <exception>
 #include <functional>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <utility>
 #include <vector>
@@ -54,7 +55,11 @@ class WorkThread {
   static constexpr size_t kMostBytes = size_t{8} * 1024 * 1024;
 
   void hand_over() {
-    if (!thread_.joinable()) thread_ = std::thread([this] { run(); });
+    if (!start()) {
+      for (Item& item : batch_) work_on(item);
+      batch_.clear();
+      return;
+    }
     std::unique_lock lock(mutex_);
     taken_.wait(lock, [&] { return waiting_bytes_ < kMostBytes; });
     for (Item& item : batch_) waiting_.push_back(std::move(item));
@@ -62,6 +67,16 @@ class WorkThread {
     batch_.clear();
     lock.unlock();
     given_.notify_one();
+  }
+
+  // False if the system lets no more threads start.
+  bool start() {
+    if (thread_.joinable()) return true;
+    try {
+      thread_ = std::thread([this] { run(); });
+    } catch (const std::system_error&) {
+    }
+    return thread_.joinable();
   }
 
   void end() {

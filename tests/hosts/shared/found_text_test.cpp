@@ -134,6 +134,21 @@ TEST(LineScan, AgreesWithASearchFromTheStartForEveryLine) {
   }
 }
 
+TEST(LineScan, CountsALongWay) {
+  constexpr size_t kLength = (size_t{20} << 20) + 77;
+  std::string text(kLength, 'x');
+  for (size_t i = 0; i < kLength; i += 1 + i % 97) text[i] = '\n';
+  for (const size_t zero : {kLength, size_t{5}, kLength / 2, kLength - 200}) {
+    if (zero < kLength) text[zero] = '\0';
+    LineScan scan(text);
+    scan.move_to(kLength - 100);
+    EXPECT_EQ(scan.number(), LineNumbers(text).at(scan.start()));
+    EXPECT_EQ(scan.start(), start_of_line(text, kLength - 100));
+    EXPECT_EQ(scan.zero_met(), zero < kLength) << zero;
+    if (zero < kLength) text[zero] = 'x';
+  }
+}
+
 // Notes its calls: "|" for a gap, context in brackets.
 class Notes : public LineVisitor {
  public:
