@@ -63,6 +63,24 @@ struct FileVersion {
   bool operator==(const FileVersion&) const = default;
 };
 
+// Shows more: whether a file that was loaded would load in the same way now.
+struct FileStamp {
+  FileVersion version;
+  // Natively that of content, rights and names; elsewhere 0.
+  uint64_t change_time = 0;
+  // False when the last change is so recent that the next may get the same
+  // time, or when the system does not say.
+  bool settled = false;
+};
+
+// Whether other parts of the process can delete, rename and lock a file that is
+// open for reading.
+#ifdef _WIN32
+inline constexpr bool kReadingHindersNobody = false;
+#else
+inline constexpr bool kReadingHindersNobody = true;
+#endif
+
 // Remembers the folder of the path asked last, so that a walk over entries of
 // one folder resolves only their bare names. Lives for one walk: a folder that
 // is renamed meanwhile is still read under its old name.
@@ -84,6 +102,13 @@ class NearbyFolder {
 // followed. `nearby` may be null.
 bool read_file_facts(const char* path, FileFacts& facts,
                      NearbyFolder* nearby = nullptr);
+
+// The stamp of an ordinary file; false for all else. `nearby` may be null.
+bool read_stamp(const char* path, FileStamp& stamp,
+                NearbyFolder* nearby = nullptr);
+// Whether the file has not changed since; true only for settled stamps.
+bool has_stamp(const char* path, const FileStamp& stamp,
+               NearbyFolder* nearby = nullptr);
 
 bool is_file(const char* path);    // exists and is not a folder
 bool is_folder(const char* path);  // exists and is a folder
@@ -148,6 +173,10 @@ class InputFile {
   // The same, but false for a path that leads through a link. On Windows only
   // the last part is checked.
   bool open_without_links(const char* path);
+  // Opens only an ordinary file of at most `largest` bytes, and says its stamp
+  // before it was read.
+  bool open_ordinary(const char* path, uint64_t largest, FileStamp& stamp,
+                     NearbyFolder* nearby = nullptr);
   // Reads up to `size` bytes, fewer only at an ordinary file's end; -1 on
   // error, with anything in the buffer.
   int64_t read(void* buffer, size_t size);

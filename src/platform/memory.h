@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 
 namespace zenfo::platform {
 
@@ -27,6 +28,12 @@ class KeptBuffer {
   // first `keep` bytes stay. False when there is no memory.
   bool reserve(size_t size, size_t keep);
   void release();
+  void swap(KeptBuffer& other) noexcept {
+    std::swap(data_, other.data_);
+    std::swap(capacity_, other.capacity_);
+    std::swap(block_, other.block_);
+    std::swap(block_size_, other.block_size_);
+  }
 
  private:
   char* data_ = nullptr;

@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "platform/posix/nearby_folder.h"
+#include "platform/posix/version.h"
 
 namespace zenfo::platform {
 namespace {
@@ -68,6 +69,23 @@ bool read_file_facts(const char* path, FileFacts& facts, NearbyFolder* nearby) {
   facts.access_time = to_file_time(found.stx_atime);
   facts.write_time = to_file_time(found.stx_mtime);
   return true;
+}
+
+bool read_stamp(const char* path, FileStamp& stamp, NearbyFolder* nearby) {
+  const Place place = locate(path, nearby);
+  struct stat found;
+  if (fstatat(place.folder, place.name, &found, 0) != 0 ||
+      !S_ISREG(found.st_mode)) {
+    return false;
+  }
+  stamp = stamp_of(found);
+  return true;
+}
+
+bool has_stamp(const char* path, const FileStamp& stamp, NearbyFolder* nearby) {
+  FileStamp now;
+  return stamp.settled && read_stamp(path, now, nearby) &&
+         now.version == stamp.version && now.change_time == stamp.change_time;
 }
 
 bool is_file(const char* path) {

@@ -86,6 +86,18 @@ bool InputFile::open_without_links(const char* path) {
   return is_open();
 }
 
+bool InputFile::open_ordinary(const char* path, uint64_t largest,
+                              FileStamp& stamp, NearbyFolder* nearby) {
+  struct stat found;
+  if (open(path, nearby) && fstat(static_cast<int>(handle_), &found) == 0 &&
+      S_ISREG(found.st_mode)) {
+    stamp = stamp_of(found);
+    if (stamp.version.size <= largest) return true;
+  }
+  close();
+  return false;
+}
+
 int64_t InputFile::read(void* buffer, size_t size) {
   const int descriptor = static_cast<int>(handle_);
   size_t done = 0;

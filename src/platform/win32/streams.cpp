@@ -90,6 +90,17 @@ bool InputFile::open_without_links(const char* path) {
   return !link && open(path, nullptr);
 }
 
+bool InputFile::open_ordinary(const char* path, uint64_t largest,
+                              FileStamp& stamp, NearbyFolder* nearby) {
+  stamp = {};
+  if (open(path, nearby) && version(stamp.version) &&
+      stamp.version.size <= largest) {
+    return true;
+  }
+  close();
+  return false;
+}
+
 int64_t InputFile::read(void* buffer, size_t size) {
   size_t done = 0;
   while (done < size) {

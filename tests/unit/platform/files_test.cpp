@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <filesystem>
 #include <string>
+#include <thread>
 
 #include "support/temp_folder.h"
 
@@ -165,6 +167,41 @@ TEST(CreateFolder, FailsForWhatExistsOrHasNoParent) {
   const std::string deep = folder.path("b") + kPathSeparator + "c";
   EXPECT_FALSE(create_folder(deep.c_str()));
   EXPECT_FALSE(create_folder(""));
+}
+
+TEST(Stamp, IsOfOrdinaryFilesOnly) {
+  const TempFolder folder;
+  const std::string path = folder.file("a", "abc");
+  FileStamp stamp;
+  ASSERT_TRUE(read_stamp(path.c_str(), stamp));
+  InputFile file;
+  FileVersion version;
+  ASSERT_TRUE(file.open(path.c_str()) && file.version(version));
+  EXPECT_EQ(stamp.version, version);
+  EXPECT_FALSE(read_stamp(folder.path().c_str(), stamp));
+  EXPECT_FALSE(read_stamp(folder.path("b").c_str(), stamp));
+  EXPECT_FALSE(read_stamp("", stamp));
+}
+
+// On Windows no stamp is trusted.
+TEST(Stamp, ShowsThatAFileIsTheSame) {
+  const TempFolder folder;
+  const std::string path = folder.file("a", "abc");
+  FileStamp fresh;
+  ASSERT_TRUE(read_stamp(path.c_str(), fresh));
+  EXPECT_FALSE(has_stamp(path.c_str(), fresh)) << "too recent to be sure";
+  std::this_thread::sleep_for(std::chrono::milliseconds(30));
+  FileStamp settled;
+  ASSERT_TRUE(read_stamp(path.c_str(), settled));
+#ifndef _WIN32
+  EXPECT_TRUE(has_stamp(path.c_str(), settled));
+  namespace fs = std::filesystem;
+  const auto time = fs::last_write_time(path);
+  test::write_file(path, "xyz");
+  fs::last_write_time(path, time);
+#endif
+  EXPECT_FALSE(has_stamp(path.c_str(), settled));
+  EXPECT_FALSE(has_stamp(folder.path("b").c_str(), settled));
 }
 
 }  // namespace

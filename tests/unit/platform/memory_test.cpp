@@ -112,5 +112,18 @@ TEST(Slab, HoldsWhatItWasAskedFor) {
   }
 }
 
+TEST(KeptBuffer, SwapExchangesBytesAndRoom) {
+  KeptBuffer full;
+  KeptBuffer empty;
+  ASSERT_TRUE(full.reserve(1000, 0));
+  std::memcpy(full.data(), "text", 4);
+  const size_t capacity = full.capacity();
+  full.swap(empty);
+  EXPECT_EQ(full.data(), nullptr);
+  EXPECT_EQ(full.capacity(), 0u);
+  EXPECT_EQ(empty.capacity(), capacity);
+  EXPECT_EQ(std::string(empty.data(), 4), "text");
+}
+
 }  // namespace
 }  // namespace zenfo::platform

@@ -241,5 +241,23 @@ TEST(OutputFile, CanBeReadWhileItIsOpen) {
   EXPECT_EQ("abc", read_all(input, 10));
 }
 
+TEST(InputFile, OpensOrdinaryFilesUpToASizeWithTheirStamp) {
+  const TempFolder folder;
+  const std::string path = folder.file("a", "abc");
+  InputFile file;
+  FileStamp stamp;
+  ASSERT_TRUE(file.open_ordinary(path.c_str(), 3, stamp));
+  EXPECT_EQ("abc", read_all(file, 10));
+  FileVersion version;
+  ASSERT_TRUE(file.version(version));
+  EXPECT_EQ(stamp.version, version);
+  EXPECT_EQ(version.size, 3u);
+  EXPECT_FALSE(file.open_ordinary(path.c_str(), 2, stamp));
+  EXPECT_FALSE(file.is_open());
+  EXPECT_FALSE(file.open_ordinary(folder.path().c_str(), 1 << 20, stamp));
+  EXPECT_FALSE(file.open_ordinary(folder.path("b").c_str(), 3, stamp));
+  EXPECT_FALSE(file.is_open());
+}
+
 }  // namespace
 }  // namespace zenfo::platform
