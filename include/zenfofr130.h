@@ -595,6 +595,14 @@ ZENFO_API int32_t ZENFO_CALL set_operators(const char* file);
  * Progress: "Now loading file", "Now binary checking", "Now parsing file",
  * "Preparing for display", each with the file's path, and "Now reporting to
  * file" with the report's.
+ *
+ * A run over many entries loads small files ahead of their turn with threads of
+ * its own, which end with the run. All callbacks come from the thread that made
+ * the call, and calls and results are the same as without threads. The
+ * environment variable ZENFO_THREADS, read at the start of a run, limits the
+ * threads, the caller's included: 1 for none of its own, 8 at most; without it
+ * there are as many as processors. On Windows a run has none when callbacks for
+ * interrupts, progress, status texts or the option question are set.
  */
 
 /* FindBlock(), FindBlock_f()

@@ -107,11 +107,27 @@ int32_t FileContent::load_file_content(const char* path,
                                        platform::NearbyFolder* nearby) {
   clear();
   file_size_ = 0;
+  opened_ = false;
   path_ = or_empty(path);
   if (path_.empty()) return -1;
   const int32_t length = load(path_.c_str(), nearby);
   if (length < 0) clear();  // releases a view too
   return length;
+}
+
+int32_t FileContent::take_file_content(const char* path,
+                                       platform::KeptBuffer& bytes,
+                                       uint32_t size) {
+  clear();
+  path_ = path;
+  opened_ = true;
+  version_known_ = false;
+  buffer_.swap(bytes);
+  data_ = buffer_.data();
+  file_size_ = size;
+  if (size >= kBlock) return load_in_steps(nullptr, size);
+  progress_step(0, 1);
+  return finish(size, 1);
 }
 
 // The first read asks for one block. A short answer is the whole file, and
@@ -129,6 +145,7 @@ int32_t FileContent::load(const char* path, platform::NearbyFolder* nearby) {
         facts.size == 0;
     return empty && platform::is_file(path) ? 0 : -1;
   }
+  opened_ = true;
   version_known_ = versions_wanted_ && file.version(version_);
   if (!buffer_.reserve(kBlock + 1, 0)) return -1;
   data_ = buffer_.data();
@@ -146,10 +163,16 @@ int32_t FileContent::load_large(platform::InputFile& file) {
   const int64_t size = file.size();
   if (size < kBlock || static_cast<uint64_t>(size) >= kSizeLimit) return -1;
   file_size_ = static_cast<uint64_t>(size);
-  const auto blocks = static_cast<uint32_t>(size / kBlock);
-  const auto rest = static_cast<uint32_t>(size % kBlock);
-  const uint32_t steps = blocks + 1;
   if (!make_room(file, static_cast<uint32_t>(size))) return -1;
+  return load_in_steps(&file, static_cast<uint32_t>(size));
+}
+
+// Reads what follows the first block. Without a file all of it is there
+// already.
+int32_t FileContent::load_in_steps(platform::InputFile* file, uint32_t size) {
+  const uint32_t blocks = size / kBlock;
+  const uint32_t rest = size % kBlock;
+  const uint32_t steps = blocks + 1;
   progress_step(0, steps);
   uint32_t total = kBlock;
   for (uint32_t k = 0; k < blocks; ++k) {
@@ -161,7 +184,7 @@ int32_t FileContent::load_large(platform::InputFile& file) {
     progress_step(k, steps);
   }
   if (!read_exactly(file, uint64_t{blocks} * kBlock, rest)) return -1;
-  if (view_.is_open() && file.size() < size) return -1;
+  if (view_.is_open() && file->size() < size) return -1;
   // After an interrupt the content extends into blocks that were never read.
   if (total < blocks * kBlock) std::memset(data_ + total, 0, rest);
   return finish(total + rest, steps);
@@ -179,11 +202,11 @@ bool FileContent::make_room(const platform::InputFile& file, uint32_t size) {
 }
 
 // False when it cannot be read, or the file has shrunk: then a read is short.
-bool FileContent::read_exactly(platform::InputFile& file, uint64_t offset,
+bool FileContent::read_exactly(platform::InputFile* file, uint64_t offset,
                                uint32_t size) {
-  if (size == 0) return true;
+  if (size == 0 || file == nullptr) return true;
   if (view_.is_open()) return view_.fill(offset, offset + size);
-  return file.read(data_ + offset, size) == static_cast<int64_t>(size);
+  return file->read(data_ + offset, size) == static_cast<int64_t>(size);
 }
 
 int32_t FileContent::finish(uint32_t total, uint32_t steps) {

@@ -58,6 +58,14 @@ class FileContent {
   // block and still succeeds, with a length below the file's size.
   int32_t load_file_content(const char* path,
                             platform::NearbyFolder* nearby = nullptr);
+  // The same for a file whose bytes, 1 to kLargestTaken, are in memory already,
+  // with room for a NUL after them. Takes the buffer and gives an old one for
+  // it.
+  int32_t take_file_content(const char* path, platform::KeptBuffer& bytes,
+                            uint32_t size);
+  static constexpr uint32_t kLargestTaken = 1 << 18;
+  // False when the last file could not even be opened. No hook was called then.
+  bool opened() const { return opened_; }
   // Forgets the content, keeps the buffer.
   void clear();
 
@@ -81,8 +89,9 @@ class FileContent {
   int32_t load(const char* path, platform::NearbyFolder* nearby);
   int32_t finish(uint32_t total, uint32_t steps);
   int32_t load_large(platform::InputFile& file);
+  int32_t load_in_steps(platform::InputFile* file, uint32_t size);
   bool make_room(const platform::InputFile& file, uint32_t size);
-  bool read_exactly(platform::InputFile& file, uint64_t offset, uint32_t size);
+  bool read_exactly(platform::InputFile* file, uint64_t offset, uint32_t size);
 
   std::string path_;
   platform::KeptBuffer buffer_;
@@ -93,6 +102,7 @@ class FileContent {
   bool version_known_ = false;
   bool links_refused_ = false;
   platform::FileVersion version_;
+  bool opened_ = false;
   bool loaded_ = false;  // false for an empty file too
   uint32_t length_ = 0;
   uint64_t file_size_ = 0;

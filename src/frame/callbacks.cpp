@@ -129,6 +129,10 @@ bool host_listens() {
          callbacks.status != nullptr;
 }
 
+bool host_may_act() {
+  return host_listens() || callbacks.option_question != nullptr;
+}
+
 int32_t ask_about_file(std::string_view full_name) {
   const std::string name(cut_to_buffer(full_name));
   return cb_lng_str(callbacks.file_question, name.c_str());

@@ -53,6 +53,9 @@ void send_status(std::string_view text, std::string_view path);
 // Whether the host has callbacks that runs call by themselves: for interrupts,
 // progress or status texts.
 bool host_listens();
+// Whether the host has any callback that runs call: then it can change files
+// while a run works on them.
+bool host_may_act();
 // The two questions; -1 when the host has no such callback.
 int32_t ask_about_file(std::string_view full_name);
 int32_t ask_option(std::string_view path, int32_t number);

@@ -115,6 +115,7 @@ int32_t FileRun::over_lines(const LineFiles& files, SummaryFile& summary) {
 int32_t FileRun::run(FileSource& source, RunResults& results) {
   results_ = &results;
   source_ = &source;
+  note_outputs();
   const RunEnd end = go_over_files(source);
   // Both are ended, even if the first could not be written.
   const bool results_written = results.finish();
@@ -124,6 +125,13 @@ int32_t FileRun::run(FileSource& source, RunResults& results) {
   }
   if (end == RunEnd::kInterrupted) return 0;
   return static_cast<int32_t>(std::min<int64_t>(total_, INT32_MAX));
+}
+
+void FileRun::note_outputs() {
+  ahead_.add_output(traits_.report);
+  if (library_.error_log != nullptr) {
+    ahead_.add_output(library_.error_log->file_name().c_str());
+  }
 }
 
 RunEnd FileRun::go_over_files(FileSource& source) {
@@ -188,8 +196,8 @@ FileRun::Loaded FileRun::loaded_to_its_end() const {
 int32_t FileRun::load_content(const FileInHand& file) {
   empty_matches();
   // A file that will be rewritten is opened by its own path both times.
-  return content_.load_file_content(file.path.c_str(),
-                                    kind_.rewrites ? nullptr : &nearby_);
+  return kind_.rewrites ? content_.load_file_content(file.path.c_str())
+                        : ahead_.load(file.path, *source_);
 }
 
 bool FileRun::passes_check(FileInHand& file) {
@@ -202,7 +210,7 @@ bool FileRun::passes_check(FileInHand& file) {
   return false;
 }
 
-void FileRun::log_unopened(const FileInHand& file) const {
+void FileRun::log_unopened(const FileInHand& file) {
   const std::string message =
       std::string(file.path.view()) + " could not be opened";
   log(message.c_str(), kLoadingContext);
@@ -326,8 +334,10 @@ void FileRun::announce(Phase phase, const FileInHand& file) const {
   send_status(phase_text(phase), file.path.view());
 }
 
-void FileRun::log(const char* message, const char* context) const {
+// The first record creates the error file, which may be a file of the run.
+void FileRun::log(const char* message, const char* context) {
   report_error(message, context, options_.row.routine);
+  ahead_.look_at_outputs();
 }
 
 }  // namespace zenfo

@@ -27,6 +27,7 @@
 #include "pattern/matcher.h"
 #include "search/file_source.h"
 #include "search/phases.h"
+#include "search/read_ahead.h"
 #include "search/run_results.h"
 #include "search/searches.h"
 
@@ -78,8 +79,9 @@ class FileOperation {
  public:
   // What the run has to know about the operation.
   struct Traits {
-    int32_t question_number;  // passed with the option question
-    bool wants_matches;       // not only their number
+    int32_t question_number;       // passed with the option question
+    bool wants_matches;            // not only their number
+    const char* report = nullptr;  // a file that the operation writes
   };
 
   virtual ~FileOperation() = default;
@@ -133,7 +135,7 @@ class FileRun final {
   }
 
   void announce(Phase phase, const FileInHand& file) const;
-  void log(const char* message, const char* context) const;
+  void log(const char* message, const char* context);
 
  private:
   // The user's answers to the option question.
@@ -142,6 +144,7 @@ class FileRun final {
   enum class Loaded { kYes, kNo, kInterrupted };
 
   int32_t run(FileSource& source, RunResults& results);
+  void note_outputs();
   RunEnd go_over_files(FileSource& source);
   std::optional<RunEnd> handle(FileInHand& file);
   Loaded load(FileInHand& file);
@@ -155,7 +158,7 @@ class FileRun final {
   int32_t find_areas();
   bool keep_matches();
   Answer ask(const FileInHand& file);
-  void log_unopened(const FileInHand& file) const;
+  void log_unopened(const FileInHand& file);
 
   void empty_lists();
   void empty_matches();
@@ -169,7 +172,7 @@ class FileRun final {
   RunResults* results_ = nullptr;
   FileSource* source_ = nullptr;
   FileContent content_;
-  platform::NearbyFolder nearby_;
+  ReadAhead ahead_{content_};
   int64_t total_ = 0;         // of selected, or rewritten, matches
   uint32_t counted_ = 0;      // matches of the last search
   bool matches_kept_ = true;  // by it

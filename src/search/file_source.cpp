@@ -29,6 +29,8 @@ std::vector<SharedText> ListSource::upcoming(size_t most) {
     const auto* entry = record_cast<FileEntry>(record);
     if (entry != nullptr) paths.push_back(entry->full_name());
   }
+  // The host does not see that the list's cursor was elsewhere.
+  if (position_ > 0) list_.get(position_ - 1);
   return paths;
 }
 

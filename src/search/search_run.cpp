@@ -28,7 +28,9 @@ class SearchOperation final : public FileOperation {
 FileOperation::Traits SearchOperation::begin() {
   report_.open(report_path_);
   const bool reports = report_.is_open();
-  return {.question_number = reports ? 1 : 0, .wants_matches = reports};
+  return {.question_number = reports ? 1 : 0,
+          .wants_matches = reports,
+          .report = report_path_};
 }
 
 After SearchOperation::take(FileRun& run, FileInHand& file) {

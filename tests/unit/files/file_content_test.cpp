@@ -6,6 +6,7 @@
 #include <signal.h>
 #endif
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -363,6 +364,47 @@ TEST_F(FileContentTest, APipeIsNoFileAndIsNotWaitedFor) {
   EXPECT_EQ(content.load_file_content(path.c_str()), -1);
 }
 #endif
+
+// What is in memory already is taken with the calls of a file that is loaded.
+TEST_F(FileContentTest, TakesTheBytesOfAFileAsIfItWereLoaded) {
+  for (const size_t size :
+       {size_t{1}, size_t{49999}, size_t{50000}, size_t{120001},
+        size_t{FileContent::kLargestTaken}}) {
+    for (const int stop : {0, 1, 2}) {
+      const std::string bytes = noise(size);
+      const std::string path = folder.file("f", bytes);
+      SetUp();
+      listen();
+      stop_at_poll = stop;
+      const int32_t length = content.load_file_content(path.c_str());
+      const std::string expected(content.bytes());
+      const Steps steps_of_loading = steps();
+      const int polls_of_loading = polls;
+      SetUp();
+      listen();
+      stop_at_poll = stop;
+      platform::KeptBuffer memory;
+      ASSERT_TRUE(memory.reserve(size + 1, 0));
+      std::copy(bytes.begin(), bytes.end(), memory.data());
+      EXPECT_EQ(content.take_file_content(path.c_str(), memory,
+                                          static_cast<uint32_t>(size)),
+                length);
+      EXPECT_TRUE(content.bytes() == expected);
+      EXPECT_EQ(content.data()[content.length()], '\0');
+      EXPECT_EQ(content.path(), path);
+      EXPECT_EQ(content.file_size(), size);
+      EXPECT_EQ(steps(), steps_of_loading) << size << " " << stop;
+      EXPECT_EQ(polls, polls_of_loading);
+    }
+  }
+}
+
+TEST_F(FileContentTest, SaysWhetherTheFileCouldBeOpened) {
+  EXPECT_EQ(content.load_file_content(folder.path("none").c_str()), -1);
+  EXPECT_FALSE(content.opened());
+  EXPECT_EQ(content.load_file_content(folder.file("f", "x").c_str()), 1);
+  EXPECT_TRUE(content.opened());
+}
 
 }  // namespace
 }  // namespace zenfo
