@@ -78,6 +78,7 @@ void ItemList::set_cursor(Place place) {
 int32_t ItemList::append(std::unique_ptr<Record> record) {
   auto* node = new Node;
   node->record = std::move(record);
+  note_change();
   drop_index();
   node->previous = tail_;
   (tail_ != nullptr ? tail_->next : head_) = node;
@@ -89,6 +90,7 @@ int32_t ItemList::append(std::unique_ptr<Record> record) {
 
 int32_t ItemList::remove(Node* node) {
   Node* following = node->next;
+  note_change();
   (node->previous != nullptr ? node->previous->next : head_) = following;
   (following != nullptr ? following->previous : tail_) = node->previous;
   drop_index();
@@ -112,6 +114,7 @@ int32_t ItemList::remove_at(uint32_t position) {
 }
 
 int32_t ItemList::clear() {
+  note_change();
   drop_index();
   // Detached first: a record's destructor sees an empty list.
   Node* node = head_;
@@ -127,6 +130,7 @@ int32_t ItemList::clear() {
 }
 
 int32_t ItemList::build_index() {
+  note_change();
   drop_index();
   if (count_ == 0) return 0;
   std::unique_ptr<Node*[]> index(new (std::nothrow) Node*[count_]);
@@ -255,6 +259,7 @@ bool apply(int32_t action, Record& record) {
 }  // namespace
 
 int32_t ItemList::set_state(int32_t index, int32_t action) {
+  note_change();
   const bool all = index == -1;
   const auto first = all ? 0 : static_cast<uint32_t>(index);
   const uint32_t end = all ? count_ : first + 1;

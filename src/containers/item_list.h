@@ -96,6 +96,12 @@ class ItemList : public ProgressHooks {
   // Number of records in a state; -1 gives the count, anything below -1. When
   // stopped, the count so far.
   int32_t count_state(int32_t state);
+  // Differs after a change of the list, and after one that an operation made to
+  // its records while another operation was running.
+  uint32_t changes() const { return changes_; }
+  // For the operations that change records by themselves.
+  void note_change() { ++changes_; }
+
   // Changes the state of one record, or of all (index -1): action -1 toggles,
   // 0 and 1 set. Returns the number touched (so far, when stopped), 0 for any
   // other action, -1 for a missing record.
@@ -118,6 +124,7 @@ class ItemList : public ProgressHooks {
   static constexpr uint32_t kUnknown = UINT32_MAX;
 
   uint32_t count_ = 0;
+  uint32_t changes_ = 0;
   int32_t direction_ = 1;  // of the last sort: 1 ascending, -1 descending
   Comparator comparator_ = nullptr;
   Node* head_ = nullptr;

@@ -92,6 +92,7 @@ ZENFO_ENTRY UpdateStringPair(uint32_t index, const char* find,
     auto* pair = record_cast<StringPair>(pairs->get(index));
     if (pair == nullptr) return -1;
     pair->set(or_empty(find), or_empty(replace));
+    pairs->note_change();
     return 1;
   });
 }

@@ -166,6 +166,7 @@ ZENFO_ENTRY FindInList(int32_t number, uint32_t field, const char* text,
                         position);
     const uint32_t count = list->count();
     if (select != 0) {
+      list->note_change();
       for (uint32_t i = 0; i < count; ++i) list->get(i)->state = 0;
     }
     int32_t found = 0;

@@ -344,13 +344,13 @@ class PatternParser {
 void compile_text(const PatternContext& context, const PatternText& source,
                   ElementList& out) {
   if (is_empty(source.text)) return;
-  std::string text = source.text;
-  if (source.convert) text = context.expand_control_names(text);
   if (source.is_pattern) {
+    std::string text = source.text;
+    if (source.convert) text = context.expand_control_names(text);
     PatternParser(context, out).parse(text);
     return;
   }
-  if (source.convert) text = remove_escapes(text, context.operators.escape);
+  const std::string text = literal_bytes(context, source);
   if (!text.empty()) out.push_back(std::make_unique<LiteralElement>(text));
 }
 
@@ -359,6 +359,15 @@ int32_t answer(const CompiledPattern& pattern) {
 }
 
 }  // namespace
+
+std::string literal_bytes(const PatternContext& context,
+                          const PatternText& source) {
+  if (is_empty(source.text)) return {};
+  std::string text = source.text;
+  if (!source.convert) return text;
+  text = context.expand_control_names(text);
+  return remove_escapes(text, context.operators.escape);
+}
 
 int32_t compile_search(PatternContext& context, const PatternText& start,
                        const PatternText& main, const PatternText& end) {

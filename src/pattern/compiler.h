@@ -11,6 +11,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "pattern/context.h"
@@ -23,6 +24,11 @@ struct PatternText {
   bool is_pattern = false;
   bool convert = false;  // caret names become control characters
 };
+
+// The bytes that a text which is no pattern is searched for as; empty when
+// nothing is left of it.
+std::string literal_bytes(const PatternContext& context,
+                          const PatternText& source);
 
 // Compiles start marker, main text and end marker into the context, whose old
 // pattern is cleared first. Returns 1 when there is an element, 0 when there is

@@ -30,6 +30,7 @@ void CompiledPattern::clear() {
   elements.clear();
   start_count = 0;
   last_main = 0;
+  found_before = {};
 }
 
 PatternContext::PatternContext() : control_names(default_control_names()) {

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,18 @@ inline SearchCounters& search_counters() {
   return counters;
 }
 
+// Where the literal that is a whole pattern occurs in a text, found before the
+// search. A search of that text with that case flag and folding takes the
+// matches from here.
+struct FoundBefore {
+  const char* text = nullptr;  // null: nothing is known
+  size_t length = 0;
+  bool case_flag = true;
+  uint32_t fold_version = 0;  // of byte_tables
+  // All occurrences, by rising offset; the owner keeps them.
+  std::span<const uint32_t> offsets;
+};
+
 // A compiled pattern: start-marker elements, main elements and end-marker
 // elements, in this order. Owns them.
 class CompiledPattern {
@@ -47,6 +60,7 @@ class CompiledPattern {
   ElementList elements;     // the combined list
   size_t start_count = 0;   // of start-marker elements
   ptrdiff_t last_main = 0;  // index of the last main element; may be -1
+  FoundBefore found_before;
 };
 
 class PatternContext {

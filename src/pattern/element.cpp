@@ -118,12 +118,34 @@ bool LiteralElement::locate_past_blanks(const MatchScope& scope, size_t from) {
 // String lists
 
 void Alternatives::prepare(bool case_flag) {
-  for (Occurrences& entry : entries_) entry.prepare(case_flag);
+  entries_.clear();
+  together_.reset();
+  if (search_together(case_flag)) return;
+  entries_.reserve(texts_.size());
+  for (const std::string& text : texts_) {
+    entries_.emplace_back(text).prepare(case_flag);
+  }
+}
+
+// False when they are few, or one cannot be searched for together with others.
+bool Alternatives::search_together(bool case_flag) {
+  if (texts_.size() < kMany) return false;
+  Together together;
+  together.set = {{texts_.begin(), texts_.end()}, case_flag};
+  together.last_with.resize(together.set.size());
+  for (uint32_t i = 0; i < texts_.size(); ++i) {
+    const uint32_t number = together.set.number_of(i);
+    if (number == TextSet::kNoNumber) return false;
+    together.last_with[number] = i;
+  }
+  together_ = std::move(together);
+  return true;
 }
 
 void Alternatives::forget() {
   last_from_ = kNoPosition;
   for (Occurrences& entry : entries_) entry.forget();
+  if (together_) together_->from = kNoPosition;
 }
 
 // The earliest that begins before `bound`, or an earliest one known anyway.
@@ -149,14 +171,67 @@ Alternatives::Hit Alternatives::earliest(const MatchScope& scope, size_t p,
   }
   last_from_ = p;
   last_limit_ = limit;
-  last_ = {};
+  last_ = together_ ? earliest_of_many(scope, p, limit)
+                    : earliest_of_few(scope, p, limit);
+  return last_;
+}
+
+Alternatives::Hit Alternatives::earliest_of_few(const MatchScope& scope,
+                                                size_t p, size_t limit) {
+  Hit hit;
   size_t bound = p;
   while (bound < limit) {
     bound += std::min(limit - bound, Occurrences::kWindow);
-    last_ = earliest_before(scope, p, limit, bound);
-    if (last_.position < bound) break;
+    hit = earliest_before(scope, p, limit, bound);
+    if (hit.position < bound) break;
   }
-  return last_;
+  return hit;
+}
+
+// Searches for a few hits at a time, because the next position asked for may be
+// far behind the first.
+Alternatives::Hit Alternatives::earliest_of_many(const MatchScope& scope,
+                                                 size_t p, size_t limit) {
+  constexpr size_t kAtOnce = 4;
+  Together& all = *together_;
+  if (p < all.from) {
+    all.searched = p;
+    all.hits.clear();
+    all.taken = 0;
+  }
+  all.from = p;
+  while (true) {
+    const Hit hit = earliest_known(p, limit);
+    if (hit.position != kNoPosition) return hit;
+    all.searched = std::max(all.searched, p);
+    if (all.searched >= limit) return {};
+    all.hits.erase(all.hits.begin(),
+                   all.hits.begin() + static_cast<ptrdiff_t>(all.taken));
+    all.taken = 0;
+    all.searched = all.set.find(scope.text, all.searched, limit, scope.area_end,
+                                all.hits, all.hits.size() + kAtOnce);
+  }
+}
+
+// Passes the hits before p. Those that reach over the limit stay: a later limit
+// may be higher.
+Alternatives::Hit Alternatives::earliest_known(size_t p, size_t limit) {
+  Together& all = *together_;
+  while (all.taken < all.hits.size() && all.hits[all.taken].offset < p) {
+    ++all.taken;
+  }
+  Hit best;
+  uint32_t last = 0;
+  for (size_t i = all.taken; i < all.hits.size(); ++i) {
+    const auto [offset, number] = all.hits[i];
+    if (offset > best.position || offset >= limit) break;
+    const size_t size = all.set.length(number);
+    if (limit - offset < size) continue;
+    if (best.position == offset && all.last_with[number] < last) continue;
+    best = {offset, size};
+    last = all.last_with[number];
+  }
+  return best;
 }
 
 bool StringListElement::match(const MatchScope& scope, size_t p, size_t limit) {

@@ -17,6 +17,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,6 +25,7 @@
 #include "pattern/byte_set.h"
 #include "pattern/char_class.h"
 #include "text/substring.h"
+#include "text/text_set.h"
 
 namespace zenfo {
 
@@ -151,8 +153,9 @@ class LiteralElement : public Element {
   Occurrences occurrences_;
 };
 
-// The strings of a string list. They are searched for window by window, so that
-// a long text is read from memory once for all strings.
+// The strings of a string list. A few are searched for window by window, so
+// that a long text is read from memory once for all of them, many by one pass
+// over all (text_set.h).
 class Alternatives {
  public:
   struct Hit {
@@ -160,9 +163,9 @@ class Alternatives {
     size_t length = 0;
   };
 
-  void add(std::string_view alternative) { entries_.emplace_back(alternative); }
-  size_t count() const { return entries_.size(); }
-  const std::string& at(size_t i) const { return entries_.at(i).text(); }
+  void add(std::string_view alternative) { texts_.emplace_back(alternative); }
+  size_t count() const { return texts_.size(); }
+  const std::string& at(size_t i) const { return texts_.at(i); }
 
   void prepare(bool case_flag);
   void forget();
@@ -171,10 +174,31 @@ class Alternatives {
   Hit earliest(const MatchScope& scope, size_t p, size_t limit);
 
  private:
+  // The occurrences of many strings in an area. All that begin in
+  // [from, searched) and that are not passed are among the hits, from `taken`
+  // on.
+  struct Together {
+    TextSet set;
+    std::vector<uint32_t> last_with;  // alternative, by its number in the set
+    size_t from = kNoPosition;
+    size_t searched = 0;
+    size_t taken = 0;
+    std::vector<TextSet::Hit> hits;
+  };
+
+  // From so many on, one pass over all is faster.
+  static constexpr size_t kMany = 16;
+
+  bool search_together(bool case_flag);
+  Hit earliest_of_few(const MatchScope& scope, size_t p, size_t limit);
   Hit earliest_before(const MatchScope& scope, size_t p, size_t limit,
                       size_t bound);
+  Hit earliest_of_many(const MatchScope& scope, size_t p, size_t limit);
+  Hit earliest_known(size_t p, size_t limit);
 
-  std::vector<Occurrences> entries_;
+  std::vector<std::string> texts_;
+  std::vector<Occurrences> entries_;  // of few
+  std::optional<Together> together_;  // of many
   // The last answer, valid for positions from last_from_ up to its hit.
   size_t last_from_ = kNoPosition;
   size_t last_limit_ = 0;

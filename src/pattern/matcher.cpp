@@ -126,7 +126,8 @@ class Search {
     scope_ = {text_, end, 0};
     switch (plan_.lead) {
       case Lead::kLiteral:
-        return literals(begin, end);
+        return is_found_before() ? literals_found_before(begin, end)
+                                 : literals(begin, end);
       case Lead::kRun:
         plan_.first->forget();
         return runs(begin, end);
@@ -271,6 +272,30 @@ class Search {
       if (outcome != Outcome::kSearched) return outcome;
       s = std::min(offset(from), starts_end);
       if (found > 0) s = std::max(s, offset(hits[found - 1]) + size);
+    }
+    return Outcome::kSearched;
+  }
+
+  bool is_found_before() const {
+    const FoundBefore& found = context_.pattern.found_before;
+    return found.text == text_ && found.length == length_ &&
+           found.case_flag == options_.case_flag &&
+           found.fold_version == byte_tables().fold_version;
+  }
+
+  // The same from occurrences that are known already.
+  Outcome literals_found_before(size_t s, size_t end) {
+    const auto& literal = static_cast<const LiteralElement&>(*plan_.first);
+    const size_t size = literal.text().size();
+    const auto offsets = context_.pattern.found_before.offsets;
+    auto at = std::lower_bound(offsets.begin(), offsets.end(), s);
+    for (; at != offsets.end(); ++at) {
+      if (*at >= end || end - *at < size) break;
+      if (*at < s) continue;
+      const char* hit = text_ + *at;
+      const Outcome outcome = take_literals(&hit, 1, size, end);
+      if (outcome != Outcome::kSearched) return outcome;
+      s = *at + size;
     }
     return Outcome::kSearched;
   }

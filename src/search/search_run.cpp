@@ -9,10 +9,11 @@ namespace {
 // Counts matches and reports them.
 class SearchOperation final : public FileOperation {
  public:
-  explicit SearchOperation(const char* report_path)
-      : report_path_(report_path) {}
+  SearchOperation(const char* report_path, Searches& searches)
+      : report_path_(report_path), searches_(searches) {}
 
   Traits begin() override;
+  bool search_done(FileRun& run) override;
   After take(FileRun& run, FileInHand& file) override;
   bool end_file() override;
   bool finish() override { return report_.close(); }
@@ -21,6 +22,7 @@ class SearchOperation final : public FileOperation {
   bool write_report(FileRun& run, const FileInHand& file, uint32_t selected);
 
   const char* report_path_;
+  Searches& searches_;
   ReportFile report_;
   bool block_begun_ = false;  // in the report, for the current file
 };
@@ -31,6 +33,11 @@ FileOperation::Traits SearchOperation::begin() {
   return {.question_number = reports ? 1 : 0,
           .wants_matches = reports,
           .report = report_path_};
+}
+
+bool SearchOperation::search_done(FileRun& run) {
+  searches_.searched({run.content().data(), run.content().length()});
+  return true;
 }
 
 After SearchOperation::take(FileRun& run, FileInHand& file) {
@@ -61,7 +68,7 @@ bool SearchOperation::end_file() {
 int32_t run_over(Library& library, const RunOptions& options,
                  Searches& searches, const char* report,
                  const std::optional<LineFiles>& files) {
-  SearchOperation operation(report);
+  SearchOperation operation(report, searches);
   FileRun run(library, options, {}, searches, operation);
   if (!files) return run.over_list();
   // Otherwise the report would empty the list before it is read, or overwrite
@@ -88,13 +95,14 @@ int32_t run_string_search(Library& library, const RunOptions& options,
                           const std::optional<LineFiles>& files) {
   if (!library.complete()) return -1;
   PairSearches searches(*library.pairs, *library.find_context, compilation);
+  searches.scan_files(options.case_flag != 0);
   return run_over(library, options, searches, report, files);
 }
 
 int32_t run_area_search(Library& library, const RunOptions& options,
                         const char* report) {
   CompiledSearch searches;
-  SearchOperation operation(report);
+  SearchOperation operation(report, searches);
   return FileRun(library, options, {.takes_areas = true}, searches, operation)
       .over_list();
 }

@@ -114,9 +114,6 @@ bool stays_in_line(const SearchOptions& options, const std::string& text) {
 }  // namespace
 
 bool search_once_a_line(SearchOptions& options) {
-  // With many texts, searching for one after the other is faster.
-  constexpr size_t kMostTexts = 100;
-  if (options.texts.size() > kMostTexts) return false;
   SearchOptions changed = options;
   unite_texts(changed);
   if (!takes_more(changed) || !changed.start.text.empty() ||
@@ -150,9 +147,16 @@ void Search::compile() {
         SetPatternTag(first.c_str(), second.c_str(), 0, o.is_pattern, o.caret),
         first + ' ' + second);
   }
-  for (const std::string& text : o.texts) compile(text);
+  for (const std::string& text : o.texts) {
+    if (&text == &o.texts.back() || !surely_compiles(text)) compile(text);
+  }
   if (several_texts()) enter_texts();
   check_report(o.report);
+}
+
+// Each compilation costs time, and there may be very many texts.
+bool Search::surely_compiles(const std::string& text) const {
+  return !options_.is_pattern && !options_.caret && !text.empty();
 }
 
 void Search::compile(const std::string& text) {

@@ -81,6 +81,7 @@ class Search {
 
  private:
   bool matches_are_equally_long() const;
+  bool surely_compiles(const std::string& text) const;
   void compile(const std::string& text);
   void compile_areas();
   void enter_texts();

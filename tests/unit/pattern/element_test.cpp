@@ -175,9 +175,13 @@ TEST(Alternatives, RememberedHitsEqualFreshSearches) {
     for (int i = 0; i < 200; ++i) text += "abc"[random() % 3];
     MatchScope scope{text.data(), text.size(), 0};
     std::vector<std::string> texts;
-    for (size_t n = random() % 4; n > 0; --n) {
+    const bool many = random() % 2 == 0;
+    const size_t longest = many ? 9 : 4;
+    for (size_t n = random() % (many ? 40 : 4); n > 0; --n) {
       std::string one;
-      for (size_t k = 1 + random() % 4; k > 0; --k) one += "abc"[random() % 3];
+      for (size_t k = 1 + random() % longest; k > 0; --k) {
+        one += "abc"[random() % 3];
+      }
       texts.push_back(one);
     }
     auto make = [&] {
