@@ -6,6 +6,8 @@
   big        200 files of 5 MB
   log        one log of 1 GB, CR LF
   paths.txt  1,000,000 paths, CR LF, one in fifty of them a duplicate
+  texts      lists of 10, 1,000 and 100,000 words to search for, LF; a part of
+             them occurs in the others
 
 Words come by Zipf's law from a list of common words and made-up ones. Text is
 cut from a pool of lines rather than written word by word, the log repeats
@@ -14,6 +16,7 @@ few texts are planted in known numbers of places; PLANTS tells them. Parts that
 are there already are left alone.
 
   bench/corpus.py [--dir DIR] [--seed N] [--scale F] [tree] [big] [log] [paths]
+                  [texts]
 """
 
 import argparse
@@ -272,11 +275,22 @@ def make_paths(file, rng, scale):
     file.write_text("\r\n".join(paths) + "\r\n", newline="")
 
 
+def make_texts(folder, rng, scale):
+    folder.mkdir()
+    # Words without those that are in every line.
+    words = make_words(rng, 100_000 + len(COMMON))[len(COMMON):-len(ODD)]
+    for count in (10, 1_000, 100_000):
+        planted = list(dict.fromkeys(stem for stem, _, _ in PLANTS))
+        chosen = planted + rng.sample(words, count - len(planted))
+        (folder / str(count)).write_text("\n".join(chosen) + "\n")
+
+
 PARTS = {  # name: what makes it, and the file or folder it makes
     "tree": (make_tree, "tree"),
     "big": (make_big, "big"),
     "log": (make_log, "log"),
     "paths": (make_paths, "paths.txt"),
+    "texts": (make_texts, "texts"),
 }
 
 
@@ -315,7 +329,7 @@ def make_part(base, part, seed, scale):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("parts", nargs="*", metavar="PART",
-                        help="tree, big, log, paths; default: all")
+                        help="tree, big, log, paths, texts; default: all")
     parser.add_argument("--dir", type=Path, default=DEFAULT_DIR)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--scale", type=float, default=1.0,

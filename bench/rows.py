@@ -1,7 +1,7 @@
 """The rows of the speed table: what is measured against what, and the aim.
 
-A row consists of the commands of both sides. In them, {tree}, {big}, {log} and
-{paths} mean the generated files, and {copy} a fresh copy of the tree. The
+A row consists of the commands of both sides. In them, {tree}, {big}, {log},
+{texts} and {paths} mean the generated files, and {copy} a fresh copy of the tree. The
 first word of ours, zenfo, is the built program. A command with a pipe runs in
 sh. All run with one thread, in the C locale.
 
@@ -63,6 +63,19 @@ def shown_lines(text, folder, rg=RG):
             "ugrep": f"{UGREP} -nF {text} {{{folder}}}",
         },
         "check": "shown_lines",
+    }
+
+
+def many_texts(count):
+    """The two sides of a row that counts the lines with any of many texts."""
+    listed = f"-f {{texts}}/{count} {{tree}}"
+    return {
+        "ours": f"zenfo find -rc {listed}",
+        "peers": {
+            "rg": f"{RG} -cF --include-zero {listed}",
+            "grep": f"grep -rcF {listed}",
+        },
+        "check": "counts",
     }
 
 
@@ -138,6 +151,14 @@ ROWS = [
         {"grep": "grep -rlPz '(?s)overture.*finale' {tree}",
          "rg": f"{RG} -lU '(?s)overture.*finale' {{tree}}"},
         "lines", 0.90, "any run between"),
+
+    # --- Many texts ---------------------------------------------------------
+    Row("tree-texts-10", aim=0.75, about="lines with any of 10 texts",
+        **many_texts(10)),
+    Row("tree-texts-1000", aim=0.75, about="any of 1,000",
+        **many_texts(1000)),
+    Row("tree-texts-100000", aim=0.75, about="any of 100,000",
+        **many_texts(100000)),
 
     # --- Counts -------------------------------------------------------------
     Row("tree-words", "zenfo count -r --total --json {tree}",

@@ -79,7 +79,7 @@ class Bench:
         self.state = options.copies / "state"  # where zenfo keeps safe copies
         ENVIRONMENT["XDG_STATE_HOME"] = str(self.state)
         self.places = {part: options.corpus / part
-                       for part in ("tree", "big", "log")}
+                       for part in ("tree", "big", "log", "texts")}
         self.places |= {"paths": options.corpus / "paths.txt",
                         "copy": self.copy, "copy_of_log": self.copy}
 
