@@ -597,7 +597,8 @@ ZENFO_API int32_t ZENFO_CALL set_operators(const char* file);
  * file" with the report's.
  *
  * A run over many entries loads small files ahead of their turn with threads of
- * its own, which end with the run. All callbacks come from the thread that made
+ * its own, which end with the run, and searches files there when it has nothing
+ * to do but count. All callbacks come from the thread that made
  * the call, and calls and results are the same as without threads. The
  * environment variable ZENFO_THREADS, read at the start of a run, limits the
  * threads, the caller's included: 1 for none of its own, 8 at most; without it

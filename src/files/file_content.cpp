@@ -130,6 +130,11 @@ int32_t FileContent::take_file_content(const char* path,
   return finish(size, 1);
 }
 
+void FileContent::pass_over(uint32_t size) {
+  clear();
+  for (uint32_t k = 0; k < size / kBlock; ++k) poll_interrupt(1);
+}
+
 // The first read asks for one block. A short answer is the whole file, and
 // its size; only a full block needs to ask for the size.
 int32_t FileContent::load(const char* path, platform::NearbyFolder* nearby) {
@@ -147,7 +152,7 @@ int32_t FileContent::load(const char* path, platform::NearbyFolder* nearby) {
   }
   opened_ = true;
   version_known_ = versions_wanted_ && file.version(version_);
-  if (!buffer_.reserve(kBlock + 1, 0)) return -1;
+  if (!may_load() || !buffer_.reserve(kBlock + 1, 0)) return -1;
   data_ = buffer_.data();
   const int64_t got = file.read(data_, kBlock);
   if (got < 0) return -1;

@@ -36,6 +36,12 @@ class FileContent {
   // For files that are rewritten later: each is asked for its version before it
   // is read.
   void note_versions() { versions_wanted_ = true; }
+  // The same, and only ordinary files up to this size are loaded; nothing else
+  // is read.
+  void load_only_ordinary(uint64_t largest) {
+    versions_wanted_ = ordinary_only_ = true;
+    largest_ = largest;
+  }
   // A path that leads through a link fails to load.
   void refuse_links() { links_refused_ = true; }
   // The version of the file loaded last, before it was read; null where the
@@ -64,6 +70,9 @@ class FileContent {
   int32_t take_file_content(const char* path, platform::KeptBuffer& bytes,
                             uint32_t size);
   static constexpr uint32_t kLargestTaken = 1 << 18;
+  // Counts the polls of loading a file of this size, which was searched
+  // elsewhere. Nothing is loaded then.
+  void pass_over(uint32_t size);
   // False when the last file could not even be opened. No hook was called then.
   bool opened() const { return opened_; }
   // Forgets the content, keeps the buffer.
@@ -90,6 +99,9 @@ class FileContent {
   int32_t finish(uint32_t total, uint32_t steps);
   int32_t load_large(platform::InputFile& file);
   int32_t load_in_steps(platform::InputFile* file, uint32_t size);
+  bool may_load() const {
+    return !ordinary_only_ || (version_known_ && version_.size <= largest_);
+  }
   bool make_room(const platform::InputFile& file, uint32_t size);
   bool read_exactly(platform::InputFile* file, uint64_t offset, uint32_t size);
 
@@ -101,6 +113,8 @@ class FileContent {
   bool versions_wanted_ = false;
   bool version_known_ = false;
   bool links_refused_ = false;
+  bool ordinary_only_ = false;
+  uint64_t largest_ = 0;
   platform::FileVersion version_;
   bool opened_ = false;
   bool loaded_ = false;  // false for an empty file too

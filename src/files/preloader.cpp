@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 #include "files/file_content.h"
 #include "platform/threads.h"
@@ -15,7 +16,14 @@ constexpr size_t kBatch = 4;
 // Most files fit, so that buffers hardly ever grow.
 constexpr size_t kUsualSize = 50000;
 
-bool read_whole(PreloadedFile& file, platform::NearbyFolder& folder) {
+class Loading final : public FileWork {
+ public:
+  bool handle(PreloadedFile& file, platform::NearbyFolder& folder,
+              size_t thread) override;
+};
+
+bool Loading::handle(PreloadedFile& file, platform::NearbyFolder& folder,
+                     size_t /*thread*/) {
   platform::InputFile input;
   if (!input.open_ordinary(file.path.c_str(), FileContent::kLargestTaken,
                            file.stamp, &folder)) {
@@ -33,11 +41,15 @@ bool read_whole(PreloadedFile& file, platform::NearbyFolder& folder) {
 
 }  // namespace
 
-Preloader::Preloader(size_t threads) : folders_(threads + 1) {
+Preloader::Preloader(size_t threads, std::unique_ptr<FileWork> work)
+    : work_(std::move(work)), folders_(threads + 1) {
+  if (work_ == nullptr) work_ = std::make_unique<Loading>();
   threads_.reserve(threads);
   const platform::SignalsKeptAway signals;
   try {
-    for (size_t i = 1; i <= threads; ++i) start_thread(folders_[i]);
+    for (size_t i = 1; i <= threads; ++i) {
+      threads_.emplace_back([this, i] { this->work(i); });
+    }
   } catch (const std::system_error&) {
     // Those that were started will do.
   } catch (...) {
@@ -47,10 +59,6 @@ Preloader::Preloader(size_t threads) : folders_(threads + 1) {
 }
 
 Preloader::~Preloader() { stop(); }
-
-void Preloader::start_thread(Folder& folder) {
-  threads_.emplace_back([this, &folder] { work(folder); });
-}
 
 void Preloader::stop() {
   {
@@ -66,7 +74,7 @@ void Preloader::add(std::span<const SharedText> paths) {
   for (size_t i = 0; i < paths.size(); ++i) {
     Place& next = places_[place(added_ + i)];
     next.path = paths[i].c_str();
-    next.done.store(false, std::memory_order_relaxed);
+    next.ready.store(false, std::memory_order_relaxed);
   }
   {
     const std::lock_guard lock(mutex_);
@@ -77,14 +85,14 @@ void Preloader::add(std::span<const SharedText> paths) {
 
 PreloadedFile& Preloader::take() {
   Place& next = places_[place(taken_)];
-  while (!next.done.load(std::memory_order_acquire)) {
+  while (!next.ready.load(std::memory_order_acquire)) {
     Claim files{};
     {
       const std::lock_guard lock(mutex_);
       files = claim(1);
     }
     if (files.begin != files.end) {
-      load(files, folders_.front());
+      load(files, 0);
     } else {
       wait_for(next);
     }
@@ -108,7 +116,7 @@ Preloader::Claim Preloader::claim(size_t most) {
   return {begin, claimed_};
 }
 
-void Preloader::work(Folder& folder) noexcept {
+void Preloader::work(size_t thread) noexcept {
   std::unique_lock lock(mutex_);
   for (;;) {
     to_do_.wait(lock,
@@ -117,21 +125,22 @@ void Preloader::work(Folder& folder) noexcept {
     const Claim files = claim(kBatch);
     ++busy_;
     lock.unlock();
-    load(files, folder);
+    load(files, thread);
     lock.lock();
     --busy_;
     done_.notify_one();
   }
 }
 
-void Preloader::load(const Claim& claim, Folder& folder) noexcept {
+void Preloader::load(const Claim& claim, size_t thread) noexcept {
+  Folder& folder = folders_[thread];
   for (size_t file = claim.begin; file < claim.end; ++file) {
     Place& next = places_[place(file)];
-    next.loaded = false;
+    next.done = false;
     try {
       if (folder == nullptr)
         folder = std::make_unique<platform::NearbyFolder>();
-      next.loaded = read_whole(next, *folder);
+      next.done = work_->handle(next, *folder, thread);
     } catch (...) {
       // Lack of memory: the user may have more luck.
     }
@@ -142,7 +151,7 @@ void Preloader::load(const Claim& claim, Folder& folder) noexcept {
 // Either the user sees that the file is done, or it is seen here that the user
 // waits.
 void Preloader::finish(Place& place) noexcept {
-  place.done.store(true);
+  place.ready.store(true);
   if (!user_waits_.load()) return;
   const std::lock_guard lock(mutex_);
   done_.notify_one();
@@ -151,7 +160,7 @@ void Preloader::finish(Place& place) noexcept {
 void Preloader::wait_for(const Place& place) {
   std::unique_lock lock(mutex_);
   user_waits_.store(true);
-  done_.wait(lock, [&] { return place.done.load(); });
+  done_.wait(lock, [&] { return place.ready.load(); });
   user_waits_.store(false);
 }
 

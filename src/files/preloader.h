@@ -1,4 +1,5 @@
-// Small files loaded into memory ahead of their turn, by threads of its own.
+// Small files loaded into memory ahead of their turn, by threads of its own; or
+// other work that is done with files ahead of their turn.
 //
 // The files are taken in the order in which they were added. Threads claim them
 // a few at a time; who takes a file that nobody has claimed loads it, and who
@@ -31,12 +32,22 @@ namespace zenfo {
 
 struct PreloadedFile {
   std::string path;
-  bool loaded = false;
-  // When loaded: its bytes, at least one, with room for one more; and its
-  // stamp before they were read.
-  platform::KeptBuffer bytes;
-  uint32_t size = 0;
-  platform::FileStamp stamp;
+  // Whether it was loaded, or the work was done; the rest has a meaning then.
+  bool done = false;
+  platform::KeptBuffer bytes;  // when loaded, with room for one more
+  uint32_t size = 0;           // at least 1
+  platform::FileStamp stamp;   // before it was read
+  int32_t found = 0;           // what the work counted
+};
+
+// What is done with files instead of keeping their bytes.
+class FileWork {
+ public:
+  virtual ~FileWork() = default;
+  // False leaves the file to the user; so does an exception. `thread` counts
+  // from 1 and is 0 for the user's own: each may call at the same time.
+  virtual bool handle(PreloadedFile& file, platform::NearbyFolder& folder,
+                      size_t thread) = 0;
 };
 
 class Preloader {
@@ -47,8 +58,8 @@ class Preloader {
   static constexpr size_t kMostWaiting = kPlaces - 1;
 
   // Starts as many of these threads as the system allows. Throws for lack of
-  // memory.
-  explicit Preloader(size_t threads);
+  // memory. Without work, files are loaded.
+  explicit Preloader(size_t threads, std::unique_ptr<FileWork> work = nullptr);
   // Ends all threads.
   ~Preloader();
   Preloader(const Preloader&) = delete;
@@ -81,7 +92,7 @@ class Preloader {
 
  private:
   struct Place : PreloadedFile {
-    std::atomic<bool> done{false};
+    std::atomic<bool> ready{false};
   };
   // The files [begin, end), claimed by one thread.
   struct Claim {
@@ -91,18 +102,18 @@ class Preloader {
   using Folder = std::unique_ptr<platform::NearbyFolder>;
 
   static size_t place(size_t file) { return file % kPlaces; }
-  void start_thread(Folder& folder);
   void stop();
-  void work(Folder& folder) noexcept;
+  void work(size_t thread) noexcept;
   Claim claim(size_t most);
-  void load(const Claim& claim, Folder& folder) noexcept;
+  void load(const Claim& claim, size_t thread) noexcept;
   void finish(Place& place) noexcept;
   void wait_for(const Place& place);
   void begin_rest();
   void end_rest();
 
+  std::unique_ptr<FileWork> work_;
   std::array<Place, kPlaces> places_;
-  std::vector<Folder> folders_;  // of the threads; the first of the user
+  std::vector<Folder> folders_;  // by thread; the first is the user's
   std::vector<std::thread> threads_;
   size_t taken_ = 0;  // files taken, the user's alone
 

@@ -6,6 +6,7 @@
 
 #include "display/layout.h"
 #include "frame/callbacks.h"
+#include "search/search_ahead.h"
 #include "text/byte_tables.h"
 #include "text/c_text.h"
 
@@ -116,6 +117,7 @@ int32_t FileRun::run(FileSource& source, RunResults& results) {
   results_ = &results;
   source_ = &source;
   note_outputs();
+  if (nobody_looks()) count_ahead();
   const RunEnd end = go_over_files(source);
   // Both are ended, even if the first could not be written.
   const bool results_written = results.finish();
@@ -132,6 +134,23 @@ void FileRun::note_outputs() {
   if (library_.error_log != nullptr) {
     ahead_.add_output(library_.error_log->file_name().c_str());
   }
+}
+
+// Whether the matches of a file are only counted, and no call of the host could
+// see anything else of them.
+bool FileRun::nobody_looks() const {
+  return !kind_.rewrites && !kind_.takes_areas && !ask_ &&
+         !traits_.wants_matches && !host_listens() && searches_.single() &&
+         library_.exclusion_context->pattern.empty();
+}
+
+void FileRun::count_ahead() {
+  ahead_.count_ahead([this](size_t threads) {
+    return std::make_unique<SearchAhead>(
+        library_.find_context->pattern,
+        SearchAhead::Options{find_options(), options_.binary_check != 0},
+        threads);
+  });
 }
 
 RunEnd FileRun::go_over_files(FileSource& source) {
@@ -152,11 +171,7 @@ RunEnd FileRun::go_over_files(FileSource& source) {
 std::optional<RunEnd> FileRun::handle(FileInHand& file) {
   const Loaded loaded = load(file);
   if (loaded == Loaded::kInterrupted) return RunEnd::kInterrupted;
-  if (loaded == Loaded::kNo || !passes_check(file)) return std::nullopt;
-  if (!content_.loaded()) {
-    results_->empty(file);
-    return std::nullopt;
-  }
+  if (loaded == Loaded::kNo || !has_text(file)) return std::nullopt;
   const std::optional<RunEnd> end = search(file);
   // When a later search of the file ends the run, what an earlier one did is
   // still recorded.
@@ -200,6 +215,14 @@ int32_t FileRun::load_content(const FileInHand& file) {
                         : ahead_.load(file.path, *source_);
 }
 
+// A file that was counted ahead has text, and has passed the check.
+bool FileRun::has_text(FileInHand& file) {
+  if (ahead_.counted()) return true;
+  if (!passes_check(file)) return false;
+  if (!content_.loaded()) results_->empty(file);
+  return content_.loaded();
+}
+
 bool FileRun::passes_check(FileInHand& file) {
   if (options_.binary_check == 0) return true;
   announce(Phase::kChecking, file);
@@ -241,7 +264,7 @@ std::optional<RunEnd> FileRun::search(FileInHand& file) {
 
 After FileRun::search_once(FileInHand& file) {
   announce(Phase::kParsing, file);
-  const int32_t found = kind_.takes_areas ? find_areas() : find_matches();
+  const int32_t found = find();
   if (found < 0) return After::kFail;
   counted_ = static_cast<uint32_t>(found);
   if (!operation_.search_done(*this)) return After::kFail;
@@ -261,6 +284,14 @@ After FileRun::search_once(FileInHand& file) {
   }
   file.handled = true;
   return operation_.take(*this, file);
+}
+
+int32_t FileRun::find() {
+  if (!ahead_.counted()) {
+    return kind_.takes_areas ? find_areas() : find_matches();
+  }
+  matches_kept_ = false;
+  return *ahead_.counted();
 }
 
 // Searches outside or inside the areas of the exclusion pattern. When there are

@@ -151,9 +151,13 @@ class FileRun final {
   Loaded load_again(FileInHand& file);
   Loaded loaded_to_its_end() const;
   int32_t load_content(const FileInHand& file);
+  bool has_text(FileInHand& file);
   bool passes_check(FileInHand& file);
   std::optional<RunEnd> search(FileInHand& file);
   After search_once(FileInHand& file);
+  bool nobody_looks() const;
+  void count_ahead();
+  int32_t find();
   int32_t find_matches();
   int32_t find_areas();
   bool keep_matches();

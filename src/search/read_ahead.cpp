@@ -47,11 +47,17 @@ void ReadAhead::look_at_outputs() {
 }
 
 int32_t ReadAhead::load(const SharedText& path, FileSource& source) {
+  counted_.reset();
   if (!loader_ && !start(source)) return load_now(path.c_str());
   PreloadedFile* const file = next(path);
   add_upcoming(source);
-  if (file == nullptr || !file->loaded || !is_as_read(*file)) {
+  if (file == nullptr || !file->done || !is_as_read(*file)) {
     return load_now(path.c_str());
+  }
+  if (make_work_) {
+    content_.pass_over(file->size);
+    counted_ = file->found;
+    return static_cast<int32_t>(file->size);
   }
   return content_.take_file_content(path.c_str(), file->bytes, file->size);
 }
@@ -67,7 +73,8 @@ bool ReadAhead::start(FileSource& source) {
     return false;
   }
   try {
-    loader_.emplace(threads - 1);
+    loader_.emplace(threads - 1,
+                    make_work_ ? make_work_(threads - 1) : nullptr);
   } catch (...) {
     return false;  // no memory for it
   }

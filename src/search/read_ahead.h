@@ -12,9 +12,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "files/file_content.h"
@@ -38,8 +41,17 @@ class ReadAhead {
   // An output may exist now that did not before.
   void look_at_outputs();
 
-  // Loads the file that the source gave last.
+  // Makes the work that counts the matches of files ahead, for this many
+  // threads. Only where nobody can look at a file that is searched: then files
+  // are counted instead of loaded.
+  using MakeWork = std::function<std::unique_ptr<FileWork>(size_t threads)>;
+  void count_ahead(MakeWork make_work) { make_work_ = std::move(make_work); }
+
+  // Loads the file that the source gave last. The length, or -1, as
+  // load_file_content answers.
   int32_t load(const SharedText& path, FileSource& source);
+  // The number of matches when that file was counted instead.
+  const std::optional<int32_t>& counted() const { return counted_; }
 
  private:
   bool start(FileSource& source);
@@ -53,6 +65,8 @@ class ReadAhead {
   platform::NearbyFolder nearby_;
   std::vector<std::string> outputs_;
   std::vector<platform::FileVersion> output_versions_;  // of those that exist
+  MakeWork make_work_;
+  std::optional<int32_t> counted_;
   bool tried_ = false;
   std::optional<Preloader> loader_;
 };

@@ -8,6 +8,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdint>
+#include <mutex>
 
 namespace zenfo::platform {
 namespace {
@@ -18,7 +19,8 @@ struct Range {
   std::atomic<uintptr_t> end{0};  // 0: free
 };
 
-constexpr size_t kMostRanges = 8;
+constexpr size_t kMostRanges = 16;
+std::mutex mutex;  // of all but the handler, which reads the ranges alone
 Range ranges[kMostRanges];
 size_t guarded_ranges = 0;
 uintptr_t page_size = 0;
@@ -97,6 +99,7 @@ void remove_handler() {
 }  // namespace
 
 bool guard_range(char* begin, size_t size) {
+  const std::lock_guard lock(mutex);
   Range* free = std::find_if(std::begin(ranges), std::end(ranges),
                              [](const Range& range) { return range.end == 0; });
   if (free == std::end(ranges)) return false;
@@ -109,6 +112,7 @@ bool guard_range(char* begin, size_t size) {
 }
 
 void release_range(char* begin) {
+  const std::lock_guard lock(mutex);
   const auto address = reinterpret_cast<uintptr_t>(begin);
   for (Range& range : ranges) {
     if (range.end == 0 || range.begin != address) continue;

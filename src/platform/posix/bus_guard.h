@@ -3,7 +3,8 @@
 // Touching a page of a mapping that its file no longer has raises SIGBUS. While
 // any range is guarded, a handler replaces such a page by a page of zeros and
 // lets the process continue. Faults elsewhere are passed to the previous
-// handler. The handler is removed with the last range.
+// handler. The handler is removed with the last range. Several threads may
+// guard ranges of their own.
 //
 // Tested by tests/unit/platform/posix_file_view_test.cpp
 #pragma once

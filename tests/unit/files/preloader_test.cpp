@@ -48,7 +48,7 @@ TEST_P(PreloaderTest, GivesTheFilesInTheirOrder) {
     const std::string path = loader.next_path();
     const PreloadedFile& file = loader.take();
     EXPECT_EQ(file.path, path);
-    ASSERT_TRUE(file.loaded) << file.path;
+    ASSERT_TRUE(file.done) << file.path;
     EXPECT_EQ(bytes(file), "text " + std::to_string(taken));
     EXPECT_GT(file.bytes.capacity(), file.size);
     EXPECT_EQ(file.stamp.version.size, file.size);
@@ -63,9 +63,9 @@ TEST_P(PreloaderTest, LeavesToTheUserWhatItCannotLoad) {
   add_path(loader, folder.path());
   add_path(loader, "");
   add(loader, std::string(FileContent::kLargestTaken + 1, 'x'));
-  for (int i = 0; i < 5; ++i) EXPECT_FALSE(loader.take().loaded) << i;
+  for (int i = 0; i < 5; ++i) EXPECT_FALSE(loader.take().done) << i;
   add(loader, std::string(FileContent::kLargestTaken, 'x'));
-  EXPECT_TRUE(loader.take().loaded);
+  EXPECT_TRUE(loader.take().done);
 }
 
 TEST_P(PreloaderTest, ForgetsFilesThatAreNotWanted) {
