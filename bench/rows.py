@@ -3,7 +3,8 @@
 A row consists of the commands of both sides. In them, {tree}, {big}, {log},
 {texts} and {paths} mean the generated files, and {copy} a fresh copy of the tree. The
 first word of ours, zenfo, is the built program. A command with a pipe runs in
-sh. All run with one thread, in the C locale.
+sh. All run in the C locale, and with one thread unless `all_processors` says
+that both sides use their defaults.
 
 `check` says what must be equal before anything is timed; run.py defines the
 kinds. `aim` is the highest accepted ratio ours / best peer, of whole processes.
@@ -15,6 +16,7 @@ from one benchmark program, as PROGRAM:BENCHMARK.
 from dataclasses import dataclass
 
 RG = "rg --no-config -j1 -uu"  # -uu: all files, whatever .gitignore says
+RG_ALL = "rg --no-config -uu"
 UGREP = "ugrep -J1 -r"
 
 ABSENT = "quarterdeck"
@@ -29,6 +31,7 @@ class Row:
     check: str
     aim: float
     about: str = ""
+    all_processors: bool = False  # both sides use as many threads as they like
 
 
 def names_of_files(text, folder, ours="", grep="", rg="", ugrep=""):
@@ -44,6 +47,16 @@ def names_of_files(text, folder, ours="", grep="", rg="", ugrep=""):
     }
 
 
+def names_with_threads(text, folder):
+    """A row that lists the files with a text, all sides with their threads."""
+    return {
+        "ours": f"zenfo find -rl {text} {{{folder}}}",
+        "peers": {"rg": f"{RG_ALL} -lF {text} {{{folder}}}",
+                  "ugrep": f"ugrep -r -lF {text} {{{folder}}}"},
+        "check": "lines",
+    }
+
+
 def counts_of_files(pattern, folder):
     """Peers of a row that counts the matching lines of every file."""
     return {
@@ -53,14 +66,14 @@ def counts_of_files(pattern, folder):
     }
 
 
-def shown_lines(text, folder, rg=RG):
+def shown_lines(text, folder, rg=RG, ugrep=UGREP):
     """The two sides of a row that shows the lines with a text."""
     return {
         "ours": f"zenfo find -rn {text} {{{folder}}}",
         "peers": {
             "rg": f"{rg} -nF {text} {{{folder}}}",
             "grep": f"grep -rnF {text} {{{folder}}}",
-            "ugrep": f"{UGREP} -nF {text} {{{folder}}}",
+            "ugrep": f"{ugrep} -nF {text} {{{folder}}}",
         },
         "check": "shown_lines",
     }
@@ -123,9 +136,24 @@ ROWS = [
         **shown_lines("between", "log")),
     Row("log-lines-most", aim=0.80, about="nearly every other line",
         **shown_lines("the", "log")),
-    Row("tree-lines-all", aim=0.90,
-        about="as tree-lines-many, rg with all processors",
-        **shown_lines("was", "tree", rg=RG.replace(" -j1", ""))),
+
+    # --- All processors ------------------------------------------------------
+    Row("tree-rare-all", aim=0.90, about="as tree-rare",
+        all_processors=True, **names_with_threads("harpsichord", "tree")),
+    Row("tree-frequent-all", aim=0.90, about="as tree-frequent",
+        all_processors=True, **names_with_threads("the", "tree")),
+    Row("big-rare-all", aim=0.90, about="as big-rare",
+        all_processors=True, **names_with_threads("harpsichord", "big")),
+    Row("big-frequent-all", aim=1.50, about="names of 5 MB files, found at once",
+        all_processors=True, **names_with_threads("the", "big")),
+    Row("tree-count-all", "zenfo find -rc the {tree}",
+        {"rg": f"{RG_ALL} -c --include-zero the {{tree}}",
+         "ugrep": "ugrep -r -cE the {tree}"},
+        "counts", 0.90, "as tree-frequent-count", all_processors=True),
+    Row("tree-lines-all", aim=0.90, about="as tree-lines-many",
+        all_processors=True, **shown_lines("was", "tree", rg=RG_ALL, ugrep="ugrep -r")),
+    Row("big-lines-all", aim=0.90, about="as big-lines-most",
+        all_processors=True, **shown_lines("the", "big", rg=RG_ALL, ugrep="ugrep -r")),
 
     # --- Patterns -----------------------------------------------------------
     Row("tree-frequent-count", "zenfo find -rc the {tree}",

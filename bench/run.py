@@ -260,6 +260,10 @@ def verdict(row, results, clock):
 def do_row(bench, row, options):
     if row.check == "by_program":
         return verdict(row, measure_program(bench, row), options.clock)
+    if row.all_processors:
+        ENVIRONMENT.pop("ZENFO_THREADS", None)
+    else:
+        ENVIRONMENT["ZENFO_THREADS"] = "1"
     agreed = prove(bench, row)
     results = measure(bench, row, options)
     return verdict(row, results, options.clock) | {"agreed": agreed}
@@ -303,7 +307,7 @@ def record_text(told, results):
     versions = "".join(f"- {v}\n" for v in told["versions"].values() if v)
     table = "\n".join([HEADING, *map(table_line, results)])
     return (f"# {told['date']}, {told['system']}\n\nLeast {told['clock']} of "
-            "interleaved runs, warm cache, one thread; see ../README.md.\n\n"
+            "interleaved runs, warm cache, one thread but for rows that\nend in -all; see ../README.md.\n\n"
             f"```\n{table}\n```\n\nBeside:\n\n{versions}")
 
 

@@ -115,7 +115,7 @@ class Shown {
   bool writes_beside_the_run() const {
     return found_.read_text() && !options_.ask &&
            leaves_nothing_half_done(options_) && !output_.on_terminal() &&
-           files_.count() > 1 && WorkThread<FoundFile>::pays();
+           files_.count() > 1 && may_use_threads();
   }
 
   // Makes the file after the first `done` of the run the current one.

@@ -15,15 +15,21 @@
 #include <utility>
 #include <vector>
 
+#include "shared/system/paths.h"
+
 namespace zenfo::host {
+
+// Whether more than one thread may work: there are processors for them, and
+// ZENFO_THREADS, which the library reads too, does not forbid it.
+inline bool may_use_threads() {
+  return std::thread::hardware_concurrency() > 1 &&
+         environment("ZENFO_THREADS") != "1";
+}
 
 template <class Item>
 class WorkThread {
  public:
   using Work = std::function<void(Item&)>;
-
-  // Whether there is a processor for it.
-  static bool pays() { return std::thread::hardware_concurrency() > 1; }
 
   explicit WorkThread(Work work) : work_(std::move(work)) {}
   // Works on all items that were given.

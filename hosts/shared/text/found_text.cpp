@@ -15,6 +15,7 @@
 #include "shared/system/byte_marks.h"
 #include "shared/system/input_stream.h"
 #include "shared/system/paths.h"
+#include "shared/system/work_thread.h"
 
 namespace zenfo::host {
 namespace {
@@ -46,7 +47,9 @@ uint64_t count_line_ends(std::string_view text) {
 // As count_marks(), but a very long way is shared between two threads.
 ByteMarkCount count_far(std::string_view text, size_t* at, size_t end) {
   constexpr size_t kWorthAThread = size_t{8} << 20;
-  if (end - *at < kWorthAThread) return count_marks(text, at, end);
+  if (end - *at < kWorthAThread || !may_use_threads()) {
+    return count_marks(text, at, end);
+  }
   size_t first = *at;
   const size_t middle = first + (end - first) / 2 / kCountStep * kCountStep;
   std::future<ByteMarkCount> beside =
