@@ -540,26 +540,28 @@ TEST_F(SearchTest, TheDisplayShowsTheFileInsideTheQuestion) {
   }
 }
 
+// What the display of the file in hand shows.
+std::vector<int32_t> shown_at_question;
+
+int32_t ZENFO_CALL look_at_display(const ZenfoWideChar*, int32_t) {
+  int32_t place[2];
+  SetBytesPerLine(2);  // for the next layout
+  const int32_t answer = HighlightGroup(1, place);
+  shown_at_question = {answer, place[0], place[1], GetDisplayLineCount()};
+  SetBytesPerLine(0);
+  return 1;
+}
+
 // Nobody hears the layout being made, so it waits for the operation.
 TEST_F(SearchTest, TheDisplayShowsTheFileToAHostWithTheQuestionAlone) {
   ASSERT_TRUE(pattern("a"));
   add("1", "ba\n\rca");
-  static std::vector<int32_t> shown;
-  shown.clear();
+  shown_at_question.clear();
   CallbackTable table{};
-  table.option_question = [](const ZenfoWideChar*, int32_t) -> int32_t {
-    int32_t place[2];
-    SetBytesPerLine(2);  // for the next layout
-    shown.push_back(HighlightGroup(1, place));
-    shown.push_back(place[0]);
-    shown.push_back(place[1]);
-    shown.push_back(GetDisplayLineCount());
-    SetBytesPerLine(0);
-    return 1;
-  };
+  table.option_question = look_at_display;
   SetCallBacks(&table);
   EXPECT_EQ(find_block({.ask = 1}), 2);
-  EXPECT_THAT(shown, ElementsAre(1, 1, 1, 2));
+  EXPECT_THAT(shown_at_question, ElementsAre(1, 1, 1, 2));
   EXPECT_EQ(GetDisplayLineCount(), 0);
   const CallbackTable none{};
   SetCallBacks(&none);
