@@ -156,7 +156,8 @@ class ManyStringsTest : public SearchTest {
     };
     if (one.listening == Listening::kQuestions) {
       CallbackTable table{};
-      table.option_question = [](const ZenfoWideChar* text, int32_t number) {
+      table.option_question = [](const ZenfoWideChar* text, int32_t number)
+                                  ZENFO_CALL -> int32_t {
         return current_host->answer_option(
             {HostRecorder::narrow(text), number});
       };
@@ -245,9 +246,10 @@ TEST_F(ManyStringsTest, AStringChangedInAQuestionIsSeen) {
   add("1", "abc");
   HostRecorder host;  // removes the callbacks
   CallbackTable table{};
-  table.option_question = [](const ZenfoWideChar*, int32_t) {
+  table.option_question = [](const ZenfoWideChar*, int32_t)
+                              ZENFO_CALL -> int32_t {
     UpdateStringPair(20, "bc", "");
-    return int32_t{1};
+    return 1;
   };
   SetCallBacks(&table);
   EXPECT_EQ(find_string({.ask = 1}), 2);

@@ -30,7 +30,8 @@ char lower(char c) {
 std::string_view extension_of(std::string_view path) {
   const std::string_view name = path.substr(path.rfind('/') + 1);
   const size_t point = name.rfind('.');
-  return point == name.npos ? std::string_view() : name.substr(point + 1);
+  return point == std::string_view::npos ? std::string_view()
+                                         : name.substr(point + 1);
 }
 
 }  // namespace
