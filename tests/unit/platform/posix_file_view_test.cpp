@@ -114,11 +114,11 @@ TEST_F(PosixFileViewTest, SeveralViewsAreGuardedAtATime) {
 
 TEST_F(PosixFileViewTest, ThereIsNoViewBeyondThoseThatCanBeGuarded) {
   open(pattern_of(4 * kPage));
-  FileView others[8];
-  for (int i = 0; i < 7; ++i) EXPECT_TRUE(others[i].open(file, size)) << i;
-  EXPECT_FALSE(others[7].open(file, size));
+  FileView others[16];
+  for (int i = 0; i < 15; ++i) EXPECT_TRUE(others[i].open(file, size)) << i;
+  EXPECT_FALSE(others[15].open(file, size));
   others[3].close();
-  EXPECT_TRUE(others[7].open(file, size));
+  EXPECT_TRUE(others[15].open(file, size));
 }
 
 TEST_F(PosixFileViewTest, TheHandlerIsThereWhileItIsNeeded) {
