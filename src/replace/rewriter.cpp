@@ -5,12 +5,18 @@
 namespace zenfo {
 
 bool Rewriter::open(const Destination& destination) {
-  if (destination.loaded == nullptr) {
-    return file_.open(destination.path, platform::OutputMode::kOverwrite,
-                      OutFile::LineEnds::kRaw);
+  using platform::Opened;
+  Opened opened;
+  if (destination.loaded != nullptr) {
+    opened = open_loaded(destination);
+  } else {
+    opened = file_.open(destination.path, platform::OutputMode::kOverwrite,
+                        OutFile::LineEnds::kRaw)
+                 ? Opened::kOpen
+                 : Opened::kFailed;
   }
-  *destination.opened = open_loaded(destination);
-  return *destination.opened == platform::Opened::kOpen;
+  if (destination.opened != nullptr) *destination.opened = opened;
+  return opened == Opened::kOpen;
 }
 
 platform::Opened Rewriter::open_loaded(const Destination& destination) {

@@ -16,9 +16,12 @@ class RewriterTest : public testing::Test, protected replace_test::Engine {
  protected:
   // Writes the first `length` bytes of the text with every match in brackets.
   int32_t write(size_t length = std::string::npos, const char* to = nullptr) {
+    return write_to({to != nullptr ? to : path.c_str()}, length);
+  }
+  int32_t write_to(const Destination& destination,
+                   size_t length = std::string::npos) {
     const std::string_view text(context.text(), context.text_length());
-    return Rewriter(context, text.substr(0, length))
-        .write(to != nullptr ? to : path.c_str(), put);
+    return Rewriter(context, text.substr(0, length)).write(destination, put);
   }
   // Writes the text up to its first NUL, which the writer must find.
   int32_t write_until_nul() {
@@ -108,6 +111,16 @@ TEST_F(RewriterTest, ARecordThatIsNoMatchLeavesTheFileAsFarAsWritten) {
   context.matches.append(std::make_unique<StringPair>("a", "b"));
   EXPECT_EQ(write(), -1);
   EXPECT_EQ(written(), "[a]");
+}
+
+// The run keeps or drops the safe copy by it.
+TEST_F(RewriterTest, TheResultOfOpeningIsKnownWithoutAVersionToo) {
+  set("abc", {{0, 1}});
+  auto opened = platform::Opened::kFailed;
+  EXPECT_EQ(write_to({path.c_str(), nullptr, &opened}), 1);
+  EXPECT_EQ(opened, platform::Opened::kOpen);
+  EXPECT_EQ(write_to({"/no/such/file", nullptr, &opened}), -1);
+  EXPECT_EQ(opened, platform::Opened::kFailed);
 }
 
 std::vector<uint32_t> report_positions;
