@@ -95,7 +95,9 @@ After ReplaceOperation::take(FileRun& run, FileInHand& file) {
   if (stored == Stored::kFailed) return leave_unstored(run, file);
   if (stored == Stored::kChanged) return leave_changed(run, file);
   run.announce(edit_.phase(), file);
-  platform::Opened opened = platform::Opened::kFailed;
+  // Unless an attempt to open it fails, the file may be changed: it keeps its
+  // copy.
+  platform::Opened opened = platform::Opened::kOpen;
   const Destination destination(file.path.c_str(), run.content().version(),
                                 &opened, safety_.beside && !safe_store_);
   // A fault while writing ends the run without a record of its own.
