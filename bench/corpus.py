@@ -15,6 +15,10 @@ blocks with fresh times and numbers: so all of it takes well under a minute. A
 few texts are planted in known numbers of places; PLANTS tells them. Parts that
 are there already are left alone.
 
+Another seed gives other words, sizes, folders and orders; what is searched for,
+and in how many files it is, stays the same. Each seed has a folder of its own,
+seed-N.
+
   bench/corpus.py [--dir DIR] [--seed N] [--scale F] [tree] [big] [log] [paths]
                   [texts]
 """
@@ -31,6 +35,7 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 DEFAULT_DIR = ROOT / "build" / "bench" / "corpus"
+DEFAULT_SEED = 1
 MB = 1_000_000
 
 # Stem, line that holds it, and how many of the 20,000 files get the line. No
@@ -326,19 +331,29 @@ def make_part(base, part, seed, scale):
           file=sys.stderr)
 
 
+def folder_of(base, seed):
+    """The folder with the files of a seed."""
+    return base / f"seed-{seed}"
+
+
+def make_parts(base, parts, seed, scale):
+    for part in parts:
+        make_part(folder_of(base, seed), part, seed, scale)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("parts", nargs="*", metavar="PART",
                         help="tree, big, log, paths, texts; default: all")
     parser.add_argument("--dir", type=Path, default=DEFAULT_DIR)
-    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--seed", type=int, default=DEFAULT_SEED)
     parser.add_argument("--scale", type=float, default=1.0,
                         help="share of the full size, for trying things out")
     options = parser.parse_args()
     for part in options.parts or PARTS:
         if part not in PARTS:
             parser.error(f"no part named '{part}'")
-        make_part(options.dir, part, options.seed, options.scale)
+    make_parts(options.dir, options.parts or PARTS, options.seed, options.scale)
 
 
 if __name__ == "__main__":

@@ -1,9 +1,9 @@
 """The rows of the speed table: what is measured against what, and the aim.
 
 A row consists of the commands of both sides. In them, {tree}, {big}, {log},
-{texts} and {paths} mean the generated files, and {copy} a fresh copy of the tree. The
-first word of ours, zenfo, is the built program. A command with a pipe runs in
-sh. All run in the C locale, and with one thread unless `all_processors` says
+{texts} and {paths} mean the generated files, and {copy} a fresh copy of the
+tree. The first word of ours, zenfo, is the built program. A command with a pipe
+runs in sh. All run in the C locale, and with one thread unless `all_processors` says
 that both sides use their defaults.
 
 `check` says what must be equal before anything is timed; run.py defines the
@@ -79,6 +79,44 @@ def shown_lines(text, folder, rg=RG, ugrep=UGREP):
     }
 
 
+def coloured_lines(text, folder):
+    """The two sides of a row that shows lines with their matches coloured."""
+    return {
+        "ours": f"zenfo find -rn --color always {text} {{{folder}}}",
+        "peers": {
+            "rg": f"{RG} -nF --color always {text} {{{folder}}}",
+            "grep": f"grep -rnF --color=always {text} {{{folder}}}",
+            "ugrep": f"{UGREP} -nF --color=always {text} {{{folder}}}",
+        },
+        "check": "coloured_lines",
+    }
+
+
+def counts_with_threads(text, folder):
+    """A row that counts matching lines, all sides with their threads."""
+    return {
+        "ours": f"zenfo find -rc {text} {{{folder}}}",
+        "peers": {"rg": f"{RG_ALL} -c --include-zero {text} {{{folder}}}",
+                  "ugrep": f"ugrep -r -cE {text} {{{folder}}}"},
+        "check": "counts",
+    }
+
+
+def lines_with_threads(text, folder):
+    """A row that shows lines, all sides with their threads."""
+    return shown_lines(text, folder, rg=RG_ALL, ugrep="ugrep -r")
+
+
+def lines_with_texts(count):
+    """The two sides of a row that shows the lines with any of many texts."""
+    listed = f"-f {{texts}}/{count} {{tree}}"
+    return {
+        "ours": f"zenfo find -rn {listed}",
+        "peers": {"rg": f"{RG} -nF {listed}", "grep": f"grep -rnF {listed}"},
+        "check": "shown_lines",
+    }
+
+
 def many_texts(count):
     """The two sides of a row that counts the lines with any of many texts."""
     listed = f"-f {{texts}}/{count} {{tree}}"
@@ -137,6 +175,18 @@ ROWS = [
     Row("log-lines-most", aim=0.80, about="nearly every other line",
         **shown_lines("the", "log")),
 
+    # --- Lines shown, with numbers and colours -------------------------------
+    Row("tree-colours-few", aim=0.75, about="as tree-lines-few",
+        **coloured_lines("harpsichord", "tree")),
+    Row("tree-colours-many", aim=0.75, about="as tree-lines-many",
+        **coloured_lines("was", "tree")),
+    Row("tree-colours-most", aim=0.70, about="as tree-lines-most",
+        **coloured_lines("the", "tree")),
+    Row("big-colours-many", aim=0.75, about="as big-lines-many",
+        **coloured_lines("between", "big")),
+    Row("big-colours-most", aim=0.75, about="as big-lines-most",
+        **coloured_lines("the", "big")),
+
     # --- All processors ------------------------------------------------------
     Row("tree-rare-all", aim=0.90, about="as tree-rare",
         all_processors=True, **names_with_threads("harpsichord", "tree")),
@@ -146,14 +196,16 @@ ROWS = [
         all_processors=True, **names_with_threads("harpsichord", "big")),
     Row("big-frequent-all", aim=1.50, about="names of 5 MB files, found at once",
         all_processors=True, **names_with_threads("the", "big")),
-    Row("tree-count-all", "zenfo find -rc the {tree}",
-        {"rg": f"{RG_ALL} -c --include-zero the {{tree}}",
-         "ugrep": "ugrep -r -cE the {tree}"},
-        "counts", 0.90, "as tree-frequent-count", all_processors=True),
+    Row("tree-count-all", aim=0.90, about="as tree-frequent-count",
+        all_processors=True, **counts_with_threads("the", "tree")),
+    Row("big-count-all", aim=0.90, about="the same, 5 MB files",
+        all_processors=True, **counts_with_threads("the", "big")),
+    Row("tree-lines-few-all", aim=0.90, about="as tree-lines-few",
+        all_processors=True, **lines_with_threads("harpsichord", "tree")),
     Row("tree-lines-all", aim=0.90, about="as tree-lines-many",
-        all_processors=True, **shown_lines("was", "tree", rg=RG_ALL, ugrep="ugrep -r")),
+        all_processors=True, **lines_with_threads("was", "tree")),
     Row("big-lines-all", aim=0.90, about="as big-lines-most",
-        all_processors=True, **shown_lines("the", "big", rg=RG_ALL, ugrep="ugrep -r")),
+        all_processors=True, **lines_with_threads("the", "big")),
 
     # --- Patterns -----------------------------------------------------------
     Row("tree-frequent-count", "zenfo find -rc the {tree}",
@@ -187,6 +239,12 @@ ROWS = [
         **many_texts(1000)),
     Row("tree-texts-100000", aim=0.75, about="any of 100,000",
         **many_texts(100000)),
+    Row("tree-texts-10-lines", aim=0.75, about="as tree-texts-10, lines shown",
+        **lines_with_texts(10)),
+    Row("tree-texts-1000-lines", aim=0.75, about="any of 1,000, lines shown",
+        **lines_with_texts(1000)),
+    Row("tree-texts-100000-lines", aim=0.75, about="any of 100,000, lines shown",
+        **lines_with_texts(100000)),
 
     # --- Counts -------------------------------------------------------------
     Row("tree-words", "zenfo count -r --total --json {tree}",

@@ -4,7 +4,8 @@
 For every row of rows.py all sides must first give the same answer, or the run
 ends with an error. Then the sides run in turns, so that noise affects all of
 them equally, and the shortest time counts: whole processes, warm cache. Output
-goes to memory, because some tools stop early when nobody can read it.
+goes to memory, because some tools stop early when nobody can read it. Rows can be
+run with the files of several seeds, so that nothing is fitted to one.
 """
 
 import argparse
@@ -22,10 +23,12 @@ import time
 from collections import Counter
 from pathlib import Path
 
+import corpus
 from rows import ROWS
 
 ROOT = Path(__file__).resolve().parent.parent
 LEAST_ROUNDS = 3
+RECORD_SEEDS = [corpus.DEFAULT_SEED, 2]
 ENVIRONMENT = {**os.environ, "LC_ALL": "C"}
 
 
@@ -71,16 +74,17 @@ def execute(argv):
 class Bench:
     """Knows where things are; turns a row's command into an argument list."""
 
-    def __init__(self, options):
+    def __init__(self, options, seed):
         self.zenfo = str(options.zenfo)
         self.programs = options.programs
-        self.corpus = options.corpus
+        self.corpus = corpus.folder_of(options.corpus, seed)
+        self.seed, self.clock = seed, options.clock
         self.copy = options.copies / "copy"
         self.state = options.copies / "state"  # where zenfo keeps safe copies
         ENVIRONMENT["XDG_STATE_HOME"] = str(self.state)
-        self.places = {part: options.corpus / part
+        self.places = {part: self.corpus / part
                        for part in ("tree", "big", "log", "texts")}
-        self.places |= {"paths": options.corpus / "paths.txt",
+        self.places |= {"paths": self.corpus / "paths.txt",
                         "copy": self.copy, "copy_of_log": self.copy}
 
     def argv(self, command):
@@ -118,6 +122,27 @@ def lines(output, _):
 def shown_lines(output, _):
     """Lines without their carriage returns, which zenfo leaves out."""
     return sorted(line.removesuffix(b"\r") for line in output.split(b"\n"))
+
+
+COLOURS = re.compile(rb"((?:\x1b\[[0-9;]*m)+)")
+
+
+def marked(line):
+    """A line with ESC < and ESC > around what is red, without other colours."""
+    text, *rest = COLOURS.split(line.replace(b"\x1b[K", b""))
+    red = False
+    for colours, follows in zip(rest[::2], rest[1::2]):
+        now = bool(re.search(rb"[\[;]31[;m]", colours))
+        if now != red:
+            text += b"\x1b<" if now else b"\x1b>"
+        text, red = text + follows, now
+    return text
+
+
+def coloured_lines(output, _):
+    """Lines with their matches marked, and without carriage returns."""
+    return sorted(marked(line).removesuffix(b"\r")
+                  for line in output.split(b"\n"))
 
 
 def counts(output, _):
@@ -169,7 +194,7 @@ def copies(_, bench):
 
 
 CHECKS = {check.__name__: check for check in
-          (lines, shown_lines, counts, last_words, last_words_and_lines,
+          (lines, shown_lines, coloured_lines, counts, last_words, last_words_and_lines,
            paths_and_sizes, copies)}
 
 
@@ -245,13 +270,13 @@ def measure_program(bench, row):
             for side, name in sides.items()}
 
 
-def verdict(row, results, clock):
-    least = {side: min(run[clock] for run in runs)
+def verdict(bench, row, results):
+    least = {side: min(run[bench.clock] for run in runs)
              for side, runs in results.items()}
     ours = least.pop("ours")
     peer = min(least, key=least.get)
     ratio = ours / least[peer]
-    return {"row": row.name, "about": row.about, "ours_ms": ours,
+    return {"seed": bench.seed, "row": row.name, "about": row.about, "ours_ms": ours,
             "peer": peer, "peer_ms": least[peer], "ratio": round(ratio, 3),
             "aim": row.aim, "ok": ratio <= row.aim, "sides": results,
             "commands": sides_of(row)}
@@ -259,24 +284,51 @@ def verdict(row, results, clock):
 
 def do_row(bench, row, options):
     if row.check == "by_program":
-        return verdict(row, measure_program(bench, row), options.clock)
+        return verdict(bench, row, measure_program(bench, row))
     if row.all_processors:
         ENVIRONMENT.pop("ZENFO_THREADS", None)
     else:
         ENVIRONMENT["ZENFO_THREADS"] = "1"
     agreed = prove(bench, row)
     results = measure(bench, row, options)
-    return verdict(row, results, options.clock) | {"agreed": agreed}
+    return verdict(bench, row, results) | {"agreed": agreed}
+
+
+def parts_for(rows):
+    """The parts of the corpus that the rows work on."""
+    if any(row.check == "by_program" for row in rows):
+        return list(corpus.PARTS)
+    named = " ".join(command for row in rows
+                     for command in sides_of(row).values())
+    named = named.replace("{copy}", "{tree}").replace("{copy_of_log}", "{log}")
+    return [part for part in corpus.PARTS if f"{{{part}}}" in named]
+
+
+def rows_at(scale, rows):
+    """Without the programs, which need the full list of paths."""
+    return [row for row in rows if scale == 1 or row.check != "by_program"]
+
+
+def do_seed(seed, rows, options):
+    corpus.make_parts(options.corpus, parts_for(rows), seed, options.scale)
+    bench = Bench(options, seed)
+    print(f"seed {seed}\n{HEADING}", flush=True)
+    results = []
+    for row in rows:
+        results.append(do_row(bench, row, options))
+        print(table_line(results[-1]), flush=True)
+    bench.remove_copies()
+    return results
 
 
 # --- Reporting -----------------------------------------------------------------
 
-HEADING = (f"{'row':<20} {'ours ms':>8} {'peer ms':>8}  {'best peer':<15} "
+HEADING = (f"{'row':<24} {'ours ms':>8} {'peer ms':>8}  {'best peer':<15} "
            f"{'ratio':>5} {'aim':>5}")
 
 
 def table_line(result):
-    return (f"{result['row']:<20} {result['ours_ms']:8.1f} "
+    return (f"{result['row']:<24} {result['ours_ms']:8.1f} "
             f"{result['peer_ms']:8.1f}  {result['peer']:<15} "
             f"{result['ratio']:5.2f} {result['aim']:5.2f}  "
             f"{'ok' if result['ok'] else 'over'}")
@@ -295,9 +347,11 @@ def peers_in(rows):
     return sorted(named)
 
 
-def conditions(rows, clock):
+def conditions(rows, options):
     return {"date": datetime.date.today().isoformat(),
-            "clock": "processor time" if clock == "cpu_ms" else "elapsed time",
+            "clock": ("processor time" if options.clock == "cpu_ms"
+                      else "elapsed time"),
+            "scale": options.scale,
             "system": f"{platform.system()} {platform.machine()}, "
                       f"{os.cpu_count()} processors",
             "versions": {peer: version_of(peer) for peer in peers_in(rows)}}
@@ -305,10 +359,25 @@ def conditions(rows, clock):
 
 def record_text(told, results):
     versions = "".join(f"- {v}\n" for v in told["versions"].values() if v)
-    table = "\n".join([HEADING, *map(table_line, results)])
     return (f"# {told['date']}, {told['system']}\n\nLeast {told['clock']} of "
-            "interleaved runs, warm cache, one thread but for rows that\nend in -all; see ../README.md.\n\n"
-            f"```\n{table}\n```\n\nBeside:\n\n{versions}")
+            "interleaved runs, warm cache, one thread but for rows that\n"
+            f"end in -all{scale_text(told)}; see ../README.md.\n\n"
+            f"{tables(results)}Beside:\n\n{versions}")
+
+
+def scale_text(told):
+    scale = told["scale"]
+    return "" if scale == 1 else f", files at {scale} of their size"
+
+
+def tables(results):
+    """A table for each seed."""
+    text = ""
+    for seed in dict.fromkeys(result["seed"] for result in results):
+        of_seed = [result for result in results if result["seed"] == seed]
+        table = "\n".join([HEADING, *map(table_line, of_seed)])
+        text += f"Seed {seed}:\n\n```\n{table}\n```\n\n"
+    return text
 
 
 def choose_rows(names):
@@ -329,8 +398,14 @@ def parse(arguments):
     parser.add_argument("--programs", type=Path,
                         default=ROOT / "build/native/bin",
                         help="where the benchmark programs are")
-    parser.add_argument("--corpus", type=Path,
-                        default=ROOT / "build/bench/corpus")
+    parser.add_argument("--corpus", type=Path, default=corpus.DEFAULT_DIR,
+                        help="where the generated files are, or are put")
+    parser.add_argument("--seed", type=int, action="append", dest="seeds",
+                        metavar="N",
+                        help="of the generated files; may be repeated "
+                             f"(default: {corpus.DEFAULT_SEED})")
+    parser.add_argument("--scale", type=float, default=1.0,
+                        help="share of the files' full size, to try rows out")
     parser.add_argument("--copies", type=Path, default=ROOT / "build/bench",
                         help="where the copies for replace rows are put")
     parser.add_argument("--cpu", dest="clock", action="store_const",
@@ -344,21 +419,21 @@ def parse(arguments):
     parser.add_argument("--json", type=Path,
                         default=ROOT / "build/bench/result.json")
     parser.add_argument("--record", action="store_true",
-                        help="also write bench/record/DATE.md")
-    return parser.parse_args(arguments)
+                        help="also write bench/record/DATE.md; with seeds "
+                             "1 and 2 if no --seed is given")
+    options = parser.parse_args(arguments)
+    options.seeds = options.seeds or (RECORD_SEEDS if options.record
+                                      else [corpus.DEFAULT_SEED])
+    return options
 
 
 def main():
     options = parse(sys.argv[1:])
-    rows = choose_rows(options.rows)
-    bench = Bench(options)
+    rows = rows_at(options.scale, choose_rows(options.rows))
     results = []
-    print(HEADING, flush=True)
-    for row in rows:
-        results.append(do_row(bench, row, options))
-        print(table_line(results[-1]), flush=True)
-    bench.remove_copies()
-    told = conditions(rows, options.clock)
+    for seed in options.seeds:
+        results += do_seed(seed, rows, options)
+    told = conditions(rows, options)
     options.json.parent.mkdir(parents=True, exist_ok=True)
     options.json.write_text(json.dumps(
         told | {"rows": results}, indent=1) + "\n")

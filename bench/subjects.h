@@ -16,7 +16,7 @@ namespace zenfo::bench {
 // the project.
 inline std::filesystem::path corpus() {
   const char* folder = std::getenv("ZENFO_CORPUS");
-  return folder != nullptr ? folder : "build/bench/corpus";
+  return folder != nullptr ? folder : "build/bench/corpus/seed-1";
 }
 
 inline constexpr char kNoCorpus[] = "no files to work on: run bench/corpus.py";
