@@ -109,6 +109,7 @@ int32_t FileRun::over_lines(const LineFiles& files, SummaryFile& summary) {
   empty_lists();
   LineSource source(content_);
   if (!source.open(files.list) || !summary.open(files.summary)) return -1;
+  ahead_.add_output(files.summary);
   traits_ = operation_.begin();
   return run(source, summary);
 }

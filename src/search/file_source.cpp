@@ -36,24 +36,45 @@ std::vector<SharedText> ListSource::upcoming(size_t most) {
 
 FileSource::Next LineSource::next(FileInHand& file) {
   for (;;) {
-    std::string_view piece = take_piece();
+    const std::string_view piece = take_piece();
     if (piece.empty()) return Next::kEnd;
-    piece = piece.substr(0, piece.find('\0'));
-    piece = piece.substr(0, piece.find("\r\n"));
-    if (piece.empty()) continue;
+    const std::string_view path = path_of(piece);
+    if (path.empty()) continue;
     file = {};
-    file.path = SharedText(piece);
+    file.path = SharedText(path);
     return Next::kFile;
   }
+}
+
+// Those in the buffer: the host may still change the rest of the list file.
+std::vector<SharedText> LineSource::upcoming(size_t most) {
+  std::vector<SharedText> paths;
+  std::string_view rest = std::string_view(buffer_).substr(start_);
+  while (paths.size() < most) {
+    const size_t length = piece_length(rest);
+    if (length == 0) break;
+    const std::string_view path = path_of(rest.substr(0, length));
+    if (!path.empty()) paths.emplace_back(path);
+    rest.remove_prefix(length);
+  }
+  return paths;
+}
+
+std::string_view LineSource::path_of(std::string_view piece) {
+  piece = piece.substr(0, piece.find('\0'));
+  return piece.substr(0, piece.find("\r\n"));
 }
 
 // The text up to and including the next LF, or as much as a piece may contain;
 // empty at the end of the file.
 std::string_view LineSource::take_piece() {
-  size_t length = piece_length();
+  const auto first_piece = [&] {
+    return piece_length(std::string_view(buffer_).substr(start_));
+  };
+  size_t length = first_piece();
   while (length == 0 && !at_end_) {
     fill();
-    length = piece_length();
+    length = first_piece();
   }
   if (length == 0) length = buffer_.size() - start_;  // the last line
   const std::string_view piece(buffer_.data() + start_, length);
@@ -61,13 +82,12 @@ std::string_view LineSource::take_piece() {
   return piece;
 }
 
-// Length of the next piece; 0 while its end is not in the buffer.
-size_t LineSource::piece_length() const {
-  const std::string_view rest =
-      std::string_view(buffer_).substr(start_, kLongestPiece);
-  const size_t line_feed = rest.find('\n');
+// Length of the first piece of these bytes; 0 when its end is not among them.
+size_t LineSource::piece_length(std::string_view bytes) {
+  bytes = bytes.substr(0, kLongestPiece);
+  const size_t line_feed = bytes.find('\n');
   if (line_feed != std::string_view::npos) return line_feed + 1;
-  return rest.size() == kLongestPiece ? kLongestPiece : 0;
+  return bytes.size() == kLongestPiece ? kLongestPiece : 0;
 }
 
 // Reads more after the bytes that are not taken yet.

@@ -66,12 +66,14 @@ class LineSource final : public FileSource {
   bool open(const char* path) { return file_.open(path) && file_.size() >= 0; }
   Next next(FileInHand& file) override;
   bool interrupted() override { return poller_.poll_interrupt(1) != 0; }
+  std::vector<SharedText> upcoming(size_t most) override;
 
  private:
   static constexpr size_t kLongestPiece = 4095;
 
+  static size_t piece_length(std::string_view bytes);
+  static std::string_view path_of(std::string_view piece);
   std::string_view take_piece();
-  size_t piece_length() const;
   void fill();
 
   FileContent& poller_;

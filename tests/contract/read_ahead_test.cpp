@@ -16,6 +16,7 @@
 
 #include "support/environment.h"
 #include "support/search_fixture.h"
+#include "support/sweep.h"
 
 namespace zenfo::test {
 namespace {
@@ -36,7 +37,8 @@ class ReadAheadTest : public SearchTest {
     Operation operation = find_block;
     RunArguments arguments = {};
     bool listens = false;
-    int stop_at_poll = 0;  // 0: never
+    bool by_lines = false;  // over the lines of list_of_lines()
+    int stop_at_poll = 0;   // 0: never
     // Called at the start of each file's loading, with its number.
     std::function<void(int)> at_file = nullptr;
     std::function<int32_t(int)> answer = nullptr;
@@ -108,6 +110,18 @@ class ReadAheadTest : public SearchTest {
     }
   }
 
+  std::string list_of_lines() const { return work().path("lines"); }
+  std::string summary() const { return work().path("summary"); }
+  // The present files as lines, and other lines among them.
+  void write_lines() const {
+    std::string lines;
+    for (const std::string& path : files(ZENFO_LIST_RUN_FILES)) {
+      lines += path + "\r\n";
+      if (lines.size() % 5 == 0) lines += "\r\n";
+    }
+    write_file(list_of_lines(), lines + "no line end");
+  }
+
   // Stamps are trusted only when the file is older than a step of the clock.
   static void let_files_settle() {
     std::this_thread::sleep_for(std::chrono::milliseconds(30));
@@ -120,13 +134,20 @@ class ReadAheadTest : public SearchTest {
     if (run.listens) {
       HostRecorder host;
       listen(host, run, events);
-      answer = run.operation(run.arguments, nullptr);
+      answer = operate(run);
     } else {
-      answer = run.operation(run.arguments, nullptr);
+      answer = operate(run);
     }
     events.add("answer " + std::to_string(answer));
     add_results(events);
     return events.lines;
+  }
+
+  int32_t operate(const Run& run) const {
+    const std::string lines = list_of_lines();
+    const std::string result = summary();
+    const LinePaths paths{lines.c_str(), result.c_str()};
+    return run.operation(run.arguments, run.by_lines ? &paths : nullptr);
   }
 
   static void listen(HostRecorder& host, const Run& run, Events& events) {
@@ -166,7 +187,9 @@ class ReadAheadTest : public SearchTest {
     for (const ErrorRecord& record : read_error_records(error_file())) {
       events.add("error " + record.message + " " + record.routine);
     }
-    if (file_exists(report())) events.add(read_file(report()));
+    for (const std::string& output : {report(), summary()}) {
+      if (file_exists(output)) events.add(read_file(output));
+    }
   }
 };
 
@@ -190,6 +213,19 @@ TEST_F(ReadAheadTest, SeveralStringsHaveTheSameResults) {
   pair("ab", "");
   pair("line 1", "");
   expect_same_events({.operation = find_string});
+}
+
+TEST_F(ReadAheadTest, LinesOfAListHaveTheSameResults) {
+  add_files();
+  write_lines();
+  pair("ab", "");
+  pair("line 1", "");
+  expect_same_events({.operation = find_string, .by_lines = true});
+  ASSERT_TRUE(pattern("line 27"));
+  RunArguments checked;
+  checked.binary = 1;
+  checked.report = report();
+  expect_same_events({.arguments = checked, .by_lines = true});
 }
 
 TEST_F(ReadAheadTest, AReportHasTheSameBytes) {
@@ -217,6 +253,15 @@ TEST_F(ReadAheadTest, FilesThatTheRunWritesAreLoadedAtTheirTurn) {
   expect_same_events({});
 }
 
+TEST_F(ReadAheadTest, ASummaryIsLoadedAtItsTurn) {
+  write_file(summary(), "stale");
+  add_files();
+  add_path(summary());
+  write_lines();
+  ASSERT_TRUE(pattern("f0"));
+  expect_same_events({.by_lines = true});
+}
+
 TEST_F(ReadAheadTest, UnselectedFilesStayOut) {
   add_files();
   for (uint32_t i = 0; i < kManyFiles; i += 3) {
@@ -241,6 +286,20 @@ TEST_F(ReadAheadTest, AHostGetsTheSameCalls) {
   expect_same_events({.arguments = checked, .listens = true});
 }
 
+TEST_F(ReadAheadTest, AHostGetsTheSameCallsForLines) {
+  add_files();
+  let_files_settle();
+  write_lines();
+  ASSERT_TRUE(pattern("ab"));
+  RunArguments asking;
+  asking.ask = 1;
+  asking.binary = 1;
+  expect_same_events({.arguments = asking,
+                      .listens = true,
+                      .by_lines = true,
+                      .answer = [](int number) { return number % 2; }});
+}
+
 TEST_F(ReadAheadTest, QuestionsAreTheSame) {
   add_files();
   let_files_settle();
@@ -256,24 +315,50 @@ TEST_F(ReadAheadTest, QuestionsAreTheSame) {
        }});
 }
 
-TEST_F(ReadAheadTest, AStopAtAnyPollEndsAllRunsInTheSameWay) {
-  for (int i = 0; i < 50; ++i) {
-    add(std::to_string(i), text(i % 10 == 4 ? 120000 : 4000));
+// Stops a run at its polls.
+class ReadAheadStops : public ReadAheadTest {
+ protected:
+  void stop_at_each_poll(Run run) {
+    const std::string all = events(run, "1");
+    int polls = 0;
+    for (size_t at = 0; (at = all.find("poll\n", at)) != std::string::npos;
+         ++at) {
+      ++polls;
+    }
+    ASSERT_GT(polls, 60);
+    const Sweep sweep(polls / 12);
+    for (int stop = sweep.first(); stop <= polls; stop += sweep.step()) {
+      SCOPED_TRACE("stopped at poll " + std::to_string(stop));
+      run.stop_at_poll = stop;
+      expect_same_events(run);
+    }
   }
-  let_files_settle();
+  void add_files_to_stop_at() {
+    for (int i = 0; i < 50; ++i) {
+      add(std::to_string(i), text(i % 10 == 4 ? 120000 : 4000));
+    }
+    let_files_settle();
+  }
+};
+
+TEST_F(ReadAheadStops, AStopAtAnyPollEndsAllRunsInTheSameWay) {
+  add_files_to_stop_at();
   ASSERT_TRUE(pattern("b"));
-  const std::string all = events({.listens = true}, "1");
-  int polls = 0;
-  for (size_t at = 0; (at = all.find("poll\n", at)) != std::string::npos;
-       ++at) {
-    ++polls;
-  }
-  ASSERT_GT(polls, 100);
-  // Every poll of the first ones, then a sample.
-  for (int stop = 1; stop <= polls; stop += stop < 10 ? 1 : polls / 15) {
-    SCOPED_TRACE("stopped at poll " + std::to_string(stop));
-    expect_same_events({.listens = true, .stop_at_poll = stop});
-  }
+  stop_at_each_poll({.listens = true});
+}
+
+TEST_F(ReadAheadStops, AStopInALineEndsAllRunsInTheSameWay) {
+  add_files_to_stop_at();
+  write_lines();
+  ASSERT_TRUE(pattern("b"));
+  stop_at_each_poll({.listens = true, .by_lines = true});
+}
+
+TEST_F(ReadAheadStops, AStopBetweenStringsEndsAllRunsInTheSameWay) {
+  add_files_to_stop_at();
+  pair("b", "");
+  pair("no such text", "");
+  stop_at_each_poll({.operation = find_string, .listens = true});
 }
 
 // Files that would have been read ahead by then.
@@ -324,7 +409,7 @@ int threads_now() {
 }
 
 // The most threads at any status text of a run, beyond those before it.
-int most_threads(const char* wanted) {
+int most_threads(const char* wanted, const LinePaths* lines = nullptr) {
   const EnvironmentVariable variable("ZENFO_THREADS", wanted);
   const int before = threads_now();
   int most = 0;
@@ -333,7 +418,7 @@ int most_threads(const char* wanted) {
     host.on_status_text = [&](const std::string&) {
       most = std::max(most, threads_now() - before);
     };
-    EXPECT_GT(find_block({}), 0);
+    EXPECT_GT(find_block({}, lines), 0);
   }
   // The system forgets a thread shortly after its end.
   for (int i = 0; i < 1000 && threads_now() > before; ++i) {
@@ -350,6 +435,17 @@ TEST_F(ReadAheadTest, ARunOfManyFilesHasThreadsOfItsOwn) {
   EXPECT_EQ(most_threads("2"), 1);
   EXPECT_EQ(most_threads("3"), 2);
   EXPECT_EQ(most_threads("1000"), 7);
+}
+
+TEST_F(ReadAheadTest, ARunOverManyLinesHasThreadsOfItsOwn) {
+  for (int i = 0; i < 40; ++i) add(std::to_string(i), "ab");
+  write_lines();
+  ASSERT_TRUE(pattern("ab"));
+  const std::string list = list_of_lines();
+  const std::string result = summary();
+  const LinePaths paths{list.c_str(), result.c_str()};
+  EXPECT_EQ(most_threads("1", &paths), 0);
+  EXPECT_EQ(most_threads("3", &paths), 2);
 }
 
 TEST_F(ReadAheadTest, ARunOfFewFilesHasNone) {

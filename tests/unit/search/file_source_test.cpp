@@ -139,6 +139,51 @@ TEST_F(LineSourceTest, ReadsPiecesOfAtMost4095Bytes) {
   EXPECT_EQ(lines(fits + "\r\nb"), (Lines{fits, "b"}));
 }
 
+TEST_F(LineSourceTest, NamesTheFilesThatComeNext) {
+  FileContent poller;
+  LineSource source(poller);
+  const std::string bytes = "a\r\n\r\nb\0x\r\n\nc\nd\r\ne"s;
+  ASSERT_TRUE(source.open(folder.file("list", bytes).c_str()));
+  EXPECT_EQ(source.upcoming(9).size(), 0u) << "nothing is read yet";
+  FileInHand file;
+  ASSERT_EQ(source.next(file), Next::kFile);
+  const auto upcoming = [&](size_t most) {
+    std::vector<std::string> paths;
+    for (const SharedText& path : source.upcoming(most)) {
+      paths.emplace_back(path.view());
+    }
+    return paths;
+  };
+  EXPECT_EQ(upcoming(2), (Lines{"b", "\n"}));
+  EXPECT_EQ(upcoming(9), (Lines{"b", "\n", "c\n", "d"}))
+      << "the last line may become longer";
+  EXPECT_EQ(upcoming(0), Lines{});
+  ASSERT_EQ(source.next(file), Next::kFile);
+  EXPECT_EQ(file.path.view(), "b") << "to look ahead takes nothing";
+  while (source.next(file) == Next::kFile) {
+  }
+  EXPECT_EQ(upcoming(9), Lines{});
+}
+
+// The buffer ends within a line now and then.
+TEST_F(LineSourceTest, NamesUpcomingFilesOfAnyListInOrder) {
+  std::string bytes;
+  for (int i = 0; i < 30000; ++i) bytes += std::to_string(i) + "\r\n";
+  FileContent poller;
+  LineSource source(poller);
+  ASSERT_TRUE(source.open(folder.file("list", bytes).c_str()));
+  FileInHand file;
+  int named = 0;
+  for (int i = 0; source.next(file) == Next::kFile; ++i) {
+    int next = i + 1;
+    for (const SharedText& path : source.upcoming(3)) {
+      ASSERT_EQ(path.view(), std::to_string(next++));
+      ++named;
+    }
+  }
+  EXPECT_GT(named, 3 * 29900);
+}
+
 TEST_F(LineSourceTest, ReadsListsOfAnyLength) {
   std::string bytes;
   Lines expected;
