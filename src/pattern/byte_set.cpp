@@ -173,11 +173,8 @@ const char* ByteSet::run_start_by_ranges(const char* from,
   return end;
 }
 
-const char* ByteSet::run_start(const char* from, const char* end) const {
+const char* ByteSet::run_start_far(const char* from, const char* end) const {
   if (contains_all_) return from;
-  for (int i = 0; i < 8; ++i, --end) {
-    if (end == from || !contains(end[-1])) return end;
-  }
   switch (range_count_) {
     case 1:
       return run_start_by_ranges<1>(from, end);

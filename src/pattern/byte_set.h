@@ -39,7 +39,12 @@ class ByteSet {
     return find_as<false>(from, end);
   }
   // Start of the run of members that ends before `end`, not below `from`.
-  const char* run_start(const char* from, const char* end) const;
+  const char* run_start(const char* from, const char* end) const {
+    for (int i = 0; i < 8; ++i, --end) {
+      if (end == from || !contains(end[-1])) return end;
+    }
+    return run_start_far(from, end);
+  }
   // Counts in [from, end); `in_run` says whether the byte before is a member.
   Tally tally(const char* from, const char* end, bool in_run) const;
 
@@ -54,15 +59,24 @@ class ByteSet {
 
   template <bool kMember>
   const char* find_as(const char* from, const char* end) const {
-    // Most runs are short: try some bytes before starting the vector loop.
+    if (from == end || contains(*from) == kMember) return from;
+    // Most runs are short: try some bytes before starting the vector loop. A
+    // run that only one byte ends mostly is not.
+    if (is_one_byte<kMember>()) return find_far(from, end, kMember);
     for (int i = 0; i < 8; ++i, ++from) {
       if (from == end || contains(*from) == kMember) return from;
     }
     return find_far(from, end, kMember);
   }
+  // Whether only one byte is a member (kMember) or is none.
+  template <bool kMember>
+  bool is_one_byte() const {
+    return range_count_ == 1 && ranges_[0].width == 0 && inverted_ != kMember;
+  }
   const char* find_far(const char* from, const char* end, bool member) const;
   const char* find_by_flags(const char* from, const char* end,
                             bool member) const;
+  const char* run_start_far(const char* from, const char* end) const;
 
   template <size_t kCount>
   const char* find_by_ranges(const char* from, const char* end,

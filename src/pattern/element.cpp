@@ -41,18 +41,6 @@ void Element::reset(bool case_flag) {
   forget();
 }
 
-bool Element::matched(size_t p, size_t taken) {
-  start = p;
-  length = taken;
-  next = p + taken;
-  return true;
-}
-
-bool Element::failed(size_t p, size_t taken) {
-  next = p + taken;
-  return false;
-}
-
 // Occurrences
 
 void Occurrences::prepare(bool case_flag) {
@@ -74,20 +62,14 @@ void Occurrences::search(const MatchScope& scope) {
   searched_ = std::min(static_cast<size_t>(at - scope.text), starts_end);
 }
 
-size_t Occurrences::next(const MatchScope& scope, size_t p, size_t bound) {
-  if (p < from_) {
-    // Nothing is known yet, or `p` went back, which no chain of attempts does.
-    searched_ = p;
-    taken_ = found_ = 0;
-  }
-  from_ = p;
+// Nothing known begins at or after p.
+size_t Occurrences::search_from(const MatchScope& scope, size_t p,
+                                size_t bound) {
   while (true) {
-    const char* at = scope.text + p;
-    while (taken_ < found_ && hits_[taken_] < at) ++taken_;
-    if (taken_ < found_) return static_cast<size_t>(hits_[taken_] - scope.text);
     searched_ = std::max(searched_, p);
     if (searched_ >= bound) return kNoPosition;
     search(scope);
+    if (found_ > 0) return static_cast<size_t>(hits_[0] - scope.text);
   }
 }
 
@@ -247,33 +229,6 @@ bool StringListElement::match(const MatchScope& scope, size_t p, size_t limit) {
 }
 
 // Runs
-
-// The first byte of [p, limit) that does not count, or limit. A run that
-// several attempts come across is scanned once.
-size_t RunElement::run_end(const char* text, size_t p, size_t limit) {
-  if (counted_.contains_all()) return limit;
-  if (p < run_from_ || p > run_to_) run_from_ = run_to_ = p;
-  if (run_to_ < limit) {
-    const char* end = counted_.find_other(text + run_to_, text + limit);
-    run_to_ = static_cast<size_t>(end - text);
-  }
-  return std::min(run_to_, limit);
-}
-
-bool RunElement::match(const MatchScope& scope, size_t p, size_t limit) {
-  resume = 0;
-  const size_t room = limit - p;
-  if (room < minimum) return failed(p, 0);
-  const bool bounded = maximum != 0 && maximum < room;
-  const size_t look = bounded ? p + maximum + 1 : limit;
-  const size_t run = run_end(scope.text, p, look) - p;
-  if (bounded && run > maximum) {
-    // Cut by the maximum: the run may also begin one byte later.
-    resume = std::max(p, scope.attempt_start + 1);
-    return matched(p, maximum);
-  }
-  return run >= minimum ? matched(p, run) : failed(p, run);
-}
 
 ClassElement::ClassElement(ElementKind kind, const CharClass& source,
                            uint32_t least, uint32_t most, bool is_negated)

@@ -13,6 +13,7 @@
 // Tested by tests/unit/pattern/element_test.cpp
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -80,8 +81,16 @@ class Element {
   // run in which they differ from the run before.
   virtual void prepare() {}
   // Sets the words: a match of `taken` bytes at p, or a failure there.
-  bool matched(size_t p, size_t taken);
-  bool failed(size_t p, size_t taken);
+  bool matched(size_t p, size_t taken) {
+    start = p;
+    length = taken;
+    next = p + taken;
+    return true;
+  }
+  bool failed(size_t p, size_t taken) {
+    next = p + taken;
+    return false;
+  }
 
  private:
   ElementKind kind_;
@@ -105,7 +114,19 @@ class Occurrences {
   void forget() { from_ = kNoPosition; }
   // The first occurrence at or after p, if it begins before `bound` or is known
   // anyway; else kNoPosition.
-  size_t next(const MatchScope& scope, size_t p, size_t bound);
+  size_t next(const MatchScope& scope, size_t p, size_t bound) {
+    if (p < from_) {
+      // Nothing is known yet, or `p` went back, which no chain of attempts
+      // does.
+      searched_ = p;
+      taken_ = found_ = 0;
+    }
+    from_ = p;
+    const char* at = scope.text + p;
+    while (taken_ < found_ && hits_[taken_] < at) ++taken_;
+    if (taken_ == found_) return search_from(scope, p, bound);
+    return static_cast<size_t>(hits_[taken_] - scope.text);
+  }
 
   // Positions searched at once: what fits in the nearer caches.
   static constexpr size_t kWindow = size_t{128} * 1024;
@@ -113,6 +134,7 @@ class Occurrences {
  private:
   static constexpr size_t kAtOnce = 64;
 
+  size_t search_from(const MatchScope& scope, size_t p, size_t bound);
   void search(const MatchScope& scope);
 
   std::string text_;
@@ -145,6 +167,12 @@ class LiteralElement : public Element {
   // First occurrence in [from, area end); its length goes to `length`, its
   // position to `start`. False when there is none.
   bool locate(const MatchScope& scope, size_t from);
+  // The same where blanks are not skipped; kNoPosition when there is none.
+  size_t next_at(const MatchScope& scope, size_t from) {
+    const size_t at = occurrences_.next(scope, from, scope.area_end);
+    if (at != kNoPosition) matched(at, text().size());
+    return at;
+  }
 
  private:
   void prepare() override { occurrences_.prepare(case_flag()); }
@@ -230,19 +258,48 @@ class RunElement : public Element {
   const ByteSet& counted() const { return counted_; }
 
   void forget() override { run_from_ = run_to_ = 0; }
-  bool match(const MatchScope& scope, size_t p, size_t limit) override;
+  bool match(const MatchScope& scope, size_t p, size_t limit) override {
+    return fit(scope, p, limit);
+  }
+  // The same, for callers that know the kind.
+  bool fit(const MatchScope& scope, size_t p, size_t limit);
 
  protected:
   using Element::Element;
   ByteSet counted_;
 
  private:
-  size_t run_end(const char* text, size_t p, size_t limit);
+  // The first byte of [p, limit) that does not count, or limit. A run that
+  // several attempts come across is scanned once.
+  size_t run_end(const char* text, size_t p, size_t limit) {
+    if (counted_.contains_all()) return limit;
+    if (p < run_from_ || p > run_to_) run_from_ = run_to_ = p;
+    if (run_to_ < limit) {
+      const char* end = counted_.find_other(text + run_to_, text + limit);
+      run_to_ = static_cast<size_t>(end - text);
+    }
+    return std::min(run_to_, limit);
+  }
 
   // [run_from_, run_to_) is known to count.
   size_t run_from_ = 0;
   size_t run_to_ = 0;
 };
+
+inline bool RunElement::fit(const MatchScope& scope, size_t p, size_t limit) {
+  resume = 0;
+  const size_t room = limit - p;
+  if (room < minimum) return failed(p, 0);
+  const bool bounded = maximum != 0 && maximum < room;
+  const size_t look = bounded ? p + maximum + 1 : limit;
+  const size_t run = run_end(scope.text, p, look) - p;
+  if (bounded && run > maximum) {
+    // Cut by the maximum: the run may also begin one byte later.
+    resume = std::max(p, scope.attempt_start + 1);
+    return matched(p, maximum);
+  }
+  return run >= minimum ? matched(p, run) : failed(p, run);
+}
 
 class ClassElement : public RunElement {
  public:

@@ -9,6 +9,8 @@
 //  - a class, character list or string list at the start: go to the next byte
 //    of the set, or the next occurrence of an alternative.
 // Skipped attempts are passed to Ticks, so that polls and reports are the same.
+// Where there are neither, a pattern that is one literal with runs beside it
+// needs no attempts at all (literal_with_runs.h).
 //
 // Cost. Linear in the text for a given pattern: literals, alternatives and runs
 // are located once and remembered (element.h).
@@ -27,6 +29,7 @@
 
 #include "frame/guard.h"
 #include "pattern/attempt.h"
+#include "pattern/literal_with_runs.h"
 #include "pattern/match_record.h"
 #include "pattern/ticks.h"
 #include "text/byte_tables.h"
@@ -119,7 +122,11 @@ class Search {
         options_(options),
         plan_(make_plan(context.pattern, options.path)),
         ticks_(context, length),
-        letter_or_digit_(byte_tables().letter_or_digit) {}
+        letter_or_digit_(byte_tables().letter_or_digit) {
+    if (options.path == SearchPath::kFast && ticks_.silent()) {
+      with_runs_ = LiteralWithRuns::of(context.pattern);
+    }
+  }
 
   // Searches one area, which is not empty.
   Outcome area(size_t begin, size_t end) {
@@ -132,7 +139,8 @@ class Search {
         plan_.first->forget();
         return runs(begin, end);
       default:
-        return attempts(begin, end);
+        return with_runs_ ? literals_with_runs(begin, end)
+                          : attempts(begin, end);
     }
   }
 
@@ -165,6 +173,18 @@ class Search {
       if (s >= end) return Outcome::kSearched;
       if (ticks_.attempt_at(s)) return Outcome::kCancelled;
     }
+  }
+
+  // The same attempts, without callbacks.
+  Outcome literals_with_runs(size_t s, size_t end) {
+    with_runs_->enter(text_, end);
+    while (with_runs_->find_from(s)) {
+      if (take(with_runs_->match_start(), with_runs_->match_length())) {
+        return Outcome::kFull;
+      }
+      s = with_runs_->next_start();
+    }
+    return Outcome::kSearched;
   }
 
   enum class Skip { kGoOn, kEnd, kCancelled };
@@ -365,7 +385,8 @@ class Search {
   size_t length_;
   const FindOptions& options_;
   Plan plan_;
-  std::optional<Attempt> attempt_;  // made when the first is
+  std::optional<Attempt> attempt_;            // made when the first is
+  std::optional<LiteralWithRuns> with_runs_;  // for a pattern of that kind
   Ticks ticks_;
   const std::array<bool, 256>& letter_or_digit_;
   MatchScope scope_{};
