@@ -91,7 +91,12 @@ void FileContent::clear() {
   loaded_ = false;
   length_ = 0;
   view_.close();
+  file_.close();
   data_ = buffer_.data();
+}
+
+bool FileContent::intact() {
+  return !unread() || (!view_.lost() && file_.size() >= length_);
 }
 
 std::string_view FileContent::text() const {
@@ -112,6 +117,7 @@ int32_t FileContent::load_file_content(const char* path,
   if (path_.empty()) return -1;
   const int32_t length = load(path_.c_str(), nearby);
   if (length < 0) clear();  // releases a view too
+  if (!unread()) file_.close();
   return length;
 }
 
@@ -125,7 +131,7 @@ int32_t FileContent::take_file_content(const char* path,
   buffer_.swap(bytes);
   data_ = buffer_.data();
   file_size_ = size;
-  if (size >= kBlock) return load_in_steps(nullptr, size);
+  if (size >= kBlock) return load_in_steps(size);
   progress_step(0, 1);
   return finish(size, 1);
 }
@@ -138,9 +144,8 @@ void FileContent::pass_over(uint32_t size) {
 // The first read asks for one block. A short answer is the whole file, and
 // its size; only a full block needs to ask for the size.
 int32_t FileContent::load(const char* path, platform::NearbyFolder* nearby) {
-  platform::InputFile file;
-  const bool opened =
-      links_refused_ ? file.open_without_links(path) : file.open(path, nearby);
+  const bool opened = links_refused_ ? file_.open_without_links(path)
+                                     : file_.open(path, nearby);
   if (!opened) {
     // An empty file counts as loaded even if it may not be opened.
     platform::FileFacts facts;
@@ -151,30 +156,30 @@ int32_t FileContent::load(const char* path, platform::NearbyFolder* nearby) {
     return empty && platform::is_file(path) ? 0 : -1;
   }
   opened_ = true;
-  version_known_ = versions_wanted_ && file.version(version_);
+  version_known_ = versions_wanted_ && file_.version(version_);
   if (!may_load() || !buffer_.reserve(kBlock + 1, 0)) return -1;
   data_ = buffer_.data();
-  const int64_t got = file.read(data_, kBlock);
+  const int64_t got = file_.read(data_, kBlock);
   if (got < 0) return -1;
-  if (got == 0) return file.size() == 0 ? 0 : -1;
-  if (got == kBlock) return load_large(file);
+  if (got == 0) return file_.size() == 0 ? 0 : -1;
+  if (got == kBlock) return load_large();
   file_size_ = static_cast<uint64_t>(got);
   progress_step(0, 1);
   return finish(static_cast<uint32_t>(got), 1);
 }
 
 // The first block is in the buffer.
-int32_t FileContent::load_large(platform::InputFile& file) {
-  const int64_t size = file.size();
+int32_t FileContent::load_large() {
+  const int64_t size = file_.size();
   if (size < kBlock || static_cast<uint64_t>(size) >= kSizeLimit) return -1;
   file_size_ = static_cast<uint64_t>(size);
-  if (!make_room(file, static_cast<uint32_t>(size))) return -1;
-  return load_in_steps(&file, static_cast<uint32_t>(size));
+  if (!make_room(static_cast<uint32_t>(size))) return -1;
+  return load_in_steps(static_cast<uint32_t>(size));
 }
 
 // Reads what follows the first block. Without a file all of it is there
 // already.
-int32_t FileContent::load_in_steps(platform::InputFile* file, uint32_t size) {
+int32_t FileContent::load_in_steps(uint32_t size) {
   const uint32_t blocks = size / kBlock;
   const uint32_t rest = size % kBlock;
   const uint32_t steps = blocks + 1;
@@ -182,22 +187,22 @@ int32_t FileContent::load_in_steps(platform::InputFile* file, uint32_t size) {
   uint32_t total = kBlock;
   for (uint32_t k = 0; k < blocks; ++k) {
     if (k > 0) {
-      if (!read_exactly(file, uint64_t{k} * kBlock, kBlock)) return -1;
+      if (!read_exactly(uint64_t{k} * kBlock, kBlock)) return -1;
       total += kBlock;
     }
     if (poll_interrupt(1) != 0) break;
     progress_step(k, steps);
   }
-  if (!read_exactly(file, uint64_t{blocks} * kBlock, rest)) return -1;
-  if (view_.is_open() && file->size() < size) return -1;
+  if (!read_exactly(uint64_t{blocks} * kBlock, rest)) return -1;
+  if (view_.is_open() && !unread() && file_.size() < size) return -1;
   // After an interrupt the content extends into blocks that were never read.
   if (total < blocks * kBlock) std::memset(data_ + total, 0, rest);
   return finish(total + rest, steps);
 }
 
 // Makes room for the whole file and a NUL; the first block, or all, is there.
-bool FileContent::make_room(const platform::InputFile& file, uint32_t size) {
-  if (views_allowed_ && size >= kViewed && view_.open(file, size)) {
+bool FileContent::make_room(uint32_t size) {
+  if (views_allowed_ && size >= kViewed && view_.open(file_, size)) {
     data_ = view_.data();
     return true;
   }
@@ -207,11 +212,10 @@ bool FileContent::make_room(const platform::InputFile& file, uint32_t size) {
 }
 
 // False when it cannot be read, or the file has shrunk: then a read is short.
-bool FileContent::read_exactly(platform::InputFile* file, uint64_t offset,
-                               uint32_t size) {
-  if (size == 0 || file == nullptr) return true;
+bool FileContent::read_exactly(uint64_t offset, uint32_t size) {
+  if (size == 0 || !file_.is_open() || unread()) return true;
   if (view_.is_open()) return view_.fill(offset, offset + size);
-  return file->read(data_ + offset, size) == static_cast<int64_t>(size);
+  return file_.read(data_ + offset, size) == static_cast<int64_t>(size);
 }
 
 int32_t FileContent::finish(uint32_t total, uint32_t steps) {

@@ -32,6 +32,13 @@ class FileContent {
   // while their content is in use. What other programs write to them meanwhile
   // may be seen.
   void allow_views() { views_allowed_ = true; }
+  // Lets the bytes of a view be read when they are used, not before: for those
+  // who only search them and then ask intact().
+  void read_when_used() { read_when_used_ = true; }
+  // False when any bytes that were used could not be read, or the file is
+  // shorter than it was when it was loaded: zeros may stand for its bytes, and
+  // whatever was found in them has no meaning.
+  bool intact();
 
   // For files that are rewritten later: each is asked for its version before it
   // is read.
@@ -97,19 +104,23 @@ class FileContent {
  private:
   int32_t load(const char* path, platform::NearbyFolder* nearby);
   int32_t finish(uint32_t total, uint32_t steps);
-  int32_t load_large(platform::InputFile& file);
-  int32_t load_in_steps(platform::InputFile* file, uint32_t size);
+  int32_t load_large();
+  int32_t load_in_steps(uint32_t size);
   bool may_load() const {
     return !ordinary_only_ || (version_known_ && version_.size <= largest_);
   }
-  bool make_room(const platform::InputFile& file, uint32_t size);
-  bool read_exactly(platform::InputFile* file, uint64_t offset, uint32_t size);
+  bool make_room(uint32_t size);
+  bool read_exactly(uint64_t offset, uint32_t size);
+  // Whether the bytes are read when they are used.
+  bool unread() const { return read_when_used_ && view_.is_open(); }
 
   std::string path_;
   platform::KeptBuffer buffer_;
   platform::FileView view_;
-  char* data_ = nullptr;  // in the buffer or the view
+  platform::InputFile file_;  // open while bytes may have to be read
+  char* data_ = nullptr;      // in the buffer or the view
   bool views_allowed_ = false;
+  bool read_when_used_ = false;
   bool versions_wanted_ = false;
   bool version_known_ = false;
   bool links_refused_ = false;

@@ -118,7 +118,10 @@ int32_t FileRun::run(FileSource& source, RunResults& results) {
   results_ = &results;
   source_ = &source;
   note_outputs();
-  if (nobody_looks()) count_ahead();
+  if (nobody_looks()) {
+    content_.read_when_used();
+    count_ahead();
+  }
   const RunEnd end = go_over_files(source);
   // Both are ended, even if the first could not be written.
   const bool results_written = results.finish();
@@ -142,6 +145,7 @@ void FileRun::note_outputs() {
 bool FileRun::nobody_looks() const {
   return !kind_.rewrites && !kind_.takes_areas && !ask_ &&
          !traits_.wants_matches && !host_listens() && searches_.single() &&
+         !library_.find_context->pattern.empty() &&
          library_.exclusion_context->pattern.empty();
 }
 
@@ -187,8 +191,7 @@ FileRun::Loaded FileRun::load(FileInHand& file) {
   announce(Phase::kLoading, file);
   const int32_t length = load_content(file);
   if (length < 0 || (length == 0 && kind_.rewrites)) {
-    log_unopened(file);
-    results_->rejected(file);
+    reject_unread(file);
     return Loaded::kNo;
   }
   return loaded_to_its_end();
@@ -228,10 +231,21 @@ bool FileRun::passes_check(FileInHand& file) {
   if (options_.binary_check == 0) return true;
   announce(Phase::kChecking, file);
   const int32_t position = content_.find_non_printable();
+  if (!content_.intact()) {
+    reject_unread(file);
+    return false;
+  }
   if (position <= 0) return true;
   log(non_printable_message(content_, position).c_str(), kLoadingContext);
   results_->rejected(file);
   return false;
+}
+
+// Of what could not be read, whether that shows while the file is loaded or
+// only when its bytes are used.
+void FileRun::reject_unread(FileInHand& file) {
+  log_unopened(file);
+  results_->rejected(file);
 }
 
 void FileRun::log_unopened(const FileInHand& file) {
@@ -266,6 +280,10 @@ std::optional<RunEnd> FileRun::search(FileInHand& file) {
 After FileRun::search_once(FileInHand& file) {
   announce(Phase::kParsing, file);
   const int32_t found = find();
+  if (!content_.intact()) {
+    reject_unread(file);
+    return After::kNextFile;
+  }
   if (found < 0) return After::kFail;
   counted_ = static_cast<uint32_t>(found);
   if (!operation_.search_done(*this)) return After::kFail;

@@ -162,6 +162,7 @@ class FileRun final {
   int32_t find_areas();
   bool keep_matches();
   Answer ask(const FileInHand& file);
+  void reject_unread(FileInHand& file);
   void log_unopened(const FileInHand& file);
 
   void empty_lists();

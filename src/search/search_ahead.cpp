@@ -77,6 +77,7 @@ SearchAhead::SearchAhead(const CompiledPattern& pattern, const Options& options,
   for (size_t i = 0; i <= threads; ++i) {
     auto worker = std::make_unique<Worker>();
     worker->content.allow_views();
+    worker->content.read_when_used();
     worker->content.load_only_ordinary(kLargest);
     worker->context.pattern = copy_of(pattern);
     workers_.push_back(std::move(worker));
@@ -88,15 +89,21 @@ bool SearchAhead::handle(PreloadedFile& file, platform::NearbyFolder& folder,
   Worker& worker = *workers_[thread];
   FileContent& content = worker.content;
   const int32_t length = content.load_file_content(file.path.c_str(), &folder);
-  if (length <= 0 || content.version() == nullptr) return false;
+  const bool counted =
+      length > 0 && content.version() != nullptr && count(worker, file);
+  content.clear();  // gives a large file back
+  return counted;
+}
+
+bool SearchAhead::count(Worker& worker, PreloadedFile& file) const {
+  FileContent& content = worker.content;
   if (options_.binary_check && content.find_non_printable() > 0) return false;
   file.found =
       find_all(worker.context, content.data(), content.length(), options_.find);
   worker.context.clear_matches();
   file.size = content.length();
   file.stamp = {.version = *content.version()};
-  content.clear();  // gives a large file back
-  return file.found >= 0;
+  return file.found >= 0 && content.intact();
 }
 
 }  // namespace zenfo

@@ -3,7 +3,8 @@
 //
 // Each thread has a copy of the compiled pattern and a loader of its own,
 // without hooks. Whatever is not plain counting is left to the run: files that
-// cannot be loaded or are empty, or that a check of their bytes would reject.
+// cannot be loaded, or not to the end of the search, that are empty, or that a
+// check of their bytes would reject.
 //
 // Tested by tests/unit/search/search_ahead_test.cpp,
 // tests/contract/read_ahead_test.cpp
@@ -42,6 +43,8 @@ class SearchAhead final : public FileWork {
     FileContent content;
     PatternContext context;
   };
+
+  bool count(Worker& worker, PreloadedFile& file) const;
 
   Options options_;
   std::vector<std::unique_ptr<Worker>> workers_;  // by thread

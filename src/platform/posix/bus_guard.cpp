@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <cstdint>
 #include <mutex>
@@ -17,6 +16,7 @@ namespace {
 struct Range {
   std::atomic<uintptr_t> begin{0};
   std::atomic<uintptr_t> end{0};  // 0: free
+  std::atomic<std::atomic<bool>*> lost{nullptr};
 };
 
 constexpr size_t kMostRanges = 16;
@@ -27,11 +27,13 @@ uintptr_t page_size = 0;
 struct sigaction handler_before;
 volatile sig_atomic_t passing_on = 0;
 
-bool is_guarded(uintptr_t address) {
-  return std::any_of(
+// Null for an address that is not guarded.
+Range* range_of(uintptr_t address) {
+  Range* found = std::find_if(
       std::begin(ranges), std::end(ranges), [&](const Range& range) {
         return address < range.end.load() && address >= range.begin.load();
       });
+  return found != std::end(ranges) ? found : nullptr;
 }
 
 bool put_zeros(uintptr_t address) {
@@ -71,8 +73,11 @@ void pass_on(int signal, siginfo_t* info, void* context) {
 void on_bus_error(int signal, siginfo_t* info, void* context) {
   const int error = errno;
   const auto address = reinterpret_cast<uintptr_t>(info->si_addr);
-  const bool ours = info->si_code > 0 && is_guarded(address);
-  if (!ours || !put_zeros(address)) pass_on(signal, info, context);
+  Range* range = info->si_code > 0 ? range_of(address) : nullptr;
+  if (range != nullptr) range->lost.load()->store(true);
+  if (range == nullptr || !put_zeros(address)) {
+    pass_on(signal, info, context);
+  }
   errno = error;
 }
 
@@ -98,7 +103,7 @@ void remove_handler() {
 
 }  // namespace
 
-bool guard_range(char* begin, size_t size) {
+bool guard_range(char* begin, size_t size, std::atomic<bool>& lost) {
   const std::lock_guard lock(mutex);
   Range* free = std::find_if(std::begin(ranges), std::end(ranges),
                              [](const Range& range) { return range.end == 0; });
@@ -106,6 +111,7 @@ bool guard_range(char* begin, size_t size) {
   if (guarded_ranges == 0 && !install_handler()) return false;
   ++guarded_ranges;
   const auto address = reinterpret_cast<uintptr_t>(begin);
+  free->lost = &lost;
   free->begin = address;
   free->end = address + size;
   return true;

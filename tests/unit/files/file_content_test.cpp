@@ -358,6 +358,32 @@ TEST_F(FileContentTest, AViewedFileThatShrinksLaterReadsAsZeros) {
                   std::string(bytes.size() - 4096 * 2, '\0'));
 }
 
+// Loses whole pages, or a part of the last one.
+TEST_F(FileContentTest, AViewReadWhenUsedSaysThatBytesWereLost) {
+  content.allow_views();
+  content.read_when_used();
+  const std::string bytes = noise(50000 * 80 - 1);
+  for (const size_t left : {bytes.size(), size_t{8192}, bytes.size() - 1}) {
+    const std::string path = folder.file("f", bytes);
+    ASSERT_EQ(content.load_file_content(path.c_str()),
+              static_cast<int32_t>(bytes.size()));
+    std::filesystem::resize_file(path, left);
+    EXPECT_EQ(content.data()[bytes.size() / 2] == bytes[bytes.size() / 2],
+              left > bytes.size() / 2);
+    EXPECT_EQ(content.intact(), left == bytes.size()) << left;
+  }
+  content.clear();
+  EXPECT_TRUE(content.intact()) << "nothing is in use";
+}
+
+TEST_F(FileContentTest, WhatIsLoadedAtOnceIsIntact) {
+  content.read_when_used();
+  const std::string path = folder.file("f", noise(50000 * 80));
+  ASSERT_EQ(content.load_file_content(path.c_str()), 50000 * 80);
+  std::filesystem::resize_file(path, 1);
+  EXPECT_TRUE(content.intact());
+}
+
 TEST_F(FileContentTest, APipeIsNoFileAndIsNotWaitedFor) {
   const std::string path = folder.path("pipe");
   ASSERT_EQ(std::system(("mkfifo " + path).c_str()), 0);

@@ -74,8 +74,24 @@ TEST_F(PosixFileViewTest, WritingToItLeavesTheFileAlone) {
 TEST_F(PosixFileViewTest, CannotFillWhatTheFileNoLongerHas) {
   open(pattern_of(size_t{6} << 20));
   EXPECT_TRUE(view.fill(0, 100));
+  EXPECT_FALSE(view.lost());
   std::filesystem::resize_file(path, kPage);
   EXPECT_FALSE(view.fill(100, size));
+  EXPECT_TRUE(view.lost());
+  open(pattern_of(kPage));
+  EXPECT_FALSE(view.lost()) << "of a file viewed before";
+}
+
+TEST_F(PosixFileViewTest, SaysWhenZerosStandForWhatWasUsed) {
+  open(pattern_of(4 * kPage));
+  FileView other;
+  ASSERT_TRUE(other.open(file, size));
+  std::filesystem::resize_file(path, 2 * kPage);
+  EXPECT_EQ(view.data()[0], '\x1');
+  EXPECT_FALSE(view.lost());
+  EXPECT_EQ(view.data()[3 * kPage], '\0');
+  EXPECT_TRUE(view.lost());
+  EXPECT_FALSE(other.lost());
 }
 
 TEST_F(PosixFileViewTest, FillsFromWhereItIsAskedTo) {
