@@ -37,6 +37,7 @@ class FileView {
   char* data() const { return data_; }
 
  private:
+  char* reserved_ = nullptr;  // the addresses around the view
   char* data_ = nullptr;
   size_t size_ = 0;
   size_t filled_ = 0;

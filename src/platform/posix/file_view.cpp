@@ -26,30 +26,12 @@ size_t mapped_size(size_t size) {
   return (size / page_size() + 1) * page_size();
 }
 
-// A place for these pages.
-char* reserve(size_t mapped) {
-  void* whole = mmap(nullptr, mapped + kLargePage, PROT_READ | PROT_WRITE,
-                     MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-  if (whole == MAP_FAILED) return nullptr;
-  auto* const place = static_cast<char*>(whole);
-  const size_t over = reinterpret_cast<uintptr_t>(place) % kLargePage;
-  const size_t before = over == 0 ? 0 : kLargePage - over;
-  if (before > 0) munmap(place, before);
-  munmap(place + before + mapped, kLargePage - before);
-  return place + before;
-}
+// With room to begin at such an address.
+size_t reserved_size(size_t size) { return mapped_size(size) + kLargePage; }
 
-// Maps the pages of the file, followed by zero bytes.
-char* map_file(int descriptor, size_t size) {
-  char* const place = reserve(mapped_size(size));
-  if (place == nullptr) return nullptr;
-  if (mmap(place, size, PROT_READ | PROT_WRITE,
-           MAP_PRIVATE | MAP_FIXED | MAP_NORESERVE, descriptor,
-           0) == MAP_FAILED) {
-    munmap(place, mapped_size(size));
-    return nullptr;
-  }
-  return place;
+char* first_large_page(char* reserved) {
+  const size_t over = reinterpret_cast<uintptr_t>(reserved) % kLargePage;
+  return over == 0 ? reserved : reserved + (kLargePage - over);
 }
 
 }  // namespace
@@ -57,20 +39,27 @@ char* map_file(int descriptor, size_t size) {
 bool FileView::open(const InputFile& file, size_t size) {
   close();
   if (size >= SIZE_MAX - page_size() - kLargePage) return false;
-  char* data = map_file(static_cast<int>(file.handle_), size);
-  if (data == nullptr) return false;
-  data_ = data;
+  constexpr int kProtection = PROT_READ | PROT_WRITE;
+  void* reserved = mmap(nullptr, reserved_size(size), kProtection,
+                        MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  if (reserved == MAP_FAILED) return false;
+  reserved_ = static_cast<char*>(reserved);
   size_ = size;
   filled_ = 0;
   lost_ = false;
-  if (guard_range(data, mapped_size(size), lost_)) return true;
+  char* const data = first_large_page(reserved_);
+  if (mmap(data, size, kProtection, MAP_PRIVATE | MAP_FIXED | MAP_NORESERVE,
+           static_cast<int>(file.handle_), 0) == data &&
+      guard_range(data, mapped_size(size), lost_)) {
+    data_ = data;
+    return true;
+  }
   close();
   return false;
 }
 
 // One byte of each page is used: the system maps several pages at a time then,
 // which costs less than asking it to map them all (MADV_POPULATE_READ).
-
 bool FileView::fill(size_t begin, size_t end) {
   filled_ = std::max(filled_, begin / page_size() * page_size());
   const volatile char* const bytes = data_;
@@ -81,10 +70,9 @@ bool FileView::fill(size_t begin, size_t end) {
 }
 
 void FileView::close() {
-  if (data_ == nullptr) return;
-  release_range(data_);
-  munmap(data_, mapped_size(size_));
-  data_ = nullptr;
+  if (data_ != nullptr) release_range(data_);
+  if (reserved_ != nullptr) munmap(reserved_, reserved_size(size_));
+  data_ = reserved_ = nullptr;
 }
 
 }  // namespace zenfo::platform
