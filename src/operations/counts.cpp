@@ -60,7 +60,7 @@ PatternContext& counting_context(Library& library) {
 
 // A larger buffer is freed: in a small address space other parts would lack the
 // memory.
-constexpr uint32_t kKeptContent = 1 << 20;
+constexpr uint32_t kKeptContent = 16 << 20;
 
 }  // namespace
 

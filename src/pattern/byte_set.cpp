@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 
 #include "text/simd.h"
 
@@ -43,6 +42,36 @@ class Members {
 };
 
 constexpr ptrdiff_t kLane = Vector16::kSize;
+
+// Moves `from` past as many whole vectors as contain only members, and then to
+// the first other byte of the next vector, if there is one.
+template <size_t kCount, class Range>
+ZENFO_AVX2 const char* skip_members_avx2(const Range* ranges, bool inverted,
+                                         const char* from, const char* end) {
+  const Members<Vector32, kCount> members(ranges, inverted);
+  for (; end - from >= ptrdiff_t{Vector32::kSize}; from += Vector32::kSize) {
+    const uint32_t others = (~members.among(Vector32::load(from))).mask();
+    if (others != 0) return from + std::countr_zero(others);
+  }
+  return from;
+}
+
+// First such byte in as many whole vectors as there are, or where they end. The
+// C library's search may go byte by byte.
+ZENFO_AVX2 const char* find_byte_avx2(uint8_t byte, const char* from,
+                                      const char* end) {
+  constexpr ptrdiff_t kSize = Vector32::kSize;
+  const Vector32 wanted = Vector32::fill(byte);
+  for (; end - from >= 2 * kSize; from += 2 * kSize) {
+    const Vector32 first = Vector32::load(from) == wanted;
+    const Vector32 second = Vector32::load(from + kSize) == wanted;
+    if ((first | second).mask() == 0) continue;
+    const uint64_t found = first.mask() | uint64_t{second.mask()}
+                                              << Vector32::kSize;
+    return from + std::countr_zero(found);
+  }
+  return from;
+}
 
 // Tallies as many whole vectors as there are and moves `from` past them.
 template <class V, size_t kCount, class Range>
@@ -128,7 +157,11 @@ const char* ByteSet::find_by_flags(const char* from, const char* end,
 template <size_t kCount>
 const char* ByteSet::find_by_ranges(const char* from, const char* end,
                                     bool member) const {
-  const Members<Vector16, kCount> members(ranges_.data(), inverted_ != member);
+  const bool inverted = inverted_ != member;
+  if (end - from >= 2 * kLane && processor_has_avx2()) {
+    from = skip_members_avx2<kCount>(ranges_.data(), inverted, from, end);
+  }
+  const Members<Vector16, kCount> members(ranges_.data(), inverted);
   // Set bits are now the bytes that are not wanted.
   for (; end - from >= kLane; from += kLane) {
     const uint32_t others = members.mask(from);
@@ -140,10 +173,9 @@ const char* ByteSet::find_by_ranges(const char* from, const char* end,
 const char* ByteSet::find_far(const char* from, const char* end,
                               bool member) const {
   const bool one_byte = range_count_ == 1 && ranges_[0].width == 0;
-  if (one_byte && member != inverted_) {
-    const size_t size = static_cast<size_t>(end - from);
-    const void* found = std::memchr(from, ranges_[0].low, size);
-    return found != nullptr ? static_cast<const char*>(found) : end;
+  if (one_byte && member != inverted_ && processor_has_avx2()) {
+    from = find_byte_avx2(ranges_[0].low, from, end);
+    if (from != end && contains(*from) == member) return from;
   }
   switch (range_count_) {
     case 1:

@@ -2,8 +2,8 @@
 //
 // Membership is one lookup in 256 flags. Sets that are a few ranges of bytes,
 // or all bytes except a few ranges (all classes that people write), are also
-// kept as ranges, which SSE2 tests 16 bytes at a time; other sets use the
-// flags. A search for one byte alone is left to memchr.
+// kept as ranges, which are tested 16 or 32 bytes at a time; other sets use the
+// flags.
 //
 // Tested by tests/unit/pattern/byte_set_test.cpp
 #pragma once

@@ -91,6 +91,31 @@ TEST(ByteSet, LoopsAnswerLikeLookingAtEachByte) {
   }
 }
 
+// Runs that end in each part of the longest loops, and at the text's end.
+TEST(ByteSet, LoopsFindTheEndOfLongRuns) {
+  for (const Flags& flags : sets()) {
+    const ByteSet set(flags);
+    for (const bool member : {false, true}) {
+      const auto one = std::find(flags.begin(), flags.end(), member);
+      const auto other = std::find(flags.begin(), flags.end(), !member);
+      if (one == flags.end()) continue;
+      const char run_byte = static_cast<char>(one - flags.begin());
+      const std::string run(300, run_byte);
+      for (size_t length = 0; length < run.size(); ++length) {
+        std::string text = run.substr(0, length);
+        if (other != flags.end()) {
+          text += static_cast<char>(other - flags.begin());
+          text += run;
+        }
+        const char* end = text.data() + text.size();
+        const char* found = member ? set.find_other(text.data(), end)
+                                   : set.find(text.data(), end);
+        ASSERT_EQ(found - text.data(), static_cast<ptrdiff_t>(length));
+      }
+    }
+  }
+}
+
 TEST(ByteSet, TalliesMembersAndRuns) {
   std::mt19937 random(8);
   for (const Flags& flags : sets()) {
