@@ -9,6 +9,7 @@
 
 #include "cli/posix/conversation.h"
 #include "cli/process.h"
+#include "support/pages_in_memory.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::test {
@@ -108,6 +109,15 @@ TEST_F(PosixFind, SaysThatAFileHasBeenShortenedWhileItWasShown) {
   EXPECT_THAT(conversation.hear("shown"),
               HasSubstr("zenfo: large: has been shortened while it was shown"));
   EXPECT_EQ(conversation.wait(), 2);
+}
+
+TEST_F(PosixFind, NamesALargeFileWithoutReadingAllOfIt) {
+  constexpr size_t kSize = size_t{128} << 20;
+  const std::string path = folder_.file("large", "one plum\n");
+  std::filesystem::resize_file(path, kSize);
+  EXPECT_EQ(run_zenfo({"find", "-l", "plum", "large"}, folder_.path()).out,
+            "large\n");
+  EXPECT_LT(percent_in_memory(path, kSize), 25);
 }
 
 TEST_F(PosixFind, AsksOnATerminalOnly) {

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <string_view>
 #include <utility>
 
 #include "shared/frame/failure.h"
+#include "shared/system/paths.h"
+#include "shared/system/temporary_folder.h"
 #include "shared/text/text_file.h"
 #include "zenfofr130.h"
 
@@ -39,10 +42,33 @@ uint32_t match_number(TextAccessor accessor, uint32_t index) {
   return number;
 }
 
-// Pattern for the bytes up to a line feed, and up to \x01, which texts rarely
-// contain.
+// Pattern for the bytes up to a line feed.
 constexpr char kRestOfLine[] = "!'\n'[0-]";
-constexpr char kRestOfText[] = "!'\x01'[0-]";
+
+// A class of all bytes: a match that takes any number of them reaches to the
+// end of the text, and the library does not read them. Its name, which is found
+// anywhere in a pattern, occurs in none.
+constexpr char kAnyByte[] = "\x01 any byte \x01";
+constexpr char kAnyByteDefinition[] =
+    "name=\x01 any byte \x01\r\ninc_ranges=0-255\r\n";
+constexpr char kRestOfText[] = "\x01 any byte \x01[0-]";
+// The same where the class cannot be defined, up to a byte that texts rarely
+// contain.
+constexpr char kRestOfUsualText[] = "!'\x01'[0-]";
+
+// The library reads classes from files only. False without a place for one.
+bool define_any_byte() {
+  std::string path;
+  try {
+    path = temporary_folder::make_file();
+  } catch (const Failure&) {
+    return false;
+  }
+  std::FILE* const file = open_file(path, "wb");
+  if (file == nullptr) return false;
+  const bool written = std::fputs(kAnyByteDefinition, file) >= 0;
+  return std::fclose(file) == 0 && written && set_operators(path.c_str()) == 1;
+}
 
 // Escapes everything that may have a meaning in the pattern language.
 std::string escaped(const std::string& text) {
@@ -82,6 +108,14 @@ bool may_be_empty(const SearchOptions& options) {
   constexpr std::string_view kNoneAtLeast = "[0";
   return options.is_pattern &&
          options.texts.front().find(kNoneAtLeast) != std::string::npos;
+}
+
+bool names_any_byte(const SearchOptions& options) {
+  const auto names = [](const std::string& pattern) {
+    return pattern.find(kAnyByte) != std::string::npos;
+  };
+  return names(options.texts.front()) || names(options.start.text) ||
+         names(options.areas.pattern);
 }
 
 // A longer match that is dropped because it is not a whole word would hide
@@ -129,7 +163,7 @@ bool search_once_a_line(SearchOptions& options) {
 bool search_once_a_file(SearchOptions& options) {
   SearchOptions changed = options;
   unite_texts(changed);
-  if (!takes_more(changed)) return false;
+  if (!takes_more(changed) || names_any_byte(changed)) return false;
   changed.end = {kRestOfText, true};
   options = std::move(changed);
   return true;
@@ -140,6 +174,8 @@ void Search::compile() {
   if (!o.classes.empty() && set_operators(o.classes.c_str()) != 1) {
     throw Failure{o.classes, "no character classes can be read from this file"};
   }
+  end_ = o.end.text;
+  if (end_ == kRestOfText && !define_any_byte()) end_ = kRestOfUsualText;
   compile_areas();
   if (o.between) {
     const auto& [first, second] = *o.between;
@@ -161,11 +197,11 @@ bool Search::surely_compiles(const std::string& text) const {
 
 void Search::compile(const std::string& text) {
   const int32_t caret = options_.caret;
-  check_compiled(SetPattern(options_.start.text.c_str(), text.c_str(),
-                            options_.end.text.c_str(),
-                            options_.start.is_pattern, options_.is_pattern,
-                            options_.end.is_pattern, caret, caret, caret),
-                 text);
+  check_compiled(
+      SetPattern(options_.start.text.c_str(), text.c_str(), end_.c_str(),
+                 options_.start.is_pattern, options_.is_pattern,
+                 options_.end.is_pattern, caret, caret, caret),
+      text);
 }
 
 void Search::compile_areas() {

@@ -51,9 +51,9 @@ struct SearchOptions {
 // matches equals the number of lines with matches. False, without a change, if
 // a match might be empty or span lines, or if its surroundings matter.
 bool search_once_a_line(SearchOptions& options);
-// Extends the first match over nearly all that follows it, for callers who only
-// want to know whether there is a match. False, without a change, if a match
-// might be empty or its surroundings matter.
+// Extends the first match over all that follows it, or nearly all, for callers
+// who only want to know whether there is a match. False, without a change, if a
+// match might be empty or its surroundings matter.
 bool search_once_a_file(SearchOptions& options);
 
 class Search {
@@ -88,6 +88,7 @@ class Search {
 
   Session& session_;
   const SearchOptions& options_;
+  std::string end_;  // the end marker, as compiled
 };
 
 // The matches of the file in hand, list 5. To be called inside the question.

@@ -237,6 +237,9 @@ TEST(SearchOnceAFile, IsForMatchesWithFreeSurroundings) {
         o.texts = {"a", "b"}, o.is_pattern = true;
       },
       [](auto& o) { o.texts = {"'a'[0-1]"}, o.is_pattern = true; },
+      [](auto& o) { o.texts = {"a \x01 any byte \x01"}; },
+      [](auto& o) { o.start.text = "\x01 any byte \x01"; },
+      [](auto& o) { o.areas.pattern = "\x01 any byte \x01"; },
       [](auto& o) { o.texts.clear(), o.between.emplace("a", "b"); },
       [](auto& o) { o.end.text = "e"; },
       [](auto& o) { o.classes = "file"; },
