@@ -22,12 +22,12 @@
 #include "cli/terminal/progress.h"
 #include "shared/frame/counted.h"
 #include "shared/session/file_arguments.h"
+#include "shared/session/file_selection.h"
 #include "shared/session/search.h"
 #include "shared/session/session.h"
 #include "shared/system/stop.h"
 #include "shared/system/system.h"
 #include "shared/system/work_thread.h"
-#include "shared/text/binary.h"
 #include "shared/text/found_text.h"
 #include "shared/text/text_file.h"
 
@@ -101,7 +101,7 @@ class Shown {
         write_counts();
         return;
       case Show::kJson:
-        found_.json().print_summary(session_.count(ZENFO_LIST_RESULT) +
+        found_.json().put_summary(session_.count(ZENFO_LIST_RESULT) +
                                     session_.count(ZENFO_LIST_NO_MATCH));
         return;
       default:
@@ -226,32 +226,6 @@ class Shown {
   std::optional<WorkThread<FoundFile>> writer_;
 };
 
-void select_files(Session& session, FileList& files, const NameFilter& filter) {
-  session.select_all(true);
-  for (uint32_t i = 0; i < files.count(); ++i) {
-    if (files.is_repeat(i) ||
-        (!filter.empty() && !files.is_stream(i) &&
-         !filter.takes(files.path(i), files.is_named(i)))) {
-      session.select(i, false);
-    }
-  }
-}
-
-// Deselects binary files and returns their number.
-uint32_t deselect_binary(Session& session, const FileList& files) {
-  uint32_t binary = 0;
-  for (uint32_t i = 0; i < files.count(); ++i) {
-    if (system::stop_status() != 0) throw Stopped{};
-    if (!session.selected(i) ||
-        !begins_as_binary(std::string(session.full_name(i)))) {
-      continue;
-    }
-    session.select(i, false);
-    ++binary;
-  }
-  return binary;
-}
-
 void report_binary(uint32_t files) {
   if (files == 0) return;
   remark("",
@@ -314,8 +288,10 @@ int run_over_files(FindOptions& options, Session& session, Search& search,
   FileList files(session);
   files.fill(options.paths, options.choice, FactOptions{});
   select_files(session, files, options.filter);
-  const uint32_t binary =
-      options.skip_binary ? deselect_binary(session, files) : 0;
+  uint32_t binary = 0;
+  if (options.skip_binary) {
+    deselect_binary(session, files, [&](const std::string&) { ++binary; });
+  }
   Shown shown(options, session, files, search, output);
   Session::Question question;
   if (shown.asks_back()) question = [&] { return shown.question(); };

@@ -18,7 +18,8 @@ FoundFiles::FoundFiles(const FindOptions& options, const FileList& files,
       several_texts_(several_texts),
       output_(output),
       lines_(options.form, output),
-      json_(options.form.before, options.form.after, output),
+      json_(options.form.before, options.form.after,
+            [&output](std::string_view lines) { output.put_json(lines); }),
       hex_(options.form.paths, options.form.colours, output),
       counts_(options.show == Show::kLineCounts ||
                       options.show == Show::kMatchCounts
@@ -66,8 +67,7 @@ void FoundFiles::write_text(const FoundFile& file) {
           std::min(count_matching_lines(bytes, file.matches), most_lines);
       return;
     case Show::kJson:
-      json_.print_file(path, bytes,
-                       find_blocks(bytes, file.matches, most_lines));
+      json_.put_file(path, bytes, find_blocks(bytes, file.matches, most_lines));
       break;
     case Show::kHex:
       hex_.print_file(path, bytes, file.matches);

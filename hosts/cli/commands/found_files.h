@@ -11,11 +11,11 @@
 
 #include "cli/options/find_options.h"
 #include "cli/printing/hex_printer.h"
-#include "cli/printing/json_printer.h"
 #include "cli/printing/line_printer.h"
 #include "cli/terminal/output.h"
 #include "shared/session/file_arguments.h"
 #include "shared/text/found_text.h"
+#include "shared/text/match_json.h"
 
 namespace zenfo::host::cli {
 
@@ -46,7 +46,7 @@ class FoundFiles {
   std::vector<uint64_t>& counts() { return counts_; }
   // For what is written at the end.
   LinePrinter& lines() { return lines_; }
-  JsonPrinter& json() { return json_; }
+  MatchJson& json() { return json_; }
 
  private:
   void write_text(const FoundFile& file);
@@ -57,7 +57,7 @@ class FoundFiles {
   const bool several_texts_;
   Output& output_;
   LinePrinter lines_;
-  JsonPrinter json_;
+  MatchJson json_;
   HexPrinter hex_;
   std::vector<uint64_t> counts_;
   FileBytes bytes_;

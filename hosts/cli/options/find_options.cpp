@@ -9,6 +9,7 @@
 #include "cli/options/text_options.h"
 #include "cli/system/terminal.h"
 #include "cli/terminal/messages.h"
+#include "shared/session/file_selection.h"
 #include "shared/system/paths.h"
 #include "shared/system/system.h"
 #include "shared/text/text_file.h"
@@ -324,23 +325,13 @@ void check_together(const CommandLine& line, const FindOptions& options,
   }
 }
 
-// The library's patterns have no brackets and ignore case, so they only
-// preselect the files.
 void settle_choice(FindOptions& options) {
   FileChoice& choice = options.choice;
   choice.folders_need_subfolders = true;
   choice.takes_streams = true;
   choice.here_by_default = options.files_from.empty();
   choice.excluded_folders = options.filter.excluded_folders;
-  for (const std::string& pattern : options.filter.includes) {
-    const bool simple = !pattern.empty() &&
-                        pattern.find_first_of("[]\\;|/") == std::string::npos;
-    choice.patterns.push_back(simple ? pattern : "*");
-  }
-  std::sort(choice.patterns.begin(), choice.patterns.end());
-  choice.patterns.erase(
-      std::unique(choice.patterns.begin(), choice.patterns.end()),
-      choice.patterns.end());
+  choice.patterns = preselecting_patterns(options.filter.includes);
 }
 
 // Options about files in folders mean the current folder by default.

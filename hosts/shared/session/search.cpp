@@ -261,8 +261,8 @@ bool Search::matches_are_equally_long() const {
          o.end.text.empty() && o.areas.pattern.empty();
 }
 
-void Search::append_matches(std::vector<Match>& matches) const {
-  const uint32_t count = matches_in_hand();
+void Search::append_matches(std::vector<Match>& matches, uint32_t most) const {
+  const uint32_t count = std::min(matches_in_hand(), most);
   if (matches.empty()) matches.reserve(count);
   const bool equal = matches_are_equally_long();
   uint32_t length = 0;

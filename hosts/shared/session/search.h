@@ -72,9 +72,10 @@ class Search {
   // Searches the selected files and returns the number of matches. Without a
   // question the results are still in lists 4, 6 and 7.
   uint32_t run(const Session::Question& question);
-  // Appends the matches of the file in hand, list 5. To be called inside the
-  // question.
-  void append_matches(std::vector<Match>& matches) const;
+  // Appends the matches of the file in hand, list 5, at most this many. To be
+  // called inside the question.
+  void append_matches(std::vector<Match>& matches,
+                      uint32_t most = UINT32_MAX) const;
   // Searches the files that the lines of `list` name; the results are written
   // to `summary`.
   uint32_t run_over_lines(const std::string& list, const std::string& summary);

@@ -26,6 +26,8 @@ class FileReader {
   void close();
   // Of the open file. A file that the system makes while it is read has size 0.
   uint64_t size() const { return size_; }
+  // Continues at this offset. False when the system cannot.
+  bool seek(uint64_t offset);
   // Reads at most this many bytes; 0 at the end, no value for a failure.
   std::optional<size_t> read(char* buffer, size_t most);
 

@@ -27,6 +27,19 @@ struct FileState {
   bool operator==(const FileState&) const = default;
 };
 
+struct FileFacts {
+  uint64_t size = 0;
+  int64_t modified = 0;  // as in FileState
+
+  bool operator==(const FileFacts&) const = default;
+};
+
+// No value when the file does not exist. Does not open it, so that it is cheap
+// enough for each of very many files.
+std::optional<FileFacts> facts_of(const std::string& path);
+// A time of modification in seconds from 1970 on.
+int64_t unix_seconds(int64_t modified);
+
 // No value when the file does not exist or cannot be examined.
 std::optional<FileState> state_of(const std::string& path);
 // The absolute path.

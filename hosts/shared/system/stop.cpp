@@ -17,6 +17,8 @@ int stop_status() { return status; }
 
 bool note_stop(int new_status) { return status.exchange(new_status) == 0; }
 
+void forget_stop() { status = 0; }
+
 bool obey_stop(bool on) { return is_obeyed.exchange(on); }
 
 bool is_stop_obeyed() { return is_obeyed; }

@@ -77,6 +77,10 @@ bool FileReader::open(const std::string& path) {
 
 void FileReader::close() { close_number(handles_->file); }
 
+bool FileReader::seek(uint64_t offset) {
+  return lseek(handles_->file, static_cast<off_t>(offset), SEEK_SET) >= 0;
+}
+
 std::optional<size_t> FileReader::read(char* buffer, size_t most) {
   for (;;) {
     const ssize_t got =

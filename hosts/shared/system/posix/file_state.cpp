@@ -17,14 +17,28 @@ namespace {
 constexpr int64_t kNanoseconds = 1'000'000'000;
 constexpr mode_t kAnyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
 
+int64_t modified_of(const struct stat& facts) {
+  return facts.st_mtim.tv_sec * kNanoseconds + facts.st_mtim.tv_nsec;
+}
+
 }  // namespace
+
+std::optional<FileFacts> facts_of(const std::string& path) {
+  struct stat facts;
+  if (stat(path.c_str(), &facts) != 0) return std::nullopt;
+  return FileFacts{static_cast<uint64_t>(facts.st_size), modified_of(facts)};
+}
+
+int64_t unix_seconds(int64_t modified) {
+  const int64_t before = modified % kNanoseconds < 0 ? 1 : 0;
+  return modified / kNanoseconds - before;
+}
 
 std::optional<FileState> state_of(const std::string& path) {
   struct stat facts;
   if (stat(path.c_str(), &facts) != 0) return std::nullopt;
   return FileState{
-      static_cast<uint64_t>(facts.st_size),
-      facts.st_mtim.tv_sec * kNanoseconds + facts.st_mtim.tv_nsec,
+      static_cast<uint64_t>(facts.st_size), modified_of(facts),
       std::to_string(facts.st_dev) + ':' + std::to_string(facts.st_ino),
       (facts.st_mode & kAnyWrite) == 0};
 }

@@ -27,6 +27,11 @@ bool FileReader::open(const std::string& path) {
 
 void FileReader::close() { handles_->file.reset(); }
 
+bool FileReader::seek(uint64_t offset) {
+  return _fseeki64(handles_->file.get(), static_cast<int64_t>(offset),
+                   SEEK_SET) == 0;
+}
+
 std::optional<size_t> FileReader::read(char* buffer, size_t most) {
   std::FILE* file = handles_->file.get();
   const size_t got = std::fread(buffer, 1, most, file);

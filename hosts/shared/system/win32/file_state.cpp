@@ -21,7 +21,25 @@ HANDLE open_to(const std::string& path, DWORD access) {
 
 uint64_t joined(DWORD high, DWORD low) { return uint64_t{high} << 32 | low; }
 
+int64_t joined(const FILETIME& time) {
+  return static_cast<int64_t>(joined(time.dwHighDateTime, time.dwLowDateTime));
+}
+
 }  // namespace
+
+std::optional<FileFacts> facts_of(const std::string& path) {
+  WIN32_FILE_ATTRIBUTE_DATA facts;
+  if (!GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &facts)) {
+    return std::nullopt;
+  }
+  return FileFacts{joined(facts.nFileSizeHigh, facts.nFileSizeLow),
+                   joined(facts.ftLastWriteTime)};
+}
+
+int64_t unix_seconds(int64_t modified) {
+  constexpr int64_t kFrom1601To1970 = 11'644'473'600;
+  return modified / kModifiedPerSecond - kFrom1601To1970;
+}
 
 std::optional<FileState> state_of(const std::string& path) {
   const Handle file(open_to(path, FILE_READ_ATTRIBUTES));
@@ -31,8 +49,7 @@ std::optional<FileState> state_of(const std::string& path) {
   }
   return FileState{
       joined(facts.nFileSizeHigh, facts.nFileSizeLow),
-      static_cast<int64_t>(joined(facts.ftLastWriteTime.dwHighDateTime,
-                                  facts.ftLastWriteTime.dwLowDateTime)),
+      joined(facts.ftLastWriteTime),
       std::to_string(facts.dwVolumeSerialNumber) + ':' +
           std::to_string(joined(facts.nFileIndexHigh, facts.nFileIndexLow)),
       (facts.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0};

@@ -1,12 +1,13 @@
-#include "cli/printing/json_printer.h"
+#include "shared/text/match_json.h"
 
 #include "shared/text/json_text.h"
 
-namespace zenfo::host::cli {
-class JsonPrinter::Walk : public LineVisitor {
+namespace zenfo::host {
+
+class MatchJson::Walk : public LineVisitor {
  public:
-  Walk(JsonPrinter& printer, std::string_view path, std::string_view text)
-      : output_(printer.output_),
+  Walk(MatchJson& owner, std::string_view path, std::string_view text)
+      : sink_(owner.sink_),
         path_(json_bytes(path)),
         text_(text),
         numbers_(text) {}
@@ -21,17 +22,15 @@ class JsonPrinter::Walk : public LineVisitor {
   }
 
   void begin() {
-    output_.put_json("{\"type\":\"begin\",\"data\":{\"path\":" + path_ +
-                     "}}\n");
+    sink_("{\"type\":\"begin\",\"data\":{\"path\":" + path_ + "}}\n");
   }
   Counts end() {
     const size_t zero = text_.find('\0');
     const bool binary = zero != std::string_view::npos;
-    output_.put_json(
-        "{\"type\":\"end\",\"data\":{\"path\":" + path_ +
-        ",\"binary_offset\":" + (binary ? std::to_string(zero) : "null") +
-        ",\"stats\":{\"matched_lines\":" + std::to_string(counts_.lines) +
-        ",\"matches\":" + std::to_string(counts_.matches) + "}}}\n");
+    sink_("{\"type\":\"end\",\"data\":{\"path\":" + path_ +
+          ",\"binary_offset\":" + (binary ? std::to_string(zero) : "null") +
+          ",\"stats\":{\"matched_lines\":" + std::to_string(counts_.lines) +
+          ",\"matches\":" + std::to_string(counts_.matches) + "}}}\n");
     return counts_;
   }
 
@@ -58,10 +57,10 @@ class JsonPrinter::Walk : public LineVisitor {
       line_ += ",\"end\":" + std::to_string(from + match.length) + '}';
     }
     line_ += "]}}\n";
-    output_.put_json(line_);
+    sink_(line_);
   }
 
-  Output& output_;
+  const Sink& sink_;
   const std::string path_;
   std::string_view text_;
   LineNumbers numbers_;
@@ -69,8 +68,8 @@ class JsonPrinter::Walk : public LineVisitor {
   std::string line_;
 };
 
-void JsonPrinter::print_file(std::string_view path, std::string_view text,
-                             const std::vector<Block>& blocks) {
+void MatchJson::put_file(std::string_view path, std::string_view text,
+                         const std::vector<Block>& blocks) {
   if (blocks.empty()) return;
   Walk walk(*this, path, text);
   walk.begin();
@@ -81,12 +80,12 @@ void JsonPrinter::print_file(std::string_view path, std::string_view text,
   total_.matches += counts.matches;
 }
 
-void JsonPrinter::print_summary(uint64_t files_searched) {
-  output_.put_json("{\"type\":\"summary\",\"data\":{\"stats\":{\"searches\":" +
-                   std::to_string(files_searched) +
-                   ",\"searches_with_match\":" + std::to_string(files_) +
-                   ",\"matched_lines\":" + std::to_string(total_.lines) +
-                   ",\"matches\":" + std::to_string(total_.matches) + "}}}\n");
+void MatchJson::put_summary(uint64_t files_searched) {
+  sink_("{\"type\":\"summary\",\"data\":{\"stats\":{\"searches\":" +
+        std::to_string(files_searched) +
+        ",\"searches_with_match\":" + std::to_string(files_) +
+        ",\"matched_lines\":" + std::to_string(total_.lines) +
+        ",\"matches\":" + std::to_string(total_.matches) + "}}}\n");
 }
 
-}  // namespace zenfo::host::cli
+}  // namespace zenfo::host
