@@ -1,0 +1,44 @@
+#include "gui/core/area_kinds.h"
+
+#include <algorithm>
+
+#include "gui/core/area_scanners.h"
+
+namespace zenfo::host::gui {
+namespace {
+
+constexpr AreaKind kKinds[] = {
+    {"code_comments", "C and C++ comments", code_comments},
+    {"strings", "Strings in quotes", code_strings},
+    {"markup_tags", "HTML and XML tags", markup_tags},
+    {"shell_comments", "Shell comments (#)", shell_comments},
+};
+
+size_t end_of(const Match& match) {
+  return size_t{match.offset} + match.length;
+}
+
+}  // namespace
+
+std::span<const AreaKind> area_kinds() { return kKinds; }
+
+const AreaKind* find_area_kind(std::string_view name) {
+  for (const AreaKind& kind : kKinds) {
+    if (kind.name == name) return &kind;
+  }
+  return nullptr;
+}
+
+bool is_wanted(const Match& match, std::span<const Match> areas, bool inside) {
+  // The first area that ends behind the match's start.
+  const auto area = std::upper_bound(
+      areas.begin(), areas.end(), size_t{match.offset},
+      [](size_t offset, const Match& a) { return offset < end_of(a); });
+  if (area == areas.end()) return !inside;
+  if (inside) {
+    return area->offset <= match.offset && end_of(match) <= end_of(*area);
+  }
+  return end_of(match) <= area->offset;
+}
+
+}  // namespace zenfo::host::gui

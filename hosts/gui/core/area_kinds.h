@@ -1,0 +1,35 @@
+// Ready-made kinds of areas: comments, strings, tags.
+//
+// A pattern cannot tell a comment from a string with "//" in it. So these areas
+// are found by small scanners in the host, which know enough of the language,
+// and matches on the wrong side are deselected in the question: the library
+// then neither counts nor changes them. A match that lies partly in an area is
+// neither outside nor inside.
+//
+// Tested by tests/gui/core/area_kinds_test.cpp
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "shared/text/found_text.h"
+
+namespace zenfo::host::gui {
+
+struct AreaKind {
+  std::string_view name;   // in queries
+  std::string_view label;  // for people
+  // The areas of a text, in order, apart from each other.
+  std::vector<Match> (*areas_of)(std::string_view text);
+};
+
+// In the order in which they are offered.
+std::span<const AreaKind> area_kinds();
+// Null for an unknown name.
+const AreaKind* find_area_kind(std::string_view name);
+
+// Whether a match may stay. The areas are as AreaKind returns them.
+bool is_wanted(const Match& match, std::span<const Match> areas, bool inside);
+
+}  // namespace zenfo::host::gui

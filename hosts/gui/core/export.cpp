@@ -1,0 +1,153 @@
+#include "gui/core/export.h"
+
+#include <optional>
+
+#include "gui/core/export_lines.h"
+#include "shared/text/json_text.h"
+#include "shared/text/match_json.h"
+
+namespace zenfo::host::gui {
+namespace {
+
+constexpr std::string_view kColumns[] = {"path",   "line",  "column", "offset",
+                                         "length", "match", "text"};
+
+std::string fields_line(std::span<const std::string> fields, ExportForm form) {
+  std::string line;
+  for (const std::string& field : fields) {
+    if (&field != fields.data()) line += form == ExportForm::kCsv ? ',' : '\t';
+    line += form == ExportForm::kCsv ? csv_field(field) : tsv_field(field);
+  }
+  return line + (form == ExportForm::kCsv ? "\r\n" : "\n");
+}
+
+std::string header(ExportForm form) {
+  if (form != ExportForm::kCsv && form != ExportForm::kTsv) return "";
+  const std::vector<std::string> names(std::begin(kColumns),
+                                       std::end(kColumns));
+  return fields_line(names, form);
+}
+
+std::string one_match(const ExportedMatch& match, ExportForm form) {
+  if (form == ExportForm::kText) {
+    return utf8_of(match.path) + ':' + std::to_string(match.line_number) +
+           ": " + utf8_of(match.line) + '\n';
+  }
+  const std::string fields[] = {
+      utf8_of(match.path),          std::to_string(match.line_number),
+      std::to_string(match.column), std::to_string(match.offset),
+      std::to_string(match.length), utf8_of(match.text),
+      utf8_of(match.line)};
+  return fields_line(fields, form);
+}
+
+class Export {
+ public:
+  Export(const ResultSet& set, ExportForm form, const ExportSink& sink)
+      : set_(set),
+        form_(form),
+        sink_(sink),
+        json_(0, 0, [this](auto lines) { put(lines); }) {}
+
+  ExportResult run(std::span<const uint32_t> files) {
+    put(header(form_));
+    for (const uint32_t file : files) {
+      if (result_.stopped) break;
+      const ResultFile& facts = set_.file(file);
+      if (!facts.removed && (facts.all_chosen() > 0 || is_list_of_paths(facts)))
+        write(file);
+    }
+    if (form_ == ExportForm::kJsonLines && !result_.stopped) {
+      json_.put_summary(result_.files);
+    }
+    return std::move(result_);
+  }
+
+ private:
+  // Files without matches have nothing but their paths.
+  bool is_list_of_paths(const ResultFile& file) const {
+    return form_ == ExportForm::kPaths && file.state != ResultState::kFound;
+  }
+
+  void put(std::string_view lines) {
+    if (!lines.empty() && !result_.stopped) result_.stopped = !sink_(lines);
+  }
+
+  void write(uint32_t file) {
+    const std::string& path = set_.file(file).path;
+    if (form_ == ExportForm::kPaths) {
+      put(utf8_of(path) + '\n');
+      ++result_.files;
+      return;
+    }
+    const std::vector<Match> matches = chosen_matches(set_, file);
+    if (!bytes_.load(path) ||
+        (!matches.empty() && !holds(bytes_.view(), matches.back()))) {
+      result_.unread.push_back(path);
+      return;
+    }
+    ++result_.files;
+    result_.matches += matches.size();
+    if (form_ == ExportForm::kJsonLines) {
+      json_.put_file(path, bytes_.view(),
+                     find_blocks(bytes_.view(), matches, UINT64_MAX));
+      return;
+    }
+    for_each_match(
+        path, bytes_.view(), matches,
+        [&](const ExportedMatch& match) { put(one_match(match, form_)); });
+  }
+
+  const ResultSet& set_;
+  ExportForm form_;
+  const ExportSink& sink_;
+  MatchJson json_;
+  FileBytes bytes_;
+  ExportResult result_;
+};
+
+}  // namespace
+
+ExportResult export_results(const ResultSet& set,
+                            std::span<const uint32_t> files, ExportForm form,
+                            const ExportSink& sink) {
+  return Export(set, form, sink).run(files);
+}
+
+std::string csv_field(std::string_view text) {
+  if (text.find_first_of(",\"\r\n") == std::string_view::npos &&
+      !text.starts_with(' ') && !text.ends_with(' ')) {
+    return std::string(text);
+  }
+  std::string field = "\"";
+  for (const char c : text) {
+    if (c == '"') field += c;
+    field += c;
+  }
+  return field + '"';
+}
+
+std::string tsv_field(std::string_view text) {
+  std::string field;
+  for (const char c : text) {
+    switch (c) {
+      case '\t':
+        field += "\\t";
+        break;
+      case '\n':
+        field += "\\n";
+        break;
+      case '\r':
+        field += "\\r";
+        break;
+      case '\\':
+        field += "\\\\";
+        break;
+      default:
+        field += c;
+    }
+  }
+  return field;
+}
+
+}  // namespace zenfo::host::gui

@@ -1,0 +1,20 @@
+// What may be asked of the engine thread. A job carries all it needs and sets
+// everything: it gets a library that was just started.
+//
+// Tested by tests/gui/core/engine_thread_test.cpp
+#pragma once
+
+#include "gui/core/outbox.h"
+#include "shared/session/session.h"
+
+namespace zenfo::host::gui {
+
+class Job {
+ public:
+  virtual ~Job() = default;
+  // Runs on the engine thread. Throws Failure when it cannot go on, and Stopped
+  // when the user stopped it; what it told until then stays.
+  virtual void run(Session& session, Outbox& outbox) = 0;
+};
+
+}  // namespace zenfo::host::gui

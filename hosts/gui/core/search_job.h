@@ -1,0 +1,31 @@
+// Searches, and tells files with matches while it searches, then those without
+// and those not searched.
+//
+// Tested by tests/gui/core/search_job_test.cpp
+#pragma once
+
+#include "gui/core/job.h"
+#include "gui/core/match_store.h"
+#include "gui/core/query.h"
+#include "gui/core/search_plan.h"
+
+namespace zenfo::host::gui {
+
+class SearchJob : public Job {
+ public:
+  // The query must have no faults.
+  explicit SearchJob(const Query& query, MatchCaps caps = {});
+
+  void run(Session& session, Outbox& outbox) override;
+
+ private:
+  void leave_out_binary(Session& session, FileList& files, Outbox& outbox);
+  void run_over(const FileList& files, Search& search, Session& session,
+                Outbox& outbox);
+  void tell_others(Session& session, const FileList& files, Outbox& outbox);
+
+  SearchPlan plan_;
+  MatchCaps caps_;
+};
+
+}  // namespace zenfo::host::gui

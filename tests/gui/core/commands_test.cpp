@@ -1,0 +1,89 @@
+#include "gui/core/commands.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <string>
+
+namespace zenfo::host::gui {
+namespace {
+
+TEST(Commands, EachHasOneRow) {
+  std::set<CommandId> ids;
+  std::set<std::string_view> names;
+  for (const Command& row : commands()) {
+    EXPECT_TRUE(ids.insert(row.id).second) << row.name;
+    EXPECT_TRUE(names.insert(row.name).second) << row.name;
+    EXPECT_EQ(&command(row.id), &row);
+    EXPECT_EQ(find_command(row.name), &row);
+    EXPECT_NE(row.menu, Menu::kNone) << row.name;
+  }
+  // kGoToFilter and the like: none is forgotten.
+  for (int id = 0; id <= static_cast<int>(CommandId::kExit); ++id) {
+    EXPECT_EQ(ids.count(static_cast<CommandId>(id)), 1u) << id;
+  }
+  EXPECT_EQ(find_command("none"), nullptr);
+}
+
+TEST(Commands, NoKeyMeansTwoThings) {
+  for (const Command& a : commands()) {
+    for (const Command& b : commands()) {
+      const bool apart = a.place != b.place && a.place != KeyPlace::kAnywhere &&
+                         b.place != KeyPlace::kAnywhere;
+      if (&a == &b || apart || a.key == Key()) continue;
+      EXPECT_FALSE(a.key == b.key) << a.name << ' ' << b.name;
+    }
+  }
+}
+
+TEST(Commands, KeysMeanWhatTheyMeanWhereTheyAre) {
+  const Key copy = key_of("Ctrl+C");
+  EXPECT_EQ(find_command(copy, KeyPlace::kFields), nullptr);
+  EXPECT_EQ(find_command(copy, KeyPlace::kList)->id, CommandId::kCopyPaths);
+  EXPECT_EQ(find_command(key_of("F3"), KeyPlace::kFields)->id,
+            CommandId::kNextMatch);
+  EXPECT_EQ(find_command(Key(), KeyPlace::kList), nullptr);
+}
+
+TEST(Commands, KeysHaveNames) {
+  EXPECT_EQ(key_name({}), "");
+  EXPECT_EQ(key_name({KeyCode::kCharacter, 'F', true, true, false}),
+            "Ctrl+Shift+F");
+  EXPECT_EQ(key_name({KeyCode::kPageDown, 0, true}), "Ctrl+PgDn");
+  for (const Command& row : commands()) {
+    EXPECT_EQ(key_of(key_name(row.key)), row.key) << row.name;
+  }
+  EXPECT_EQ(key_of("Ctrl+"), Key());
+  EXPECT_EQ(key_of("Ctrl+f"), Key());
+  EXPECT_EQ(key_of("Odd"), Key());
+}
+
+TEST(Commands, AreEnabledByTheState) {
+  CommandState state;
+  EXPECT_FALSE(command(CommandId::kSearch).enabled(state));
+  EXPECT_FALSE(command(CommandId::kStop).enabled(state));
+  state.can_search = true;
+  EXPECT_TRUE(command(CommandId::kSearch).enabled(state));
+  state.running = true;
+  EXPECT_FALSE(command(CommandId::kSearch).enabled(state));
+  EXPECT_TRUE(command(CommandId::kStop).enabled(state));
+  EXPECT_FALSE(command(CommandId::kExport).enabled(state));
+  state.any_chosen = true;
+  EXPECT_TRUE(command(CommandId::kExport).enabled(state));
+  EXPECT_TRUE(command(CommandId::kExit).enabled(CommandState()));
+}
+
+// The access keys of a menu.
+TEST(Commands, NoLetterStandsForTwoRowsOfAMenu) {
+  std::set<std::pair<Menu, char>> letters;
+  for (const Command& row : commands()) {
+    const std::string_view label = text(row.label);
+    const size_t mark = label.find('&');
+    if (mark == std::string_view::npos) continue;
+    const char letter = static_cast<char>(label[mark + 1] | 0x20);
+    EXPECT_TRUE(letters.emplace(row.menu, letter).second) << label;
+  }
+}
+
+}  // namespace
+}  // namespace zenfo::host::gui
