@@ -8,15 +8,6 @@
 namespace zenfo::host::gui {
 namespace {
 
-std::string lower(std::string_view text) {
-  std::string result = without_case(text);
-  // Where names of files have case, people still look for them without.
-  for (char& c : result) {
-    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c | 0x20);
-  }
-  return result;
-}
-
 // What a file is sorted by: a number, then a text.
 struct Key {
   int64_t number = 0;
@@ -32,19 +23,19 @@ Key key_of(const ResultSet& set, uint32_t index, ResultColumn column) {
     case ResultColumn::kFound:
       return {index, "", index};
     case ResultColumn::kName:
-      return {0, lower(file.name()), index};
+      return {0, folded(file.name()), index};
     case ResultColumn::kMatches:
       return {file.count, "", index};
     case ResultColumn::kFolder:
-      return {0, lower(file.folder()), index};
+      return {0, folded(file.folder()), index};
     case ResultColumn::kSize:
       return {static_cast<int64_t>(file.size), "", index};
     case ResultColumn::kType:
-      return {0, lower(file.extension()), index};
+      return {0, folded(file.extension()), index};
     case ResultColumn::kModified:
       return {file.modified, "", index};
     case ResultColumn::kReason:
-      return {0, lower(set.reason(index)), index};
+      return {0, folded(set.reason(index)), index};
   }
   return {0, "", index};
 }
@@ -55,6 +46,15 @@ std::strong_ordering compare(const Key& a, const Key& b) {
 }
 
 }  // namespace
+
+std::string folded(std::string_view text) {
+  std::string result = without_case(text);
+  // Where names of files have case, people still look for them without.
+  for (char& c : result) {
+    if (c >= 'A' && c <= 'Z') c = static_cast<char>(c | 0x20);
+  }
+  return result;
+}
 
 void sort_files(const ResultSet& set, ResultSort sort,
                 std::vector<uint32_t>& files) {
@@ -73,10 +73,10 @@ void sort_files(const ResultSet& set, ResultSort sort,
   for (size_t i = 0; i < files.size(); ++i) files[i] = keys[i].file;
 }
 
-PathFilter::PathFilter(std::string_view text) : text_(lower(text)) {}
+PathFilter::PathFilter(std::string_view text) : text_(folded(text)) {}
 
 bool PathFilter::takes(std::string_view path) const {
-  return empty() || lower(path).find(text_) != std::string::npos;
+  return empty() || folded(path).find(text_) != std::string::npos;
 }
 
 }  // namespace zenfo::host::gui

@@ -31,6 +31,10 @@ struct ResultSort {
   bool operator==(const ResultSort&) const = default;
 };
 
+// A text for comparisons without case: as the system folds names, and the
+// letters of ASCII everywhere.
+std::string folded(std::string_view text);
+
 // Sorts files of a set. Texts are compared without case, and numbers in them by
 // their bytes. Equal ones are in the order of their paths, then as found, also
 // in a descending sort.

@@ -2,25 +2,7 @@
 
 #include <string>
 
-#include "shared/system/paths.h"
-
 namespace zenfo::host::gui {
-namespace {
-
-// Without case for letters of ASCII, and others where the system has none.
-bool begins_with(std::string_view name, std::string_view text) {
-  const auto folded = [](std::string_view part) {
-    std::string result = without_case(part);
-    for (char& c : result) {
-      if (c >= 'A' && c <= 'Z') c = static_cast<char>(c | 0x20);
-    }
-    return result;
-  };
-  return folded(name).starts_with(folded(text));
-}
-
-}  // namespace
-
 ResultRows::ResultRows(const ResultSet& set, ResultState state)
     : set_(set), state_(state), filter_("") {
   update();
@@ -42,11 +24,8 @@ void ResultRows::take(uint32_t file) {
 }
 
 void ResultRows::update() {
-  if (version_ == set_.version() && seen_ == set_.count()) return;
-  version_ = set_.version();
-  bool any_removed = false;
-  for (const uint32_t file : order_) any_removed |= set_.file(file).removed;
-  if (any_removed) {
+  if (removed_ != set_.removed()) {
+    removed_ = set_.removed();
     std::erase_if(order_, [&](uint32_t f) { return set_.file(f).removed; });
     rebuild();
   }
@@ -117,6 +96,7 @@ void ResultRows::filter(std::string_view text) {
 std::optional<uint64_t> ResultRows::find_name(std::string_view text,
                                               uint64_t from, bool stay) const {
   if (order_.empty() || text.empty()) return std::nullopt;
+  const std::string beginning = folded(text);
   const size_t files = order_.size();
   size_t block = 0;
   if (from < count()) {
@@ -125,7 +105,7 @@ std::optional<uint64_t> ResultRows::find_name(std::string_view text,
   }
   for (size_t i = 0; i < files; ++i) {
     const size_t at = (block + i) % files;
-    if (begins_with(set_.file(order_[at]).name(), text)) {
+    if (folded(set_.file(order_[at]).name()).starts_with(beginning)) {
       return sums_.before(at);
     }
   }

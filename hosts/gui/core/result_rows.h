@@ -81,8 +81,8 @@ class ResultRows {
 
   const ResultSet& set_;
   ResultState state_;
-  uint32_t seen_ = 0;  // files of the set that were looked at
-  uint64_t version_ = 0;
+  uint32_t seen_ = 0;     // files of the set that were looked at
+  uint32_t removed_ = 0;  // files of the set that were removed until then
   bool opens_new_ = false;
   ResultSort sort_;
   PathFilter filter_;

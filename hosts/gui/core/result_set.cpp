@@ -13,7 +13,6 @@ void ResultSet::add(JobNews news) {
   for (OtherFile& file : news.others) add_other(std::move(file));
   progress_ = std::move(news.progress);
   if (news.end) end_ = std::move(news.end);
-  ++version_;
 }
 
 void ResultSet::add_found(FoundFile&& found) {
@@ -128,7 +127,7 @@ void ResultSet::remove(uint32_t index) {
   if (file.removed) return;
   count_out(file);
   file.removed = true;
-  ++version_;
+  ++removed_;
 }
 
 size_t ResultSet::bytes() const {

@@ -55,9 +55,8 @@ class ResultSet {
   const std::string& reason(uint32_t file) const {
     return reasons_[files_[file].reason];
   }
-  // Counts changes to what add() and remove() brought, for those who keep
-  // something made of it.
-  uint64_t version() const { return version_; }
+  // The number of files that were removed.
+  uint32_t removed() const { return removed_; }
 
   bool is_chosen(uint32_t file, uint32_t number) const {
     return matches_.is_chosen(files_[file].first + number);
@@ -89,7 +88,7 @@ class ResultSet {
   ResultTotals totals_;
   JobProgress progress_;
   std::optional<JobEnd> end_;
-  uint64_t version_ = 0;
+  uint32_t removed_ = 0;
 };
 
 }  // namespace zenfo::host::gui
