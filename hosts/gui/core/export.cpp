@@ -1,6 +1,7 @@
 #include "gui/core/export.h"
 
-#include <optional>
+#include <algorithm>
+#include <vector>
 
 #include "gui/core/export_lines.h"
 #include "shared/text/json_text.h"
@@ -128,25 +129,10 @@ std::string csv_field(std::string_view text) {
 }
 
 std::string tsv_field(std::string_view text) {
-  std::string field;
-  for (const char c : text) {
-    switch (c) {
-      case '\t':
-        field += "\\t";
-        break;
-      case '\n':
-        field += "\\n";
-        break;
-      case '\r':
-        field += "\\r";
-        break;
-      case '\\':
-        field += "\\\\";
-        break;
-      default:
-        field += c;
-    }
-  }
+  std::string field(text);
+  std::replace_if(
+      field.begin(), field.end(),
+      [](char c) { return c == '\t' || c == '\n' || c == '\r'; }, ' ');
   return field;
 }
 

@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "gui/core/result_set.h"
 
@@ -16,7 +17,8 @@ namespace zenfo::host::gui {
 
 enum class ExportForm {
   kCsv,        // with a header; RFC 4180: quotes doubled, lines end in CR LF
-  kTsv,        // the same columns; tabs, line ends and "\" as \t, \n, \r, \\.
+  kTsv,        // the same columns for a spreadsheet; tabs and line ends in them
+               // become blanks, because this form cannot quote
   kJsonLines,  // as "zenfo find --json" writes, see docs/json-output.md
   kText,       // "PATH:LINE: TEXT"
   kPaths       // one path a line
@@ -39,7 +41,7 @@ ExportResult export_results(const ResultSet& set,
                             std::span<const uint32_t> files, ExportForm form,
                             const ExportSink& sink);
 
-// One field of a line, quoted if necessary.
+// One field of a line.
 std::string csv_field(std::string_view text);
 std::string tsv_field(std::string_view text);
 

@@ -42,7 +42,7 @@ struct Wrong {
   std::string reason;
 };
 
-std::string quoted(std::string_view name) {
+std::string in_quotes(std::string_view name) {
   return '"' + std::string(name) + '"';
 }
 
@@ -50,7 +50,7 @@ void read(const JsonValue& json, std::string_view name, bool& value) {
   const JsonValue* member = json.find(name);
   if (member == nullptr) return;
   if (member->boolean() == nullptr) {
-    throw Wrong{quoted(name) + " is neither true nor false"};
+    throw Wrong{in_quotes(name) + " is neither true nor false"};
   }
   value = *member->boolean();
 }
@@ -58,18 +58,18 @@ void read(const JsonValue& json, std::string_view name, bool& value) {
 void read(const JsonValue& json, std::string_view name, std::string& value) {
   const JsonValue* member = json.find(name);
   if (member == nullptr) return;
-  if (member->text() == nullptr) throw Wrong{quoted(name) + " is no text"};
+  if (member->text() == nullptr) throw Wrong{in_quotes(name) + " is no text"};
   value = *member->text();
 }
 
 void read(const JsonValue& json, std::string_view name, List& value) {
   const JsonValue* member = json.find(name);
   if (member == nullptr) return;
-  if (member->array() == nullptr) throw Wrong{quoted(name) + " is no list"};
+  if (member->array() == nullptr) throw Wrong{in_quotes(name) + " is no list"};
   value.clear();
   for (const JsonValue& element : *member->array()) {
     if (element.text() == nullptr) {
-      throw Wrong{quoted(name) + " is no list of texts"};
+      throw Wrong{in_quotes(name) + " is no list of texts"};
     }
     value.push_back(*element.text());
   }
@@ -85,7 +85,7 @@ void read_word(const JsonValue& json, std::string_view name,
     value = static_cast<Enum>(i);
     return;
   }
-  throw Wrong{quoted(name) + " has the unknown value " + quoted(word)};
+  throw Wrong{in_quotes(name) + " has the unknown value " + in_quotes(word)};
 }
 
 Query read_query(const JsonValue& json) {
