@@ -102,7 +102,7 @@ class Shown {
         return;
       case Show::kJson:
         found_.json().put_summary(session_.count(ZENFO_LIST_RESULT) +
-                                    session_.count(ZENFO_LIST_NO_MATCH));
+                                  session_.count(ZENFO_LIST_NO_MATCH));
         return;
       default:
         return;

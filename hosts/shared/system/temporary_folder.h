@@ -5,8 +5,8 @@
 //   /tmp/zenfo-k3Fq9A/0
 //   /tmp/zenfo-k3Fq9A/1
 //
-// It is removed when the work ends. If a process is killed, the next one removes
-// its folder: a folder is locked as long as its process lives.
+// It is removed when the work ends. If a process is killed, the next one
+// removes its folder: a folder is locked as long as its process lives.
 //
 // posix/temporary_folder.cpp and win32/temporary_folder.cpp are twins.
 //
