@@ -1,6 +1,6 @@
 #include "files/columns.h"
 
-#include <cstdio>
+#include <charconv>
 #include <optional>
 #include <string_view>
 
@@ -15,18 +15,33 @@ bool append(std::string& text, std::optional<std::string_view> value) {
   return true;
 }
 
+// Lists have several times for every file, so they are not left to printf.
+char* put_two_digits(char* at, int number) {
+  *at++ = static_cast<char>('0' + number / 10);
+  *at++ = static_cast<char>('0' + number % 10);
+  return at;
+}
+
 template <bool kSeconds>
 bool append_time(std::string& text, uint64_t file_time) {
   platform::LocalTime t;
   if (!platform::to_local_time(file_time, t)) return false;
-  char buffer[96];
-  int length = std::snprintf(buffer, sizeof buffer, "%02d/%02d/%d %02d:%02d",
-                             t.day, t.month, t.year, t.hour, t.minute);
-  text.append(buffer, static_cast<size_t>(length));
+  constexpr size_t kLongest = sizeof "dd/mm/-2147483648 hh:mm:ss";
+  char buffer[kLongest];
+  char* at = put_two_digits(buffer, t.day);
+  *at++ = '/';
+  at = put_two_digits(at, t.month);
+  *at++ = '/';
+  at = std::to_chars(at, buffer + kLongest, t.year).ptr;
+  *at++ = ' ';
+  at = put_two_digits(at, t.hour);
+  *at++ = ':';
+  at = put_two_digits(at, t.minute);
   if constexpr (kSeconds) {
-    length = std::snprintf(buffer, sizeof buffer, ":%02d", t.second);
-    text.append(buffer, static_cast<size_t>(length));
+    *at++ = ':';
+    at = put_two_digits(at, t.second);
   }
+  text.append(buffer, static_cast<size_t>(at - buffer));
   return true;
 }
 

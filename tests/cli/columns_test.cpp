@@ -26,6 +26,31 @@ TEST(WidthOf, CountsCharacters) {
   EXPECT_EQ(width_of("\xF0\x9F\x98\x80"), 1u);
 }
 
+std::string aligned_line(const std::vector<const Column*>& columns,
+                         const Cells& cells,
+                         const std::vector<size_t>& widths) {
+  std::string line = "from before";
+  align(columns, cells, widths, line);
+  return line;
+}
+
+TEST(CellTexts, KeepTextsInOrderAndTellMissingFromEmpty) {
+  CellTexts texts;
+  Cells cells;
+  for (const std::optional<std::string_view> text :
+       Cells{"a", std::nullopt, "", "bc", std::string_view("\0d", 2)}) {
+    texts.add(text);
+  }
+  ASSERT_EQ(texts.count(), 5u);
+  EXPECT_EQ(texts.bytes(), 5u);
+  texts.get(0, 3, cells);
+  EXPECT_EQ(cells, (Cells{"a", std::nullopt, ""}));
+  texts.get(3, 2, cells);
+  EXPECT_EQ(cells, (Cells{"bc", std::string_view("\0d", 2)}));
+  texts.clear();
+  EXPECT_EQ(texts.count() + texts.bytes(), 0u);
+}
+
 TEST(AlignedLine, FillsTextsToTheRightAndNumbersToTheLeft) {
   EXPECT_EQ(aligned_line(columns({"name", "size", "path"}), {"a", "1 B", "p"},
                          {3, 6, 9}),

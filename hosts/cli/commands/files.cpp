@@ -178,13 +178,19 @@ class Listing {
   }
 
   void write_lines() {
-    if (!options_.form.null && !options_.form.json) measure();
+    const bool aligned = !options_.form.null && !options_.form.json;
+    if (aligned) measure();
+    std::string line;
     for_each_file([&](uint32_t index) {
-      const Cells cells = cells_of(index);
-      end(options_.form.json ? json_line(options_.columns, cells)
-          : options_.form.null
-              ? tabbed_line(cells)
-              : aligned_line(options_.columns, cells, widths_));
+      find_cells(index);
+      if (aligned) {
+        align(options_.columns, cells_, widths_, line);
+      } else if (options_.form.json) {
+        line = json_line(options_.columns, cells_);
+      } else {
+        line = tabbed_line(cells_);
+      }
+      end(line);
     });
   }
 
@@ -194,25 +200,39 @@ class Listing {
     return session_.text(column.accessor, index);
   }
 
-  Cells cells_of(uint32_t index) {
-    Cells cells;
+  void add_cells(uint32_t index, CellTexts& texts) {
     for (const Column* column : options_.columns) {
       const std::optional<std::string_view> bytes = text(*column, index);
-      if (bytes && !options_.form.json) {
-        cells.emplace_back(output_.shown_name(*bytes));
+      if (bytes && output_.on_terminal() && !options_.form.json) {
+        texts.add(output_.shown_name(*bytes));
       } else {
-        cells.emplace_back(bytes);
+        texts.add(bytes);
       }
     }
-    return cells;
   }
 
+  // Sets cells_ to those of a file.
+  void find_cells(uint32_t index) {
+    const size_t columns = options_.columns.size();
+    const size_t first = index * columns;
+    if (first < kept_.count()) {
+      kept_.get(first, columns, cells_);
+      return;
+    }
+    line_texts_.clear();
+    add_cells(index, line_texts_);
+    line_texts_.get(0, columns, cells_);
+  }
+
+  // Keeps the texts of the first files, which are usually all.
   void measure() {
+    constexpr size_t kMostKept = size_t{16} << 20;
     widths_.resize(options_.columns.size());
     for_each_file([&](uint32_t index) {
-      const Cells cells = cells_of(index);
-      for (size_t i = 0; i < cells.size(); ++i) {
-        widths_[i] = std::max(widths_[i], width_of(cells[i].value_or("")));
+      if (kept_.bytes() < kMostKept) add_cells(index, kept_);
+      find_cells(index);
+      for (size_t i = 0; i < cells_.size(); ++i) {
+        widths_[i] = std::max(widths_[i], width_of(cells_[i].value_or("")));
       }
     });
   }
@@ -240,6 +260,9 @@ class Listing {
   FileList& files_;
   Output& output_;
   std::vector<size_t> widths_;
+  CellTexts kept_;  // of files from the first on
+  CellTexts line_texts_;
+  Cells cells_;  // in one of the two
 };
 
 void complain_about_missing_facts(Session& session, FileList& files) {

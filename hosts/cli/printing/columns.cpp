@@ -59,10 +59,34 @@ size_t width_of(std::string_view text) {
   return width;
 }
 
-std::string aligned_line(const std::vector<const Column*>& columns,
-                         const Cells& cells,
-                         const std::vector<size_t>& widths) {
-  std::string line;
+void CellTexts::add(std::optional<std::string_view> text) {
+  if (text) bytes_ += *text;
+  texts_.push_back({bytes_.size(), !text});
+}
+
+void CellTexts::clear() {
+  bytes_.clear();
+  texts_.clear();
+}
+
+void CellTexts::get(size_t first, size_t count, Cells& cells) const {
+  cells.clear();
+  size_t begin = first > 0 ? texts_[first - 1].end : 0;
+  for (size_t i = first; i < first + count; ++i) {
+    const Text& text = texts_[i];
+    if (text.missing) {
+      cells.emplace_back();
+    } else {
+      cells.emplace_back(
+          std::string_view(bytes_).substr(begin, text.end - begin));
+    }
+    begin = text.end;
+  }
+}
+
+void align(const std::vector<const Column*>& columns, const Cells& cells,
+           const std::vector<size_t>& widths, std::string& line) {
+  line.clear();
   size_t blanks = 0;  // written only before the next text
   for (size_t i = 0; i < cells.size(); ++i) {
     const std::string_view text = cells[i] ? *cells[i] : std::string_view();
@@ -75,7 +99,6 @@ std::string aligned_line(const std::vector<const Column*>& columns,
     if (!columns[i]->to_the_right) blanks += rest;
     blanks += kBetweenColumns;
   }
-  return line;
 }
 
 std::string json_line(const std::vector<const Column*>& columns,

@@ -31,12 +31,33 @@ const Column* find_column(std::string_view name);
 // The number of characters in a UTF-8 text. Each invalid byte counts as one.
 size_t width_of(std::string_view text);
 
-using Cells = std::vector<std::optional<std::string>>;
+// The texts of a line; nothing for a text that is missing.
+using Cells = std::vector<std::optional<std::string_view>>;
+
+// Texts kept one after the other, so that many of them cost little.
+class CellTexts {
+ public:
+  void add(std::optional<std::string_view> text);
+  void clear();
+  size_t bytes() const { return bytes_.size(); }
+  size_t count() const { return texts_.size(); }
+  // `count` of them from number `first` on. Valid until the next change.
+  void get(size_t first, size_t count, Cells& cells) const;
+
+ private:
+  struct Text {
+    size_t end;  // in bytes_; it begins where the one before ends
+    bool missing;
+  };
+
+  std::string bytes_;
+  std::vector<Text> texts_;
+};
 
 // One line without its end: cells padded to the widths and separated by two
-// blanks, without blanks at the end of the line.
-std::string aligned_line(const std::vector<const Column*>& columns,
-                         const Cells& cells, const std::vector<size_t>& widths);
+// blanks, without blanks at the end of the line. Replaces `line`.
+void align(const std::vector<const Column*>& columns, const Cells& cells,
+           const std::vector<size_t>& widths, std::string& line);
 // One line without its end; a missing text is null.
 std::string json_line(const std::vector<const Column*>& columns,
                       const Cells& cells);

@@ -2,6 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <clocale>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
 namespace zenfo {
 namespace {
 
@@ -13,6 +18,41 @@ TEST(SizeText, TakesKilobytesOnlyAboveOne) {
   EXPECT_EQ(size_text(1025), "1.0 KB");
   EXPECT_EQ(size_text(1536), "1.5 KB");
   EXPECT_EQ(size_text(5ull << 30), "5242880.0 KB");
+}
+
+std::string printed(uint64_t size) {
+  char text[64];
+  const double kilobytes = static_cast<double>(size) / 1024;
+  std::snprintf(text, sizeof text, kilobytes > 1.0 ? "%01.1f KB" : "%01.0f B",
+                kilobytes > 1.0 ? kilobytes : static_cast<double>(size));
+  return text;
+}
+
+TEST(SizeText, IsWhatPrintfMakesOfKilobytes) {
+  // All remainders of a kilobyte, with even and odd tenths before a tie.
+  for (uint64_t size = 0; size < 8192; ++size) {
+    ASSERT_EQ(size_text(size), printed(size));
+  }
+  uint64_t size = 1;
+  for (int i = 0; i < 20000; ++i) {
+    size = size * 6364136223846793005u + 1442695040888963407u;
+    const uint64_t one = size >> (i % 64);
+    ASSERT_EQ(size_text(one), printed(one)) << one;
+  }
+  for (const uint64_t edge : {uint64_t{1} << 53, UINT64_MAX}) {
+    ASSERT_EQ(size_text(edge - 1), printed(edge - 1));
+    ASSERT_EQ(size_text(edge), printed(edge));
+  }
+}
+
+// Where neither name is known, the point stays.
+TEST(SizeText, HasTheDecimalPointOfTheLocale) {
+  for (const char* name : {"de_DE.UTF-8", "German"}) {
+    std::setlocale(LC_NUMERIC, name);
+    EXPECT_EQ(size_text(1536), printed(1536)) << name;
+  }
+  std::setlocale(LC_NUMERIC, "C");
+  EXPECT_EQ(size_text(1536), "1.5 KB");
 }
 
 struct TotalCase {
