@@ -128,8 +128,8 @@ class Occurrences {
     return static_cast<size_t>(hits_[taken_] - scope.text);
   }
 
-  // Positions searched at once: what fits in the nearer caches.
-  static constexpr size_t kWindow = size_t{128} * 1024;
+  // Positions searched at once: what fits in the nearest cache.
+  static constexpr size_t kWindow = size_t{32} * 1024;
 
  private:
   static constexpr size_t kAtOnce = 64;
