@@ -8,10 +8,10 @@ namespace zenfo::host::gui {
 namespace {
 
 constexpr AreaKind kKinds[] = {
-    {"code_comments", "C and C++ comments", code_comments},
-    {"strings", "Strings in quotes", code_strings},
-    {"markup_tags", "HTML and XML tags", markup_tags},
-    {"shell_comments", "Shell comments (#)", shell_comments},
+    {"code_comments", Text::kCodeComments, code_comments},
+    {"strings", Text::kStringsInQuotes, code_strings},
+    {"markup_tags", Text::kMarkupTags, markup_tags},
+    {"shell_comments", Text::kShellComments, shell_comments},
 };
 
 size_t end_of(const Match& match) {

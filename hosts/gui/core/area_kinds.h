@@ -13,13 +13,14 @@
 #include <string_view>
 #include <vector>
 
+#include "gui/core/strings.h"
 #include "shared/text/found_text.h"
 
 namespace zenfo::host::gui {
 
 struct AreaKind {
-  std::string_view name;   // in queries
-  std::string_view label;  // for people
+  std::string_view name;  // in queries
+  Text label;
   // The areas of a text, in order, apart from each other.
   std::vector<Match> (*areas_of)(std::string_view text);
 };

@@ -167,13 +167,4 @@ const Command* find_command(std::string_view name) {
   return nullptr;
 }
 
-const Command* find_command(const Key& key, KeyPlace place) {
-  if (key.code == KeyCode::kNone) return nullptr;
-  for (const Command& row : kCommands) {
-    const bool here = row.place == KeyPlace::kAnywhere || row.place == place;
-    if (here && row.key == key) return &row;
-  }
-  return nullptr;
-}
-
 }  // namespace zenfo::host::gui

@@ -128,7 +128,7 @@ struct Command {
   CommandId id;
   std::string_view name;  // in settings, never changed
   Text label;
-  Key key;
+  Key key;  // unless the user chose another, see key_map.h
   KeyPlace place;
   Menu menu;
   // Whether a line stands before it in its menu.
@@ -141,7 +141,5 @@ std::span<const Command> commands();
 const Command& command(CommandId id);
 // Null for an unknown name.
 const Command* find_command(std::string_view name);
-// Null for a key that means nothing there.
-const Command* find_command(const Key& key, KeyPlace place);
 
 }  // namespace zenfo::host::gui

@@ -79,4 +79,15 @@ std::vector<QueryFault> faults_of(const Query& query) {
   return faults;
 }
 
+std::vector<std::string> notes_on(const Query& query) {
+  std::vector<std::string> notes;
+  const bool english =
+      std::all_of(query.text.begin(), query.text.end(),
+                  [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  if (english) return notes;
+  if (!query.match_case) notes.push_back(plain_text(Text::kCaseOfEnglish));
+  if (query.whole_words) notes.push_back(plain_text(Text::kWordsOfEnglish));
+  return notes;
+}
+
 }  // namespace zenfo::host::gui

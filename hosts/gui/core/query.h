@@ -61,6 +61,10 @@ struct QueryFault {
 // searched".
 std::vector<QueryFault> faults_of(const Query& query);
 
+// What a user should know about a query without faults: the library knows case
+// and words of English letters only.
+std::vector<std::string> notes_on(const Query& query);
+
 // Members with the names above; areas are an object, lists are arrays.
 JsonValue to_json(const Query& query);
 // Missing members get their defaults, unknown ones are ignored. No value, and a

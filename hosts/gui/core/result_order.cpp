@@ -2,11 +2,16 @@
 
 #include <algorithm>
 #include <compare>
+#include <iterator>
 
 #include "shared/system/paths.h"
 
 namespace zenfo::host::gui {
 namespace {
+
+// In the order of ResultColumn.
+constexpr std::string_view kColumnNames[] = {
+    "found", "name", "matches", "folder", "size", "type", "modified", "reason"};
 
 // What a file is sorted by: a number, then a text.
 struct Key {
@@ -46,6 +51,17 @@ std::strong_ordering compare(const Key& a, const Key& b) {
 }
 
 }  // namespace
+
+std::string_view column_name(ResultColumn column) {
+  return kColumnNames[static_cast<size_t>(column)];
+}
+
+ResultColumn column_of(std::string_view name) {
+  const auto found =
+      std::find(std::begin(kColumnNames), std::end(kColumnNames), name);
+  if (found == std::end(kColumnNames)) return ResultColumn::kFound;
+  return static_cast<ResultColumn>(found - std::begin(kColumnNames));
+}
 
 std::string folded(std::string_view text) {
   std::string result = without_case(text);

@@ -24,6 +24,10 @@ enum class ResultColumn {
   kReason
 };
 
+// The name of a column in settings, and back; kFound for an unknown one.
+std::string_view column_name(ResultColumn column);
+ResultColumn column_of(std::string_view name);
+
 struct ResultSort {
   ResultColumn column = ResultColumn::kFound;
   bool descending = false;

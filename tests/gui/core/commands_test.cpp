@@ -36,15 +36,6 @@ TEST(Commands, NoKeyMeansTwoThings) {
   }
 }
 
-TEST(Commands, KeysMeanWhatTheyMeanWhereTheyAre) {
-  const Key copy = key_of("Ctrl+C");
-  EXPECT_EQ(find_command(copy, KeyPlace::kFields), nullptr);
-  EXPECT_EQ(find_command(copy, KeyPlace::kList)->id, CommandId::kCopyPaths);
-  EXPECT_EQ(find_command(key_of("F3"), KeyPlace::kFields)->id,
-            CommandId::kNextMatch);
-  EXPECT_EQ(find_command(Key(), KeyPlace::kList), nullptr);
-}
-
 TEST(Commands, KeysHaveNames) {
   EXPECT_EQ(key_name({}), "");
   EXPECT_EQ(key_name({KeyCode::kCharacter, 'F', true, true, false}),

@@ -71,6 +71,19 @@ TEST(Query, NamesTheFirstFieldFirst) {
   EXPECT_EQ(faults[1].field, QueryField::kFolders);
 }
 
+TEST(Query, NotesTellWhatTheLibraryDoesNotKnow) {
+  Query query = good_query();
+  query.whole_words = true;
+  EXPECT_TRUE(notes_on(query).empty());
+  query.text = "K\xC3\xB6ln";
+  EXPECT_EQ(notes_on(query), std::vector<std::string>(
+                                 {"Case is ignored for the letters A to Z only",
+                                  "Words end at letters other than A to Z"}));
+  query.match_case = true;
+  query.whole_words = false;
+  EXPECT_TRUE(notes_on(query).empty());
+}
+
 // Areas that are not used are no fault.
 TEST(Query, UnusedAreasAreNotChecked) {
   Query query = good_query();

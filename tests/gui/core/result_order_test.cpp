@@ -53,6 +53,15 @@ TEST_F(ResultOrder, SortsByReason) {
   EXPECT_EQ(order, Order({4, 3}));
 }
 
+TEST(ResultColumns, HaveNames) {
+  for (int i = 0; i <= static_cast<int>(ResultColumn::kReason); ++i) {
+    const auto column = static_cast<ResultColumn>(i);
+    EXPECT_EQ(column_of(column_name(column)), column);
+  }
+  EXPECT_EQ(column_name(ResultColumn::kModified), "modified");
+  EXPECT_EQ(column_of("odd"), ResultColumn::kFound);
+}
+
 TEST(PathFilter, LooksForATextWithoutCase) {
   EXPECT_TRUE(PathFilter("").takes("/a"));
   EXPECT_TRUE(PathFilter("SRC").takes("/src/a.c"));
