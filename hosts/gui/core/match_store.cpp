@@ -22,7 +22,8 @@ void MatchStore::append(std::span<const Match> matches) {
 }
 
 size_t MatchStore::bytes() const {
-  size_t bytes = blocks_.capacity() * sizeof blocks_.front() + chosen_.bytes();
+  constexpr size_t kBlockRecord = sizeof(std::vector<Match>);
+  size_t bytes = blocks_.capacity() * kBlockRecord + chosen_.bytes();
   for (const auto& block : blocks_) bytes += block.capacity() * sizeof(Match);
   return bytes;
 }
