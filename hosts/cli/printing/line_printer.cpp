@@ -111,6 +111,11 @@ class LinePrinter::Walk : public LineVisitor {
 
   void context(size_t start, size_t end) override { line(start, end, {}, '-'); }
 
+  // A block of one line.
+  void whole_line(const Block& block) {
+    line(block.start, block.end, block.matches, ':');
+  }
+
   void block(const Block& block) override {
     if (form_.matches_only) {
       for (const Match& match : block.matches) only(match);
@@ -207,7 +212,12 @@ void LinePrinter::print_plain_lines(std::string_view path,
       return;
     }
     any_ = true;
-    walk.block({start, scan.end(), matches.first(count)});
+    const Block block{start, scan.end(), matches.first(count)};
+    if (scan.start() == start) {
+      walk.whole_line(block);
+    } else {
+      walk.block(block);
+    }
     matches = matches.subspan(count);
   }
 }

@@ -68,24 +68,28 @@ inline ByteMarkCount count_marks([[maybe_unused]] std::string_view text,
   constexpr size_t kMostTurns = UINT8_MAX / 4;  // sums of one byte
   const __m128i line_end = _mm_set1_epi8('\n');
   const __m128i zero = _mm_setzero_si128();
-  __m128i zeros = zero;
+  __m128i least = line_end;  // of the bytes in each place
+  const auto add = [&](__m128i bytes, __m128i& sums) {
+    sums = _mm_sub_epi8(sums, _mm_cmpeq_epi8(bytes, line_end));
+    least = _mm_min_epu8(least, bytes);
+  };
   while (end - *at >= kCountStep) {
     const size_t stop =
         *at + std::min((end - *at) / kCountStep, kMostTurns) * kCountStep;
     __m128i sums = zero;
-    for (; *at < stop; *at += kCountStep) {
-      for (size_t i = 0; i < kCountStep; i += kMarkedBytes) {
-        const __m128i bytes = load_bytes(text, *at + i);
-        sums = _mm_sub_epi8(sums, _mm_cmpeq_epi8(bytes, line_end));
-        zeros = _mm_or_si128(zeros, _mm_cmpeq_epi8(bytes, zero));
-      }
+    for (size_t i = *at; i < stop; i += kCountStep) {
+      add(load_bytes(text, i), sums);
+      add(load_bytes(text, i + kMarkedBytes), sums);
+      add(load_bytes(text, i + 2 * kMarkedBytes), sums);
+      add(load_bytes(text, i + 3 * kMarkedBytes), sums);
     }
+    *at = stop;
     alignas(16) uint64_t halves[2];
     _mm_store_si128(reinterpret_cast<__m128i*>(halves),
                     _mm_sad_epu8(sums, zero));
     count.line_ends += halves[0] + halves[1];
   }
-  count.zeros = _mm_movemask_epi8(zeros) != 0;
+  count.zeros = _mm_movemask_epi8(_mm_cmpeq_epi8(least, zero)) != 0;
 #endif
   return count;
 }

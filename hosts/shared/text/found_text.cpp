@@ -20,8 +20,8 @@
 namespace zenfo::host {
 namespace {
 
-// In bytes; counting so many is a call of its own.
-constexpr size_t kFar = 512;
+// In bytes; so many are counted without looking for the last line end.
+constexpr size_t kFar = 2 * kCountStep;
 
 // Of the buffer, in bytes.
 constexpr size_t kLeastCapacity = size_t{256} * 1024;
@@ -222,9 +222,13 @@ size_t end_of_line(std::string_view text, size_t offset) {
 }
 
 size_t start_of_line(std::string_view text, size_t offset) {
-  if (offset == 0) return 0;
-  const size_t end = text.rfind('\n', offset - 1);
-  return end == std::string_view::npos ? 0 : end + 1;
+  text = text.substr(0, offset);
+  for (size_t at = text.size(); at > 0;) {
+    at -= std::min(at, kMarkedBytes);
+    const uint32_t ends = marks_of(text, at).line_ends;
+    if (ends != 0) return at + static_cast<size_t>(std::bit_width(ends));
+  }
+  return 0;
 }
 
 std::string_view without_end(std::string_view line) {
@@ -253,12 +257,14 @@ void LineScan::move_to(size_t offset) {
 // start of the line there.
 void LineScan::count_to(size_t offset) {
   size_t at = end_;
+  ByteMarkCount far;
   if (offset - at >= kFar) {
-    const ByteMarkCount far = count_far(text_, &at, offset);
-    if (far.line_ends > 0) start_ = start_of_line(text_, at);
+    far = count_far(text_, &at, offset);
     number_ += far.line_ends;
     zero_met_ |= far.zeros;
   }
+  const size_t near = at;
+  size_t start = 0;  // behind the last line end from there on
   for (; at < offset; at += kMarkedBytes) {
     const ByteMarks marks = marks_of(text_, at);
     const size_t left = std::min(offset - at, kMarkedBytes);
@@ -266,9 +272,11 @@ void LineScan::count_to(size_t offset) {
     zero_met_ |= (marks.zeros & wanted) != 0;
     uint32_t ends = marks.line_ends & wanted;
     if (ends == 0) continue;
-    start_ = at + static_cast<size_t>(std::bit_width(ends));
+    start = at + static_cast<size_t>(std::bit_width(ends));
     for (; ends != 0; ends &= ends - 1) ++number_;
   }
+  if (start == 0 && far.line_ends > 0) start = start_of_line(text_, near);
+  if (start > 0) start_ = start;
 }
 
 void LineScan::find_end(size_t offset) {

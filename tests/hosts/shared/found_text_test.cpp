@@ -109,6 +109,20 @@ std::string line_at(std::string_view text, size_t offset) {
          (before.find('\0') != std::string_view::npos ? " zero" : "");
 }
 
+TEST(LineScan, FindsTheStartOfALineAtAnyDistance) {
+  for (const size_t length : {0, 1, 15, 16, 17, 31, 33, 70}) {
+    for (size_t line_end = 0; line_end <= length; ++line_end) {
+      std::string text(length, 'x');
+      if (line_end < length) text[line_end] = '\n';
+      for (size_t offset = 0; offset <= length + 1; ++offset) {
+        const bool behind = line_end < length && line_end < offset;
+        EXPECT_EQ(start_of_line(text, offset), behind ? line_end + 1 : 0)
+            << offset << " of " << length << ", line end " << line_end;
+      }
+    }
+  }
+}
+
 TEST(LineScan, AgreesWithASearchFromTheStartForEveryLine) {
   std::minstd_rand random(4711);
   for (const size_t length : {1, 15, 16, 17, 40, 600, 3000, 40000}) {
