@@ -84,7 +84,7 @@ TEST_F(Reading, DoesNotWaitForAPipeInAFilesPlace) {
   host::FileBytes bytes;
   EXPECT_FALSE(bytes.load(pipe));
   EXPECT_FALSE(host::begins_as_binary(pipe));
-  EXPECT_EQ(host::has_zero_byte(pipe), std::nullopt);
+  EXPECT_EQ(host::ZeroBytes().in(pipe), std::nullopt);
   EXPECT_EQ(host::system::why_not_loaded(pipe), "is not an ordinary file");
   EXPECT_EQ(host::system::why_not_loaded(folder_.path()), "is a folder");
 }

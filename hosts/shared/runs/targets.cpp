@@ -88,8 +88,11 @@ void Targets::take(Target target) {
   }
 }
 
-std::string Targets::why_not_taken(const Target& target) const {
-  const bool read_only = is_read_only(target.path, target.before);
+std::string Targets::why_not_taken(const Target& target) {
+  // A file that can be opened for writing need not be asked for its rights.
+  const bool writable =
+      !target.before.read_only && why_not_written(target.path).empty();
+  const bool read_only = !writable && is_read_only(target.path, target.before);
   if (read_only && !plan_.read_only) return "read-only";
   if (!plan_.no_backup &&
       target.path.find_first_of("\t\r\n") != std::string::npos) {
@@ -98,14 +101,14 @@ std::string Targets::why_not_taken(const Target& target) const {
   std::string reason = why_not_text(target.path);
   if (!reason.empty()) return reason;
   // A single file that cannot be written would end the run.
-  return read_only ? "" : why_not_written(target.path);
+  return read_only || writable ? "" : why_not_written(target.path);
 }
 
 // Except for changes of case, the library drops what follows the first zero
 // byte of a file that it rewrites.
-std::string Targets::why_not_text(const std::string& path) const {
+std::string Targets::why_not_text(const std::string& path) {
   if (plan_.binary && !plan_.cuts_at_zero_byte) return "";
-  const std::optional<bool> zero = has_zero_byte(path);
+  const std::optional<bool> zero = zero_bytes_.in(path);
   if (!zero) return system::why_not_loaded(path, "cannot be read");
   if (!*zero) return "";
   return plan_.binary ? "what follows its first zero byte would be lost"

@@ -14,6 +14,7 @@
 #include "shared/session/search.h"
 #include "shared/session/session.h"
 #include "shared/system/file_state.h"
+#include "shared/text/binary.h"
 
 namespace zenfo::host {
 
@@ -42,14 +43,15 @@ class Targets {
   Session::Answer leave_unchanged(const FileList& files);
   void take_found(const FileList& files);
   void take(Target target);
-  std::string why_not_taken(const Target& target) const;
-  std::string why_not_text(const std::string& path) const;
+  std::string why_not_taken(const Target& target);
+  std::string why_not_text(const std::string& path);
   void name_rejected(const FileList& files);
 
   Session& session_;
   const ChangePlan& plan_;
   Skipped& skipped_;
   std::vector<Target> targets_;
+  ZeroBytes zero_bytes_;
   std::unordered_set<std::string> identities_;
   std::unordered_set<std::string> named_;  // named by the user
   uint64_t links_ = 0;   // found in a folder; they may lead anywhere

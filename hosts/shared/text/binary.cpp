@@ -23,16 +23,26 @@ bool begins_as_binary(const std::string& path) {
   return first_zero_byte({block.data(), size}) < size;
 }
 
-std::optional<bool> has_zero_byte(const std::string& path) {
-  const InputStream file = open_unbuffered(path);
-  if (file == nullptr) return std::nullopt;
-  std::vector<char> block(8 * kFirstBlock);
-  for (;;) {
-    const size_t size = std::fread(block.data(), 1, block.size(), file.get());
-    if (first_zero_byte({block.data(), size}) < size) return true;
-    if (std::ferror(file.get()) != 0) return std::nullopt;
-    if (size < block.size()) return false;
+// A file of known size is read to its end without asking once more.
+std::optional<bool> ZeroBytes::in(const std::string& path) {
+  constexpr size_t kBlock = 8 * kFirstBlock;
+  if (!reader_.open(path)) return std::nullopt;
+  if (block_ == nullptr) block_.reset(new char[kBlock]);
+  std::optional<bool> found;
+  uint64_t read = 0;
+  while (!found) {
+    const std::optional<size_t> size = reader_.read(block_.get(), kBlock);
+    if (!size) break;
+    read += *size;
+    const bool ends = *size == 0 || read == reader_.size();
+    if (first_zero_byte({block_.get(), *size}) < *size) {
+      found = true;
+    } else if (ends) {
+      found = false;
+    }
   }
+  reader_.close();
+  return found;
 }
 
 }  // namespace zenfo::host

@@ -7,9 +7,12 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "shared/system/file_reader.h"
 
 namespace zenfo::host {
 
@@ -20,8 +23,17 @@ inline constexpr size_t kFirstBlock = 32 * 1024;
 size_t first_zero_byte(std::string_view text);
 // Reads no more than the first block. False for a file that cannot be read.
 bool begins_as_binary(const std::string& path);
-// Reads the file up to its first zero byte, in pieces. No value for a file that
-// cannot be read.
-std::optional<bool> has_zero_byte(const std::string& path);
+
+// Looks for zero bytes in many files, one after the other.
+class ZeroBytes {
+ public:
+  // Reads the file up to its first zero byte, in pieces. No value for a file
+  // that cannot be read.
+  std::optional<bool> in(const std::string& path);
+
+ private:
+  FileReader reader_;
+  std::unique_ptr<char[]> block_;  // made for the first file
+};
 
 }  // namespace zenfo::host

@@ -36,16 +36,21 @@ TEST(BeginsAsBinary, LooksAtTheFirstBlock) {
   EXPECT_FALSE(begins_as_binary(folder.path("none")));
 }
 
-TEST(HasZeroByte, LooksAtTheWholeFile) {
+TEST(ZeroBytes, LookAtTheWholeFile) {
   const TempFolder folder;
+  ZeroBytes zero_bytes;
   for (const size_t offset : {size_t{0}, kFirstBlock, 8 * kFirstBlock - 1,
                               8 * kFirstBlock, 9 * kFirstBlock}) {
-    EXPECT_EQ(has_zero_byte(folder.file("a", zero_at(offset))), true) << offset;
+    const std::string file = folder.file("a", zero_at(offset));
+    EXPECT_EQ(zero_bytes.in(file), true) << offset;
   }
-  EXPECT_EQ(has_zero_byte(folder.file("a", std::string(300'000, '\x01'))),
-            false);
-  EXPECT_EQ(has_zero_byte(folder.file("a", "")), false);
-  EXPECT_EQ(has_zero_byte(folder.path("none")), std::nullopt);
+  // Nothing of the files before counts, nor of one that cannot be read.
+  EXPECT_EQ(zero_bytes.in(folder.path("none")), std::nullopt);
+  for (const size_t size : {size_t{0}, size_t{1}, 8 * kFirstBlock,
+                            8 * kFirstBlock + 1, 16 * kFirstBlock}) {
+    const std::string file = folder.file("a", std::string(size, '\x01'));
+    EXPECT_EQ(zero_bytes.in(file), false) << size;
+  }
 }
 
 }  // namespace

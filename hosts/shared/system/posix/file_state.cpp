@@ -48,25 +48,26 @@ std::string complete_path(const std::string& path) {
   return narrow(std::filesystem::absolute(to_path(path)));
 }
 
-// Remembers the last folder it resolved, because files mostly come folder by
-// folder.
+// Remembers the last folder it resolved, as it was given, because files mostly
+// come folder by folder. The program never changes its current folder.
 std::string resolved_path(const std::string& path, bool is_link) {
   static std::string last_folder, last_resolved;
   namespace fs = std::filesystem;
   std::error_code error;
-  const fs::path whole = to_path(complete_path(path));
   if (is_link) {
+    const fs::path whole = to_path(complete_path(path));
     const fs::path target = fs::canonical(whole, error);
     return error ? narrow(whole) : narrow(target);
   }
-  const std::string folder = narrow(whole.parent_path());
-  if (last_folder.empty() || folder != last_folder) {
+  const size_t name = path.rfind('/') + 1;  // 0 when there is no folder
+  if (last_resolved.empty() || path.compare(0, name, last_folder) != 0) {
+    const fs::path whole = to_path(complete_path(path));
     const fs::path target = fs::canonical(whole.parent_path(), error);
     if (error) return narrow(whole);
-    last_folder = folder;
+    last_folder = path.substr(0, name);
     last_resolved = narrow(target);
   }
-  return narrow(to_path(last_resolved) / whole.filename());
+  return narrow(to_path(last_resolved) / to_path(path.substr(name)));
 }
 
 std::string why_not_written(const std::string& path) {
