@@ -68,25 +68,55 @@ class MarkMover {
   size_t end_ = 0;
 };
 
-}  // namespace
-
-ShownText shown_text(std::string_view bytes, const std::vector<Mark>& marks,
-                     const CodePage& page) {
+// Calls visit(offset, length in bytes, code) for each character; a byte that
+// has none is '.'.
+template <class Visit>
+void each_character(std::string_view bytes, const CodePage& page, Visit visit) {
   const bool utf8 = is_utf8(bytes);
-  MarkMover mover(marks, bytes.size());
-  ShownText result;
-  result.text.reserve(bytes.size());
   for (size_t at = 0; at < bytes.size();) {
     Character character{page.at(bytes[at]), 1, true};
     if (utf8) character = first_character(bytes.substr(at));
     const bool any = bytes[at] == '\0' || character.code != 0;
-    const size_t unit = result.text.size();
-    append_utf16(result.text, any ? shown(character.code) : U'.');
-    mover.pass(at, at + character.length, unit, result.text.size());
+    visit(at, character.length, any ? character.code : U'.');
     at += character.length;
   }
+}
+
+}  // namespace
+
+ShownText shown_text(std::string_view bytes, const std::vector<Mark>& marks,
+                     const CodePage& page) {
+  MarkMover mover(marks, bytes.size());
+  ShownText result;
+  result.text.reserve(bytes.size());
+  each_character(bytes, page, [&](size_t at, size_t length, char32_t code) {
+    const size_t unit = result.text.size();
+    append_utf16(result.text, shown(code));
+    mover.pass(at, at + length, unit, result.text.size());
+  });
   result.marks = mover.take();
   return result;
+}
+
+std::vector<uint32_t> bytes_of_units(std::string_view bytes,
+                                     const CodePage& page) {
+  std::vector<uint32_t> places;
+  places.reserve(bytes.size() + 1);
+  each_character(bytes, page, [&](size_t at, size_t, char32_t code) {
+    const size_t units = code > 0xFFFF ? 2 : 1;
+    places.insert(places.end(), units, static_cast<uint32_t>(at));
+  });
+  places.push_back(static_cast<uint32_t>(bytes.size()));
+  return places;
+}
+
+std::u16string plain_text_of(std::string_view bytes, const CodePage& page) {
+  std::u16string text;
+  text.reserve(bytes.size());
+  each_character(bytes, page, [&](size_t, size_t, char32_t code) {
+    append_utf16(text, code == 0 ? kPictures : code);
+  });
+  return text;
 }
 
 }  // namespace zenfo::host::gui

@@ -36,5 +36,12 @@ struct ShownText {
 // are cut. A mark that begins or ends inside a character covers all of it.
 ShownText shown_text(std::string_view bytes, const std::vector<Mark>& marks,
                      const CodePage& page);
+// For each unit of that text where the bytes of its character begin, and at the
+// end how many bytes there are.
+std::vector<uint32_t> bytes_of_units(std::string_view bytes,
+                                     const CodePage& page);
+// The text as it is, for other programs: control characters stay what they are,
+// except for a zero byte, which would end the text there.
+std::u16string plain_text_of(std::string_view bytes, const CodePage& page);
 
 }  // namespace zenfo::host::gui

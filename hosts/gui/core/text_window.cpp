@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "gui/core/unicode.h"
 #include "shared/system/file_state.h"
 #include "shared/system/system.h"
 
@@ -51,39 +52,50 @@ bool TextWindow::has_changed() const {
   return !facts || facts->size != size_ || facts->modified != modified_;
 }
 
-// A line cannot be cut inside a character or between CR and LF: the pieces are
-// shown one below the other, so that only their bytes count here.
-bool TextWindow::is_row_start(uint64_t offset) {
-  if (offset == 0) return true;
-  if (file_.read(offset - 1, 1) == "\n") return true;
-  if (offset % kPiece != 0) return false;
-  return file_.read(offset - kPiece, kPiece).find('\n') ==
-         std::string_view::npos;
+bool TextWindow::begins_line(uint64_t offset) {
+  return offset == 0 || file_.read(offset - 1, 1) == "\n";
+}
+
+// Where a line is cut at a multiple of kPiece, which is not 0; 0 if it is not.
+uint64_t TextWindow::cut_near(uint64_t piece) {
+  constexpr uint64_t kMost = 3;  // bytes of a character behind its first
+  if (file_.read(piece - kPiece, kPiece).find('\n') != std::string_view::npos) {
+    return 0;
+  }
+  const std::string_view near = file_.read(piece - kMost, 2 * kMost);
+  const uint64_t cut = piece - kMost + whole_from(near, kMost);
+  return cut < now_ ? cut : 0;
 }
 
 // The start of the row that contains the offset: after the nearest line end, or
-// at a multiple of kPiece.
+// at a cut.
 uint64_t TextWindow::start_of(uint64_t offset) {
   const uint64_t piece = offset / kPiece * kPiece;
   const std::string_view before =
       file_.read(piece, static_cast<size_t>(offset - piece));
   const size_t line_end = before.rfind('\n');
   if (line_end != std::string_view::npos) return piece + line_end + 1;
-  if (is_row_start(piece)) return piece;
+  if (begins_line(piece)) return piece;
+  const uint64_t cut = cut_near(piece);
+  if (cut != 0 && cut <= offset) return cut;
+  if (cut != 0) return start_of(piece - 1);
   const std::string_view earlier = file_.read(piece - kPiece, kPiece);
-  return piece - kPiece + earlier.rfind('\n') + 1;
+  const size_t earlier_end = earlier.rfind('\n');
+  if (earlier_end == std::string_view::npos) return start_of(piece - 1);
+  return piece - kPiece + earlier_end + 1;
 }
 
 // Where the next row begins; the end of the file for the last one.
 uint64_t TextWindow::end_of(uint64_t start) {
-  // A piece ends within twice kPiece.
+  // A piece is cut within twice kPiece.
   const std::string_view after = file_.read(start, 2 * kPiece);
   const size_t line_end = after.find('\n');
   uint64_t end = std::min<uint64_t>(start + after.size(), now_);
   if (line_end != std::string_view::npos) end = start + line_end + 1;
   const uint64_t first = (start / kPiece + 1) * kPiece;
   for (uint64_t piece = first; piece < end; piece += kPiece) {
-    if (is_row_start(piece)) return piece;
+    if (begins_line(piece)) return piece;
+    if (const uint64_t cut = cut_near(piece); cut != 0) return cut;
   }
   return end;
 }
@@ -126,7 +138,7 @@ TextRow TextWindow::row_at(uint64_t start) {
   TextRow row;
   row.offset = start;
   row.end = end_of(start);
-  row.begins_line = start == 0 || file_.read(start - 1, 1) == "\n";
+  row.begins_line = begins_line(start);
   row.bytes = file_.read(start, static_cast<size_t>(row.end - start));
   if (row.bytes.ends_with('\n')) {
     row.bytes.pop_back();

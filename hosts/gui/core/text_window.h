@@ -3,7 +3,8 @@
 //
 // A row is a line, or a piece of a very long one: a line is cut where the
 // file's offset is a multiple of kPiece and no line begins in the kPiece bytes
-// before. So a row's place depends only on what is near it.
+// before, or up to three bytes later, so that no UTF-8 character is cut. So a
+// row's place depends only on what is near it.
 //
 // Tested by tests/gui/core/text_window_test.cpp
 #pragma once
@@ -63,7 +64,8 @@ class TextWindow {
  private:
   class Opened;
 
-  bool is_row_start(uint64_t offset);
+  bool begins_line(uint64_t offset);
+  uint64_t cut_near(uint64_t piece);
   uint64_t start_of(uint64_t offset);
   uint64_t end_of(uint64_t start);
   TextRow row_at(uint64_t start);

@@ -49,5 +49,21 @@ TEST(ShownText, EmptyMarksStayEmpty) {
   EXPECT_EQ(shown("abc", {{0, 0, 0}}).marks, std::vector<Mark>({{0, 0, 0}}));
 }
 
+TEST(BytesOfUnits, SaysWhereCharactersBegin) {
+  const CodePage& page = CodePage::western();
+  using Places = std::vector<uint32_t>;
+  EXPECT_EQ(bytes_of_units("", page), Places({0}));
+  EXPECT_EQ(bytes_of_units("a\xC3\xA9z", page), Places({0, 1, 3, 4}));
+  EXPECT_EQ(bytes_of_units("\xF0\x9F\x98\x80!", page), Places({0, 0, 4, 5}));
+  EXPECT_EQ(bytes_of_units("\xE9\x80", page), Places({0, 1, 2}));
+}
+
+TEST(PlainText, KeepsControlCharactersButNoZeroByte) {
+  const CodePage& page = CodePage::western();
+  EXPECT_EQ(plain_text_of(std::string("\x01\t\0\x7F", 4), page),
+            u"\x01\t\u2400\x7F");
+  EXPECT_EQ(plain_text_of("\xE9\x81", page), u"\u00E9.");
+}
+
 }  // namespace
 }  // namespace zenfo::host::gui

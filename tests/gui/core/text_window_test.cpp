@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "shared/text/json_text.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::host::gui {
@@ -129,6 +130,43 @@ TEST_F(Window, PiecesOfALongLineHaveItsNumber) {
   EXPECT_EQ(rows[2].number, 2u);
   EXPECT_FALSE(rows[2].begins_line);
   EXPECT_EQ(rows[3].number, 3u);
+}
+
+// All pieces of a long line are UTF-8 if the line is.
+TEST_F(Window, NoCharacterIsCut) {
+  const std::string characters[] = {"\xC3\xA9", "\xE2\x82\xAC",
+                                    "\xF0\x9F\x98\x80"};
+  for (size_t shift = 0; shift < 5; ++shift) {
+    std::string text(shift, 'x');
+    for (int i = 0; i < 9000; ++i) text += characters[i / 7 % 3];
+    for (int tail = 0; tail < 2; ++tail) {
+      open(text);
+      const std::vector<TextRow> rows = window_.rows_from(0, 100);
+      ASSERT_GT(rows.size(), 3u);
+      uint64_t end = 0;
+      for (const TextRow& row : rows) {
+        ASSERT_EQ(row.offset, end);
+        end = row.end;
+        EXPECT_TRUE(is_utf8(row.bytes)) << shift << " at " << row.offset;
+        for (uint64_t at = row.offset; at < row.offset + 4; ++at) {
+          EXPECT_EQ(window_.row_start(at), row.offset);
+        }
+        EXPECT_EQ(window_.row_start(row.end - 1), row.offset);
+      }
+      EXPECT_EQ(end, text.size());
+      text += "\n";
+    }
+  }
+}
+
+TEST_F(Window, ALineThatEndsInsideOfACharacterNearACut) {
+  const std::string text =
+      std::string(TextWindow::kPiece - 1, 'x') + "\xC3\xA9";
+  open(text);
+  const std::vector<TextRow> rows = window_.rows_from(0, 9);
+  ASSERT_EQ(rows.size(), 1u);
+  EXPECT_EQ(rows[0].bytes, text);
+  EXPECT_EQ(window_.row_start(text.size()), 0u);
 }
 
 TEST_F(Window, SaysWhyAFileCannotBeShown) {
