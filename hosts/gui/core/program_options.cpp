@@ -19,6 +19,7 @@ const HelpTexts kHelpTexts = {
 struct Given {
   ProgramOptions options;
   bool ignore_case = false;
+  bool subfolders = false;
   bool no_subfolders = false;
   bool search_binary = false;
   std::optional<std::string> text;
@@ -63,6 +64,9 @@ void declare(CommandLine& line, Given& given) {
               "Search only files with such names, as '*.c'");
   line.values("--exclude", query.exclude_names, "GLOB",
               "Skip files and folders with such names");
+  line.values("--exclude-dir", query.exclude_names, "GLOB", "The same");
+  line.flag("-r,--recursive", given.subfolders,
+            "Search subfolders (the default)");
   line.flag("--no-subfolders", given.no_subfolders, "Do not search subfolders");
   line.flag("--binary", given.search_binary, "Search binary files too");
   line.heading("Options");
@@ -73,8 +77,8 @@ void declare(CommandLine& line, Given& given) {
   line.arguments(query.folders);
 }
 
-// The areas of at most one of the options.
-void settle_areas(const CommandLine& line, const Given& given, Query& query) {
+// Areas come from at most one of the options.
+void settle_fields(const CommandLine& line, const Given& given, Query& query) {
   AreaChoice& areas = query.areas;
   int count = 0;
   const auto take = [&](const std::string& value, AreaUse use,
@@ -95,6 +99,8 @@ void settle_areas(const CommandLine& line, const Given& given, Query& query) {
       {count > 1, "--outside, --inside", "only one kind of areas can be given"},
       {marked && areas.pattern.empty(), "--area-start, --area-end",
        "need --outside or --inside"},
+      {given.subfolders && given.no_subfolders, "--no-subfolders",
+       "cannot be combined with --recursive"},
   });
   if (!areas.kind.empty() && find_area_kind(areas.kind) == nullptr) {
     throw line.wrong(areas.kind, "no such kind; there are " + kind_names());
@@ -108,7 +114,7 @@ void settle(const CommandLine& line, Given& given) {
   query.text = given.find;
   query.subfolders = !given.no_subfolders;
   if (given.search_binary) query.binary = BinaryFiles::kSearch;
-  settle_areas(line, given, query);
+  settle_fields(line, given, query);
   given.options.has_query = begins_query(query) || given.ignore_case;
   given.options.has_text = !given.find.empty();
   // As on the command line: case counts unless it is ignored.

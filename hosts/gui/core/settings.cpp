@@ -191,8 +191,7 @@ JsonValue to_json(const Settings& settings) {
   for (const auto& [name, columns] : settings.columns) {
     json["columns"][name] = columns_json(columns);
   }
-  // Members that an older version of a query has not stay out: a query is
-  // whole.
+  // A query is replaced as a whole, with what this version does not know of it.
   json["last_query"] = to_json(settings.last_query);
   settings.history.write(json["history"]);
   return json;

@@ -57,6 +57,14 @@ TEST(ProgramOptions, SetAllOfAQuery) {
               options.new_window);
 }
 
+TEST(ProgramOptions, TakeOptionsOfTheCommandLineThatAreTheDefault) {
+  const Query query = read({"-r", "--exclude-dir", "build", "src"}).query;
+  EXPECT_TRUE(query.subfolders);
+  EXPECT_EQ(query.exclude_names, Words({"build"}));
+  EXPECT_TRUE(reason_for({"-r", "--no-subfolders"})
+                  .starts_with("--no-subfolders: cannot be combined"));
+}
+
 TEST(ProgramOptions, CaseCountsAsOnTheCommandLine) {
   EXPECT_TRUE(read({"--find", "a"}).query.match_case);
   EXPECT_FALSE(read({"--find", "a", "-i"}).query.match_case);
