@@ -84,6 +84,12 @@ TEST_F(Window, RowsAreTheSameFromAnywhere) {
       ASSERT_EQ(rows[i].offset, joined.size());
       ASSERT_EQ(rows[i].begins_line, joined.empty() || joined.back() == '\n');
       ASSERT_LE(rows[i].bytes.size(), 2 * TextWindow::kPiece);
+      // Only long lines are cut, and not near their starts.
+      if (!rows[i].begins_line) {
+        ASSERT_EQ(rows[i].offset % TextWindow::kPiece, 0u);
+        const size_t line_end = joined.rfind('\n');
+        ASSERT_GE(joined.size() - line_end - 1, TextWindow::kPiece);
+      }
       joined += text.substr(rows[i].offset, rows[i].end - rows[i].offset);
     }
     ASSERT_EQ(joined, text);
