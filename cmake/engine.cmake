@@ -14,6 +14,12 @@ file(GLOB zenfo_sources CONFIGURE_DEPENDS
      ${PROJECT_SOURCE_DIR}/src/platform/${zenfo_platform}/*.cpp)
 list(FILTER zenfo_sources EXCLUDE REGEX "/src/operations/")
 
+# The same loops, once for each set of vectors.
+set_source_files_properties(
+    ${PROJECT_SOURCE_DIR}/src/text/substring_avx2.cpp
+    ${PROJECT_SOURCE_DIR}/src/text/substring_sse2.cpp
+    PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+
 add_library(zenfo_engine STATIC ${zenfo_sources})
 target_include_directories(zenfo_engine PUBLIC ${PROJECT_SOURCE_DIR}/src
                                                ${PROJECT_SOURCE_DIR}/include)

@@ -12,7 +12,7 @@
 namespace zenfo::host::cli {
 namespace {
 
-const HelpTexts kHelpTexts = {
+const HelpTexts kCaseHelp = {
     "zenfo case --upper|--lower [OPTIONS] TEXT PATH...",
     "Changes the letters A to Z in every occurrence of TEXT to upper or lower\n"
     "case. With -i or --pattern one TEXT can match many forms. Everything\n"
@@ -32,7 +32,7 @@ struct CaseOptions {
 
 // False when the user only asked for help.
 bool parse(const Arguments& arguments, CaseOptions& options, Output& output) {
-  CommandLine line("case", kHelpTexts);
+  CommandLine line("case", kCaseHelp);
   ChangeOptions& change = options.change;
   AreaTexts areas;
   change.command = shell_command("case", arguments);

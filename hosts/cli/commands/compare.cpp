@@ -23,7 +23,7 @@
 namespace zenfo::host::cli {
 namespace {
 
-const HelpTexts kHelpTexts = {
+const HelpTexts kCompareHelp = {
     "zenfo compare [OPTIONS] A B",
     "Compares two lists of files by a key and shows the files that both hold:\n"
     "those of A after '< ', then those of B after '> '. With --differ it\n"
@@ -74,7 +74,7 @@ void check_sides(const CommandLine& line, CompareOptions& options,
 // False when the user only asked for help.
 bool parse(const Arguments& arguments, CompareOptions& options,
            Output& output) {
-  CommandLine line("compare", kHelpTexts);
+  CommandLine line("compare", kCompareHelp);
   std::vector<std::string> paths;
   std::string key;
   line.arguments(paths);
@@ -127,9 +127,9 @@ struct Side {
 constexpr Side kSideA = {ZENFO_LIST_PAIRS, "A", '<'};
 constexpr Side kSideB = {ZENFO_LIST_RUN_FILES, "B", '>'};
 
-class Writer {
+class SideWriter {
  public:
-  Writer(Session& session, const ResultForm& form, Output& output)
+  SideWriter(Session& session, const ResultForm& form, Output& output)
       : session_(session), form_(form), output_(output) {}
 
   void write(const Side& side, const FileList& files) {
@@ -179,7 +179,7 @@ int run_compare(const Arguments& arguments) {
   const FileList b = load_side(session, options, options.sides[1], facts);
   if (nothing_to_compare(session)) return kError;
   session.compare(options.key->option, !options.differ);
-  Writer writer(session, options.form, output);
+  SideWriter writer(session, options.form, output);
   writer.write(kSideA, a);
   writer.write(kSideB, b);
   session.complain_about_errors();

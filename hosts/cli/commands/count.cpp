@@ -27,7 +27,7 @@
 namespace zenfo::host::cli {
 namespace {
 
-const HelpTexts kHelpTexts = {
+const HelpTexts kCountHelp = {
     "zenfo count [OPTIONS] FILE...",
     "Counts the bytes, words and lines of files, and the totals.\n"
     "\n"
@@ -78,7 +78,7 @@ struct Counted {
 
 // False when the user only asked for help.
 bool parse(const Arguments& arguments, CountOptions& options, Output& output) {
-  CommandLine line("count", kHelpTexts);
+  CommandLine line("count", kCountHelp);
   options.choice.folders_need_subfolders = true;
   options.choice.takes_streams = true;
   line.arguments(options.files);

@@ -27,7 +27,7 @@
 namespace zenfo::host::cli {
 namespace {
 
-const HelpTexts kHelpTexts = {
+const HelpTexts kDupsHelp = {
     "zenfo dups [OPTIONS] [PATH...]",
     "Lists files that are the same by a key, in groups with an empty line\n"
     "between. The contents are not compared.\n"
@@ -60,7 +60,7 @@ struct DupsOptions {
 
 // False when the user only asked for help.
 bool parse(const Arguments& arguments, DupsOptions& options, Output& output) {
-  CommandLine line("dups", kHelpTexts);
+  CommandLine line("dups", kDupsHelp);
   std::string keys = "all";
   line.arguments(options.paths);
   line.text("--by", keys, "KEYS",
@@ -150,9 +150,9 @@ std::string json_group(const Group& paths) {
   return group + "]}";
 }
 
-class Writer {
+class GroupWriter {
  public:
-  Writer(const ResultForm& form, Output& output)
+  GroupWriter(const ResultForm& form, Output& output)
       : form_(form), output_(output) {}
 
   void write(const Group& paths) {
@@ -190,7 +190,7 @@ int run_dups(const Arguments& arguments) {
   leave_out_incomplete(session, ZENFO_LIST_RUN_FILES, files);
   Groups groups(session);
   for (const Key* key : options.keys) groups.divide_by(*key);
-  Writer writer(options.form, output);
+  GroupWriter writer(options.form, output);
   bool found = false;
   for (Group& group : groups.take()) {
     if (system::stop_status() != 0) throw Stopped{};

@@ -23,7 +23,7 @@
 namespace zenfo::host::cli {
 namespace {
 
-const HelpTexts kHelpTexts = {
+const HelpTexts kFilesHelp = {
     "zenfo files [OPTIONS] [PATH...]",
     "Lists files and their facts.\n"
     "\n"
@@ -66,7 +66,7 @@ struct FilesOptions {
 };
 
 // Options that can only be checked when all are known.
-struct Given {
+struct GivenColumns {
   std::string columns = "path";
   std::string sort;
   std::string separator;
@@ -84,7 +84,7 @@ std::vector<const Column*> parse_columns(const CommandLine& line,
   return columns;
 }
 
-void declare(CommandLine& line, FilesOptions& options, Given& given) {
+void declare(CommandLine& line, FilesOptions& options, GivenColumns& given) {
   line.arguments(options.paths);
   add_choice_options(line, options.choice);
   add_list_option(line, options.choice);
@@ -104,7 +104,7 @@ void declare(CommandLine& line, FilesOptions& options, Given& given) {
 }
 
 void check_export(const CommandLine& line, const FilesOptions& options,
-                  const Given& given) {
+                  const GivenColumns& given) {
   if (options.export_to.empty()) {
     if (given.separator.empty()) return;
     throw line.wrong("--separator", "needs --export");
@@ -117,8 +117,8 @@ void check_export(const CommandLine& line, const FilesOptions& options,
 
 // False when the user only asked for help.
 bool parse(const Arguments& arguments, FilesOptions& options, Output& output) {
-  CommandLine line("files", kHelpTexts);
-  Given given;
+  CommandLine line("files", kFilesHelp);
+  GivenColumns given;
   declare(line, options, given);
   if (!line.parse(arguments, output)) return false;
   check_form(line, options.form);

@@ -20,7 +20,7 @@
 namespace zenfo::host::cli {
 namespace {
 
-const HelpTexts kHelpTexts = {
+const HelpTexts kReplaceHelp = {
     "zenfo replace [OPTIONS] TEXT REPLACEMENT PATH...\n"
     "       zenfo replace [OPTIONS] --between FIRST SECOND REPLACEMENT "
     "PATH...\n"
@@ -210,7 +210,7 @@ Stays which_stay(const ReplaceOptions& options) {
 // False when the user only asked for help.
 bool parse(const Arguments& arguments, ReplaceOptions& options,
            Output& output) {
-  CommandLine line("replace", kHelpTexts);
+  CommandLine line("replace", kReplaceHelp);
   ChangeOptions& change = options.change;
   AreaTexts areas;
   change.command = shell_command("replace", arguments);

@@ -27,7 +27,7 @@
 namespace zenfo::host::cli {
 namespace {
 
-const HelpTexts kHelpTexts = {
+const HelpTexts kUndoHelp = {
     "zenfo undo [OPTIONS] [RUN] [FILE...]\n"
     "       zenfo undo --list\n"
     "       zenfo undo --forget RUN",
@@ -53,7 +53,7 @@ struct UndoOptions {
 };
 
 bool parse(const Arguments& arguments, UndoOptions& options, Output& output) {
-  CommandLine line("undo", kHelpTexts);
+  CommandLine line("undo", kUndoHelp);
   line.arguments(options.arguments);
   line.flag("-l,--list", options.list,
             "List the runs that can be undone, the oldest first:\n"

@@ -17,7 +17,7 @@
 namespace zenfo::host::cli {
 namespace {
 
-const HelpTexts kHelpTexts = {
+const HelpTexts kFindHelp = {
     "zenfo find [OPTIONS] TEXT [PATH...]\n"
     "       zenfo find [OPTIONS] -e TEXT [-e TEXT]... [-f FILE] [PATH...]\n"
     "       zenfo find [OPTIONS] --between FIRST SECOND [PATH...]",
@@ -359,7 +359,7 @@ void settle_input(const CommandLine& line, FindOptions& options) {
 
 bool parse_find(const Arguments& arguments, FindOptions& options,
                 Output& output) {
-  CommandLine line("find", kHelpTexts, "--help");
+  CommandLine line("find", kFindHelp, "--help");
   Given given;
   line.argument(given.first);
   line.arguments(options.paths);

@@ -10,10 +10,6 @@ namespace {
 
 constexpr size_t kNoRow = static_cast<size_t>(-1);
 
-size_t end_of(const Match& match) {
-  return size_t{match.offset} + match.length;
-}
-
 // Whether a byte belongs to one of the matches.
 bool is_marked(size_t position, std::span<const Match> matches) {
   return std::any_of(matches.begin(), matches.end(), [&](const Match& match) {

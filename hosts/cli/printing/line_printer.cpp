@@ -16,10 +16,6 @@ std::string_view part(std::string_view text, size_t start, size_t end) {
   return text.substr(start, end - start);
 }
 
-size_t end_of(const Match& match) {
-  return size_t{match.offset} + match.length;
-}
-
 // Where the output of lines stops: at the line with the first zero byte, or at
 // the start of the text if the first block contains one.
 size_t end_of_shown(std::string_view text) {

@@ -27,11 +27,6 @@ bool has_wildcard(std::string_view text) {
   return text.find_first_of("*?") != std::string_view::npos;
 }
 
-// ";" and "|" end a path in a search specification.
-bool is_sayable(std::string_view path) {
-  return path.find_first_of(";|") == std::string_view::npos;
-}
-
 // Why a line of a list file is left out; empty when it is not.
 std::string why_left_out(Session& session, uint32_t index,
                          const std::string& path) {

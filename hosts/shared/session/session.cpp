@@ -33,10 +33,6 @@ constexpr size_t kTextRoom = 64 * 1024;
 constexpr int32_t kAdd = 1;
 constexpr int32_t kSkipAll = 2;
 
-bool is_sayable(std::string_view path) {
-  return path.find_first_of(";|") == std::string_view::npos;
-}
-
 // Without the file, messages lack the library's own explanation, but the work
 // can continue.
 std::string make_error_file() {
@@ -48,6 +44,10 @@ std::string make_error_file() {
 }
 
 }  // namespace
+
+bool is_sayable(std::string_view path) {
+  return path.find_first_of(";|") == std::string_view::npos;
+}
 
 Session* Session::current_ = nullptr;
 

@@ -48,6 +48,9 @@ struct SizeTotal {
   std::string long_text;   // "1.50 KB (1536 Bytes)"
 };
 
+// Whether a search specification can name the path: ";" and "|" end one there.
+bool is_sayable(std::string_view path);
+
 // Only one session can exist at a time, because the library has one state per
 // process. All calls throw Stopped when the user stopped them and Failure when
 // they failed.

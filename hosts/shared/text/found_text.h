@@ -26,6 +26,10 @@ struct Match {
   bool operator==(const Match&) const = default;
 };
 
+inline size_t end_of(const Match& match) {
+  return size_t{match.offset} + match.length;
+}
+
 // Sorts the matches of several texts by offset, longer ones first. Equal
 // matches are merged; others may overlap.
 void unite(std::vector<Match>& matches);

@@ -40,7 +40,7 @@ bool holds(const Sequence& sequence, std::string_view bytes) {
 }
 
 // The length of the non-ASCII character at the start; 0 if there is none.
-size_t character_length(std::string_view bytes) {
+size_t sequence_length(std::string_view bytes) {
   for (const Sequence& sequence : kSequences) {
     if (holds(sequence, bytes)) return sequence.length;
   }
@@ -97,7 +97,7 @@ bool is_utf8(std::string_view bytes) {
     });
     if (other == bytes.end()) return true;
     bytes.remove_prefix(static_cast<size_t>(other - bytes.begin()));
-    const size_t length = character_length(bytes);
+    const size_t length = sequence_length(bytes);
     if (length == 0) return false;
     bytes.remove_prefix(length);
   }

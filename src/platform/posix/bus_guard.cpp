@@ -23,7 +23,7 @@ constexpr size_t kMostRanges = 16;
 std::mutex mutex;  // of all but the handler, which reads the ranges alone
 Range ranges[kMostRanges];
 size_t guarded_ranges = 0;
-uintptr_t page_size = 0;
+uintptr_t page_bytes = 0;
 struct sigaction handler_before;
 volatile sig_atomic_t passing_on = 0;
 
@@ -38,8 +38,8 @@ Range* range_of(uintptr_t address) {
 
 bool put_zeros(uintptr_t address) {
   // NOLINTNEXTLINE(performance-no-int-to-ptr)
-  void* page = reinterpret_cast<void*>(address / page_size * page_size);
-  return mmap(page, page_size, PROT_READ | PROT_WRITE,
+  void* page = reinterpret_cast<void*>(address / page_bytes * page_bytes);
+  return mmap(page, page_bytes, PROT_READ | PROT_WRITE,
               MAP_PRIVATE | MAP_ANONYMOUS | MAP_FIXED, -1, 0) == page;
 }
 
@@ -83,7 +83,7 @@ void on_bus_error(int signal, siginfo_t* info, void* context) {
 
 bool install_handler() {
   passing_on = 0;
-  page_size = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
+  page_bytes = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
   struct sigaction handler = {};
   handler.sa_sigaction = on_bus_error;
   handler.sa_flags = SA_SIGINFO | SA_ONSTACK;

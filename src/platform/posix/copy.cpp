@@ -17,9 +17,7 @@
 namespace zenfo::platform {
 namespace {
 
-constexpr size_t kMostPerCall = size_t{1} << 30;
 constexpr size_t kBlockSize = size_t{64} * 1024;
-constexpr int kOpenFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
 bool same_file(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino;

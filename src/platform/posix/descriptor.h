@@ -4,9 +4,18 @@
 #pragma once
 
 #include <errno.h>
+#include <fcntl.h>
 #include <unistd.h>
 
+#include <cstddef>
+
 namespace zenfo::platform {
+
+// One call of Linux transfers at most 2 GB less one page.
+inline constexpr size_t kMostPerCall = size_t{1} << 30;
+
+// Opening never waits, not for the writer of a pipe either.
+inline constexpr int kOpenFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
 // Owns a descriptor, or none (-1), and closes it.
 class Descriptor {

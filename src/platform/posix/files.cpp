@@ -13,14 +13,12 @@
 #include <limits>
 #include <string_view>
 
+#include "platform/posix/file_times.h"
 #include "platform/posix/nearby_folder.h"
 #include "platform/posix/version.h"
 
 namespace zenfo::platform {
 namespace {
-
-constexpr int64_t kSecondsFrom1601To1970 = 11644473600;
-constexpr uint64_t kStepsPerSecond = 10000000;
 
 uint64_t to_file_time(const struct statx_timestamp& time) {
   constexpr int64_t kLast =

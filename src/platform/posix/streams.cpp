@@ -19,11 +19,6 @@
 namespace zenfo::platform {
 namespace {
 
-// One call of Linux transfers at most 2 GB less one page.
-constexpr size_t kMostPerCall = size_t{1} << 30;
-
-constexpr int kOpenFlags = O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-
 constexpr int flags_of(OutputMode mode) {
   switch (mode) {
     case OutputMode::kTruncate:

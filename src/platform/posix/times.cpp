@@ -4,12 +4,11 @@
 #include <time.h>
 
 #include "platform/files.h"
+#include "platform/posix/file_times.h"
 
 namespace zenfo::platform {
 namespace {
 
-constexpr int64_t kSecondsFrom1601To1970 = 11644473600;
-constexpr uint64_t kStepsPerSecond = 10000000;
 constexpr uint64_t kFirstUnshown = uint64_t{1} << 63;
 constexpr int kFirstYear = 1601;
 
