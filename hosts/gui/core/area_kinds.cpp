@@ -14,10 +14,6 @@ constexpr AreaKind kKinds[] = {
     {"shell_comments", Text::kShellComments, shell_comments},
 };
 
-size_t end_of(const Match& match) {
-  return size_t{match.offset} + match.length;
-}
-
 }  // namespace
 
 std::span<const AreaKind> area_kinds() { return kKinds; }

@@ -14,7 +14,7 @@
 namespace zenfo::host::gui {
 namespace {
 
-constexpr int kStop = 1;  // any status
+constexpr int kStopAsked = 1;  // any status
 
 // What the code that hosts share complains of could not be searched.
 class OutboxMessages : public Messages {
@@ -85,7 +85,7 @@ EngineThread::~EngineThread() {
   {
     const std::lock_guard lock(mutex_);
     ended_ = true;
-    if (running_ != 0) system::note_stop(kStop);
+    if (running_ != 0) system::note_stop(kStopAsked);
   }
   given_.notify_one();
   thread_.join();
@@ -105,13 +105,13 @@ JobId EngineThread::start(std::unique_ptr<Job> job) {
 
 void EngineThread::stop(JobId job) {
   const std::lock_guard lock(mutex_);
-  if (job != 0 && job == running_) system::note_stop(kStop);
+  if (job != 0 && job == running_) system::note_stop(kStopAsked);
   for (Waiting& waiting : waiting_) waiting.stopped |= waiting.id == job;
 }
 
 void EngineThread::stop_all() {
   const std::lock_guard lock(mutex_);
-  if (running_ != 0) system::note_stop(kStop);
+  if (running_ != 0) system::note_stop(kStopAsked);
   for (Waiting& waiting : waiting_) waiting.stopped = true;
 }
 
