@@ -367,6 +367,11 @@ std::pair<std::u16string, uint64_t> TextRows::current_line() {
 
 // --- Numbers -----------------------------------------------------------------
 
+bool TextRows::lacks_numbers() {
+  lines();
+  return lacks_numbers_;
+}
+
 bool TextRows::count_numbers(uint32_t megabytes) {
   const std::vector<ShownLine>& shown = lines();
   if (!lacks_numbers_ || shown.empty()) return false;

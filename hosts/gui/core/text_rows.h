@@ -95,8 +95,9 @@ class TextRows {
   // Its line, "" if it cannot be read, and the line's number, 0 if unknown.
   std::pair<std::u16string, uint64_t> current_line();
 
-  // Numbers are counted from the start of the file, a few MB a call: true if
-  // lines in view still lack theirs.
+  // Whether lines in view lack their numbers. These are counted from the start
+  // of the file, a few MB a call: true if there is more to count.
+  bool lacks_numbers();
   bool count_numbers(uint32_t megabytes);
   // How many digits the numbers in view need.
   uint32_t digits();
