@@ -66,6 +66,7 @@ class Painting {
   HGDIOBJ old_;
 };
 
+// Paints an area in one colour.
 void fill(HDC device, const RECT& area, COLORREF colour);
 
 }  // namespace zenfo::host::gui::win32

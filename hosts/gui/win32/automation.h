@@ -1,0 +1,26 @@
+// Answers tests, when the program was started with --automation: WM_COPYDATA
+// with one JSON object asks, WM_COPYDATA to the sender answers.
+//
+//   {"command": "search"}   carries out a command, as its menu item would
+//   {"get": "idle"}         answered when nothing is left to do
+//   {"get": "status"}       texts of the window, numbers of rows
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "gui/core/json_value.h"
+#include "gui/win32/system.h"
+
+namespace zenfo::host::gui::win32 {
+
+struct Request {
+  std::string command;  // empty: a question
+  std::string get;
+};
+
+// No value for a message of another kind, or that is no such object.
+std::optional<Request> request_in(const COPYDATASTRUCT& data);
+void answer(HWND self, HWND asker, const JsonValue& reply);
+
+}  // namespace zenfo::host::gui::win32

@@ -1,0 +1,13 @@
+// Text for other programs.
+#pragma once
+
+#include <string>
+
+#include "gui/win32/system.h"
+
+namespace zenfo::host::gui::win32 {
+
+// False if another program holds the clipboard.
+bool copy_text(HWND owner, const std::wstring& text);
+
+}  // namespace zenfo::host::gui::win32

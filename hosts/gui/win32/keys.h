@@ -1,0 +1,13 @@
+// Keys as messages have them, in the words of the table of commands.
+#pragma once
+
+#include "gui/core/commands.h"
+#include "gui/win32/system.h"
+
+namespace zenfo::host::gui::win32 {
+
+// The key of a WM_KEYDOWN or WM_SYSKEYDOWN, with the modifiers that are down.
+// No key for one that the table does not know.
+Key key_of_message(const MSG& message);
+
+}  // namespace zenfo::host::gui::win32

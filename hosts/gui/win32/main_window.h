@@ -1,0 +1,126 @@
+// The main window: puts the parts together, pulls news from the engine thread,
+// carries out commands.
+//
+// The sources are main_window.cpp (parts, layout, messages),
+// window_commands.cpp (commands) and window_search.cpp (searches and tabs).
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gui/core/engine_thread.h"
+#include "gui/core/key_map.h"
+#include "gui/core/settings.h"
+#include "gui/win32/info_bar.h"
+#include "gui/win32/line_cache.h"
+#include "gui/win32/look.h"
+#include "gui/win32/query_panel.h"
+#include "gui/win32/result_list.h"
+#include "gui/win32/result_tab.h"
+#include "gui/win32/startup.h"
+#include "gui/win32/status_line.h"
+#include "gui/win32/tab_strip.h"
+#include "gui/win32/view_bar.h"
+#include "gui/win32/window_base.h"
+
+namespace zenfo::host::gui::win32 {
+
+inline constexpr wchar_t kMainClass[] = L"zenfo-gui";
+
+class MainWindow : public WindowBase {
+ public:
+  explicit MainWindow(Startup startup);
+  ~MainWindow() override;
+
+  void open(int show);
+  // Keys that mean commands; true if the message is done with.
+  bool take_key(const MSG& message);
+
+ protected:
+  LRESULT on_message(UINT message, WPARAM word, LPARAM value) override;
+
+ private:
+  // --- main_window.cpp
+  void make_parts();
+  void load();
+  void save();
+  void place_window();
+  void lay_out();
+  void restyle(unsigned dpi);
+  bool on_command(int number, bool from_control);
+  bool on_copied(HWND sender, const COPYDATASTRUCT& data);
+  void on_drop(HDROP drop);
+  void on_menu_of_rows(LPARAM at);
+  bool on_key_in_parts(const Key& key);
+  LRESULT on_end_of_focus(WPARAM active);
+  LRESULT on_notify(const NMHDR* header);
+  LRESULT on_system_message(UINT message, WPARAM word, LPARAM value);
+  std::string settings_path() const;
+
+  // --- window_search.cpp
+  void search(const Query& query);
+  void start_search();
+  void search_in_files();
+  void stop_search();
+  void add_tab();
+  void close_tab(int index);
+  void show_tab(int index);
+  ResultTab& tab() { return *tabs_[current_]; }
+  const ResultTab& tab() const { return *tabs_[current_]; }
+  void pull();
+  void pull_later(DWORD spent);
+  void show_state();
+  bool is_idle() const;
+  void tell_if_idle();
+  void take_picture();
+  void take_over(const ProgramOptions& options);
+
+  // --- window_commands.cpp
+  void run(CommandId id);
+  CommandState state() const;
+  static bool is_on(CommandId id, const void* owner);
+  void step_match(bool forward);
+  void step_file(bool forward);
+  void open_all(bool on);
+  void open_in_editor();
+  void show_folder();
+  void remove_selected();
+  void copy_paths(bool names);
+  void copy_rows();
+  void export_rows();
+  void copy(const std::wstring& text);
+  void step_pane(bool forward);
+  void show_keys();
+  std::vector<uint32_t> selected_files() const;
+  void choice_changed();
+
+  Startup startup_;
+  Settings settings_;
+  bool may_write_settings_ = true;
+  std::string load_message_;
+  KeyMap keys_;
+  Look look_;
+
+  std::unique_ptr<LineCache> lines_;
+  std::unique_ptr<QueryPanel> panel_;
+  std::unique_ptr<TabStrip> strip_;
+  std::unique_ptr<InfoBar> info_;
+  std::unique_ptr<ViewBar> view_;
+  std::unique_ptr<ResultList> list_;
+  std::unique_ptr<StatusLine> status_;
+
+  std::vector<std::unique_ptr<ResultTab>> tabs_;
+  size_t current_ = 0;
+  bool opens_files_ = true;  // new results show their matches
+  int pulls_ = 0;            // since the last search began
+  ULONGLONG sorted_ = 0;     // when results were sorted last
+  HWND focus_ = nullptr;     // where it was when the window lost it
+  bool picture_taken_ = false;
+  std::vector<HWND> wait_for_idle_;  // windows of tests
+
+  std::unique_ptr<EngineThread> engine_;  // last, so that it ends first
+};
+
+}  // namespace zenfo::host::gui::win32

@@ -1,0 +1,38 @@
+// The texts of rows, for painting, for other programs, and to be copied.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "gui/core/line_reader.h"
+#include "gui/core/result_order.h"
+#include "gui/core/strings.h"
+#include "gui/win32/result_tab.h"
+
+namespace zenfo::host::gui::win32 {
+
+struct Column {
+  ResultColumn id;
+  Text label;
+  int width;  // in pixels of 96 dpi
+  bool right = false;
+};
+
+const std::vector<Column>& columns_of(ResultState state);
+std::wstring cell_text(const ResultTab& tab, uint32_t file,
+                       ResultColumn column);
+
+// A line in a list: without the blanks at its start, tabs as blanks.
+struct LineText {
+  std::wstring number;  // empty if it is not known
+  std::wstring text;
+  uint32_t start = 0;  // of the match in the text
+  uint32_t length = 0;
+};
+// `line` may be null: it was not read yet.
+LineText line_text(const FoundLine* line);
+// The whole row in one text.
+std::wstring row_text(const ResultTab& tab, ResultRow row,
+                      const FoundLine* line);
+
+}  // namespace zenfo::host::gui::win32

@@ -1,0 +1,39 @@
+// The line at the bottom: the state of the search in words, a bar, the file in
+// hand.
+#pragma once
+
+#include <string>
+
+#include "gui/core/result_set.h"
+#include "gui/win32/look.h"
+#include "gui/win32/window_base.h"
+
+namespace zenfo::host::gui::win32 {
+
+class StatusLine : public WindowBase {
+ public:
+  StatusLine(HWND parent, const Look& look);
+
+  void show(const std::wstring& text);
+  // The bar moves without an end while the number of files is not known.
+  void show_progress(const JobProgress& progress);
+  void hide_progress();
+  std::wstring text() const;
+
+  int height() const;
+  void restyle();
+
+ protected:
+  LRESULT on_message(UINT message, WPARAM word, LPARAM value) override;
+
+ private:
+  void lay_out();
+
+  const Look& look_;
+  HWND text_ = nullptr;
+  HWND bar_ = nullptr;
+  HWND path_ = nullptr;
+  bool endless_ = false;
+};
+
+}  // namespace zenfo::host::gui::win32

@@ -1,0 +1,320 @@
+// The commands of the main window.
+#include <algorithm>
+#include <optional>
+
+#include "gui/core/export.h"
+#include "gui/core/settings_file.h"
+#include "gui/win32/clipboard.h"
+#include "gui/win32/editor.h"
+#include "gui/win32/folder_dialog.h"
+#include "gui/win32/main_window.h"
+#include "gui/win32/row_text.h"
+#include "gui/win32/wide.h"
+
+namespace zenfo::host::gui::win32 {
+namespace {
+
+constexpr wchar_t kExportKinds[] =
+    L"CSV (*.csv)\0*.csv\0TSV (*.tsv)\0*.tsv\0JSON Lines (*.jsonl)\0*.jsonl\0"
+    L"Text (*.txt)\0*.txt\0Paths (*.txt)\0*.txt\0";
+constexpr ExportForm kExportForms[] = {ExportForm::kCsv, ExportForm::kTsv,
+                                       ExportForm::kJsonLines,
+                                       ExportForm::kText, ExportForm::kPaths};
+
+}  // namespace
+
+void MainWindow::run(CommandId id) {
+  switch (id) {
+    case CommandId::kSearch:
+      return start_search();
+    case CommandId::kStop:
+      return stop_search();
+    case CommandId::kSearchInFiles:
+      return search_in_files();
+    case CommandId::kMatchCase:
+    case CommandId::kWholeWords:
+    case CommandId::kPattern:
+    case CommandId::kCaret:
+      return panel_->click(id);
+    case CommandId::kMore:
+      panel_->show_more(!panel_->more_shown());
+      return lay_out();
+    case CommandId::kGoToFind:
+      return panel_->focus_on(QueryField::kText);
+    case CommandId::kGoToFolders:
+      return panel_->focus_on(QueryField::kFolders);
+    case CommandId::kGoToFilter:
+      return view_->focus_on_filter();
+    case CommandId::kChooseFolder:
+      return panel_->choose_folder();
+    case CommandId::kShowHistory:
+      return panel_->show_list();
+    case CommandId::kNewTab:
+      add_tab();
+      return panel_->focus_on(QueryField::kText);
+    case CommandId::kCloseTab:
+      return close_tab(static_cast<int>(current_));
+    case CommandId::kNextTab:
+      strip_->choose(static_cast<int>((current_ + 1) % tabs_.size()));
+      return show_tab(strip_->current());
+    case CommandId::kPreviousTab:
+      strip_->choose(
+          static_cast<int>((current_ + tabs_.size() - 1) % tabs_.size()));
+      return show_tab(strip_->current());
+    case CommandId::kNextMatch:
+      return step_match(true);
+    case CommandId::kPreviousMatch:
+      return step_match(false);
+    case CommandId::kNextFile:
+      return step_file(true);
+    case CommandId::kPreviousFile:
+      return step_file(false);
+    case CommandId::kToggleChosen:
+      return list_->toggle_chosen();
+    case CommandId::kChooseAll:
+      tab().set().choose_all(true);
+      return choice_changed();
+    case CommandId::kChooseNone:
+      tab().set().choose_all(false);
+      return choice_changed();
+    case CommandId::kInvertChoice:
+      tab().set().invert_choice();
+      return choice_changed();
+    case CommandId::kSelectAll:
+      return list_->select_all();
+    case CommandId::kOpenFile:
+      return list_->open_row(true);
+    case CommandId::kCloseFile:
+      return list_->open_row(false);
+    case CommandId::kOpenAllFiles:
+      return open_all(true);
+    case CommandId::kCloseAllFiles:
+      return open_all(false);
+    case CommandId::kOpenInEditor:
+      return open_in_editor();
+    case CommandId::kShowFolder:
+      return show_folder();
+    case CommandId::kRemoveFromResults:
+      return remove_selected();
+    case CommandId::kCopyPaths:
+      return copy_paths(false);
+    case CommandId::kCopyNames:
+      return copy_paths(true);
+    case CommandId::kCopyRows:
+      return copy_rows();
+    case CommandId::kExport:
+      return export_rows();
+    case CommandId::kNextPane:
+      return step_pane(true);
+    case CommandId::kPreviousPane:
+      return step_pane(false);
+    case CommandId::kShowKeys:
+      return show_keys();
+    case CommandId::kExit:
+      SendMessageW(window(), WM_CLOSE, 0, 0);
+      return;
+    default:
+      return;
+  }
+}
+
+CommandState MainWindow::state() const {
+  CommandState state;
+  state.running = tab().running();
+  // Faults are told when a search is tried, so the command is never dead.
+  state.can_search = true;
+  state.any_result = tab().set().count() > tab().set().removed();
+  state.any_match = tab().set().totals().matches > 0;
+  state.any_selected = tab().list().selection.count() > 0;
+  state.row_in_focus = list_->any_row();
+  state.any_chosen = tab().set().totals().chosen > 0;
+  state.several_tabs = tabs_.size() > 1;
+  return state;
+}
+
+bool MainWindow::is_on(CommandId id, const void* owner) {
+  const auto* self = static_cast<const MainWindow*>(owner);
+  const Query query = self->panel_->query();
+  switch (id) {
+    case CommandId::kMatchCase:
+      return query.match_case;
+    case CommandId::kWholeWords:
+      return query.whole_words;
+    case CommandId::kPattern:
+      return query.is_pattern;
+    case CommandId::kCaret:
+      return query.caret;
+    case CommandId::kMore:
+      return self->panel_->more_shown();
+    default:
+      return false;
+  }
+}
+
+// From the row in focus; the last match is followed by the first.
+void MainWindow::step_match(bool forward) {
+  ListState& list = tab().list(ResultState::kFound);
+  if (tab().shown != ResultState::kFound || list.rows.count() == 0) return;
+  const ResultRow first = list.rows.at(0);
+  const ResultRow from = list.any_focus ? list.focus : first;
+  auto next =
+      forward ? list.rows.next_match(from) : list.rows.previous_match(from);
+  if (!next) {
+    const ResultRow last = list.rows.at(list.rows.count() - 1);
+    next = forward ? list.rows.next_match({first.file, ResultRow::kNoMatch})
+                   : std::optional<ResultRow>(
+                         {last.file, tab().set().file(last.file).listed - 1});
+  }
+  if (next) list_->go_to(*next);
+}
+
+void MainWindow::step_file(bool forward) {
+  ListState& list = tab().list();
+  if (!list_->any_row()) return;
+  const ResultRow file{list.focus.file, ResultRow::kNoMatch};
+  const auto row = list.rows.row_of(file);
+  if (!row) return;
+  if (!forward) {
+    if (*row == 0) return;
+    const ResultRow before = list.rows.at(*row - 1);
+    return list_->go_to({before.file, ResultRow::kNoMatch});
+  }
+  const uint64_t matches =
+      list.rows.is_open(file.file) ? tab().set().file(file.file).listed : 0;
+  const uint64_t next = *row + 1 + matches;
+  if (next < list.rows.count()) list_->go_to(list.rows.at(next));
+}
+
+void MainWindow::open_all(bool on) {
+  opens_files_ = on;
+  ListState& list = tab().list(ResultState::kFound);
+  if (!on && list.any_focus) list.focus.match = ResultRow::kNoMatch;
+  list.rows.open_all(on);
+  list_->refresh();
+}
+
+// The line of the match, or of the file's first one.
+void MainWindow::open_in_editor() {
+  if (!list_->any_row()) return;
+  ResultRow row = list_->row();
+  const std::string& path = tab().set().file(row.file).path;
+  if (row.is_file() && tab().set().file(row.file).listed > 0) row.match = 0;
+  const FoundLine* line = row.is_file() ? nullptr : lines_->find(tab(), row);
+  const std::string reason = win32::open_in_editor(
+      window(), settings_, path, line == nullptr ? 1 : line->number);
+  if (!reason.empty()) info_->show(format(Text::kNotOpened, {path, reason}));
+}
+
+void MainWindow::show_folder() {
+  if (list_->any_row()) {
+    show_in_folder(tab().set().file(list_->row().file).path);
+  }
+}
+
+// Files of the selected rows, each once, in the order of the rows.
+std::vector<uint32_t> MainWindow::selected_files() const {
+  std::vector<uint32_t> files;
+  const ListState& list = tab().list();
+  list.selection.for_each(list.rows, [&](ResultRow row) {
+    if (files.empty() || files.back() != row.file) files.push_back(row.file);
+  });
+  return files;
+}
+
+// Out of the results, never off the disk.
+void MainWindow::remove_selected() {
+  const std::vector<uint32_t> files = selected_files();
+  if (files.empty()) return;
+  ListState& list = tab().list();
+  const auto row =
+      list.rows.row_of({files.front(), ResultRow::kNoMatch}).value_or(0);
+  for (const uint32_t file : files) tab().set().remove(file);
+  tab().update();
+  list.selection.clear();
+  list.any_focus = false;
+  list_->refresh();
+  if (list.rows.count() > 0) {
+    list_->go_to(list.rows.at(std::min(row, list.rows.count() - 1)));
+  }
+  show_state();
+}
+
+void MainWindow::copy(const std::wstring& text) {
+  if (!copy_text(window(), text))
+    info_->show(std::string(gui::text(Text::kNotCopied)));
+}
+
+void MainWindow::copy_paths(bool names) {
+  std::wstring text;
+  for (const uint32_t file : selected_files()) {
+    const ResultFile& facts = tab().set().file(file);
+    if (!text.empty()) text += L"\r\n";
+    text += names ? wide(facts.name()) : wide(facts.path);
+  }
+  copy(text);
+}
+
+void MainWindow::copy_rows() {
+  std::wstring text;
+  const ListState& list = tab().list();
+  list.selection.for_each(list.rows, [&](ResultRow row) {
+    if (!text.empty()) text += L"\r\n";
+    text += row_text(tab(), row, lines_->find(tab(), row));
+  });
+  copy(text);
+}
+
+void MainWindow::export_rows() {
+  const auto wish = ask_where_to_save(window(), kExportKinds, L"zenfo.csv");
+  if (!wish) return;
+  std::vector<uint32_t> files;
+  const ResultRows& rows = tab().list(ResultState::kFound).rows;
+  for (uint64_t row = 0; row < rows.count(); ++row) {
+    if (rows.at(row).is_file()) files.push_back(rows.at(row).file);
+  }
+  std::string text;
+  const size_t form = std::min<size_t>(wish->kind, std::size(kExportForms) - 1);
+  const ExportResult result = export_results(
+      tab().set(), files, kExportForms[form], [&](std::string_view lines) {
+        text += lines;
+        return true;
+      });
+  std::string reason;
+  if (!replace_file(wish->path, text, &reason)) {
+    return info_->show(format(Text::kNotExported, {wish->path, reason}));
+  }
+  info_->show(format(Text::kExported, {counted_matches(result.matches),
+                                       counted_files(result.files)}));
+}
+
+void MainWindow::step_pane(bool forward) {
+  const HWND panes[] = {panel_->window(), strip_->window(), view_->window(),
+                        list_->window()};
+  const int count = static_cast<int>(std::size(panes));
+  int now = 0;
+  for (int i = 0; i < count; ++i) {
+    if (GetFocus() == panes[i] || IsChild(panes[i], GetFocus())) now = i;
+  }
+  const int next = (now + (forward ? 1 : count - 1)) % count;
+  if (next == 0) return panel_->focus_on(QueryField::kText);
+  if (next == 2) return view_->focus_on_filter();
+  SetFocus(panes[next]);
+}
+
+void MainWindow::show_keys() {
+  std::wstring text;
+  for (const Command& command : commands()) {
+    const std::string key = key_name(keys_.key(command.id));
+    if (key.empty()) continue;
+    text += wide(key) + L"\t" + wide(plain_text(command.label)) + L"\n";
+  }
+  MessageBoxW(window(), text.c_str(),
+              wide(plain_text(Text::kCommandShowKeys)).c_str(), MB_OK);
+}
+
+void MainWindow::choice_changed() {
+  InvalidateRect(list_->window(), nullptr, FALSE);
+  show_state();
+}
+
+}  // namespace zenfo::host::gui::win32
