@@ -114,12 +114,18 @@ void MainWindow::make_parts() {
   strip_ = std::make_unique<TabStrip>(self, kStripId, look_);
   view_ = std::make_unique<ViewBar>(self, look_);
   ResultList::Events events;
-  events.focus_moved = [this] { show_state(); };
+  events.focus_moved = [this] { show_page(); };
   events.choice_changed = [this] { choice_changed(); };
   events.activated = [this] { open_in_editor(); };
   events.sorted = [this] { show_state(); };
   list_ = std::make_unique<ResultList>(self, kListId, look_, *lines_,
                                        std::move(events));
+  page_ = std::make_unique<TextView>(self, look_.theme);
+  page_->set_font(settings_.font, settings_.font_size);
+  page_->set_zoom(settings_.zoom_percent);
+  page_->set_wrap(settings_.wrap);
+  page_->on_step = [this](int step) { step_match(step > 0); };
+  page_->on_zoom = [this](int percent) { settings_.zoom_percent = percent; };
   status_ = std::make_unique<StatusLine>(self, look_);
   SetMenu(self, make_menu_bar());
 }
@@ -165,6 +171,8 @@ void MainWindow::restyle(unsigned dpi) {
   view_->restyle();
   list_->restyle();
   status_->restyle();
+  page_->scale(dpi);
+  page_->theme_changed();
   lay_out();
   InvalidateRect(window(), nullptr, TRUE);
 }
@@ -184,8 +192,60 @@ void MainWindow::lay_out() {
   put(strip_->window(), strip_->height());
   put(view_->window(), view_->height());
   const int status = status_->height();
-  put(list_->window(), std::max<int>(area.bottom - status - y, 0));
+  middle_ = {0, y, area.right, std::max<LONG>(area.bottom - status, y)};
+  const bool shown = settings_.preview_shown;
+  const RECT bar = splitter();
+  const int high = middle_.bottom - middle_.top;
+  ShowWindow(page_->window(), shown ? SW_SHOWNA : SW_HIDE);
+  if (!shown) {
+    place(list_->window(), 0, y, area.right, high);
+  } else if (settings_.preview_below) {
+    place(list_->window(), 0, y, area.right, bar.top - y);
+    place(page_->window(), 0, bar.bottom, area.right,
+          middle_.bottom - bar.bottom);
+  } else {
+    place(list_->window(), 0, y, bar.left, high);
+    place(page_->window(), bar.right, y, area.right - bar.right, high);
+  }
   place(status_->window(), 0, area.bottom - status, area.right, status);
+}
+
+// Between the list and the page.
+RECT MainWindow::splitter() const {
+  const int wide = look_.scale(5);
+  RECT bar = middle_;
+  const int percent = settings_.splitter_percent;
+  if (settings_.preview_below) {
+    bar.top += MulDiv(middle_.bottom - middle_.top - wide, percent, 100);
+    bar.bottom = bar.top + wide;
+  } else {
+    bar.left += MulDiv(middle_.right - middle_.left - wide, percent, 100);
+    bar.right = bar.left + wide;
+  }
+  return bar;
+}
+
+bool MainWindow::on_splitter(UINT message, LPARAM value) {
+  const POINT at{GET_X_LPARAM(value), GET_Y_LPARAM(value)};
+  const RECT bar = splitter();
+  if (message == WM_LBUTTONDOWN) {
+    if (!settings_.preview_shown || !PtInRect(&bar, at)) return false;
+    splitting_ = true;
+    SetCapture(window());
+  } else if (message == WM_LBUTTONUP) {
+    if (splitting_) ReleaseCapture();
+    splitting_ = false;
+  } else if (splitting_) {
+    const int long_side = settings_.preview_below
+                              ? middle_.bottom - middle_.top
+                              : middle_.right - middle_.left;
+    const int from =
+        settings_.preview_below ? at.y - middle_.top : at.x - middle_.left;
+    settings_.splitter_percent =
+        std::clamp(MulDiv(from, 100, std::max(long_side, 1)), 10, 90);
+    lay_out();
+  }
+  return splitting_;
 }
 
 bool MainWindow::on_command(int number, bool from_control) {
@@ -197,6 +257,7 @@ bool MainWindow::on_command(int number, bool from_control) {
       tab().shown = view_->shown();
       list_->show(tab());
       show_state();
+      show_page();
       return true;
     case ViewBar::kFilterChanged:
       tab().filter(view_->filter());
@@ -416,6 +477,27 @@ LRESULT MainWindow::on_system_message(UINT message, WPARAM word, LPARAM value) {
     case WM_SYSCOLORCHANGE:
       restyle(look_.dpi);
       return 0;
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONUP:
+    case WM_MOUSEMOVE:
+      on_splitter(message, value);
+      return 0;
+    case WM_CAPTURECHANGED:
+      splitting_ = false;
+      return 0;
+    case WM_SETCURSOR: {
+      POINT at{};
+      GetCursorPos(&at);
+      ScreenToClient(window(), &at);
+      const RECT bar = splitter();
+      const bool over = settings_.preview_shown && PtInRect(&bar, at);
+      if (LOWORD(value) != HTCLIENT || !over) {
+        return by_default(message, word, value);
+      }
+      SetCursor(LoadCursorW(nullptr,
+                            settings_.preview_below ? IDC_SIZENS : IDC_SIZEWE));
+      return 1;
+    }
     case WM_CLOSE:
       save();
       engine_->stop_all();

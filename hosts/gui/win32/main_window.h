@@ -22,6 +22,7 @@
 #include "gui/win32/startup.h"
 #include "gui/win32/status_line.h"
 #include "gui/win32/tab_strip.h"
+#include "gui/win32/text_view.h"
 #include "gui/win32/view_bar.h"
 #include "gui/win32/window_base.h"
 
@@ -56,6 +57,8 @@ class MainWindow : public WindowBase {
   bool on_key_in_parts(const Key& key);
   LRESULT on_end_of_focus(WPARAM active);
   LRESULT on_notify(const NMHDR* header);
+  bool on_splitter(UINT message, LPARAM value);
+  RECT splitter() const;
   LRESULT on_system_message(UINT message, WPARAM word, LPARAM value);
   std::string settings_path() const;
 
@@ -71,6 +74,7 @@ class MainWindow : public WindowBase {
   const ResultTab& tab() const { return *tabs_[current_]; }
   void pull();
   void pull_later(DWORD spent);
+  void show_page();
   void show_state();
   bool is_idle() const;
   void tell_if_idle();
@@ -91,6 +95,7 @@ class MainWindow : public WindowBase {
   void copy_rows();
   void export_rows();
   void copy(const std::wstring& text);
+  void zoom(int percent);
   void step_pane(bool forward);
   void show_keys();
   std::vector<uint32_t> selected_files() const;
@@ -109,14 +114,19 @@ class MainWindow : public WindowBase {
   std::unique_ptr<InfoBar> info_;
   std::unique_ptr<ViewBar> view_;
   std::unique_ptr<ResultList> list_;
+  std::unique_ptr<TextView> page_;
   std::unique_ptr<StatusLine> status_;
 
   std::vector<std::unique_ptr<ResultTab>> tabs_;
   size_t current_ = 0;
-  bool opens_files_ = true;  // new results show their matches
-  int pulls_ = 0;            // since the last search began
-  ULONGLONG sorted_ = 0;     // when results were sorted last
-  HWND focus_ = nullptr;     // where it was when the window lost it
+  bool opens_files_ = true;   // new results show their matches
+  int pulls_ = 0;             // since the last search began
+  ULONGLONG sorted_ = 0;      // when results were sorted last
+  RECT middle_{};             // of the window: list, splitter and page
+  bool splitting_ = false;    // the mouse holds the splitter
+  ResultRow page_row_;        // what the page shows
+  uint16_t page_serial_ = 0;  // of the search it belongs to; 0: none
+  HWND focus_ = nullptr;      // where it was when the window lost it
   bool picture_taken_ = false;
   std::vector<HWND> wait_for_idle_;  // windows of tests
 

@@ -43,6 +43,44 @@ void draw_text(HDC device, RECT area, const std::wstring& text, UINT flags) {
             DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | flags);
 }
 
+// A text whose characters stand where they were measured: what the system draws
+// by itself may be narrower.
+class SpacedText {
+ public:
+  SpacedText(HDC device, const std::wstring& text) : text_(text) {
+    const auto count =
+        static_cast<int>(std::min<size_t>(text.size(), kMostCharacters));
+    ends_.resize(static_cast<size_t>(count));
+    SIZE size{};
+    GetTextExtentExPointW(device, text.c_str(), count, 0, nullptr, ends_.data(),
+                          &size);
+    height_ = size.cy;
+    for (size_t i = 0; i < ends_.size(); ++i) {
+      widths_.push_back(ends_[i] - (i == 0 ? 0 : ends_[i - 1]));
+    }
+  }
+
+  // Where the first `count` characters end.
+  LONG end_of(size_t count) const {
+    if (count == 0 || ends_.empty()) return 0;
+    return ends_[std::min(count, ends_.size()) - 1];
+  }
+  // The part of it that lies in the area.
+  void draw(HDC device, const RECT& area, int x) const {
+    const int y = (area.top + area.bottom - height_) / 2;
+    ExtTextOutW(device, x, y, ETO_CLIPPED, &area, text_.c_str(),
+                static_cast<UINT>(widths_.size()), widths_.data());
+  }
+
+ private:
+  static constexpr size_t kMostCharacters = 1000;  // more than a row shows
+
+  const std::wstring& text_;
+  std::vector<INT> ends_;
+  std::vector<INT> widths_;
+  int height_ = 0;
+};
+
 }  // namespace
 
 void RowPainter::paint(HDC device, const RECT& row,
@@ -119,21 +157,21 @@ void RowPainter::paint_line(HDC device, RECT area, const LineText& wanted,
                             COLORREF colour) const {
   LineText line = wanted;
   bring_into_view(device, line, area.right - area.left);
-  draw_text(device, area, line.text, DT_END_ELLIPSIS);
+  const SpacedText text(device, line.text);
+  text.draw(device, area, area.left);
   if (line.length == 0) return;
   RECT mark = area;
-  mark.left += width_in(device, line.text, line.start);
-  mark.right = std::min<LONG>(
-      area.right,
-      area.left + width_in(device, line.text, line.start + line.length));
+  mark.left = std::min(area.right, area.left + text.end_of(line.start));
+  mark.right =
+      std::min(area.right, area.left + text.end_of(line.start + line.length));
   if (mark.left >= mark.right) return;
   InflateRect(&mark, 0, -look_.scale(2));
   fill(device, mark, look_.theme.mark_ground);
   SetTextColor(device, look_.theme.mark_text);
-  const int saved = SaveDC(device);
-  IntersectClipRect(device, mark.left, mark.top, mark.right, mark.bottom);
-  draw_text(device, area, line.text, DT_END_ELLIPSIS);
-  RestoreDC(device, saved);
+  RECT inside = area;
+  inside.left = mark.left;
+  inside.right = mark.right;
+  text.draw(device, inside, area.left);
   mark.top = mark.bottom - std::max(1, look_.scale(1));
   fill(device, mark, look_.theme.current_frame);
   SetTextColor(device, colour);

@@ -104,6 +104,16 @@ void MainWindow::run(CommandId id) {
       return copy_rows();
     case CommandId::kExport:
       return export_rows();
+    case CommandId::kShowPreview:
+      settings_.preview_shown = !settings_.preview_shown;
+      lay_out();
+      return show_page();
+    case CommandId::kZoomIn:
+      return zoom(page_->zoom() + 10);
+    case CommandId::kZoomOut:
+      return zoom(page_->zoom() - 10);
+    case CommandId::kZoomNormal:
+      return zoom(100);
     case CommandId::kNextPane:
       return step_pane(true);
     case CommandId::kPreviousPane:
@@ -146,6 +156,8 @@ bool MainWindow::is_on(CommandId id, const void* owner) {
       return query.caret;
     case CommandId::kMore:
       return self->panel_->more_shown();
+    case CommandId::kShowPreview:
+      return self->settings_.preview_shown;
     default:
       return false;
   }
@@ -287,10 +299,16 @@ void MainWindow::export_rows() {
                                        counted_files(result.files)}));
 }
 
+void MainWindow::zoom(int percent) {
+  page_->set_zoom(percent);
+  settings_.zoom_percent = page_->zoom();
+}
+
 void MainWindow::step_pane(bool forward) {
   const HWND panes[] = {panel_->window(), strip_->window(), view_->window(),
-                        list_->window()};
-  const int count = static_cast<int>(std::size(panes));
+                        list_->window(), page_->window()};
+  const int count =
+      static_cast<int>(std::size(panes)) - (settings_.preview_shown ? 0 : 1);
   int now = 0;
   for (int i = 0; i < count; ++i) {
     if (GetFocus() == panes[i] || IsChild(panes[i], GetFocus())) now = i;

@@ -10,6 +10,7 @@
 #include "gui/win32/main_window.h"
 #include "gui/win32/messages.h"
 #include "gui/win32/wide.h"
+#include "shared/system/paths.h"
 #include "viewer/screenshot.h"
 
 namespace zenfo::host::gui::win32 {
@@ -42,6 +43,7 @@ void MainWindow::search(const Query& query) {
   view_->set_filter("");
   list_->show(tab());
   show_state();
+  show_page();
   pull_later(0);
 }
 
@@ -82,6 +84,7 @@ void MainWindow::add_tab() {
   view_->set_filter("");
   list_->show(tab());
   show_state();
+  show_page();
 }
 
 void MainWindow::close_tab(int index) {
@@ -112,6 +115,7 @@ void MainWindow::show_tab(int index) {
   view_->set_filter(tab().filter_text());
   list_->show(tab());
   show_state();
+  show_page();
 }
 
 // News is fetched at a rate of the window's own: a message for each file would
@@ -166,6 +170,31 @@ void MainWindow::show_state() {
                                      {query.text, join_list(query.folders)}))
                        : wide(Text::kProgram);
   SetWindowTextW(window(), title.c_str());
+}
+
+// The file of the row in focus, at its match. A file in which nothing was found
+// is shown from its start.
+void MainWindow::show_page() {
+  if (!settings_.preview_shown || !engine_) return;
+  if (!list_->any_row()) {
+    page_->clear();
+    page_serial_ = 0;
+    return;
+  }
+  const ResultRow row = list_->row();
+  const size_t match = row.is_file() ? 0 : row.match;
+  const bool same_file =
+      page_serial_ == tab().serial() && page_row_.file == row.file;
+  if (same_file && page_row_ == row) return;
+  page_serial_ = tab().serial();
+  page_row_ = row;
+  if (same_file) return page_->go_to(match);
+  const ResultFile& file = tab().set().file(row.file);
+  std::vector<Match> matches;
+  for (uint32_t i = 0; i < file.listed; ++i) {
+    matches.push_back(tab().set().match(row.file, i));
+  }
+  page_->show(to_path(file.path), matches, match);
 }
 
 bool MainWindow::is_idle() const {
