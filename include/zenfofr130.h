@@ -1,7 +1,9 @@
 /* ZenfoFR130: find and replace in many files. The interface for hosts.
  *
  * Conventions
- *  1. One thread calls, one call at a time. Initialize() comes first.
+ *  1. One call at a time, all from one thread. While the calling thread waits
+ *     in a callback, another thread may make the calls that callbacks may make
+ *     (6), and gets the callbacks of these calls. Initialize() comes first.
  *  2. On Windows the library exports ordinals only (zenfofr130 import library
  *     or GetProcAddress with the ordinal); functions and callbacks remove
  *     their own arguments (stdcall). On Linux operations are exported by name.
