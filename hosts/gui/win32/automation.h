@@ -4,6 +4,8 @@
 //   {"command": "search"}   carries out a command, as its menu item would
 //   {"get": "idle"}         answered when nothing is left to do
 //   {"get": "status"}       texts of the window, numbers of rows
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <optional>

@@ -1,4 +1,6 @@
 // Text for other programs.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <string>

@@ -1,5 +1,7 @@
 // The system's controls, painted in the colours of the program. They keep their
 // roles, names and states, so that readers and other tools know them.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <string>

@@ -1,5 +1,7 @@
 // One line for messages, above the results. It takes no room while there is
 // none, and no box stops the user's work.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <string>

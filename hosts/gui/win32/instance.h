@@ -1,5 +1,7 @@
 // One window for all starts: a second start hands its command line to the
 // window that is there.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <optional>

@@ -1,4 +1,6 @@
 // Keys as messages have them, in the words of the table of commands.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include "gui/core/commands.h"

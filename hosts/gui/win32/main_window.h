@@ -3,6 +3,8 @@
 //
 // The sources are main_window.cpp (parts, layout, messages),
 // window_commands.cpp (commands) and window_search.cpp (searches and tabs).
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <cstdint>

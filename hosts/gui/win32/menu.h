@@ -1,4 +1,6 @@
 // The menus, made from the table of commands.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include "gui/core/commands.h"

@@ -1,4 +1,6 @@
 // The fields of a query, and the button that searches or cancels.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <string>

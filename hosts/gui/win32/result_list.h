@@ -3,6 +3,8 @@
 // The control is virtual and knows only how many rows there are and which has
 // the focus; which rows are selected, opened and checked is in the tab, so that
 // a million of them cost nothing.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <functional>

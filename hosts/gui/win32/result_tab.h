@@ -1,4 +1,6 @@
 // A tab: a search, its results, and how its lists are looked at.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <array>

@@ -1,4 +1,6 @@
 // The texts of rows, for painting, for other programs, and to be copied.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <string>

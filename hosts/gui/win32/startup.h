@@ -1,5 +1,7 @@
 // How the program was started: the command line, with what only tests and
 // pictures use.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <string>

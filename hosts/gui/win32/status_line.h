@@ -1,5 +1,7 @@
 // The line at the bottom: the state of the search in words, a bar, the file in
 // hand.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <string>

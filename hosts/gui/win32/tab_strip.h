@@ -1,5 +1,7 @@
 // The tabs of results: the system's tab control, painted in the program's
 // colours.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <string>

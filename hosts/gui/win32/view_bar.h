@@ -1,5 +1,7 @@
 // What is shown of a tab: matches, files without any, files not searched; and
 // the filter.
+//
+// Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <string>

@@ -1,0 +1,276 @@
+// The window of zenfo-gui, driven from outside on a copy of the examples.
+#include <gmock/gmock.h>
+
+#include <filesystem>
+
+#include "gui/core/json_value.h"
+#include "gui/window/driver.h"
+
+namespace zenfo::test {
+namespace {
+
+using host::gui::JsonValue;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class WindowTest : public testing::Test {
+ protected:
+  WindowTest() {
+    std::filesystem::copy(native(ZENFO_SOURCE_FOLDER "/examples/harbour"),
+                          native(folder_.path("harbour")),
+                          std::filesystem::copy_options::recursive);
+  }
+
+  // Starts the program with the folder in its fields.
+  void start(std::vector<std::string> options = {}) {
+    options.insert(options.begin(), "--automation");
+    options.push_back(folder_.path("harbour"));
+    program_ = std::make_unique<Program>(options);
+    wait();
+  }
+  HWND window() { return program_->window(); }
+  HWND list() { return of_class(window(), WC_LISTVIEWW); }
+  // Until nothing is left to do.
+  void wait() { asker_.ask(*program_, R"({"get": "idle"})"); }
+  void command(const std::string& name) {
+    asker_.tell(*program_, R"({"command": ")" + name + "\"}");
+    wait();
+  }
+  std::string status(const char* member) {
+    std::string reason;
+    const auto reply = host::gui::parse_json(
+        asker_.ask(*program_, R"({"get": "status"})"), &reason);
+    const JsonValue* value = reply->find(member);
+    return value->text() != nullptr ? *value->text()
+                                    : std::to_string(*value->integer());
+  }
+
+  void type(const wchar_t* field, const wchar_t* text) {
+    SendMessageW(named(window(), field), WM_SETTEXT, 0,
+                 reinterpret_cast<LPARAM>(text));
+  }
+  void click(const wchar_t* button) {
+    SendMessageW(named(window(), button), BM_CLICK, 0, 0);
+  }
+  void press(HWND control, WPARAM key) {
+    PostMessageW(control, WM_KEYDOWN, key, 0);
+  }
+  void search(const wchar_t* text) {
+    type(L"Fi&nd:", text);
+    click(L"&Search");
+    wait();
+  }
+  // Millions of matches, so that a search of it takes a while.
+  void make_long_file() {
+    folder_.file("harbour/long.txt", std::string(size_t{16} << 20, 'a'));
+  }
+  int row_in_focus() {
+    return static_cast<int>(SendMessageW(
+        list(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED));
+  }
+  std::vector<std::string> rows(int column = 0) {
+    return rows_of(*program_, column);
+  }
+
+  TempFolder folder_;
+  Asker asker_;
+  std::unique_ptr<Program> program_;
+};
+
+TEST_F(WindowTest, EnterInAFieldSearchesAndRowsShowFilesAndLines) {
+  start();
+  type(L"Fi&nd:", L"ferry");
+  HWND edit = GetWindow(named(window(), L"Fi&nd:"), GW_CHILD);
+  press(edit, VK_RETURN);
+  wait();
+  EXPECT_THAT(rows(), testing::Contains("timetable.py"));
+  EXPECT_THAT(rows(), testing::Contains(HasSubstr("ferry")));
+  EXPECT_THAT(status("status"), HasSubstr("chosen"));
+  EXPECT_THAT(narrowed(title_of(window())), HasSubstr("\"ferry\" in "));
+}
+
+TEST_F(WindowTest, CaseCountsWhenItsButtonIsPressed) {
+  start();
+  search(L"HARBOUR");
+  const size_t without_case = rows().size();
+  click(L"Match case");
+  search(L"HARBOUR");
+  EXPECT_GT(without_case, 0u);
+  EXPECT_TRUE(rows().empty());
+  EXPECT_THAT(status("status"), HasSubstr("Nothing found"));
+}
+
+TEST_F(WindowTest, OnlyFilesWithCertainNamesAreSearched) {
+  start();
+  type(L"Fi&les:", L"*.csv");
+  search(L"harbour");
+  EXPECT_THAT(rows(), ElementsAre("boats.csv",
+                                  "6: 12,Marigold II,harbour office,31.0,red",
+                                  "7: 14,Marigold,harbour office,33.5,red"));
+  EXPECT_THAT(rows(1), ElementsAre("2", "", ""));
+}
+
+TEST_F(WindowTest, TheFilterHidesOtherPaths) {
+  start();
+  search(L"harbour");
+  command("file.close_all");
+  ASSERT_EQ(rows().size(), 6u);
+  type(L"Filte&r:", L"LETTERS");
+  wait();
+  EXPECT_THAT(rows(), ElementsAre("1_to_the_master.txt", "2_answer.txt",
+                                  "3_reminder.txt"));
+}
+
+TEST_F(WindowTest, AColumnSortsByItsHeader) {
+  start();
+  search(L"harbour");
+  command("file.close_all");
+  const HWND header =
+      reinterpret_cast<HWND>(SendMessageW(list(), LVM_GETHEADER, 0, 0));
+  const auto click_first_column = [&] {
+    PostMessageW(header, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 5));
+    PostMessageW(header, WM_LBUTTONUP, 0, MAKELPARAM(20, 5));
+    wait();
+  };
+  click_first_column();
+  EXPECT_THAT(rows(), ElementsAre("1_to_the_master.txt", "2_answer.txt",
+                                  "3_reminder.txt", "about.txt", "boats.csv",
+                                  "tide.c"));
+  click_first_column();
+  EXPECT_EQ(rows().front(), "tide.c");
+}
+
+TEST_F(WindowTest, F3GoesFromMatchToMatchAndFromTheLastToTheFirst) {
+  start();
+  type(L"Fi&les:", L"about.txt");
+  search(L"harbour");
+  ASSERT_EQ(rows().size(), 3u);
+  EXPECT_EQ(row_in_focus(), 0);
+  for (const int expected : {1, 2, 1}) {
+    press(list(), VK_F3);
+    wait();
+    EXPECT_EQ(row_in_focus(), expected);
+  }
+}
+
+TEST_F(WindowTest, EscCancelsASearchAtOnce) {
+  make_long_file();
+  start();
+  type(L"Fi&les:", L"long.txt");
+  type(L"Fi&nd:", L"a");
+  press(list(), VK_F5);
+  press(list(), VK_ESCAPE);
+  wait();
+  EXPECT_THAT(status("status"), HasSubstr("stopped"));
+  EXPECT_NE(named(window(), L"&Search"), nullptr);
+}
+
+TEST_F(WindowTest, TheButtonCancelsWhileASearchRuns) {
+  make_long_file();
+  start();
+  type(L"Fi&les:", L"long.txt");
+  type(L"Fi&nd:", L"a");
+  click(L"&Search");
+  click(L"&Cancel");
+  wait();
+  EXPECT_THAT(status("status"), HasSubstr("stopped"));
+}
+
+TEST_F(WindowTest, PathsOfAllRowsAreCopied) {
+  start();
+  type(L"Fi&les:", L"*.txt");
+  type(L"N&ot:", L"letters");
+  search(L"harbour");
+  command("select.all");
+  SetFocus(list());
+  command("copy.paths");
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  const HANDLE data = GetClipboardData(CF_UNICODETEXT);
+  ASSERT_NE(data, nullptr);
+  const std::string text = narrowed(static_cast<wchar_t*>(GlobalLock(data)));
+  GlobalUnlock(data);
+  CloseClipboard();
+  EXPECT_EQ(text, folder_.path("harbour/about.txt"));
+}
+
+TEST_F(WindowTest, AnUncheckedFileIsNotCounted) {
+  start();
+  type(L"Fi&les:", L"about.txt;boats.csv");
+  search(L"harbour");
+  press(list(), VK_SPACE);
+  wait();
+  EXPECT_THAT(status("status"), HasSubstr("2 of 4 matches in 1 of 2 files"));
+  const auto state = [&](int row) {
+    return SendMessageW(list(), LVM_GETITEMSTATE, static_cast<WPARAM>(row),
+                        LVIS_STATEIMAGEMASK) >>
+           12;
+  };
+  EXPECT_EQ(state(0), 1);
+  EXPECT_EQ(state(1), 1);
+  EXPECT_EQ(state(3), 2);
+}
+
+TEST_F(WindowTest, TabsKeepTheirResults) {
+  start();
+  search(L"harbour");
+  const auto first = rows();
+  command("tab.new");
+  EXPECT_TRUE(rows().empty());
+  search(L"ferry");
+  EXPECT_NE(rows(), first);
+  command("tab.next");
+  EXPECT_EQ(rows(), first);
+  EXPECT_EQ(title_of(named(window(), L"Fi&nd:")), L"harbour");
+}
+
+TEST_F(WindowTest, AFaultIsToldInTheBarAndNothingIsSearched) {
+  start();
+  search(L"");
+  EXPECT_EQ(status("info"), "Type what to look for");
+  EXPECT_EQ(status("rows"), "0");
+}
+
+TEST_F(WindowTest, ASecondStartHandsItsSearchToTheWindow) {
+  start();
+  Program second({"--run", "--find", "Marigold", folder_.path("harbour/data")});
+  EXPECT_EQ(second.end(), 0u);
+  wait();
+  EXPECT_THAT(rows(), testing::Contains("boats.csv"));
+  const HWND tabs = of_class(window(), WC_TABCONTROLW);
+  EXPECT_EQ(SendMessageW(tabs, TCM_GETITEMCOUNT, 0, 0), 2);
+}
+
+TEST_F(WindowTest, TheFieldsAreKeptForTheNextStart) {
+  const std::string settings = folder_.path("gui.json");
+  start({"--settings", settings});
+  type(L"Fi&les:", L"*.log");
+  search(L"gate");
+  program_->close();
+  program_ = std::make_unique<Program>(
+      std::vector<std::string>{"--automation", "--settings", settings});
+  wait();
+  EXPECT_EQ(title_of(named(window(), L"Fi&nd:")), L"gate");
+  EXPECT_EQ(title_of(named(window(), L"Fi&les:")), L"*.log");
+}
+
+// From top to bottom, and in a row from left to right.
+TEST_F(WindowTest, TheTabKeyGoesFromTopToBottom) {
+  start();
+  RECT last{};
+  const HWND first = GetNextDlgTabItem(window(), nullptr, FALSE);
+  int count = 0;
+  for (HWND at = first; count == 0 || at != first; ++count) {
+    ASSERT_LT(count, 40);
+    RECT area{};
+    GetWindowRect(at, &area);
+    const bool below = area.top >= last.bottom;
+    const bool right = area.left >= last.right && area.top >= last.top - 5;
+    EXPECT_TRUE(below || right) << narrowed(title_of(at));
+    last = area;
+    at = GetNextDlgTabItem(window(), at, FALSE);
+  }
+  EXPECT_GT(count, 12);
+}
+
+}  // namespace
+}  // namespace zenfo::test
