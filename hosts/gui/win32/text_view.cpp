@@ -100,6 +100,7 @@ void TextView::name_page(const std::string& name) {
 }
 
 void TextView::announce() {
+  named_without_number_ = false;
   if (rows_.match_count() == 0) {
     return name_page(std::string(text(Text::kTextPage)));
   }
@@ -109,6 +110,7 @@ void TextView::announce() {
   const std::string shown = to_utf8(line);
   const std::string match = grouped(rows_.current() + 1);
   const std::string count = grouped(rows_.match_count());
+  named_without_number_ = number == 0;
   name_page(number == 0
                 ? format(Text::kTextMatch, {match, count, shown})
                 : format(Text::kTextMatchInLine,
@@ -228,8 +230,10 @@ void TextView::keep_counting() {
 // moves again.
 void TextView::on_counted() {
   KillTimer(window(), kCounting);
-  if (!rows_.lacks_numbers()) refresh();
   counting_ = false;
+  if (rows_.lacks_numbers()) return;
+  refresh();
+  if (named_without_number_) announce();
 }
 
 // --- Painting ----------------------------------------------------------------

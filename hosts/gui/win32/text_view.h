@@ -101,8 +101,9 @@ class TextView : public WindowBase {
   uint32_t digits_ = 0;  // of line numbers, so far
   bool white_space_ = false;
   bool dragging_ = false;
-  bool counting_ = false;
-  int wheel_ = 0;  // turned but not yet scrolled
+  bool counting_ = false;              // lines, for their numbers
+  bool named_without_number_ = false;  // of the line: not counted yet
+  int wheel_ = 0;                      // turned but not yet scrolled
   int wheel_sideways_ = 0;
 };
 

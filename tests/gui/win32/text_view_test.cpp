@@ -284,6 +284,23 @@ TEST_F(TextPage, WrapsAndShowsLongLines) {
   EXPECT_GT(picture("wrapped").count(theme_.current_ground), 0);
 }
 
+// They come with messages that the window sends itself.
+TEST_F(TextPage, CountsTheLinesOfALargeFileLater) {
+  std::string text;
+  for (int i = 0; i < 500'000; ++i) text += "line\n";
+  show(text, {{2'000'000, 4}});
+  EXPECT_EQ(name(), "Text, match 1 of 1: line");
+  const Picture before = picture("uncounted");
+  MSG message;
+  while (name() == "Text, match 1 of 1: line" &&
+         GetMessageW(&message, nullptr, 0, 0) > 0) {
+    DispatchMessageW(&message);
+  }
+  EXPECT_EQ(name(), "Text, match 1 of 1, line 400001: line");
+  EXPECT_GT(picture("counted").count(theme_.number), 0);
+  EXPECT_EQ(before.count(theme_.number), 0);
+}
+
 TEST_F(TextPage, LivesInAWindowWithoutSpace) {
   show(kText, kMatches);
   size(0, 0);
