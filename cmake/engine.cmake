@@ -23,9 +23,7 @@ set_source_files_properties(
 add_library(zenfo_engine STATIC ${zenfo_sources})
 target_include_directories(zenfo_engine PUBLIC ${PROJECT_SOURCE_DIR}/src
                                                ${PROJECT_SOURCE_DIR}/include)
-if(WIN32 OR ZENFO_SANITIZE)
-  # Saves half a second for each source. The native build has no precompiled
-  # headers, so that every source needs its own includes.
+if(ZENFO_UNITY)
   target_precompile_headers(zenfo_engine PRIVATE
       <algorithm> <array> <cstdint> <cstring> <functional> <memory> <string>
       <string_view> <vector>)
@@ -40,7 +38,7 @@ file(GLOB zenfo_operation_sources CONFIGURE_DEPENDS
      ${PROJECT_SOURCE_DIR}/src/operations/*.cpp)
 add_library(zenfo_operations OBJECT ${zenfo_operation_sources})
 target_link_libraries(zenfo_operations PUBLIC zenfo_engine)
-if(WIN32 OR ZENFO_SANITIZE)
+if(ZENFO_UNITY)
   target_precompile_headers(zenfo_operations REUSE_FROM zenfo_engine)
 endif()
 
