@@ -6,7 +6,7 @@ if(WIN32)
 endif()
 
 set(targets zenfofr130 zenfo)
-foreach(target zenfofr130_archive zenfo-view)
+foreach(target zenfofr130_archive zenfo-gui zenfo-view)
   if(TARGET ${target})
     list(APPEND targets ${target})
   endif()

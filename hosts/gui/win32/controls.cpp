@@ -308,6 +308,7 @@ int field_height(const Look& look) {
   return text_size(nullptr, look.font.get(), L"Xg").cy + look.scale(8);
 }
 
+// Without its old picture, over which a neighbour may have been painted.
 void place(HWND control, int x, int y, int width, int height) {
   wchar_t name[16];
   GetClassNameW(control, name, 16);
@@ -324,7 +325,8 @@ void place(HWND control, int x, int y, int width, int height) {
     }
   }
   SetWindowPos(control, nullptr, x, y, std::max(width, 0),
-               combo ? height * 12 : height, SWP_NOZORDER | SWP_NOACTIVATE);
+               combo ? height * 12 : height,
+               SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
   if (combo) SendMessageW(control, CB_SETEDITSEL, 0, MAKELPARAM(-1, 0));
 }
 

@@ -444,7 +444,12 @@ void ResultList::paint_row(const NMLVCUSTOMDRAW& draw) {
   }
   RECT client{};
   GetClientRect(list_, &client);
-  area.right = std::max(area.right, client.right);
+  // Of a line, the match must be in view without scrolling.
+  if (what.is_file()) {
+    area.right = std::max(area.right, client.right);
+  } else {
+    area.right = client.right;
+  }
   const bool focused = has_focus() && any_row() && what == tab_->list().focus;
   painter_.paint(draw.nmcd.hdc, area, cells, *tab_, what, focused);
 }

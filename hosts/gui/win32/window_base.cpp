@@ -13,6 +13,7 @@ void register_class(const WindowBase::Shape& shape, WNDPROC procedure) {
   row.lpfnWndProc = procedure;
   row.hInstance = GetModuleHandleW(nullptr);
   row.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512));  // the arrow
+  row.hIcon = LoadIconW(row.hInstance, MAKEINTRESOURCEW(1));    // or none
   row.lpszClassName = shape.class_name;
   RegisterClassExW(&row);
 }

@@ -228,7 +228,13 @@ void MainWindow::take_picture() {
 
 // What a command line says: of this start, or of a later one.
 void MainWindow::take_over(const ProgramOptions& options) {
-  if (options.has_query) panel_->set_query(options.query);
+  if (options.has_query) {
+    panel_->set_query(options.query);
+    // What is asked for must be seen.
+    const bool more = options.query.areas.use != AreaUse::kEverywhere ||
+                      options.query.binary == BinaryFiles::kSearch;
+    if (more && !panel_->more_shown()) run(CommandId::kMore);
+  }
   if (options.run) {
     start_search();
   } else if (!startup_.shot.empty()) {
