@@ -56,7 +56,8 @@ std::optional<FileWish> ask_where_to_save(HWND owner, const wchar_t* kinds,
   wish.lpstrFile = path.data();
   wish.nMaxFile = static_cast<DWORD>(path.size());
   wish.lpstrDefExt = L"csv";
-  wish.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
+  wish.Flags =
+      OFN_EXPLORER | OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
   if (!GetSaveFileNameW(&wish)) return std::nullopt;
   return FileWish{narrow(path.c_str()), wish.nFilterIndex - 1};
 }

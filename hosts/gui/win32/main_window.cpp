@@ -276,6 +276,8 @@ bool MainWindow::on_command(int number, bool from_control) {
     stop_search();
   } else if (command(*id).enabled(state())) {
     run(*id);
+    // Its dialog may have kept someone waiting.
+    if (!wait_for_idle_.empty()) PostMessageW(window(), kCheckIdle, 0, 0);
   }
   return true;
 }

@@ -24,6 +24,7 @@
 #include "gui/win32/startup.h"
 #include "gui/win32/status_line.h"
 #include "gui/win32/tab_strip.h"
+#include "gui/win32/taskbar.h"
 #include "gui/win32/text_view.h"
 #include "gui/win32/view_bar.h"
 #include "gui/win32/window_base.h"
@@ -118,6 +119,7 @@ class MainWindow : public WindowBase {
   std::unique_ptr<ResultList> list_;
   std::unique_ptr<TextView> page_;
   std::unique_ptr<StatusLine> status_;
+  Taskbar taskbar_;
 
   std::vector<std::unique_ptr<ResultTab>> tabs_;
   size_t current_ = 0;

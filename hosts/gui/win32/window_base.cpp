@@ -28,7 +28,10 @@ SIZE outer_size(const WindowBase::Shape& shape) {
 }  // namespace
 
 WindowBase::~WindowBase() {
-  if (window_ != nullptr) DestroyWindow(window_);
+  if (window_ == nullptr) return;
+  // The part of the object that answers messages is gone already.
+  SetWindowLongPtrW(window_, GWLP_USERDATA, 0);
+  DestroyWindow(window_);
 }
 
 void WindowBase::create(const Shape& shape) {

@@ -161,8 +161,10 @@ void MainWindow::show_state() {
   status_->show(tab().searched() ? wide(status_line(set)) : L"");
   if (tab().running()) {
     status_->show_progress(set.progress());
+    taskbar_.show(window(), set.progress());
   } else {
     status_->hide_progress();
+    taskbar_.hide(window());
   }
   const Query& query = set.query();
   const std::wstring title =
@@ -201,7 +203,8 @@ bool MainWindow::is_idle() const {
   const bool running =
       std::any_of(tabs_.begin(), tabs_.end(),
                   [](const auto& one) { return one->running(); });
-  return !running && engine_->idle() && !lines_->waiting();
+  const bool in_dialog = !IsWindowEnabled(window());
+  return !running && !in_dialog && engine_->idle() && !lines_->waiting();
 }
 
 // After all that is painted or waits in the queue.

@@ -228,6 +228,36 @@ inline HWND of_class(HWND window, std::wstring_view name) {
   throw std::runtime_error("no control of a class");
 }
 
+struct DialogSearch {
+  DWORD process;
+  HWND found;
+};
+
+inline BOOL CALLBACK note_dialog(HWND window, LPARAM value) {
+  auto* wanted = reinterpret_cast<DialogSearch*>(value);
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  wchar_t kind[32] = L"";
+  GetClassNameW(window, kind, 32);
+  const bool here = process == wanted->process && IsWindowVisible(window);
+  if (!here || std::wstring_view(kind) != L"#32770") return TRUE;
+  wanted->found = window;
+  return FALSE;
+}
+
+// The dialog that the program shows, as soon as it does.
+inline HWND dialog_of(Program& program) {
+  DialogSearch wanted{GetProcessId(program.process()), nullptr};
+  const ULONGLONG end = GetTickCount64() + Program::kPatience;
+  while (wanted.found == nullptr) {
+    if (GetTickCount64() > end) throw std::runtime_error("no dialog");
+    // Comes back when the program has worked off its messages.
+    SendMessageW(program.window(), WM_NULL, 0, 0);
+    EnumWindows(note_dialog, reinterpret_cast<LPARAM>(&wanted));
+  }
+  return wanted.found;
+}
+
 // The rows of a list as texts, first column.
 inline std::vector<std::string> rows_of(Program& program, int column = 0) {
   const HWND list = of_class(program.window(), WC_LISTVIEWW);

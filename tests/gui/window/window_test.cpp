@@ -1,7 +1,9 @@
 // The window of zenfo-gui, driven from outside on a copy of the examples.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <memory>
 
 #include "gui/core/json_value.h"
 #include "gui/window/driver.h"
@@ -191,6 +193,23 @@ TEST_F(WindowTest, PathsOfAllRowsAreCopied) {
   GlobalUnlock(data);
   CloseClipboard();
   EXPECT_EQ(text, folder_.path("harbour/about.txt"));
+}
+
+TEST_F(WindowTest, ResultsAreExportedWhereTheDialogSays) {
+  start();
+  type(L"Fi&les:", L"about.txt");
+  search(L"harbour");
+  asker_.tell(*program_, R"({"command": "results.export"})");
+  const HWND dialog = dialog_of(*program_);
+  const std::string path = folder_.path("out.csv");
+  SendMessageW(of_class(dialog, WC_EDITW), WM_SETTEXT, 0,
+               reinterpret_cast<LPARAM>(widened(path).c_str()));
+  PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
+  wait();
+  const std::string csv = read_file(path);
+  EXPECT_THAT(csv, HasSubstr(folder_.path("harbour/about.txt")));
+  EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 3);  // with its header
+  EXPECT_THAT(status("info"), HasSubstr("exported"));
 }
 
 TEST_F(WindowTest, AnUncheckedFileIsNotCounted) {
