@@ -57,7 +57,7 @@ struct QueryFault {
 };
 
 // What is wrong with a query, first field first; nothing if it can be run. Does
-// not look at the disk: a folder that is gone is told by the run, as "not
+// not look at the disk: the run reports a folder that is gone, as "not
 // searched".
 std::vector<QueryFault> faults_of(const Query& query);
 

@@ -330,6 +330,12 @@ void place(HWND control, int x, int y, int width, int height) {
   if (combo) SendMessageW(control, CB_SETEDITSEL, 0, MAKELPARAM(-1, 0));
 }
 
+void fill_panel(HWND panel, HDC device, const Look& look) {
+  RECT area{};
+  GetClientRect(panel, &area);
+  fill(device, area, look.theme.panel);
+}
+
 LRESULT control_colour(UINT message, HDC device, const Look& look) {
   const bool field =
       message == WM_CTLCOLOREDIT || message == WM_CTLCOLORLISTBOX;

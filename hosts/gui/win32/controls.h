@@ -43,6 +43,8 @@ int field_height(const Look& look);
 // Moves a control; a combo box gets room for its list below.
 void place(HWND control, int x, int y, int width, int height);
 
+// Paints the ground of a panel.
+void fill_panel(HWND panel, HDC device, const Look& look);
 // Answers WM_CTLCOLOR messages in a panel's colours.
 LRESULT control_colour(UINT message, HDC device, const Look& look);
 

@@ -411,12 +411,9 @@ LRESULT QueryPanel::on_message(UINT message, WPARAM word, LPARAM value) {
     case WM_COMMAND:
       on_command(word, value);
       return 0;
-    case WM_ERASEBKGND: {
-      RECT area{};
-      GetClientRect(window(), &area);
-      fill(reinterpret_cast<HDC>(word), area, look_.theme.panel);
+    case WM_ERASEBKGND:
+      fill_panel(window(), reinterpret_cast<HDC>(word), look_);
       return 1;
-    }
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX:
     case WM_CTLCOLORSTATIC:

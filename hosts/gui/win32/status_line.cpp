@@ -91,12 +91,9 @@ LRESULT StatusLine::on_message(UINT message, WPARAM word, LPARAM value) {
     case WM_SIZE:
       lay_out();
       return 0;
-    case WM_ERASEBKGND: {
-      RECT area{};
-      GetClientRect(window(), &area);
-      fill(reinterpret_cast<HDC>(word), area, look_.theme.panel);
+    case WM_ERASEBKGND:
+      fill_panel(window(), reinterpret_cast<HDC>(word), look_);
       return 1;
-    }
     case WM_CTLCOLORSTATIC:
       return control_colour(message, reinterpret_cast<HDC>(word), look_);
     default:

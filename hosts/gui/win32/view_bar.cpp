@@ -116,12 +116,9 @@ LRESULT ViewBar::on_message(UINT message, WPARAM word, LPARAM value) {
         SendMessageW(parent, WM_COMMAND, kListChosen, 0);
       }
       return 0;
-    case WM_ERASEBKGND: {
-      RECT area{};
-      GetClientRect(window(), &area);
-      fill(reinterpret_cast<HDC>(word), area, look_.theme.panel);
+    case WM_ERASEBKGND:
+      fill_panel(window(), reinterpret_cast<HDC>(word), look_);
       return 1;
-    }
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN:

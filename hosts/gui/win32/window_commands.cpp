@@ -131,7 +131,7 @@ void MainWindow::run(CommandId id) {
 CommandState MainWindow::state() const {
   CommandState state;
   state.running = tab().running();
-  // Faults are told when a search is tried, so the command is never dead.
+  // A search with faults says what is wrong, so the command is always enabled.
   state.can_search = true;
   state.any_result = tab().set().count() > tab().set().removed();
   state.any_match = tab().set().totals().matches > 0;
