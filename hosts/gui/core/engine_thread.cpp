@@ -85,7 +85,7 @@ EngineThread::~EngineThread() {
   {
     const std::lock_guard lock(mutex_);
     ended_ = true;
-    if (running_ != 0) system::note_stop(kStopAsked);
+    stop_running();
   }
   given_.notify_one();
   thread_.join();
@@ -98,6 +98,7 @@ JobId EngineThread::start(std::unique_ptr<Job> job) {
     const std::lock_guard lock(mutex_);
     id = ++last_id_;
     waiting_.push_back({id, std::move(job), false});
+    make_way();
   }
   given_.notify_one();
   return id;
@@ -105,14 +106,27 @@ JobId EngineThread::start(std::unique_ptr<Job> job) {
 
 void EngineThread::stop(JobId job) {
   const std::lock_guard lock(mutex_);
-  if (job != 0 && job == running_) system::note_stop(kStopAsked);
+  if (job != 0 && job == running_) stop_running();
   for (Waiting& waiting : waiting_) waiting.stopped |= waiting.id == job;
 }
 
 void EngineThread::stop_all() {
   const std::lock_guard lock(mutex_);
-  if (running_ != 0) system::note_stop(kStopAsked);
+  stop_running();
   for (Waiting& waiting : waiting_) waiting.stopped = true;
+}
+
+// Under the lock, like the next one. A parked job sees no stop.
+void EngineThread::stop_running() {
+  if (running_ == 0) return;
+  system::note_stop(kStopAsked);
+  if (job_ != nullptr) job_->give_way();
+}
+
+void EngineThread::make_way() {
+  if (job_ != nullptr && !waiting_.empty() && job_->give_way()) {
+    system::note_stop(kStopAsked);
+  }
 }
 
 // Under the lock, so that whoever has seen a job's end also sees it gone.
@@ -123,7 +137,8 @@ std::vector<JobNews> EngineThread::take() {
 
 bool EngineThread::idle() const {
   const std::lock_guard lock(mutex_);
-  return running_ == 0 && waiting_.empty();
+  const bool rests = running_ == 0 || (job_ != nullptr && job_->is_parked());
+  return rests && waiting_.empty();
 }
 
 void EngineThread::run() {
@@ -139,7 +154,9 @@ bool EngineThread::next(Waiting& job) {
   job = std::move(waiting_.front());
   waiting_.pop_front();
   running_ = job.id;
+  job_ = job.job.get();
   system::forget_stop();
+  make_way();
   return true;
 }
 
@@ -149,12 +166,18 @@ void EngineThread::perform(Waiting& job) {
   outbox_.begin(job.id);
   JobEnd end{JobOutcome::kStopped, "", 0};
   if (!job.stopped) end = end_of(*job.job, outbox_);
+  forget_job();
   job.job.reset();
   end.milliseconds = static_cast<uint64_t>(
       std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() -
                                                             start)
           .count());
   end_job(std::move(end));
+}
+
+void EngineThread::forget_job() {
+  const std::lock_guard lock(mutex_);
+  job_ = nullptr;
 }
 
 void EngineThread::end_job(JobEnd end) {

@@ -1,5 +1,6 @@
-// The thread of the library, the only caller of its operations: a queue of
-// jobs, of which one runs.
+// The thread of the library: a queue of jobs, of which one runs. Only these
+// call operations, apart from a parked one, which lets the window do it; see
+// parked_display.h.
 //
 // Tested by tests/gui/core/engine_thread_test.cpp
 #pragma once
@@ -29,13 +30,13 @@ class EngineThread {
   EngineThread(const EngineThread&) = delete;
   EngineThread& operator=(const EngineThread&) = delete;
 
-  // Puts a job behind the others.
+  // Puts a job behind the others; a running one may give way.
   JobId start(std::unique_ptr<Job> job);
   // The running job ends soon; one that waits ends without having begun. Both
   // end as stopped. An unknown or ended job is left alone.
   void stop(JobId job);
   void stop_all();
-  // Whether no job runs or waits.
+  // Whether no job runs or waits; one that is parked does not count.
   bool idle() const;
 
   // What jobs have told since the last call.
@@ -52,7 +53,10 @@ class EngineThread {
   // False when the thread shall end.
   bool next(Waiting& job);
   void perform(Waiting& job);
+  void forget_job();
   void end_job(JobEnd end);
+  void stop_running();
+  void make_way();
 
   const Notice notice_;
   Outbox outbox_;
@@ -62,6 +66,7 @@ class EngineThread {
   std::condition_variable given_;
   std::deque<Waiting> waiting_;
   JobId running_ = 0;
+  Job* job_ = nullptr;  // that runs
   JobId last_id_ = 0;
   bool ended_ = false;
 

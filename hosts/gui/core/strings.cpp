@@ -7,7 +7,7 @@
 namespace zenfo::host::gui {
 namespace {
 
-constexpr std::string_view kTexts[] = {
+constexpr std::string_view kAllTexts[] = {
 #define ZENFO_TEXT(id, text) text,
 #include "gui/core/strings.inc"
 #undef ZENFO_TEXT
@@ -21,7 +21,7 @@ std::string counted_grouped(uint64_t number, std::string_view one,
 
 }  // namespace
 
-std::string_view text(Text id) { return kTexts[static_cast<size_t>(id)]; }
+std::string_view text(Text id) { return kAllTexts[static_cast<size_t>(id)]; }
 
 std::string plain_text(Text id) {
   std::string plain(text(id));

@@ -31,10 +31,11 @@ constexpr std::string_view kWideConstructs = "!#?";
 // No byte check: the library's own would reject every control byte.
 constexpr int32_t kAnyBytes = 0;
 
-uint32_t match_number(TextAccessor accessor, uint32_t index) {
+uint32_t match_number(TextAccessor accessor, uint32_t index,
+                      int32_t list = ZENFO_LIST_MATCHES) {
   char text[16];
   text[0] = '\0';
-  accessor(ZENFO_LIST_MATCHES, index, text, sizeof text);
+  accessor(list, index, text, sizeof text);
   uint32_t number = 0;
   for (const char* digit = text; *digit != '\0'; ++digit) {
     number = number * 10 + static_cast<uint32_t>(*digit - '0');
@@ -280,6 +281,18 @@ uint32_t matches_in_hand() {
 Match match_in_hand(uint32_t index) {
   return {match_number(GetMatchOffset, index),
           match_number(GetMatchLength, index)};
+}
+
+std::vector<Match> areas_in_hand() {
+  constexpr int32_t kList = ZENFO_LIST_EXCLUDED;
+  const uint32_t count = Session::records_in(kList);
+  std::vector<Match> areas;
+  areas.reserve(count);
+  for (uint32_t i = 0; i < count; ++i) {
+    areas.push_back({match_number(GetMatchOffset, i, kList),
+                     match_number(GetMatchLength, i, kList)});
+  }
+  return areas;
 }
 
 }  // namespace zenfo::host

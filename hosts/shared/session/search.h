@@ -95,5 +95,7 @@ class Search {
 // The matches of the file in hand, list 5. To be called inside the question.
 uint32_t matches_in_hand();
 Match match_in_hand(uint32_t index);
+// The areas of its pattern in the file in hand, list 9. Likewise.
+std::vector<Match> areas_in_hand();
 
 }  // namespace zenfo::host

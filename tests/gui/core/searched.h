@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -63,14 +64,14 @@ class Engine {
     noticed_.wait(lock, [&] { return ends_ >= count; });
     ends_ -= count;
   }
-
- private:
+  // Counts as one more that has ended.
   void notice() {
     const std::lock_guard lock(mutex_);
     ++ends_;
     noticed_.notify_one();
   }
 
+ private:
   std::mutex mutex_;
   std::condition_variable noticed_;
   int ends_ = 0;
