@@ -85,6 +85,8 @@ constexpr Command kCommands[] = {
     {kGoToFilter, "go.filter", Text::kCommandGoToFilter, shift_letter('F'), kAll, Menu::kResults, true, any_result},
 
     {kShowPreview, "preview", Text::kCommandShowPreview, {}, kAll, Menu::kView, false, always},
+    {kShowText, "view.text", Text::kCommandShowText, plain(KeyCode::kF7), kAll, Menu::kView, false, always},
+    {kShowBytes, "view.bytes", Text::kCommandShowBytes, plain(KeyCode::kF9), kAll, Menu::kView, false, always},
     {kZoomIn, "zoom.in", Text::kCommandZoomIn, ctrl(KeyCode::kPlus), kAll, Menu::kView, true, always},
     {kZoomOut, "zoom.out", Text::kCommandZoomOut, ctrl(KeyCode::kMinus), kAll, Menu::kView, false, always},
     {kZoomNormal, "zoom.normal", Text::kCommandZoomNormal, letter('0'), kAll, Menu::kView, false, always},
@@ -109,6 +111,7 @@ constexpr CodeName kCodeNames[] = {
     {KeyCode::kPlus, "Plus"},   {KeyCode::kMinus, "Minus"},
     {KeyCode::kF1, "F1"},       {KeyCode::kF3, "F3"},
     {KeyCode::kF5, "F5"},       {KeyCode::kF6, "F6"},
+    {KeyCode::kF7, "F7"},       {KeyCode::kF9, "F9"},
 };
 
 bool take(std::string_view& text, std::string_view prefix) {

@@ -54,6 +54,8 @@ enum class CommandId : uint16_t {
   kNextPane,
   kPreviousPane,
   kShowPreview,
+  kShowText,
+  kShowBytes,
   kZoomIn,
   kZoomOut,
   kZoomNormal,
@@ -91,7 +93,9 @@ enum class KeyCode : uint8_t {
   kF1,
   kF3,
   kF5,
-  kF6
+  kF6,
+  kF7,
+  kF9
 };
 
 struct Key {

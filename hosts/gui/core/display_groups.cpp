@@ -19,9 +19,8 @@ DisplayGroups::DisplayGroups(const std::vector<Match>& areas, bool inside) {
 
 // What is marked and begins before the match comes before it.
 uint32_t DisplayGroups::group_of(uint32_t match, uint32_t offset) const {
-  const auto before =
-      std::lower_bound(marked_.begin(), marked_.end(), offset) -
-      marked_.begin();
+  const auto before = std::lower_bound(marked_.begin(), marked_.end(), offset) -
+                      marked_.begin();
   return match + static_cast<uint32_t>(before);
 }
 

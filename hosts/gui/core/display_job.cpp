@@ -28,6 +28,7 @@ DisplayJob::DisplayJob(const DisplayWish& wish,
     : plan_(plan_of(wish.query)),
       path_(wish.path),
       match_(wish.match),
+      bytes_in_line_(wish.bytes_in_line),
       display_(std::move(display)) {}
 
 bool DisplayJob::give_way() {
@@ -68,7 +69,7 @@ void DisplayJob::show_plain(Session& session) {
   Search search(session, options);
   search.compile();
   search.run([&] {
-    SetBytesPerLine(kBytesInLine);
+    SetBytesPerLine(bytes_in_line_);
     PrepareDisplay("", 0);
     MarkGroups(kAllGroups, kPlain);
     return show();
@@ -79,7 +80,7 @@ void DisplayJob::show_plain(Session& session) {
 // ready-made areas the library knows nothing: matches in them are not marked.
 void DisplayJob::mark_matches() {
   const bool inside = plan_.search.areas.inside;
-  SetBytesPerLine(kBytesInLine);
+  SetBytesPerLine(bytes_in_line_);
   PrepareDisplay("", inside);
   display_->groups = DisplayGroups(areas_in_hand(), inside);
   if (plan_.kind == nullptr) return;

@@ -24,6 +24,7 @@ struct DisplayWish {
   std::string path;
   // An offset at which the search found a match; none for a file without any.
   std::optional<uint32_t> match;
+  uint32_t bytes_in_line = 16;
 };
 
 // What the job and the window share.
@@ -37,8 +38,6 @@ struct BytesDisplay {
 
 class DisplayJob : public Job {
  public:
-  static constexpr uint32_t kBytesInLine = 16;
-
   DisplayJob(const DisplayWish& wish, std::shared_ptr<BytesDisplay> display);
 
   // Throws Failure if there is nothing to show.
@@ -55,6 +54,7 @@ class DisplayJob : public Job {
   const SearchPlan plan_;
   const std::string path_;
   const std::optional<uint32_t> match_;
+  const uint32_t bytes_in_line_;
   const std::shared_ptr<BytesDisplay> display_;
   bool shown_ = false;
 };

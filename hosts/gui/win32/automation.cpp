@@ -24,7 +24,8 @@ std::optional<Request> request_in(const COPYDATASTRUCT& data) {
       std::string_view(static_cast<const char*>(data.lpData), data.cbData),
       &reason);
   if (!json) return std::nullopt;
-  return Request{text_in(*json, "command"), text_in(*json, "get")};
+  return Request{text_in(*json, "command"), text_in(*json, "get"),
+                 text_in(*json, "picture")};
 }
 
 void answer(HWND self, HWND asker, const JsonValue& reply) {

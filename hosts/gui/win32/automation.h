@@ -3,6 +3,7 @@
 //
 //   {"command": "search"}   carries out a command, as its menu item would
 //   {"get": "idle"}         answered when nothing is left to do
+//   {"picture": "PATH"}     saves what the window shows as a PNG file
 //   {"get": "status"}       texts of the window, numbers of rows
 //
 // Tested by tests/gui/window/window_test.cpp
@@ -19,6 +20,7 @@ namespace zenfo::host::gui::win32 {
 struct Request {
   std::string command;  // empty: a question
   std::string get;
+  std::string picture;
 };
 
 // No value for a message of another kind, or that is no such object.

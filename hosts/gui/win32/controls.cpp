@@ -295,6 +295,11 @@ void set_checked(HWND button, bool on) {
   SendMessageW(button, BM_SETCHECK, on ? BST_CHECKED : BST_UNCHECKED, 0);
 }
 
+void begin_group(HWND control) {
+  SetWindowLongW(control, GWL_STYLE,
+                 GetWindowLongW(control, GWL_STYLE) | WS_GROUP);
+}
+
 int width_of(HWND control, const Look& look) {
   wchar_t name[16];
   GetClassNameW(control, name, 16);

@@ -36,6 +36,10 @@ void set_font(HWND control, const Look& look);
 bool is_checked(HWND button);
 void set_checked(HWND button, bool on);
 
+// The arrow keys stay between a control that begins a group and the next one
+// that does.
+void begin_group(HWND control);
+
 // The width that a button or label needs.
 int width_of(HWND control, const Look& look);
 // The height of fields and buttons.

@@ -12,6 +12,7 @@
 #include "gui/win32/menu.h"
 #include "gui/win32/messages.h"
 #include "gui/win32/wide.h"
+#include "viewer/screenshot.h"
 
 // After windows.h.
 #include <shellapi.h>
@@ -126,6 +127,9 @@ void MainWindow::make_parts() {
   page_->set_wrap(settings_.wrap);
   page_->on_step = [this](int step) { step_match(step > 0); };
   page_->on_zoom = [this](int percent) { settings_.zoom_percent = percent; };
+  bytes_ = std::make_unique<BytesView>(self, look_);
+  bytes_->on_match = [this](uint32_t offset) { go_to_match_at(offset); };
+  bytes_->on_fit_changed = [this] { show_page_again(); };
   status_ = std::make_unique<StatusLine>(self, look_);
   SetMenu(self, make_menu_bar());
 }
@@ -173,6 +177,7 @@ void MainWindow::restyle(unsigned dpi) {
   status_->restyle();
   page_->scale(dpi);
   page_->theme_changed();
+  bytes_->restyle();
   lay_out();
   InvalidateRect(window(), nullptr, TRUE);
 }
@@ -196,16 +201,19 @@ void MainWindow::lay_out() {
   const bool shown = settings_.preview_shown;
   const RECT bar = splitter();
   const int high = middle_.bottom - middle_.top;
-  ShowWindow(page_->window(), shown ? SW_SHOWNA : SW_HIDE);
+  const HWND page = page_window();
+  const HWND hidden =
+      page == page_->window() ? bytes_->window() : page_->window();
+  ShowWindow(hidden, SW_HIDE);
+  ShowWindow(page, shown ? SW_SHOWNA : SW_HIDE);
   if (!shown) {
     place(list_->window(), 0, y, area.right, high);
   } else if (settings_.preview_below) {
     place(list_->window(), 0, y, area.right, bar.top - y);
-    place(page_->window(), 0, bar.bottom, area.right,
-          middle_.bottom - bar.bottom);
+    place(page, 0, bar.bottom, area.right, middle_.bottom - bar.bottom);
   } else {
     place(list_->window(), 0, y, bar.left, high);
-    place(page_->window(), bar.right, y, area.right - bar.right, high);
+    place(page, bar.right, y, area.right - bar.right, high);
   }
   place(status_->window(), 0, area.bottom - status, area.right, status);
 }
@@ -263,6 +271,9 @@ bool MainWindow::on_command(int number, bool from_control) {
       tab().filter(view_->filter());
       list_->refresh();
       return true;
+    case ViewBar::kPageChosen:
+      choose_page(view_->page());
+      return true;
     case InfoBar::kResized:
       lay_out();
       return true;
@@ -301,6 +312,10 @@ bool MainWindow::on_copied(HWND sender, const COPYDATASTRUCT& data) {
                  static_cast<WPARAM>(number_of(wanted->id)), 0);
     return true;
   }
+  if (!request->picture.empty()) {
+    RedrawWindow(window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    return viewer::save_screenshot(window(), wide(request->picture));
+  }
   if (request->get == "idle") {
     wait_for_idle_.push_back(sender);
     PostMessageW(window(), kCheckIdle, 0, 0);
@@ -311,6 +326,7 @@ bool MainWindow::on_copied(HWND sender, const COPYDATASTRUCT& data) {
   reply["status"] = narrow(status_->text());
   reply["info"] = narrow(info_->text());
   reply["rows"] = static_cast<int64_t>(tab().list().rows.count());
+  reply["top"] = static_cast<int64_t>(bytes_->top());
   reply["selected"] = static_cast<int64_t>(tab().list().selection.count());
   answer(window(), sender, reply);
   return true;

@@ -2,7 +2,8 @@
 // carries out commands.
 //
 // The sources are main_window.cpp (parts, layout, messages),
-// window_commands.cpp (commands) and window_search.cpp (searches and tabs).
+// window_commands.cpp (commands), window_search.cpp (searches and tabs) and
+// window_page.cpp (the file beside the results).
 //
 // Tested by tests/gui/window/window_test.cpp
 #pragma once
@@ -12,9 +13,11 @@
 #include <string>
 #include <vector>
 
+#include "gui/core/display_job.h"
 #include "gui/core/engine_thread.h"
 #include "gui/core/key_map.h"
 #include "gui/core/settings.h"
+#include "gui/win32/bytes_view.h"
 #include "gui/win32/info_bar.h"
 #include "gui/win32/line_cache.h"
 #include "gui/win32/look.h"
@@ -77,12 +80,25 @@ class MainWindow : public WindowBase {
   const ResultTab& tab() const { return *tabs_[current_]; }
   void pull();
   void pull_later(DWORD spent);
-  void show_page();
   void show_state();
+  bool any_running() const;
   bool is_idle() const;
   void tell_if_idle();
   void take_picture();
   void take_over(const ProgramOptions& options);
+
+  // --- window_page.cpp
+  void show_page();
+  void show_page_again();
+  void clear_page();
+  void choose_page(PageKind kind);
+  HWND page_window() const;
+  void show_text();
+  void show_bytes(bool same_file);
+  void show_display();
+  void on_display_news(const JobNews& news);
+  std::optional<uint32_t> match_of_page() const;
+  void go_to_match_at(uint32_t offset);
 
   // --- window_commands.cpp
   void run(CommandId id);
@@ -118,19 +134,23 @@ class MainWindow : public WindowBase {
   std::unique_ptr<ViewBar> view_;
   std::unique_ptr<ResultList> list_;
   std::unique_ptr<TextView> page_;
+  std::unique_ptr<BytesView> bytes_;
   std::unique_ptr<StatusLine> status_;
   Taskbar taskbar_;
 
   std::vector<std::unique_ptr<ResultTab>> tabs_;
   size_t current_ = 0;
-  bool opens_files_ = true;   // new results show their matches
-  int pulls_ = 0;             // since the last search began
-  ULONGLONG sorted_ = 0;      // when results were sorted last
-  RECT middle_{};             // of the window: list, splitter and page
-  bool splitting_ = false;    // the mouse holds the splitter
+  bool opens_files_ = true;  // new results show their matches
+  int pulls_ = 0;            // since the last search began
+  ULONGLONG sorted_ = 0;     // when results were sorted last
+  RECT middle_{};            // of the window: list, splitter and page
+  bool splitting_ = false;   // the mouse holds the splitter
+  PageKind page_kind_ = PageKind::kText;
   ResultRow page_row_;        // what the page shows
   uint16_t page_serial_ = 0;  // of the search it belongs to; 0: none
-  HWND focus_ = nullptr;      // where it was when the window lost it
+  JobId display_job_ = 0;     // the last one that shows bytes
+  std::shared_ptr<BytesDisplay> display_;  // its display
+  HWND focus_ = nullptr;  // where it was when the window lost it
   bool picture_taken_ = false;
   std::vector<HWND> wait_for_idle_;  // windows of tests
 

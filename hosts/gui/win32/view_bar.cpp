@@ -12,6 +12,8 @@ constexpr int kFoundButton = 200;
 constexpr int kNoMatchButton = 201;
 constexpr int kNotSearchedButton = 202;
 constexpr int kFilterField = 203;
+constexpr int kTextButton = 204;
+constexpr int kBytesButton = 205;
 
 }  // namespace
 
@@ -29,6 +31,12 @@ ViewBar::ViewBar(HWND parent, const Look& look) : look_(look) {
       make_button(self, kNotSearchedButton, L"", ButtonKind::kTab, look);
   label_ = make_label(self, wide(Text::kFilter), look);
   filter_ = make_edit(self, kFilterField, look);
+  text_ = make_button(self, kTextButton, wide(Text::kTextPage),
+                      ButtonKind::kTab, look);
+  bytes_ = make_button(self, kBytesButton, wide(Text::kBytesPage),
+                       ButtonKind::kTab, look);
+  for (const HWND first : {found_, label_, text_}) begin_group(first);
+  choose_page(PageKind::kText);
   choose(ResultState::kFound);
   show_counts({});
 }
@@ -58,6 +66,22 @@ void ViewBar::choose(ResultState state) {
   set_checked(not_searched_, state == ResultState::kNotSearched);
 }
 
+PageKind ViewBar::page() const {
+  return is_checked(bytes_) ? PageKind::kBytes : PageKind::kText;
+}
+
+void ViewBar::choose_page(PageKind page) {
+  set_checked(text_, page == PageKind::kText);
+  set_checked(bytes_, page == PageKind::kBytes);
+}
+
+void ViewBar::show_pages(bool on) {
+  for (const HWND button : {text_, bytes_}) {
+    ShowWindow(button, on ? SW_SHOWNA : SW_HIDE);
+  }
+  lay_out();
+}
+
 std::string ViewBar::filter() const { return narrow(text_of(filter_)); }
 
 void ViewBar::set_filter(const std::string& text) {
@@ -74,7 +98,8 @@ void ViewBar::focus_on_filter() {
 int ViewBar::height() const { return field_height(look_) + look_.scale(8); }
 
 void ViewBar::restyle() {
-  for (const HWND child : {found_, no_match_, not_searched_, label_, filter_}) {
+  for (const HWND child :
+       {found_, no_match_, not_searched_, label_, filter_, text_, bytes_}) {
     set_font(child, look_);
   }
   lay_out();
@@ -95,7 +120,15 @@ void ViewBar::lay_out() {
     x += width - 1;
   }
   const int label = width_of(label_, look_);
-  const int right = area.right - look_.scale(8);
+  int right = area.right - look_.scale(8);
+  if ((GetWindowLongW(text_, GWL_STYLE) & WS_VISIBLE) != 0) {
+    for (const HWND button : {bytes_, text_}) {
+      const int width = width_of(button, look_);
+      right -= width - 1;
+      place(button, right, y, width, high);
+    }
+    right -= 2 * gap;
+  }
   const int left = std::max<int>(x + 3 * gap, right - label - look_.scale(220));
   place(label_, left, y, label, high);
   place(filter_, left + label + gap, y, right - left - label - gap, high);
@@ -113,7 +146,9 @@ LRESULT ViewBar::on_message(UINT message, WPARAM word, LPARAM value) {
           SendMessageW(parent, WM_COMMAND, kFilterChanged, 0);
         }
       } else if (HIWORD(word) == BN_CLICKED) {
-        SendMessageW(parent, WM_COMMAND, kListChosen, 0);
+        const int button = LOWORD(word);
+        const bool page = button == kTextButton || button == kBytesButton;
+        SendMessageW(parent, WM_COMMAND, page ? kPageChosen : kListChosen, 0);
       }
       return 0;
     case WM_ERASEBKGND:

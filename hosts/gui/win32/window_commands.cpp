@@ -106,8 +106,14 @@ void MainWindow::run(CommandId id) {
       return export_rows();
     case CommandId::kShowPreview:
       settings_.preview_shown = !settings_.preview_shown;
+      view_->show_pages(settings_.preview_shown);
       lay_out();
+      clear_page();
       return show_page();
+    case CommandId::kShowText:
+      return choose_page(PageKind::kText);
+    case CommandId::kShowBytes:
+      return choose_page(PageKind::kBytes);
     case CommandId::kZoomIn:
       return zoom(page_->zoom() + 10);
     case CommandId::kZoomOut:
@@ -158,6 +164,10 @@ bool MainWindow::is_on(CommandId id, const void* owner) {
       return self->panel_->more_shown();
     case CommandId::kShowPreview:
       return self->settings_.preview_shown;
+    case CommandId::kShowText:
+      return self->page_kind_ == PageKind::kText;
+    case CommandId::kShowBytes:
+      return self->page_kind_ == PageKind::kBytes;
     default:
       return false;
   }
@@ -306,7 +316,7 @@ void MainWindow::zoom(int percent) {
 
 void MainWindow::step_pane(bool forward) {
   const HWND panes[] = {panel_->window(), strip_->window(), view_->window(),
-                        list_->window(), page_->window()};
+                        list_->window(), page_window()};
   const int count =
       static_cast<int>(std::size(panes)) - (settings_.preview_shown ? 0 : 1);
   int now = 0;

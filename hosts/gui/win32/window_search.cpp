@@ -125,6 +125,7 @@ void MainWindow::pull() {
   const ULONGLONG start = GetTickCount64();
   bool in_view = false;
   for (JobNews& news : engine_->take()) {
+    on_display_news(news);
     for (size_t i = 0; i < tabs_.size(); ++i) {
       if (tabs_[i]->job() != news.job) continue;
       tabs_[i]->add(std::move(news));
@@ -141,6 +142,8 @@ void MainWindow::pull() {
     list_->refresh();
     show_state();
   }
+  show_display();
+  show_page();
   ++pulls_;
   if (!engine_->idle()) {
     pull_later(static_cast<DWORD>(GetTickCount64() - start));
@@ -174,37 +177,17 @@ void MainWindow::show_state() {
   SetWindowTextW(window(), title.c_str());
 }
 
-// The file of the row in focus, at its match. A file in which nothing was found
-// is shown from its start.
-void MainWindow::show_page() {
-  if (!settings_.preview_shown || !engine_) return;
-  if (!list_->any_row()) {
-    page_->clear();
-    page_serial_ = 0;
-    return;
-  }
-  const ResultRow row = list_->row();
-  const size_t match = row.is_file() ? 0 : row.match;
-  const bool same_file =
-      page_serial_ == tab().serial() && page_row_.file == row.file;
-  if (same_file && page_row_ == row) return;
-  page_serial_ = tab().serial();
-  page_row_ = row;
-  if (same_file) return page_->go_to(match);
-  const ResultFile& file = tab().set().file(row.file);
-  std::vector<Match> matches;
-  for (uint32_t i = 0; i < file.listed; ++i) {
-    matches.push_back(tab().set().match(row.file, i));
-  }
-  page_->show(to_path(file.path), matches, match);
+bool MainWindow::any_running() const {
+  return std::any_of(tabs_.begin(), tabs_.end(),
+                     [](const auto& one) { return one->running(); });
 }
 
 bool MainWindow::is_idle() const {
-  const bool running =
-      std::any_of(tabs_.begin(), tabs_.end(),
-                  [](const auto& one) { return one->running(); });
   const bool in_dialog = !IsWindowEnabled(window());
-  return !running && !in_dialog && engine_->idle() && !lines_->waiting();
+  const bool to_paint =
+      display_job_ != 0 && !bytes_->shows(display_.get());  // but parked
+  return !any_running() && !in_dialog && !to_paint && engine_->idle() &&
+         !lines_->waiting();
 }
 
 // After all that is painted or waits in the queue.

@@ -15,7 +15,7 @@ namespace {
 
 using test::Engine;
 
-constexpr uint32_t kLine = DisplayJob::kBytesInLine;
+constexpr int32_t kLine = 16;
 
 // A display of the engine thread; its notices count like ends of jobs.
 class DisplayJobTest : public testing::Test {
@@ -141,9 +141,9 @@ TEST_F(DisplayJobTest, GroupsCountAreasThatAreLeftOut) {
   query.areas = {AreaUse::kOutside, "", "\\<!'>'[1-]\\>", "", ""};
   start(query, "a", 7);
   EXPECT_EQ(line_of(1), -1);
-  EXPECT_EQ(line_of(7), 7 / int32_t{kLine});
-  EXPECT_EQ(line_of(24), 24 / int32_t{kLine});
-  EXPECT_EQ(line_of(33), 33 / int32_t{kLine});
+  EXPECT_EQ(line_of(7), 7 / kLine);
+  EXPECT_EQ(line_of(24), 24 / kLine);
+  EXPECT_EQ(line_of(33), 33 / kLine);
 }
 
 TEST_F(DisplayJobTest, GroupsCountWhatLiesAroundAreas) {
@@ -152,9 +152,9 @@ TEST_F(DisplayJobTest, GroupsCountWhatLiesAroundAreas) {
   query.areas = {AreaUse::kInside, "", "\\<!'>'[1-]\\>", "", ""};
   start(query, "a", 13);
   EXPECT_EQ(line_of(1), 0);
-  EXPECT_EQ(line_of(13), 13 / int32_t{kLine});
+  EXPECT_EQ(line_of(13), 13 / kLine);
   EXPECT_EQ(line_of(7), -1);
-  EXPECT_EQ(line_of(34), 34 / int32_t{kLine});
+  EXPECT_EQ(line_of(34), 34 / kLine);
 }
 
 TEST_F(DisplayJobTest, ReadyMadeAreasKeepTheGroupsOfMatches) {

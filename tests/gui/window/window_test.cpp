@@ -2,11 +2,13 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 
 #include "gui/core/json_value.h"
 #include "gui/window/driver.h"
+#include "gui/window/shot.h"
 
 namespace zenfo::test {
 namespace {
@@ -65,6 +67,21 @@ class WindowTest : public testing::Test {
   // Millions of matches, so that a search of it takes a while.
   void make_long_file() {
     folder_.file("harbour/long.txt", std::string(size_t{16} << 20, 'a'));
+  }
+  // What the window shows now. A copy goes to the folder that ZENFO_PICTURES
+  // names, to be looked at.
+  Shot picture(const std::string& name) {
+    const std::string path = folder_.path(name + ".png");
+    JsonValue request;
+    request["picture"] = path;
+    asker_.tell(*program_,
+                host::gui::format_json(request, host::gui::JsonForm::kOneLine));
+    if (const char* folder = std::getenv("ZENFO_PICTURES")) {
+      std::filesystem::copy_file(
+          native(path), native(std::string(folder) + "/" + name + ".png"),
+          std::filesystem::copy_options::overwrite_existing);
+    }
+    return Shot(window(), path);
   }
   int row_in_focus() {
     return static_cast<int>(SendMessageW(
@@ -153,6 +170,105 @@ TEST_F(WindowTest, F3GoesFromMatchToMatchAndFromTheLastToTheFirst) {
     wait();
     EXPECT_EQ(row_in_focus(), expected);
   }
+}
+
+// Marked as the library does it: the current match in red.
+TEST_F(WindowTest, TheBytesOfTheFileAreShownWithItsMatches) {
+  folder_.file("harbour/two.txt", "a gate, and another gate");
+  start();
+  type(L"Fi&les:", L"two.txt");
+  search(L"gate");
+  click(L"Bytes");
+  wait();
+  const HWND page = of_class(window(), L"zenfo-bytes");
+  EXPECT_EQ(title_of(page), L"Bytes, match at offset 2");
+  const Shot first = picture("bytes");
+  const RECT area = first.part(page);
+  EXPECT_GT(first.count(RGB(255, 0, 0), area), 300);
+  EXPECT_GT(first.count(GetSysColor(COLOR_GRAYTEXT), area), 300);
+
+  press(list(), VK_F3);
+  press(list(), VK_F3);
+  wait();
+  EXPECT_EQ(title_of(page), L"Bytes, match at offset 20");
+  EXPECT_FALSE(first == picture("bytes_next"));
+
+  click(L"Text");
+  wait();
+  EXPECT_THAT(narrowed(title_of(of_class(window(), L"ZenfoText"))),
+              HasSubstr("match 2 of 2"));
+}
+
+TEST_F(WindowTest, TheBytesPageScrollsByKeysWheelAndBar) {
+  folder_.file("harbour/long.txt", "gate" + std::string(100000, '.'));
+  start();
+  type(L"Fi&les:", L"long.txt");
+  search(L"gate");
+  command("view.bytes");
+  const HWND page = of_class(window(), L"zenfo-bytes");
+  const auto top = [&] { return std::stoi(status("top")); };
+  EXPECT_EQ(top(), 0);
+  SendMessageW(page, WM_KEYDOWN, VK_DOWN, 0);
+  EXPECT_EQ(top(), 1);
+  SendMessageW(page, WM_KEYDOWN, VK_NEXT, 0);
+  const int page_down = top();
+  EXPECT_GT(page_down, 10);
+  SendMessageW(page, WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA), 0);
+  EXPECT_EQ(top(), page_down - 3);
+  SendMessageW(page, WM_VSCROLL, SB_LINEUP, 0);
+  EXPECT_EQ(top(), page_down - 4);
+  SendMessageW(page, WM_KEYDOWN, VK_END, 0);
+  EXPECT_GT(top(), 3000);
+  SendMessageW(page, WM_KEYDOWN, VK_HOME, 0);
+  EXPECT_EQ(top(), 0);
+}
+
+// As one sees it, from the top left of the page.
+TEST_F(WindowTest, AClickOnAMatchOfTheBytesGoesToItsRow) {
+  folder_.file("harbour/two.txt", "gatexxxxgate");
+  start();
+  type(L"Fi&les:", L"two.txt");
+  search(L"gate");
+  command("view.bytes");
+  const HWND page = of_class(window(), L"zenfo-bytes");
+  const Shot shown = picture("bytes_click");
+  const RECT area = shown.part(page);
+  // The second match ends where the last grey ground of the line does, which is
+  // wider than a rule.
+  int last = 0;
+  for (int x = area.left; x < area.right; ++x) {
+    const COLORREF grey = GetSysColor(COLOR_GRAYTEXT);
+    const int y = area.top + 1;
+    if (shown.at(x, y) == grey && shown.at(x - 1, y) == grey) last = x;
+  }
+  SendMessageW(page, WM_LBUTTONDOWN, MK_LBUTTON,
+               MAKELPARAM(last - area.left, 1));
+  wait();
+  EXPECT_EQ(title_of(page), L"Bytes, match at offset 8");
+  EXPECT_EQ(row_in_focus(), 2);
+}
+
+TEST_F(WindowTest, BytesOfAFileThatIsNotShownAreTold) {
+  folder_.file("harbour/empty.txt", "");
+  start();
+  type(L"Fi&les:", L"empty.txt");
+  search(L"gate");
+  command("view.bytes");
+  click(L"No match 1");
+  press(list(), VK_DOWN);
+  wait();
+  EXPECT_EQ(title_of(of_class(window(), L"zenfo-bytes")),
+            L"Bytes: The file is empty");
+}
+
+TEST_F(WindowTest, ASearchGoesOnWhileBytesAreShown) {
+  start();
+  command("view.bytes");
+  search(L"harbour");
+  search(L"ferry");
+  EXPECT_THAT(rows(), testing::Contains("timetable.py"));
+  EXPECT_THAT(narrowed(title_of(of_class(window(), L"zenfo-bytes"))),
+              HasSubstr("match at offset"));
 }
 
 TEST_F(WindowTest, EscCancelsASearchAtOnce) {

@@ -1,0 +1,125 @@
+// The file beside the results, as text or as bytes.
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "gui/core/strings.h"
+#include "gui/win32/main_window.h"
+#include "gui/win32/messages.h"
+#include "shared/system/paths.h"
+
+namespace zenfo::host::gui::win32 {
+
+HWND MainWindow::page_window() const {
+  return page_kind_ == PageKind::kBytes ? bytes_->window() : page_->window();
+}
+
+void MainWindow::choose_page(PageKind kind) {
+  view_->choose_page(kind);
+  if (!settings_.preview_shown) return run(CommandId::kShowPreview);
+  if (kind == page_kind_) return;
+  const bool had_focus = GetFocus() == page_window();
+  clear_page();
+  page_kind_ = kind;
+  lay_out();
+  if (had_focus) SetFocus(page_window());
+  show_page();
+}
+
+void MainWindow::clear_page() {
+  page_->clear();
+  bytes_->clear();
+  if (display_) display_->parked.leave();
+  display_.reset();
+  display_job_ = 0;
+  page_serial_ = 0;
+}
+
+void MainWindow::show_page_again() {
+  page_serial_ = 0;
+  show_page();
+}
+
+// The file of the row in focus, at its match. A file in which nothing was found
+// is shown from its start.
+void MainWindow::show_page() {
+  if (!settings_.preview_shown || !engine_) return;
+  if (!list_->any_row()) {
+    if (page_serial_ != 0) clear_page();
+    return;
+  }
+  const ResultRow row = list_->row();
+  const bool same_file =
+      page_serial_ == tab().serial() && page_row_.file == row.file;
+  if (same_file && page_row_ == row) return;
+  page_serial_ = tab().serial();
+  page_row_ = row;
+  if (page_kind_ == PageKind::kBytes) return show_bytes(same_file);
+  if (same_file) return page_->go_to(row.is_file() ? 0 : row.match);
+  show_text();
+}
+
+void MainWindow::show_text() {
+  const ResultFile& file = tab().set().file(page_row_.file);
+  std::vector<Match> matches;
+  for (uint32_t i = 0; i < file.listed; ++i) {
+    matches.push_back(tab().set().match(page_row_.file, i));
+  }
+  page_->show(to_path(file.path), matches,
+              page_row_.is_file() ? 0 : page_row_.match);
+}
+
+// The offset of the row's match, or of the file's first one.
+std::optional<uint32_t> MainWindow::match_of_page() const {
+  if (tab().set().file(page_row_.file).listed == 0) return std::nullopt;
+  const uint32_t number = page_row_.is_file() ? 0 : page_row_.match;
+  return tab().set().match(page_row_.file, number).offset;
+}
+
+// While a search runs the library is in use: the page is shown with the news of
+// its end.
+void MainWindow::show_bytes(bool same_file) {
+  if (same_file && display_) {
+    if (bytes_->shows(display_.get())) bytes_->go_to(match_of_page());
+    return;
+  }
+  if (any_running()) {
+    bytes_->say(std::string(text(Text::kBytesAfterSearch)));
+    page_serial_ = 0;
+    return;
+  }
+  bytes_->say(std::string(text(Text::kBytesReading)));
+  const HWND self = window();
+  display_ = std::make_shared<BytesDisplay>(
+      [self] { PostMessageW(self, kWake, 0, 0); });
+  const DisplayWish wish{tab().set().query(),
+                         tab().set().file(page_row_.file).path, match_of_page(),
+                         bytes_->bytes_that_fit()};
+  display_job_ = engine_->start(std::make_unique<DisplayJob>(wish, display_));
+}
+
+// As soon as it is parked.
+void MainWindow::show_display() {
+  if (!display_ || bytes_->shows(display_.get())) return;
+  if (!display_->parked.is_parked()) return;
+  bytes_->show(display_, match_of_page());
+}
+
+void MainWindow::on_display_news(const JobNews& news) {
+  if (display_job_ == 0 || news.job != display_job_ || !news.end) return;
+  if (news.end->outcome == JobOutcome::kFailed) {
+    bytes_->say(news.end->reason);
+  }
+  display_job_ = 0;
+}
+
+// A click on a match of the page goes to its row.
+void MainWindow::go_to_match_at(uint32_t offset) {
+  const ResultFile& file = tab().set().file(page_row_.file);
+  for (uint32_t i = 0; i < file.listed; ++i) {
+    if (tab().set().match(page_row_.file, i).offset != offset) continue;
+    return list_->go_to({page_row_.file, i});
+  }
+}
+
+}  // namespace zenfo::host::gui::win32
