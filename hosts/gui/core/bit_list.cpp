@@ -34,6 +34,16 @@ void BitList::set_range(size_t first, size_t length, bool on) {
   }
 }
 
+void BitList::flip_range(size_t first, size_t length) {
+  const size_t end = first + length;
+  for (size_t word = first / kBits; word * kBits < end; ++word) {
+    const auto before = std::popcount(words_[word]);
+    words_[word] ^= mask_of(word, first, end);
+    count_ += static_cast<size_t>(std::popcount(words_[word]));
+    count_ -= static_cast<size_t>(before);
+  }
+}
+
 void BitList::append(size_t length, bool on) {
   const size_t first = size_;
   size_ += length;

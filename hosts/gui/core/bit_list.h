@@ -3,6 +3,7 @@
 // Tested by tests/gui/core/bit_list_test.cpp
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -21,6 +22,19 @@ class BitList {
   }
   void set(size_t index, bool on) { set_range(index, 1, on); }
   void set_range(size_t first, size_t length, bool on);
+  void flip_range(size_t first, size_t length);
+  // Calls visit(index) for each set bit of a range, in ascending order.
+  template <class Visit>
+  void for_each_in(size_t first, size_t length, Visit visit) const {
+    if (length == 0) return;
+    const size_t end = first + length;
+    for (size_t word = first / kBits; word * kBits < end; ++word) {
+      uint64_t bits = words_[word] & mask_of(word, first, end);
+      for (; bits != 0; bits &= bits - 1) {
+        visit(word * kBits + static_cast<size_t>(std::countr_zero(bits)));
+      }
+    }
+  }
   void append(size_t length, bool on);
   void clear();
   size_t bytes() const { return words_.capacity() * sizeof(uint64_t); }

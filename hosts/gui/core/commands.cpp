@@ -9,12 +9,13 @@ using State = CommandState;
 
 bool always(const State&) { return true; }
 bool may_search(const State& s) { return !s.running && s.can_search; }
-bool running(const State& s) { return s.running; }
+bool running(const State& s) { return s.running || s.writing; }
 bool any_result(const State& s) { return s.any_result; }
 bool any_match(const State& s) { return s.any_match; }
 bool any_selected(const State& s) { return s.any_selected; }
 bool row_in_focus(const State& s) { return s.row_in_focus; }
-bool any_chosen(const State& s) { return s.any_chosen; }
+bool may_export(const State& s) { return s.any_chosen && !s.writing; }
+bool may_copy(const State& s) { return s.any_selected && !s.writing; }
 bool several_tabs(const State& s) { return s.several_tabs; }
 bool may_search_again(const State& s) { return may_search(s) && s.any_match; }
 
@@ -45,13 +46,13 @@ constexpr Command kCommands[] = {
     {kCloseTab, "tab.close", Text::kCommandCloseTab, letter('W'), kAll, Menu::kFile, false, several_tabs},
     {kNextTab, "tab.next", Text::kCommandNextTab, ctrl(KeyCode::kTab), kAll, Menu::kFile, false, several_tabs},
     {kPreviousTab, "tab.previous", Text::kCommandPreviousTab, ctrl_shift(KeyCode::kTab), kAll, Menu::kFile, false, several_tabs},
-    {kExport, "results.export", Text::kCommandExport, letter('E'), kAll, Menu::kFile, true, any_chosen},
+    {kExport, "results.export", Text::kCommandExport, letter('E'), kAll, Menu::kFile, true, may_export},
     {kSettings, "settings", Text::kCommandSettings, {}, kAll, Menu::kFile, true, always},
     {kExit, "exit", Text::kCommandExit, {}, kAll, Menu::kFile, true, always},
 
-    {kCopyPaths, "copy.paths", Text::kCommandCopyPaths, letter('C'), kInList, Menu::kEdit, false, any_selected},
-    {kCopyRows, "copy.rows", Text::kCommandCopyRows, shift_letter('C'), kInList, Menu::kEdit, false, any_selected},
-    {kCopyNames, "copy.names", Text::kCommandCopyNames, ctrl_alt_letter('C'), kInList, Menu::kEdit, false, any_selected},
+    {kCopyPaths, "copy.paths", Text::kCommandCopyPaths, letter('C'), kInList, Menu::kEdit, false, may_copy},
+    {kCopyRows, "copy.rows", Text::kCommandCopyRows, shift_letter('C'), kInList, Menu::kEdit, false, may_copy},
+    {kCopyNames, "copy.names", Text::kCommandCopyNames, ctrl_alt_letter('C'), kInList, Menu::kEdit, false, may_copy},
     {kSelectAll, "select.all", Text::kCommandSelectAll, letter('A'), kInList, Menu::kEdit, true, any_result},
     {kShowHistory, "history.show", Text::kCommandShowHistory, alt(KeyCode::kDown), kInFields, Menu::kEdit, true, always},
 

@@ -126,6 +126,7 @@ struct CommandState {
   bool row_in_focus = false;  // a row has the focus
   bool any_chosen = false;    // matches
   bool several_tabs = false;
+  bool writing = false;  // an export or a large copy
 };
 
 struct Command {

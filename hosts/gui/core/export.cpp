@@ -44,19 +44,18 @@ std::string one_match(const ExportedMatch& match, ExportForm form) {
 
 class Export {
  public:
-  Export(const ResultSet& set, ExportForm form, const ExportSink& sink)
-      : set_(set),
-        form_(form),
+  Export(const ExportSource& source, const ExportSink& sink)
+      : source_(source),
+        form_(source.form()),
         sink_(sink),
         json_(0, 0, [this](auto lines) { put(lines); }) {}
 
-  ExportResult run(std::span<const uint32_t> files) {
+  ExportResult run(std::atomic<uint64_t>* files_done) {
     put(header(form_));
-    for (const uint32_t file : files) {
+    for (const ExportSource::File& file : source_.files()) {
       if (result_.stopped) break;
-      const ResultFile& facts = set_.file(file);
-      if (!facts.removed && (facts.all_chosen() > 0 || is_list_of_paths(facts)))
-        write(file);
+      write(file);
+      if (files_done != nullptr) ++*files_done;
     }
     if (form_ == ExportForm::kJsonLines && !result_.stopped) {
       json_.put_summary(result_.files);
@@ -65,23 +64,18 @@ class Export {
   }
 
  private:
-  // Files without matches have nothing but their paths.
-  bool is_list_of_paths(const ResultFile& file) const {
-    return form_ == ExportForm::kPaths && file.state != ResultState::kFound;
-  }
-
   void put(std::string_view lines) {
     if (!lines.empty() && !result_.stopped) result_.stopped = !sink_(lines);
   }
 
-  void write(uint32_t file) {
-    const std::string& path = set_.file(file).path;
+  void write(const ExportSource::File& file) {
+    const std::string& path = *file.path;
     if (form_ == ExportForm::kPaths) {
       put(utf8_of(path) + '\n');
       ++result_.files;
       return;
     }
-    const std::vector<Match> matches = chosen_matches(set_, file);
+    const std::vector<Match> matches = source_.matches_of(file);
     if (!bytes_.load(path) ||
         (!matches.empty() && !holds(bytes_.view(), matches.back()))) {
       result_.unread.push_back(path);
@@ -94,25 +88,51 @@ class Export {
                      find_blocks(bytes_.view(), matches, UINT64_MAX));
       return;
     }
-    for_each_match(
-        path, bytes_.view(), matches,
-        [&](const ExportedMatch& match) { put(one_match(match, form_)); });
+    for_each_match(path, bytes_.view(), matches,
+                   [&](const ExportedMatch& match) {
+                     if (!result_.stopped) put(one_match(match, form_));
+                   });
   }
 
-  const ResultSet& set_;
-  ExportForm form_;
+  const ExportSource& source_;
+  const ExportForm form_;
   const ExportSink& sink_;
   MatchJson json_;
   FileBytes bytes_;
   ExportResult result_;
 };
 
+// Files without matches have nothing but their paths.
+bool is_exported(const ResultFile& file, ExportForm form) {
+  if (file.removed) return false;
+  const bool path_only =
+      form == ExportForm::kPaths && file.state != ResultState::kFound;
+  return path_only || file.all_chosen() > 0;
+}
+
 }  // namespace
 
-ExportResult export_results(const ResultSet& set,
-                            std::span<const uint32_t> files, ExportForm form,
-                            const ExportSink& sink) {
-  return Export(set, form, sink).run(files);
+ExportSource::ExportSource(const ResultSet& set,
+                           std::span<const uint32_t> files, ExportForm form)
+    : form_(form), matches_(set.matches()) {
+  for (const uint32_t file : files) {
+    const ResultFile& facts = set.file(file);
+    if (!is_exported(facts, form)) continue;
+    files_.push_back({&facts.path, facts.first, facts.listed});
+  }
+}
+
+std::vector<Match> ExportSource::matches_of(const File& file) const {
+  std::vector<Match> matches;
+  for (uint32_t at = file.first; at < file.first + file.listed; ++at) {
+    if (matches_.is_chosen(at)) matches.push_back(matches_.at(at));
+  }
+  return matches;
+}
+
+ExportResult export_results(const ExportSource& source, const ExportSink& sink,
+                            std::atomic<uint64_t>* files_done) {
+  return Export(source, sink).run(files_done);
 }
 
 std::string csv_field(std::string_view text) {

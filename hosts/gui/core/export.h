@@ -1,9 +1,10 @@
 // Results as text for other programs: chosen matches of files that were not
-// removed. Reads each file again for its lines.
+// removed. Reads each file again for its lines, one file at a time.
 //
 // Tested by tests/gui/core/export_test.cpp
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -36,10 +37,32 @@ struct ExportResult {
 // Receives whole lines in UTF-8. False ends the export.
 using ExportSink = std::function<bool(std::string_view lines)>;
 
-// Writes files in the order of the numbers given.
-ExportResult export_results(const ResultSet& set,
-                            std::span<const uint32_t> files, ExportForm form,
-                            const ExportSink& sink);
+// What an export takes, as it is chosen now: another thread may write it while
+// the result grows and its choices change. The set must live as long.
+class ExportSource {
+ public:
+  // The files are written in the order of the numbers given.
+  ExportSource(const ResultSet& set, std::span<const uint32_t> files,
+               ExportForm form);
+
+  struct File {
+    const std::string* path;
+    uint32_t first;  // of its matches
+    uint32_t listed;
+  };
+  const std::vector<File>& files() const { return files_; }
+  // The chosen ones, by offset.
+  std::vector<Match> matches_of(const File& file) const;
+  ExportForm form() const { return form_; }
+
+ private:
+  ExportForm form_;
+  std::vector<File> files_;
+  MatchStore matches_;
+};
+
+ExportResult export_results(const ExportSource& source, const ExportSink& sink,
+                            std::atomic<uint64_t>* files_done = nullptr);
 
 // One field of a line.
 std::string csv_field(std::string_view text);

@@ -8,14 +8,6 @@
 
 namespace zenfo::host::gui {
 
-std::vector<Match> chosen_matches(const ResultSet& set, uint32_t file) {
-  std::vector<Match> matches;
-  for (uint32_t i = 0; i < set.file(file).listed; ++i) {
-    if (set.is_chosen(file, i)) matches.push_back(set.match(file, i));
-  }
-  return matches;
-}
-
 bool holds(std::string_view text, const Match& match) {
   return uint64_t{match.offset} + match.length <= text.size();
 }

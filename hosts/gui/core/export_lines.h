@@ -1,4 +1,4 @@
-// The chosen matches of a file with their lines, for export.h.
+// The matches of a file with their lines, for export.h.
 //
 // Tested by tests/gui/core/export_test.cpp
 #pragma once
@@ -10,7 +10,6 @@
 #include <string_view>
 #include <vector>
 
-#include "gui/core/result_set.h"
 #include "shared/text/found_text.h"
 
 namespace zenfo::host::gui {
@@ -25,8 +24,6 @@ struct ExportedMatch {
   std::string_view line;  // in which it begins, without its end
 };
 
-// By offset.
-std::vector<Match> chosen_matches(const ResultSet& set, uint32_t file);
 // Whether a text is long enough for a match.
 bool holds(std::string_view text, const Match& match);
 void for_each_match(std::string_view path, std::string_view text,

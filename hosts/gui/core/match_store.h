@@ -1,11 +1,15 @@
 // The matches of a result: 8 bytes each and a bit for "chosen", in blocks, so
 // that millions of them need no second copy when they grow.
 //
+// A copy shares the blocks and has choices of its own. So another thread may
+// read a copy while the original grows.
+//
 // Tested by tests/gui/core/match_store_test.cpp
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -24,14 +28,19 @@ class MatchStore {
  public:
   uint32_t size() const { return size_; }
   Match at(uint32_t index) const {
-    return blocks_[index / kBlock][index % kBlock];
+    return (*blocks_[index / kBlock])[index % kBlock];
   }
+  // Copies matches in pieces as large as blocks.
+  std::vector<Match> range(uint32_t first, uint32_t count) const;
   // All of them chosen.
   void append(std::span<const Match> matches);
 
   bool is_chosen(uint32_t index) const { return chosen_.at(index); }
   void choose(uint32_t first, uint32_t count, bool on) {
     chosen_.set_range(first, count, on);
+  }
+  void invert(uint32_t first, uint32_t count) {
+    chosen_.flip_range(first, count);
   }
   uint32_t chosen_in(uint32_t first, uint32_t count) const {
     return static_cast<uint32_t>(chosen_.count_in(first, count));
@@ -42,7 +51,11 @@ class MatchStore {
  private:
   static constexpr uint32_t kBlock = 64 * 1024;
 
-  std::vector<std::vector<Match>> blocks_;
+  using Block = std::vector<Match>;
+
+  Block& block_with_room();
+
+  std::vector<std::shared_ptr<Block>> blocks_;
   BitList chosen_;
   uint32_t size_ = 0;
 };

@@ -13,41 +13,8 @@ namespace {
 constexpr std::string_view kColumnNames[] = {
     "found", "name", "matches", "folder", "size", "type", "modified", "reason"};
 
-// What a file is sorted by: a number, then a text.
-struct Key {
-  int64_t number = 0;
-  std::string text;
-  uint32_t file = 0;
-
-  auto operator<=>(const Key&) const = default;
-};
-
-Key key_of(const ResultSet& set, uint32_t index, ResultColumn column) {
-  const ResultFile& file = set.file(index);
-  switch (column) {
-    case ResultColumn::kFound:
-      return {index, "", index};
-    case ResultColumn::kName:
-      return {0, folded(file.name()), index};
-    case ResultColumn::kMatches:
-      return {file.count, "", index};
-    case ResultColumn::kFolder:
-      return {0, folded(file.folder()), index};
-    case ResultColumn::kSize:
-      return {static_cast<int64_t>(file.size), "", index};
-    case ResultColumn::kType:
-      return {0, folded(file.extension()), index};
-    case ResultColumn::kModified:
-      return {file.modified, "", index};
-    case ResultColumn::kReason:
-      return {0, folded(set.reason(index)), index};
-  }
-  return {0, "", index};
-}
-
-std::strong_ordering compare(const Key& a, const Key& b) {
-  if (a.number != b.number) return a.number <=> b.number;
-  return a.text <=> b.text;
+bool is_set(const std::atomic<bool>* stop) {
+  return stop != nullptr && stop->load(std::memory_order_relaxed);
 }
 
 }  // namespace
@@ -63,8 +30,12 @@ ResultColumn column_of(std::string_view name) {
   return static_cast<ResultColumn>(found - std::begin(kColumnNames));
 }
 
+// Most names are plain letters, and asking the system takes far longer.
 std::string folded(std::string_view text) {
-  std::string result = without_case(text);
+  const bool plain = std::none_of(text.begin(), text.end(), [](char c) {
+    return static_cast<unsigned char>(c) >= 0x80;
+  });
+  std::string result = plain ? std::string(text) : without_case(text);
   // Where names of files have case, people still look for them without.
   for (char& c : result) {
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c | 0x20);
@@ -72,27 +43,73 @@ std::string folded(std::string_view text) {
   return result;
 }
 
-void sort_files(const ResultSet& set, ResultSort sort,
-                std::vector<uint32_t>& files) {
-  std::vector<Key> keys;
-  keys.reserve(files.size());
-  for (const uint32_t file : files) {
-    keys.push_back(key_of(set, file, sort.column));
-  }
-  std::sort(keys.begin(), keys.end(), [&](const Key& a, const Key& b) {
-    const std::strong_ordering order =
-        sort.descending ? compare(b, a) : compare(a, b);
-    if (order != 0) return order < 0;
-    const auto paths = set.file(a.file).path <=> set.file(b.file).path;
-    return paths != 0 ? paths < 0 : a.file < b.file;
-  });
-  for (size_t i = 0; i < files.size(); ++i) files[i] = keys[i].file;
-}
-
 PathFilter::PathFilter(std::string_view text) : text_(folded(text)) {}
 
 bool PathFilter::takes(std::string_view path) const {
   return empty() || folded(path).find(text_) != std::string::npos;
+}
+
+// What a file is sorted by: a number, then a text.
+struct Arrangement::Key {
+  int64_t number = 0;
+  std::string text;
+  const Item* item = nullptr;
+
+  std::strong_ordering operator<=>(const Key& other) const {
+    if (number != other.number) return number <=> other.number;
+    return text <=> other.text;
+  }
+};
+
+void Arrangement::add(const ResultSet& set, uint32_t file) {
+  items_.push_back({file, &set.file(file), &set.reason(file)});
+}
+
+Arrangement::Key Arrangement::key_of(const Item& item) const {
+  const ResultFile& file = *item.file;
+  switch (sort_.column) {
+    case ResultColumn::kFound:
+      return {item.index, "", &item};
+    case ResultColumn::kName:
+      return {0, folded(file.name()), &item};
+    case ResultColumn::kMatches:
+      return {file.count, "", &item};
+    case ResultColumn::kFolder:
+      return {0, folded(file.folder()), &item};
+    case ResultColumn::kSize:
+      return {static_cast<int64_t>(file.size), "", &item};
+    case ResultColumn::kType:
+      return {0, folded(file.extension()), &item};
+    case ResultColumn::kModified:
+      return {file.modified, "", &item};
+    case ResultColumn::kReason:
+      return {0, folded(*item.reason), &item};
+  }
+  return {0, "", &item};
+}
+
+void Arrangement::run(const std::atomic<bool>* stop) {
+  std::vector<Key> keys;
+  for (const Item& item : items_) {
+    if (is_set(stop)) return;
+    if (filter_.takes(item.file->path)) keys.push_back(key_of(item));
+  }
+  std::sort(keys.begin(), keys.end(), [&](const Key& a, const Key& b) {
+    const std::strong_ordering order = sort_.descending ? b <=> a : a <=> b;
+    if (order != 0) return order < 0;
+    const auto paths = a.item->file->path <=> b.item->file->path;
+    return paths != 0 ? paths < 0 : a.item->index < b.item->index;
+  });
+  order_.reserve(keys.size());
+  for (const Key& key : keys) order_.push_back(key.item->index);
+}
+
+void sort_files(const ResultSet& set, ResultSort sort,
+                std::vector<uint32_t>& files) {
+  Arrangement arrangement(sort, PathFilter());
+  for (const uint32_t file : files) arrangement.add(set, file);
+  arrangement.run();
+  files = arrangement.order();
 }
 
 }  // namespace zenfo::host::gui

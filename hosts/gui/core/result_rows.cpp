@@ -1,6 +1,7 @@
 #include "gui/core/result_rows.h"
 
 #include <string>
+#include <utility>
 
 namespace zenfo::host::gui {
 ResultRows::ResultRows(const ResultSet& set, ResultState state)
@@ -8,16 +9,19 @@ ResultRows::ResultRows(const ResultSet& set, ResultState state)
   update();
 }
 
+bool ResultRows::is_listed(uint32_t file) const {
+  return set_.file(file).state == state_ && !set_.file(file).removed;
+}
+
 bool ResultRows::belongs(uint32_t file) const {
-  const ResultFile& facts = set_.file(file);
-  return facts.state == state_ && !facts.removed && filter_.takes(facts.path);
+  return is_listed(file) && filter_.takes(set_.file(file).path);
 }
 
 uint32_t ResultRows::rows_of(uint32_t file) const {
   return is_open(file) ? 1 + set_.file(file).listed : 1;
 }
 
-void ResultRows::take(uint32_t file) {
+void ResultRows::append(uint32_t file) {
   places_[file] = static_cast<uint32_t>(order_.size());
   order_.push_back(file);
   sums_.append(rows_of(file));
@@ -26,13 +30,14 @@ void ResultRows::take(uint32_t file) {
 void ResultRows::update() {
   if (removed_ != set_.removed()) {
     removed_ = set_.removed();
-    std::erase_if(order_, [&](uint32_t f) { return set_.file(f).removed; });
-    rebuild();
+    const auto erased = std::erase_if(
+        order_, [&](uint32_t file) { return set_.file(file).removed; });
+    if (erased > 0) rebuild();
   }
   places_.resize(set_.count(), kNowhere);
   open_.append(set_.count() - open_.size(), opens_new_);
   for (; seen_ < set_.count(); ++seen_) {
-    if (belongs(seen_)) take(seen_);
+    if (belongs(seen_)) append(seen_);
   }
 }
 
@@ -79,18 +84,53 @@ void ResultRows::open_all(bool on) {
 }
 
 void ResultRows::sort(ResultSort sort) {
-  sort_ = sort;
-  sort_files(set_, sort, order_);
-  rebuild();
+  wish_for_sort(sort);
+  arrange_now();
 }
 
 void ResultRows::filter(std::string_view text) {
+  wish_for_filter(text);
+  arrange_now();
+}
+
+void ResultRows::wish_for_sort(ResultSort sort) {
+  sort_ = sort;
+  arranged_ = false;
+}
+
+void ResultRows::wish_for_filter(std::string_view text) {
   filter_ = PathFilter(text);
-  order_.clear();
+  arranged_ = false;
+}
+
+void ResultRows::arrange_now() {
+  Arrangement all = arrangement();
+  all.run();
+  take(all);
+}
+
+Arrangement ResultRows::arrangement() const {
+  Arrangement made(sort_, filter_, seen_);
   for (uint32_t file = 0; file < seen_; ++file) {
-    if (belongs(file)) order_.push_back(file);
+    if (is_listed(file)) made.add(set_, file);
   }
-  sort(sort_);
+  return made;
+}
+
+// Files that came meanwhile go below.
+void ResultRows::take(const Arrangement& arrangement) {
+  if (arrangement.sort() != sort_ || arrangement.filter() != filter_) return;
+  arranged_ = true;
+  std::vector<uint32_t> order;
+  order.reserve(arrangement.order().size());
+  for (const uint32_t file : arrangement.order()) {
+    if (!set_.file(file).removed) order.push_back(file);
+  }
+  for (uint32_t file = arrangement.seen(); file < seen_; ++file) {
+    if (belongs(file)) order.push_back(file);
+  }
+  order_ = std::move(order);
+  rebuild();
 }
 
 std::optional<uint64_t> ResultRows::find_name(std::string_view text,

@@ -50,12 +50,24 @@ class ResultRows {
   void open_all(bool on);
 
   ResultSort sort() const { return sort_; }
+  // All files are sorted, also those that came since the last sort.
   void sort(ResultSort sort);
-  // Sorts the files that came since the last sort, too.
-  void sort_again() { sort(sort_); }
-
   // Shows only files whose path contains the text.
   void filter(std::string_view text);
+
+  // The same in steps, of which the longest may be another thread's: the rows
+  // stay as they are between a wish and its arrangement.
+  void wish_for_sort(ResultSort sort);
+  void wish_for_filter(std::string_view text);
+  bool is_arranged() const { return arranged_; }
+  void arrange_now();
+  // What is to be run; the set must live as long.
+  Arrangement arrangement() const;
+  // Takes it, unless there was another wish since.
+  void take(const Arrangement& arrangement);
+
+  // The files that are shown, in the order of their rows.
+  const std::vector<uint32_t>& files() const { return order_; }
   uint32_t files_shown() const { return static_cast<uint32_t>(order_.size()); }
 
   // The first file row after `from` (before it: after going round) whose name
@@ -74,9 +86,10 @@ class ResultRows {
  private:
   static constexpr uint32_t kNowhere = std::numeric_limits<uint32_t>::max();
 
+  bool is_listed(uint32_t file) const;
   bool belongs(uint32_t file) const;
   uint32_t rows_of(uint32_t file) const;
-  void take(uint32_t file);
+  void append(uint32_t file);
   void rebuild();
 
   const ResultSet& set_;
@@ -84,6 +97,7 @@ class ResultRows {
   uint32_t seen_ = 0;     // files of the set that were looked at
   uint32_t removed_ = 0;  // files of the set that were removed until then
   bool opens_new_ = false;
+  bool arranged_ = true;
   ResultSort sort_;
   PathFilter filter_;
   std::vector<uint32_t> order_;   // files in the order of their rows

@@ -113,9 +113,7 @@ void ResultSet::invert_choice() {
     ResultFile& file = files_[i];
     if (file.removed || file.state != ResultState::kFound) continue;
     count_out(file);
-    for (uint32_t at = file.first; at < file.first + file.listed; ++at) {
-      matches_.choose(at, 1, !matches_.is_chosen(at));
-    }
+    matches_.invert(file.first, file.listed);
     file.chosen = file.listed - file.chosen;
     file.rest_chosen = !file.rest_chosen;
     count_in(file);
@@ -132,7 +130,7 @@ void ResultSet::remove(uint32_t index) {
 
 size_t ResultSet::bytes() const {
   constexpr size_t kInside = 15;  // bytes that a text holds without more memory
-  size_t bytes = matches_.bytes() + files_.capacity() * sizeof(ResultFile);
+  size_t bytes = matches_.bytes() + files_.size() * sizeof(ResultFile);
   for (const ResultFile& file : files_) {
     if (file.path.capacity() > kInside) bytes += file.path.capacity() + 1;
   }

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,6 +52,10 @@ class ResultSet {
   Match match(uint32_t file, uint32_t number) const {
     return matches_.at(files_[file].first + number);
   }
+  // Of a file, the listed ones.
+  std::vector<Match> matches_of(uint32_t file) const {
+    return matches_.range(files_[file].first, files_[file].listed);
+  }
   // Why a file was not searched.
   const std::string& reason(uint32_t file) const {
     return reasons_[files_[file].reason];
@@ -81,9 +86,10 @@ class ResultSet {
 
   Query query_;
   MatchCaps caps_;
-  std::vector<ResultFile> files_;
+  // Other threads read paths while the list grows, so they must not move.
+  std::deque<ResultFile> files_;
   MatchStore matches_;
-  std::vector<std::string> reasons_ = {""};
+  std::deque<std::string> reasons_ = {""};
   std::unordered_map<std::string, uint32_t> reason_numbers_;
   ResultTotals totals_;
   JobProgress progress_;

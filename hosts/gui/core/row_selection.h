@@ -7,6 +7,8 @@
 // Tested by tests/gui/core/row_selection_test.cpp
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 #include "gui/core/bit_list.h"
@@ -28,12 +30,24 @@ class RowSelection {
   uint64_t count() const { return files_.count() + matches_.count(); }
 
   // Calls visit(ResultRow) for each selected row, in the order of the rows.
+  // Takes a step for each file and each selected match, and one for 64 others.
   template <class Visit>
   void for_each(const ResultRows& rows, Visit visit) const {
-    for (uint64_t row = 0; row < rows.count(); ++row) {
-      const ResultRow at = rows.at(row);
-      if (has(at)) visit(at);
+    for (const uint32_t file : rows.files()) {
+      if (has({file, ResultRow::kNoMatch})) visit({file, ResultRow::kNoMatch});
+      if (!rows.is_open(file)) continue;
+      for_each_match(file, [&](uint32_t match) { visit({file, match}); });
     }
+  }
+  // Calls visit(number in the file) for each selected match of a file.
+  template <class Visit>
+  void for_each_match(uint32_t file, Visit visit) const {
+    const size_t first = set_.file(file).first;
+    const size_t known = matches_.size() - std::min(first, matches_.size());
+    const size_t listed = std::min<size_t>(set_.file(file).listed, known);
+    matches_.for_each_in(first, listed, [&](size_t place) {
+      visit(static_cast<uint32_t>(place - first));
+    });
   }
 
  private:

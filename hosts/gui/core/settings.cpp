@@ -37,7 +37,7 @@ struct TextMember {
   std::string_view name;
   std::string Settings::*value;
 };
-constexpr TextMember kTexts[] = {
+constexpr TextMember kTextMembers[] = {
     {"sort_column", &Settings::sort_column},
     {"font", &Settings::font},
     {"editor", &Settings::editor},
@@ -148,7 +148,7 @@ Settings settings_from_json(JsonValue json) {
   for (const auto& [name, value, least, most] : kNumbers) {
     read(json.find(name), least, most, settings.*value);
   }
-  for (const auto& [name, value] : kTexts) {
+  for (const auto& [name, value] : kTextMembers) {
     read(json.find(name), settings.*value);
   }
   for (const auto& [name, value] : kMaps) {
@@ -181,7 +181,7 @@ JsonValue to_json(const Settings& settings) {
   for (const auto& [name, value, least, most] : kNumbers) {
     json[name] = settings.*value;
   }
-  for (const auto& [name, value] : kTexts) json[name] = settings.*value;
+  for (const auto& [name, value] : kTextMembers) json[name] = settings.*value;
   for (const auto& [name, value] : kMaps) {
     JsonValue map = JsonValue::Object();
     for (const auto& [key, text] : settings.*value) map[key] = text;

@@ -19,8 +19,5 @@ Settings load_settings(const std::string& path, std::string* message,
 // that are missing. False, with a reason, when that fails: the old file stays.
 bool save_settings(const std::string& path, const Settings& settings,
                    std::string* reason);
-// The same for any text: exports, saved queries.
-bool replace_file(const std::string& path, std::string_view text,
-                  std::string* reason);
 
 }  // namespace zenfo::host::gui

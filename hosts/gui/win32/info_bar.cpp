@@ -1,5 +1,8 @@
 #include "gui/win32/info_bar.h"
 
+#include <algorithm>
+
+#include "gui/win32/command_ids.h"
 #include "gui/win32/controls.h"
 #include "gui/win32/wide.h"
 
@@ -15,11 +18,30 @@ InfoBar::InfoBar(HWND parent, const Look& look) : look_(look) {
   text_ = make_label(window(), L"", look);
   SetWindowLongPtrW(text_, GWL_STYLE,
                     GetWindowLongPtrW(text_, GWL_STYLE) | SS_NOPREFIX);
+  action_ = make_button(window(), 0, L"", ButtonKind::kPush, look);
+  ShowWindow(action_, SW_HIDE);
   close_ = make_button(window(), IDCLOSE, wide(Text::kClose), ButtonKind::kPush,
                        look, L"\u00D7");
 }
 
 void InfoBar::show(const std::string& text) {
+  if (shown_action_) ShowWindow(action_, SW_HIDE);
+  shown_action_.reset();
+  show_text(text);
+}
+
+void InfoBar::show(const std::string& text, CommandId action) {
+  if (shown_action_ != action) {
+    shown_action_ = action;
+    set_text(action_, wide(plain_text(command(action).label)));
+    SetWindowLongPtrW(action_, GWLP_ID, number_of(action));
+    ShowWindow(action_, SW_SHOW);
+    lay_out();
+  }
+  show_text(text);
+}
+
+void InfoBar::show_text(const std::string& text) {
   change_text(text_, wide(text));
   const bool open = !text.empty();
   if (open == open_) return;
@@ -36,6 +58,7 @@ int InfoBar::height() const {
 
 void InfoBar::restyle() {
   set_font(text_, look_);
+  set_font(action_, look_);
   set_font(close_, look_);
   lay_out();
   InvalidateRect(window(), nullptr, TRUE);
@@ -47,7 +70,11 @@ void InfoBar::lay_out() {
   const int margin = look_.scale(8);
   const int side = field_height(look_) - look_.scale(4);
   const int y = (area.bottom - side) / 2;
-  place(text_, margin, y, area.right - 3 * margin - side, side);
+  const int action =
+      shown_action_ ? width_of(action_, look_) + look_.scale(16) : -margin;
+  const int end = area.right - 2 * margin - side;  // of the action
+  place(action_, end - action, y, std::max(action, 0), side);
+  place(text_, margin, y, end - action - 2 * margin, side);
   place(close_, area.right - margin - side, y, side, side);
 }
 
@@ -57,7 +84,11 @@ LRESULT InfoBar::on_message(UINT message, WPARAM word, LPARAM value) {
       lay_out();
       return 0;
     case WM_COMMAND:
-      if (LOWORD(word) == IDCLOSE) show("");
+      if (LOWORD(word) == IDCLOSE) {
+        show("");
+      } else {
+        SendMessageW(GetParent(window()), WM_COMMAND, LOWORD(word), 0);
+      }
       return 0;
     case WM_ERASEBKGND: {
       RECT area{};
@@ -65,6 +96,7 @@ LRESULT InfoBar::on_message(UINT message, WPARAM word, LPARAM value) {
       fill(reinterpret_cast<HDC>(word), area, look_.theme.info_ground);
       return 1;
     }
+    case WM_CTLCOLORBTN:
     case WM_CTLCOLORSTATIC: {
       const auto device = reinterpret_cast<HDC>(word);
       SetTextColor(device, look_.theme.info_text);

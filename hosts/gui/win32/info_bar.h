@@ -4,8 +4,10 @@
 // Tested by tests/gui/window/window_test.cpp
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "gui/core/commands.h"
 #include "gui/win32/look.h"
 #include "gui/win32/window_base.h"
 
@@ -19,6 +21,9 @@ class InfoBar : public WindowBase {
 
   // An empty text closes the bar.
   void show(const std::string& text);
+  // With a button for a command, which the parent gets as WM_COMMAND.
+  void show(const std::string& text, CommandId action);
+  std::optional<CommandId> action() const { return shown_action_; }
   std::wstring text() const;
   int height() const;  // 0 while it is closed
   void restyle();
@@ -27,11 +32,14 @@ class InfoBar : public WindowBase {
   LRESULT on_message(UINT message, WPARAM word, LPARAM value) override;
 
  private:
+  void show_text(const std::string& text);
   void lay_out();
 
   const Look& look_;
   bool open_ = false;
   HWND text_ = nullptr;
+  std::optional<CommandId> shown_action_;
+  HWND action_ = nullptr;
   HWND close_ = nullptr;
 };
 

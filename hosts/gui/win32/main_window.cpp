@@ -41,7 +41,8 @@ std::string beside_program(const wchar_t* name) {
 
 }  // namespace
 
-MainWindow::MainWindow(Startup startup) : startup_(std::move(startup)) {
+MainWindow::MainWindow(Startup startup, JobMaker make_job)
+    : startup_(std::move(startup)), make_job_(std::move(make_job)) {
   load();
   Shape shape;
   shape.class_name = kMainClass;
@@ -53,6 +54,9 @@ MainWindow::MainWindow(Startup startup) : startup_(std::move(startup)) {
   place_window();
   restyle(startup_.dpi != 0 ? startup_.dpi : dpi_of(window()));
   const HWND self = window();
+  const auto ended = [self] { PostMessageW(self, kWorkEnded, 0, 0); };
+  arranger_ = std::make_unique<SideThread>(ended);
+  writer_ = std::make_unique<SideThread>(ended);
   engine_ = std::make_unique<EngineThread>(
       [self] { PostMessageW(self, kWake, 0, 0); });
   add_tab();
@@ -63,7 +67,11 @@ MainWindow::MainWindow(Startup startup) : startup_(std::move(startup)) {
   lay_out();
 }
 
-MainWindow::~MainWindow() { engine_.reset(); }
+MainWindow::~MainWindow() {
+  engine_.reset();
+  writer_.reset();
+  arranger_.reset();
+}
 
 // A file beside the program is for those who carry it around.
 std::string MainWindow::settings_path() const {
@@ -118,7 +126,7 @@ void MainWindow::make_parts() {
   events.focus_moved = [this] { show_page(); };
   events.choice_changed = [this] { choice_changed(); };
   events.activated = [this] { open_in_editor(); };
-  events.sorted = [this] { show_state(); };
+  events.sorted = [this] { arrange(true); };
   list_ = std::make_unique<ResultList>(self, kListId, look_, *lines_,
                                        std::move(events));
   page_ = std::make_unique<TextView>(self, look_.theme);
@@ -269,7 +277,7 @@ bool MainWindow::on_command(int number, bool from_control) {
       return true;
     case ViewBar::kFilterChanged:
       tab().filter(view_->filter());
-      list_->refresh();
+      arrange(true);
       return true;
     case ViewBar::kPageChosen:
       choose_page(view_->page());
@@ -426,7 +434,16 @@ LRESULT MainWindow::on_message(UINT message, WPARAM word, LPARAM value) {
     case WM_NOTIFY:
       return on_notify(reinterpret_cast<const NMHDR*>(value));
     case WM_TIMER:
-      pull();
+      if (word == kOutputTimer) {
+        show_output();
+      } else {
+        pull();
+      }
+      return 0;
+    case kWorkEnded:
+      arranger_->finish();
+      writer_->finish();
+      tell_if_idle();
       return 0;
     case kWake:
       pull();

@@ -2,21 +2,26 @@
 // carries out commands.
 //
 // The sources are main_window.cpp (parts, layout, messages),
-// window_commands.cpp (commands), window_search.cpp (searches and tabs) and
-// window_page.cpp (the file beside the results).
+// window_commands.cpp (commands), window_search.cpp (searches and tabs),
+// window_page.cpp (the file beside the results) and window_output.cpp (exports
+// and copies).
 //
 // Tested by tests/gui/window/window_test.cpp
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "gui/core/display_job.h"
 #include "gui/core/engine_thread.h"
+#include "gui/core/export.h"
 #include "gui/core/key_map.h"
+#include "gui/core/news_queue.h"
 #include "gui/core/settings.h"
+#include "gui/core/side_thread.h"
 #include "gui/win32/bytes_view.h"
 #include "gui/win32/info_bar.h"
 #include "gui/win32/line_cache.h"
@@ -24,6 +29,7 @@
 #include "gui/win32/query_panel.h"
 #include "gui/win32/result_list.h"
 #include "gui/win32/result_tab.h"
+#include "gui/win32/row_copy.h"
 #include "gui/win32/startup.h"
 #include "gui/win32/status_line.h"
 #include "gui/win32/tab_strip.h"
@@ -38,10 +44,14 @@ inline constexpr wchar_t kMainClass[] = L"zenfo-gui";
 
 class MainWindow : public WindowBase {
  public:
-  explicit MainWindow(Startup startup);
+  // What makes the job of a query; tests have their own.
+  using JobMaker = std::function<std::unique_ptr<Job>(const Query& query)>;
+  explicit MainWindow(Startup startup, JobMaker make_job = {});
   ~MainWindow() override;
 
   void open(int show);
+  // Whether nothing is left to do but what the user wants next.
+  bool is_idle() const;
   // Keys that mean commands; true if the message is done with.
   bool take_key(const MSG& message);
 
@@ -69,7 +79,7 @@ class MainWindow : public WindowBase {
   std::string settings_path() const;
 
   // --- window_search.cpp
-  void search(const Query& query);
+  void search(Query query);
   void start_search();
   void search_in_files();
   void stop_search();
@@ -79,10 +89,12 @@ class MainWindow : public WindowBase {
   ResultTab& tab() { return *tabs_[current_]; }
   const ResultTab& tab() const { return *tabs_[current_]; }
   void pull();
+  void take_news(JobNews news);
+  void arrange(bool anew);
+  bool arrange_list(ResultTab& owner, ListState& list);
   void pull_later(DWORD spent);
   void show_state();
   bool any_running() const;
-  bool is_idle() const;
   void tell_if_idle();
   void take_picture();
   void take_over(const ProgramOptions& options);
@@ -110,17 +122,22 @@ class MainWindow : public WindowBase {
   void open_in_editor();
   void show_folder();
   void remove_selected();
-  void copy_paths(bool names);
-  void copy_rows();
-  void export_rows();
-  void copy(const std::wstring& text);
   void zoom(int percent);
   void step_pane(bool forward);
   void show_keys();
   std::vector<uint32_t> selected_files() const;
   void choice_changed();
 
+  // --- window_output.cpp
+  void copy_selected(CopyForm form);
+  void export_rows();
+  void begin_output(Text label, SideThread::Work work, SideThread::Then then);
+  void show_output();
+  void end_export(const std::string& path, const ExportResult& result,
+                  const std::string& failure);
+
   Startup startup_;
+  JobMaker make_job_;
   Settings settings_;
   bool may_write_settings_ = true;
   std::string load_message_;
@@ -154,7 +171,13 @@ class MainWindow : public WindowBase {
   bool picture_taken_ = false;
   std::vector<HWND> wait_for_idle_;  // windows of tests
 
-  std::unique_ptr<EngineThread> engine_;  // last, so that it ends first
+  NewsQueue news_;
+  Text output_label_ = Text::kExporting;
+
+  // Last, so that they end first.
+  std::unique_ptr<SideThread> arranger_;
+  std::unique_ptr<SideThread> writer_;
+  std::unique_ptr<EngineThread> engine_;
 };
 
 }  // namespace zenfo::host::gui::win32

@@ -169,6 +169,11 @@ void ResultList::put_focus() {
   const auto row = tab_->list().rows.row_of(tab_->list().focus);
   if (!row) return;
   silent_ = true;
+  // Some systems look at every row for what else is selected.
+  const int before = ListView_GetNextItem(list_, -1, LVNI_FOCUSED);
+  if (before >= 0 && before != static_cast<int>(*row)) {
+    ListView_SetItemState(list_, before, 0, LVIS_SELECTED);
+  }
   ListView_SetItemState(list_, static_cast<int>(*row),
                         LVIS_FOCUSED | LVIS_SELECTED,
                         LVIS_FOCUSED | LVIS_SELECTED);
@@ -373,7 +378,7 @@ void ResultList::on_text_wanted(NMLVDISPINFOW& info) {
         text = cell_text(*tab_, what.file, columns[column].id);
       }
     } else if (item.iSubItem == 0) {
-      text = row_text(*tab_, what, lines_.find(*tab_, what));
+      text = match_text(lines_.find(*tab_, what));
     }
     lstrcpynW(item.pszText, text.c_str(), item.cchTextMax);
   }
@@ -409,9 +414,8 @@ void ResultList::on_column(int index) {
   } else {
     sort = {};
   }
-  tab_->list().rows.sort(sort);
+  tab_->list().rows.wish_for_sort(sort);
   show_sort();
-  refresh();
   events_.sorted();
 }
 

@@ -23,7 +23,7 @@ class ResultList {
     std::function<void()> focus_moved;
     std::function<void()> choice_changed;
     std::function<void()> activated;  // a row was double-clicked
-    std::function<void()> sorted;
+    std::function<void()> sorted;     // another order is wished for
   };
   ResultList(HWND parent, int id, const Look& look, LineCache& lines,
              Events events);

@@ -5,9 +5,6 @@
 namespace zenfo::host::gui::win32 {
 namespace {
 
-constexpr ResultState kStates[] = {ResultState::kFound, ResultState::kNoMatch,
-                                   ResultState::kNotSearched};
-
 uint16_t next_serial() {
   static uint16_t last = 0;  // of the window's thread
   return ++last;
@@ -15,12 +12,12 @@ uint16_t next_serial() {
 
 }  // namespace
 
-ResultTab::ResultTab() : set_(std::make_unique<ResultSet>(Query())) {
+ResultTab::ResultTab() : set_(std::make_shared<ResultSet>(Query())) {
   make_lists(false);
 }
 
 void ResultTab::make_lists(bool opened) {
-  for (const ResultState state : kStates) {
+  for (const ResultState state : kResultStates) {
     auto& list = lists_[static_cast<size_t>(state)];
     const ResultSort sort = list ? list->rows.sort() : ResultSort{};
     list = std::make_unique<ListState>(*set_, state);
@@ -31,7 +28,7 @@ void ResultTab::make_lists(bool opened) {
 }
 
 void ResultTab::begin(const Query& query, JobId job, bool opened) {
-  auto fresh = std::make_unique<ResultSet>(query);
+  auto fresh = std::make_shared<ResultSet>(query);
   std::swap(set_, fresh);  // The old lists still use the old set.
   make_lists(opened);
   filter_.clear();
@@ -56,14 +53,14 @@ void ResultTab::update() {
 void ResultTab::sort_again() {
   for (const auto& list : lists_) {
     if (list->rows.sort().column != ResultColumn::kFound) {
-      list->rows.sort_again();
+      list->rows.wish_for_sort(list->rows.sort());
     }
   }
 }
 
 void ResultTab::filter(const std::string& text) {
   filter_ = text;
-  for (const auto& list : lists_) list->rows.filter(text);
+  for (const auto& list : lists_) list->rows.wish_for_filter(text);
 }
 
 }  // namespace zenfo::host::gui::win32

@@ -15,11 +15,15 @@
 
 namespace zenfo::host::gui::win32 {
 
+inline constexpr ResultState kResultStates[] = {
+    ResultState::kFound, ResultState::kNoMatch, ResultState::kNotSearched};
+
 // One of the three lists of a tab.
 struct ListState {
-  explicit ListState(const ResultSet& set, ResultState state)
-      : rows(set, state), selection(set) {}
+  ListState(const ResultSet& set, ResultState shown)
+      : state(shown), rows(set, shown), selection(set) {}
 
+  const ResultState state;
   ResultRows rows;
   RowSelection selection;
   bool any_focus = false;
@@ -41,6 +45,8 @@ class ResultTab {
   // Different for all searches of the program.
   uint16_t serial() const { return serial_; }
 
+  // Other threads may keep it.
+  std::shared_ptr<const ResultSet> shared_set() const { return set_; }
   ResultSet& set() { return *set_; }
   const ResultSet& set() const { return *set_; }
   ListState& list() { return *lists_[static_cast<size_t>(shown)]; }
@@ -49,12 +55,13 @@ class ResultTab {
     return *lists_[static_cast<size_t>(state)];
   }
 
-  // Shows only files whose paths contain the text, in all lists.
+  // Only files whose paths contain the text are to be shown, in all lists. The
+  // lists are not arranged before someone does it.
   void filter(const std::string& text);
   const std::string& filter_text() const { return filter_; }
   // Takes in what was added or removed.
   void update();
-  // Sorts what came since, where the user has chosen an order.
+  // What came since is to be sorted too, where the user has chosen an order.
   void sort_again();
 
   ResultState shown = ResultState::kFound;
@@ -63,7 +70,7 @@ class ResultTab {
  private:
   void make_lists(bool opened);
 
-  std::unique_ptr<ResultSet> set_;
+  std::shared_ptr<ResultSet> set_;
   std::array<std::unique_ptr<ListState>, 3> lists_;
   std::string filter_;
   JobId job_ = 0;

@@ -69,9 +69,8 @@ const std::vector<Column>& columns_of(ResultState state) {
   return state == ResultState::kNoMatch ? kNoMatchColumns : kNotSearchedColumns;
 }
 
-std::wstring cell_text(const ResultTab& tab, uint32_t index,
+std::wstring cell_text(const ResultFile& file, const std::string& reason,
                        ResultColumn column) {
-  const ResultFile& file = tab.set().file(index);
   switch (column) {
     case ResultColumn::kName:
       return wide(file.name());
@@ -86,7 +85,7 @@ std::wstring cell_text(const ResultTab& tab, uint32_t index,
     case ResultColumn::kModified:
       return date_text(file.modified);
     case ResultColumn::kReason:
-      return wide(tab.set().reason(index));
+      return wide(reason);
     case ResultColumn::kFound:
       break;
   }
@@ -112,18 +111,9 @@ LineText line_text(const FoundLine* line) {
   return text;
 }
 
-std::wstring row_text(const ResultTab& tab, ResultRow row,
-                      const FoundLine* line) {
-  if (!row.is_file()) {
-    const LineText text = line_text(line);
-    return text.number.empty() ? text.text : text.number + L": " + text.text;
-  }
-  std::wstring all;
-  for (const Column& column : columns_of(tab.shown)) {
-    if (!all.empty()) all += L'\t';
-    all += cell_text(tab, row.file, column.id);
-  }
-  return all;
+std::wstring match_text(const FoundLine* line) {
+  const LineText text = line_text(line);
+  return text.number.empty() ? text.text : text.number + L": " + text.text;
 }
 
 }  // namespace zenfo::host::gui::win32

@@ -21,8 +21,13 @@ struct Column {
 };
 
 const std::vector<Column>& columns_of(ResultState state);
-std::wstring cell_text(const ResultTab& tab, uint32_t file,
+// `reason`: why the file was not searched.
+std::wstring cell_text(const ResultFile& file, const std::string& reason,
                        ResultColumn column);
+inline std::wstring cell_text(const ResultTab& tab, uint32_t file,
+                              ResultColumn column) {
+  return cell_text(tab.set().file(file), tab.set().reason(file), column);
+}
 
 // A line in a list: without the blanks at its start, tabs as blanks.
 struct LineText {
@@ -33,8 +38,7 @@ struct LineText {
 };
 // `line` may be null: it was not read yet.
 LineText line_text(const FoundLine* line);
-// The whole row in one text.
-std::wstring row_text(const ResultTab& tab, ResultRow row,
-                      const FoundLine* line);
+// The whole row of a match in one text.
+std::wstring match_text(const FoundLine* line);
 
 }  // namespace zenfo::host::gui::win32

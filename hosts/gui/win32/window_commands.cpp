@@ -2,27 +2,11 @@
 #include <algorithm>
 #include <optional>
 
-#include "gui/core/export.h"
-#include "gui/core/settings_file.h"
-#include "gui/win32/clipboard.h"
 #include "gui/win32/editor.h"
-#include "gui/win32/folder_dialog.h"
 #include "gui/win32/main_window.h"
-#include "gui/win32/row_text.h"
 #include "gui/win32/wide.h"
 
 namespace zenfo::host::gui::win32 {
-namespace {
-
-constexpr wchar_t kExportKinds[] =
-    L"CSV (*.csv)\0*.csv\0TSV (*.tsv)\0*.tsv\0JSON Lines (*.jsonl)\0*.jsonl\0"
-    L"Text (*.txt)\0*.txt\0Paths (*.txt)\0*.txt\0";
-constexpr ExportForm kExportForms[] = {ExportForm::kCsv, ExportForm::kTsv,
-                                       ExportForm::kJsonLines,
-                                       ExportForm::kText, ExportForm::kPaths};
-
-}  // namespace
-
 void MainWindow::run(CommandId id) {
   switch (id) {
     case CommandId::kSearch:
@@ -97,11 +81,11 @@ void MainWindow::run(CommandId id) {
     case CommandId::kRemoveFromResults:
       return remove_selected();
     case CommandId::kCopyPaths:
-      return copy_paths(false);
+      return copy_selected(CopyForm::kPaths);
     case CommandId::kCopyNames:
-      return copy_paths(true);
+      return copy_selected(CopyForm::kNames);
     case CommandId::kCopyRows:
-      return copy_rows();
+      return copy_selected(CopyForm::kRows);
     case CommandId::kExport:
       return export_rows();
     case CommandId::kShowPreview:
@@ -144,6 +128,7 @@ CommandState MainWindow::state() const {
   state.any_selected = tab().list().selection.count() > 0;
   state.row_in_focus = list_->any_row();
   state.any_chosen = tab().set().totals().chosen > 0;
+  state.writing = writer_->busy();
   state.several_tabs = tabs_.size() > 1;
   return state;
 }
@@ -253,60 +238,13 @@ void MainWindow::remove_selected() {
   for (const uint32_t file : files) tab().set().remove(file);
   tab().update();
   list.selection.clear();
-  list.any_focus = false;
+  list.any_focus = list.rows.count() > 0;
+  if (list.any_focus) {
+    list.focus = list.rows.at(std::min(row, list.rows.count() - 1));
+  }
   list_->refresh();
-  if (list.rows.count() > 0) {
-    list_->go_to(list.rows.at(std::min(row, list.rows.count() - 1)));
-  }
+  if (list.any_focus) list_->go_to(list.focus);
   show_state();
-}
-
-void MainWindow::copy(const std::wstring& text) {
-  if (!copy_text(window(), text))
-    info_->show(std::string(gui::text(Text::kNotCopied)));
-}
-
-void MainWindow::copy_paths(bool names) {
-  std::wstring text;
-  for (const uint32_t file : selected_files()) {
-    const ResultFile& facts = tab().set().file(file);
-    if (!text.empty()) text += L"\r\n";
-    text += names ? wide(facts.name()) : wide(facts.path);
-  }
-  copy(text);
-}
-
-void MainWindow::copy_rows() {
-  std::wstring text;
-  const ListState& list = tab().list();
-  list.selection.for_each(list.rows, [&](ResultRow row) {
-    if (!text.empty()) text += L"\r\n";
-    text += row_text(tab(), row, lines_->find(tab(), row));
-  });
-  copy(text);
-}
-
-void MainWindow::export_rows() {
-  const auto wish = ask_where_to_save(window(), kExportKinds, L"zenfo.csv");
-  if (!wish) return;
-  std::vector<uint32_t> files;
-  const ResultRows& rows = tab().list(ResultState::kFound).rows;
-  for (uint64_t row = 0; row < rows.count(); ++row) {
-    if (rows.at(row).is_file()) files.push_back(rows.at(row).file);
-  }
-  std::string text;
-  const size_t form = std::min<size_t>(wish->kind, std::size(kExportForms) - 1);
-  const ExportResult result = export_results(
-      tab().set(), files, kExportForms[form], [&](std::string_view lines) {
-        text += lines;
-        return true;
-      });
-  std::string reason;
-  if (!replace_file(wish->path, text, &reason)) {
-    return info_->show(format(Text::kNotExported, {wish->path, reason}));
-  }
-  info_->show(format(Text::kExported, {counted_matches(result.matches),
-                                       counted_files(result.files)}));
 }
 
 void MainWindow::zoom(int percent) {

@@ -1,7 +1,6 @@
 // The file beside the results, as text or as bytes.
 #include <memory>
 #include <utility>
-#include <vector>
 
 #include "gui/core/strings.h"
 #include "gui/win32/main_window.h"
@@ -61,11 +60,7 @@ void MainWindow::show_page() {
 
 void MainWindow::show_text() {
   const ResultFile& file = tab().set().file(page_row_.file);
-  std::vector<Match> matches;
-  for (uint32_t i = 0; i < file.listed; ++i) {
-    matches.push_back(tab().set().match(page_row_.file, i));
-  }
-  page_->show(to_path(file.path), matches,
+  page_->show(to_path(file.path), tab().set().matches_of(page_row_.file),
               page_row_.is_file() ? 0 : page_row_.match);
 }
 

@@ -16,16 +16,19 @@
 namespace zenfo::host::gui::win32 {
 namespace {
 
-constexpr UINT_PTR kPullTimer = 1;
 constexpr DWORD kFirstPulls = 50;  // milliseconds: results show at once
 constexpr DWORD kPulls = 200;      // then, so that painting has time
 constexpr int kManyPulls = 4;
 constexpr ULONGLONG kSortAgain = 2000;
+// So many files are sorted or filtered at once, more on another thread.
+constexpr uint32_t kArrangedAtOnce = 3000;
+// Of the folders of a query these are kept with its results, to be shown.
+constexpr size_t kFoldersShown = 4;
 
 }  // namespace
 
 // In the tab in view, unless a search runs there that the user should stop.
-void MainWindow::search(const Query& query) {
+void MainWindow::search(Query query) {
   const std::vector<QueryFault> faults = faults_of(query);
   if (!faults.empty()) {
     info_->show(faults.front().reason);
@@ -35,8 +38,12 @@ void MainWindow::search(const Query& query) {
   const std::vector<std::string> notes = notes_on(query);
   info_->show(notes.empty() ? "" : notes.front());
   engine_->stop(tab().job());
-  tab().begin(query, engine_->start(std::make_unique<SearchJob>(query)),
-              opens_files_);
+  auto job = make_job_ ? make_job_(query) : std::make_unique<SearchJob>(query);
+  if (query.folders.size() > kFoldersShown) {
+    query.folders.resize(kFoldersShown);
+    query.folders.push_back("...");
+  }
+  tab().begin(query, engine_->start(std::move(job)), opens_files_);
   pulls_ = 0;
   sorted_ = GetTickCount64();
   view_->choose(ResultState::kFound);
@@ -48,10 +55,9 @@ void MainWindow::search(const Query& query) {
 }
 
 void MainWindow::start_search() {
-  const Query query = panel_->query();
   panel_->remember(settings_.history);
   panel_->show_history(settings_.history);
-  search(query);
+  search(panel_->query());
 }
 
 // The files of the list become where to search.
@@ -65,12 +71,18 @@ void MainWindow::search_in_files() {
       query.folders.push_back(facts.path);
     }
   }
-  search(query);
+  search(std::move(query));
 }
 
 // The button and the key may be used again at once; the rest comes with the
 // job's last news.
-void MainWindow::stop_search() { engine_->stop(tab().job()); }
+void MainWindow::stop_search() {
+  if (tab().running()) {
+    engine_->stop(tab().job());
+  } else {
+    writer_->stop();
+  }
+}
 
 void MainWindow::add_tab() {
   if (!tabs_.empty()) tab().fields = panel_->query();
@@ -119,36 +131,85 @@ void MainWindow::show_tab(int index) {
 }
 
 // News is fetched at a rate of the window's own: a message for each file would
-// keep it from painting.
+// keep it from painting. Of many news only a part is taken.
 void MainWindow::pull() {
   KillTimer(window(), kPullTimer);
   const ULONGLONG start = GetTickCount64();
-  bool in_view = false;
-  for (JobNews& news : engine_->take()) {
-    on_display_news(news);
-    for (size_t i = 0; i < tabs_.size(); ++i) {
-      if (tabs_[i]->job() != news.job) continue;
-      tabs_[i]->add(std::move(news));
-      in_view |= i == current_;
-      strip_->rename(static_cast<int>(i), wide(tab_title(tabs_[i]->set())));
-      break;
-    }
-  }
-  if (in_view && tab().running() && start - sorted_ > kSortAgain) {
-    tab().sort_again();
-    sorted_ = start;
-  }
-  if (in_view) {
-    list_->refresh();
-    show_state();
-  }
+  news_.add(engine_->take());
+  if (!news_.empty()) take_news(news_.next());
   show_display();
   show_page();
   ++pulls_;
-  if (!engine_->idle()) {
+  if (!news_.empty()) {
+    // A timer waits for what the user does, a message would not.
+    SetTimer(window(), kPullTimer, USER_TIMER_MINIMUM, nullptr);
+  } else if (!engine_->idle()) {
     pull_later(static_cast<DWORD>(GetTickCount64() - start));
   }
   tell_if_idle();
+}
+
+void MainWindow::take_news(JobNews news) {
+  on_display_news(news);
+  const JobId job = news.job;
+  const auto owner =
+      std::find_if(tabs_.begin(), tabs_.end(),
+                   [&](const auto& one) { return one->job() == job; });
+  if (owner == tabs_.end()) return;  // Its tab was closed.
+  ResultTab& taker = **owner;
+  taker.add(std::move(news));
+  strip_->rename(static_cast<int>(owner - tabs_.begin()),
+                 wide(tab_title(taker.set())));
+  if (taker.running() && GetTickCount64() - sorted_ > kSortAgain) {
+    taker.sort_again();
+    sorted_ = GetTickCount64();
+  }
+  arrange(false);
+  if (&taker != &tab()) return;
+  list_->refresh();
+  show_state();
+}
+
+// Fulfils wishes for another order: `anew` when the user has one, so that an
+// arrangement under way is of no use.
+void MainWindow::arrange(bool anew) {
+  if (anew) arranger_->stop();
+  bool in_view = false;
+  for (const auto& one : tabs_) {
+    for (const ResultState state : kResultStates) {
+      ListState& list = one->list(state);
+      if (list.rows.is_arranged()) continue;
+      const bool done = arrange_list(*one, list);
+      in_view |= done && &list == &tab().list();
+    }
+  }
+  if (in_view) list_->refresh();
+}
+
+// False while another thread does it, which then comes back here.
+bool MainWindow::arrange_list(ResultTab& owner, ListState& list) {
+  if (owner.set().count() <= kArrangedAtOnce) {
+    list.rows.arrange_now();
+    return true;
+  }
+  if (arranger_->busy()) return false;
+  const auto work = std::make_shared<Arrangement>(list.rows.arrangement());
+  const ResultState state = list.state;
+  arranger_->start(
+      // Keeps the set, too.
+      [work, set = owner.shared_set()](SideThread::Control& control) {
+        work->run(&control.stop);
+      },
+      [this, work, state, serial = owner.serial()] {
+        const bool good = !arranger_->stopped() && arranger_->failure().empty();
+        for (const auto& one : tabs_) {
+          if (one->serial() != serial || !good) continue;
+          one->list(state).rows.take(*work);
+          if (&one->list(state) == &tab().list()) list_->refresh();
+        }
+        if (arranger_->failure().empty()) arrange(false);
+      });
+  return false;
 }
 
 void MainWindow::pull_later(DWORD spent) {
@@ -186,7 +247,8 @@ bool MainWindow::is_idle() const {
   const bool in_dialog = !IsWindowEnabled(window());
   const bool to_paint =
       display_job_ != 0 && !bytes_->shows(display_.get());  // but parked
-  return !any_running() && !in_dialog && !to_paint && engine_->idle() &&
+  return !any_running() && !in_dialog && !to_paint && news_.empty() &&
+         !arranger_->busy() && !writer_->busy() && engine_->idle() &&
          !lines_->waiting();
 }
 

@@ -26,14 +26,25 @@ TEST(BitList, AgreesWithPlainBits) {
     } else {
       const size_t first = random() % model.size();
       const size_t length = random() % (model.size() - first + 1);
-      list.set_range(first, length, on);
-      std::fill_n(model.begin() + static_cast<long>(first), length, on);
+      if (random() % 4 == 0) {
+        list.flip_range(first, length);
+        for (size_t i = first; i < first + length; ++i) model[i] = !model[i];
+      } else {
+        list.set_range(first, length, on);
+        std::fill_n(model.begin() + static_cast<long>(first), length, on);
+      }
       EXPECT_EQ(list.count_in(first / 2, length), count(first / 2, length));
     }
     ASSERT_EQ(list.size(), model.size());
     ASSERT_EQ(list.count(), count(0, model.size()));
   }
   for (size_t i = 0; i < model.size(); ++i) ASSERT_EQ(list.at(i), model[i]);
+  size_t next = 3;
+  list.for_each_in(3, model.size() - 5, [&](size_t index) {
+    for (; next < index; ++next) ASSERT_FALSE(model[next]);
+    ASSERT_TRUE(model[next++]);
+  });
+  for (; next < model.size() - 2; ++next) ASSERT_FALSE(model[next]);
 }
 
 TEST(BitList, WordEndsAreNoSpecialCase) {
@@ -43,7 +54,9 @@ TEST(BitList, WordEndsAreNoSpecialCase) {
   EXPECT_EQ(list.count_in(0, 64), 64u);
   EXPECT_EQ(list.count_in(64, 64), 0u);
   EXPECT_EQ(list.count_in(128, 0), 0u);
+  list.for_each_in(128, 0, [](size_t) { FAIL(); });
   list.clear();
+  list.for_each_in(7, 0, [](size_t) { FAIL(); });
   list.append(3, true);
   EXPECT_EQ(list.count(), 3u);
 }

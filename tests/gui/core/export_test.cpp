@@ -31,10 +31,16 @@ class Export : public testing::Test {
     std::vector<uint32_t> files;
     for (uint32_t i = 0; i < set_.count(); ++i) files.push_back(i);
     std::string text;
-    result_ = export_results(set_, files, form, [&](std::string_view lines) {
-      text += lines;
-      return true;
-    });
+    std::atomic<uint64_t> done = 0;
+    const ExportSource source(set_, files, form);
+    result_ = export_results(
+        source,
+        [&](std::string_view lines) {
+          text += lines;
+          return true;
+        },
+        &done);
+    EXPECT_EQ(done, source.files().size());
     for (size_t at; (at = text.find(folder_.path())) != std::string::npos;) {
       text.replace(at, folder_.path().size() + 1, "");
     }
@@ -117,10 +123,21 @@ TEST_F(Export, EndsWhenItsLinesAreNotTaken) {
   int calls = 0;
   const uint32_t files[] = {0, 1};
   const ExportResult result =
-      export_results(set_, files, ExportForm::kText,
+      export_results(ExportSource(set_, files, ExportForm::kText),
                      [&](std::string_view) { return ++calls < 2; });
   EXPECT_TRUE(result.stopped);
   EXPECT_EQ(calls, 2);
+}
+
+TEST_F(Export, WritesWhatWasChosenWhenItBegan) {
+  const uint32_t files[] = {0, 1};
+  const ExportSource source(set_, files, ExportForm::kText);
+  set_.choose_all(false);
+  set_.remove(1);
+  add("c.txt", "two", {{0, 3}});
+  int lines = 0;
+  export_results(source, [&](std::string_view) { return ++lines > 0; });
+  EXPECT_EQ(lines, 3);
 }
 
 TEST(ExportFields, AreQuoted) {

@@ -2,10 +2,14 @@
 // memory, and the cost of rows and choices, counted in steps.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "gui/core/export.h"
 #include "gui/core/made_results.h"
+#include "gui/core/news_queue.h"
 #include "gui/core/result_rows.h"
 #include "gui/core/row_selection.h"
 
@@ -88,6 +92,63 @@ TEST(Load, ManyFilesAreSortedFilteredAndChosen) {
   EXPECT_EQ(set.totals().chosen, 0u);
   set.choose_file(5, true);
   EXPECT_EQ(set.totals().chosen, kMatchesEach);
+}
+
+// What other threads do with a result costs the window's thread no more than a
+// list of its files.
+TEST(Load, AnExportTakesNoCopyOfPathsAndMatches) {
+  const ResultSet& set = large_set();
+  const ResultRows rows(set, ResultState::kFound);
+  const ExportSource source(set, rows.files(), ExportForm::kPaths);
+  ASSERT_EQ(source.files().size(), kFiles);
+  EXPECT_EQ(source.files()[7].path, &set.file(7).path);
+  EXPECT_LE(sizeof(ExportSource::File), 16u);
+  uint64_t paths = 0;
+  export_results(source, [&](std::string_view lines) {
+    EXPECT_EQ(lines.back(), '\n');
+    return ++paths > 0;
+  });
+  EXPECT_EQ(paths, kFiles);
+}
+
+TEST(Load, AnExportCanBeStoppedAtEachLine) {
+  const ResultSet& set = large_set();
+  const ResultRows rows(set, ResultState::kFound);
+  const ExportSource source(set, rows.files(), ExportForm::kPaths);
+  std::atomic<uint64_t> done = 0;
+  const ExportResult result = export_results(
+      source, [&](std::string_view) { return done < 100; }, &done);
+  EXPECT_TRUE(result.stopped);
+  EXPECT_EQ(done, 101u);
+}
+
+TEST(Load, NewsOfAHundredThousandFilesComeInSmallParts) {
+  std::vector<FoundFile> files;
+  for (uint32_t i = 0; i < kFiles; ++i) {
+    files.push_back(test::found_file("/" + std::to_string(i), kMatchesEach));
+  }
+  std::vector<JobNews> news;
+  news.push_back(test::news_of(std::move(files)));
+  NewsQueue queue;
+  queue.add(std::move(news));
+  ResultSet set{Query()};
+  int parts = 0;
+  for (; !queue.empty(); ++parts) {
+    JobNews part = queue.next();
+    EXPECT_LE(part.found.size(), NewsQueue::kFiles);
+    set.add(std::move(part));
+  }
+  EXPECT_EQ(parts, kFiles / NewsQueue::kFiles);
+  EXPECT_EQ(set.totals().listed, kMatches);
+}
+
+TEST(Load, ALargeSortEndsSoonWhenItIsNotWantedAnyMore) {
+  ResultRows rows(large_set(), ResultState::kFound);
+  rows.wish_for_sort({ResultColumn::kName, true});
+  Arrangement arrangement = rows.arrangement();
+  const std::atomic<bool> stop = true;
+  arrangement.run(&stop);
+  EXPECT_TRUE(arrangement.order().empty());
 }
 
 }  // namespace

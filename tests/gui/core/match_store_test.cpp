@@ -37,6 +37,30 @@ TEST(MatchStore, AllAreChosenAtFirst) {
   EXPECT_EQ(store.chosen_in(5, 10), 5u);
 }
 
+TEST(MatchStore, GivesRangesAcrossBlocks) {
+  const std::vector<Match> all = made(140'000);
+  MatchStore store;
+  store.append(all);
+  EXPECT_EQ(store.range(0, store.size()), all);
+  EXPECT_EQ(store.range(65'534, 5),
+            std::vector<Match>(all.begin() + 65'534, all.begin() + 65'539));
+  EXPECT_TRUE(store.range(140'000, 0).empty());
+}
+
+TEST(MatchStore, ACopyStaysAsItWas) {
+  MatchStore store;
+  store.append(made(70'000));
+  const MatchStore copy = store;
+  store.choose(5, 1, false);
+  store.invert(69'999, 1);
+  store.append(made(80'000));
+  EXPECT_EQ(copy.size(), 70'000u);
+  EXPECT_EQ(copy.chosen_in(0, 70'000), 70'000u);
+  EXPECT_EQ(copy.range(0, 70'000), made(70'000));
+  EXPECT_EQ(store.range(70'000, 80'000), made(80'000));
+  EXPECT_EQ(store.chosen_in(0, 150'000), 149'998u);
+}
+
 TEST(MatchStore, NeedsLittleMoreThanEightBytesEach) {
   MatchStore store;
   EXPECT_EQ(store.bytes(), 0u);

@@ -67,7 +67,7 @@ TEST_F(Rows, NewFilesGoBelowUntilTheNextSort) {
   EXPECT_EQ(shown(), "1 2 0 0.0 0.1");
   rows_.update();
   EXPECT_EQ(shown(), "1 2 0 0.0 0.1 4");
-  rows_.sort_again();
+  rows_.sort(rows_.sort());
   EXPECT_EQ(shown(), "1 4 2 0 0.0 0.1");
 }
 
@@ -91,6 +91,33 @@ TEST_F(Rows, AFilterHidesFilesNowAndLater) {
   EXPECT_EQ(shown(), "0 1 1.0 5");
   rows_.filter("");
   EXPECT_EQ(shown(), "0 1 1.0 2 4 5");
+}
+
+TEST_F(Rows, StayAsTheyAreUntilTheirArrangementComes) {
+  rows_.wish_for_sort({ResultColumn::kName, false});
+  rows_.wish_for_filter("s" + std::string(1, test::kSeparator));
+  EXPECT_FALSE(rows_.is_arranged());
+  EXPECT_EQ(shown(), "0 1 2");
+  Arrangement arrangement = rows_.arrangement();
+  // What comes and goes meanwhile.
+  set_.add(news_of({found_file("/s/aa.c", 1), found_file("/t/aa.c", 1)}));
+  set_.remove(1);
+  rows_.update();
+  EXPECT_EQ(shown(), "0 2 4");
+  arrangement.run();
+  rows_.take(arrangement);
+  EXPECT_TRUE(rows_.is_arranged());
+  EXPECT_EQ(shown(), "0 4");
+}
+
+TEST_F(Rows, AnArrangementThatIsNoLongerWishedForIsLeftOut) {
+  rows_.wish_for_sort({ResultColumn::kName, false});
+  Arrangement late = rows_.arrangement();
+  rows_.wish_for_sort({ResultColumn::kName, true});
+  late.run();
+  rows_.take(late);
+  EXPECT_FALSE(rows_.is_arranged());
+  EXPECT_EQ(shown(), "0 1 2");
 }
 
 TEST_F(Rows, RemovedFilesLoseTheirRows) {

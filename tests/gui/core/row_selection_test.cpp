@@ -58,6 +58,28 @@ TEST_F(Selection, StaysWithItsFilesWhenRowsMove) {
   EXPECT_EQ(shown(), "....xx...");
 }
 
+TEST_F(Selection, VisitsSelectedRowsInTheirOrder) {
+  const auto visited = [&] {
+    std::string text;
+    selection_.for_each(rows_, [&](ResultRow row) {
+      text += ' ' + std::to_string(row.file);
+      if (!row.is_file()) text += '.' + std::to_string(row.match);
+    });
+    return text;
+  };
+  EXPECT_EQ(visited(), "");
+  selection_.select_rows(rows_, 2, 5, true);
+  EXPECT_EQ(visited(), " 0.1 1 1.0 1.1");
+  rows_.sort({ResultColumn::kMatches, true});
+  EXPECT_EQ(visited(), " 1 1.0 1.1 0.1");
+  rows_.open(1, false);
+  EXPECT_EQ(visited(), " 1 0.1");
+  // Matches that came after the selection was made.
+  set_.add(test::news_of({found_file("/c", 1)}));
+  rows_.update();
+  EXPECT_EQ(visited(), " 1 0.1");
+}
+
 TEST_F(Selection, TogglesAllSelectedRowsAlike) {
   selection_.select_rows(rows_, 1, 3, true);  // 0.0, 0.1, file 1
   set_.choose(0, 0, false);

@@ -311,6 +311,24 @@ TEST_F(WindowTest, PathsOfAllRowsAreCopied) {
   EXPECT_EQ(text, folder_.path("harbour/about.txt"));
 }
 
+TEST_F(WindowTest, RowsAreCopiedWithTheirLines) {
+  start();
+  type(L"Fi&les:", L"boats.csv");
+  search(L"harbour");
+  command("select.all");
+  command("copy.rows");
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  const HANDLE data = GetClipboardData(CF_UNICODETEXT);
+  ASSERT_NE(data, nullptr);
+  const std::string text = narrowed(static_cast<wchar_t*>(GlobalLock(data)));
+  GlobalUnlock(data);
+  CloseClipboard();
+  EXPECT_THAT(text, testing::StartsWith("boats.csv\t2\t"));
+  EXPECT_THAT(text,
+              testing::EndsWith("\r\n6: 12,Marigold II,harbour office,31.0,red"
+                                "\r\n7: 14,Marigold,harbour office,33.5,red"));
+}
+
 TEST_F(WindowTest, ResultsAreExportedWhereTheDialogSays) {
   start();
   type(L"Fi&les:", L"about.txt");
