@@ -25,6 +25,18 @@ const AreaKind* find_area_kind(std::string_view name) {
   return nullptr;
 }
 
+std::vector<Match> left_out(std::vector<Match> areas, bool inside) {
+  if (!inside) return areas;
+  std::vector<Match> parts;
+  uint32_t end = 0;
+  for (const Match& area : areas) {
+    if (area.offset > end) parts.push_back({end, area.offset - end});
+    end = static_cast<uint32_t>(std::min<size_t>(end_of(area), UINT32_MAX));
+  }
+  if (end < UINT32_MAX) parts.push_back({end, UINT32_MAX - end});
+  return parts;
+}
+
 bool is_wanted(const Match& match, std::span<const Match> areas, bool inside) {
   // The first area that ends behind the match's start.
   const auto area = std::upper_bound(

@@ -30,6 +30,10 @@ std::span<const AreaKind> area_kinds();
 // Null for an unknown name.
 const AreaKind* find_area_kind(std::string_view name);
 
+// What a search outside, or inside, of the areas leaves out: the areas, or all
+// between and around them, also behind the end of the text.
+std::vector<Match> left_out(std::vector<Match> areas, bool inside);
+
 // Whether a match may stay. The areas are as AreaKind returns them.
 bool is_wanted(const Match& match, std::span<const Match> areas, bool inside);
 

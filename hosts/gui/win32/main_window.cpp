@@ -135,6 +135,7 @@ void MainWindow::make_parts() {
   page_->set_wrap(settings_.wrap);
   page_->on_step = [this](int step) { step_match(step > 0); };
   page_->on_zoom = [this](int percent) { settings_.zoom_percent = percent; };
+  page_->on_numbers = [self] { PostMessageW(self, kCheckIdle, 0, 0); };
   bytes_ = std::make_unique<BytesView>(self, look_);
   bytes_->on_match = [this](uint32_t offset) { go_to_match_at(offset); };
   bytes_->on_fit_changed = [this] { show_page_again(); };

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "gui/core/areas_job.h"
 #include "gui/core/display_job.h"
 #include "gui/core/engine_thread.h"
 #include "gui/core/export.h"
@@ -105,10 +106,13 @@ class MainWindow : public WindowBase {
   void clear_page();
   void choose_page(PageKind kind);
   HWND page_window() const;
+  bool page_is_busy() const;
   void show_text();
   void show_bytes(bool same_file);
   void show_display();
   void on_display_news(const JobNews& news);
+  void want_areas();
+  void on_areas_news(const JobNews& news);
   std::optional<uint32_t> match_of_page() const;
   void go_to_match_at(uint32_t offset);
 
@@ -163,9 +167,12 @@ class MainWindow : public WindowBase {
   RECT middle_{};            // of the window: list, splitter and page
   bool splitting_ = false;   // the mouse holds the splitter
   PageKind page_kind_ = PageKind::kText;
-  ResultRow page_row_;        // what the page shows
-  uint16_t page_serial_ = 0;  // of the search it belongs to; 0: none
-  JobId display_job_ = 0;     // the last one that shows bytes
+  ResultRow page_row_;         // what the page shows
+  uint16_t page_serial_ = 0;   // of the search it belongs to; 0: none
+  JobId areas_job_ = 0;        // finds areas of what the page shows
+  AreasJob::Parts areas_;      // found by it
+  bool areas_wanted_ = false;  // when no search runs
+  JobId display_job_ = 0;      // the last one that shows bytes
   std::shared_ptr<BytesDisplay> display_;  // its display
   HWND focus_ = nullptr;  // where it was when the window lost it
   bool picture_taken_ = false;

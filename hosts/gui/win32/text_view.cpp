@@ -231,9 +231,11 @@ void TextView::keep_counting() {
 void TextView::on_counted() {
   KillTimer(window(), kCounting);
   counting_ = false;
-  if (rows_.lacks_numbers()) return;
-  refresh();
-  if (named_without_number_) announce();
+  if (!rows_.lacks_numbers()) {
+    refresh();
+    if (named_without_number_) announce();
+  }
+  if (on_numbers && !counting_) on_numbers();
 }
 
 // --- Painting ----------------------------------------------------------------

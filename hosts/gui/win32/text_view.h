@@ -51,6 +51,11 @@ class TextView : public WindowBase {
   // The user has changed it with the wheel or keys.
   std::function<void(int percent)> on_zoom;
 
+  // Whether line numbers in view are still to be counted.
+  bool is_counting() const { return counting_; }
+  // They have been.
+  std::function<void()> on_numbers;
+
   // The selected text, into the clipboard. False if there is none, or too much.
   bool copy();
   // Where the current match stands on the page, if it is in view.

@@ -28,10 +28,22 @@ void MainWindow::choose_page(PageKind kind) {
 void MainWindow::clear_page() {
   page_->clear();
   bytes_->clear();
+  engine_->stop(areas_job_);
+  areas_job_ = 0;
+  areas_wanted_ = false;
   if (display_) display_->parked.leave();
   display_.reset();
   display_job_ = 0;
   page_serial_ = 0;
+}
+
+// Whether it will look different in a moment. A display that is parked is still
+// to be painted.
+bool MainWindow::page_is_busy() const {
+  if (page_kind_ == PageKind::kText) {
+    return areas_wanted_ || areas_job_ != 0 || page_->is_counting();
+  }
+  return display_job_ != 0 && !bytes_->shows(display_.get());
 }
 
 void MainWindow::show_page_again() {
@@ -62,6 +74,26 @@ void MainWindow::show_text() {
   const ResultFile& file = tab().set().file(page_row_.file);
   page_->show(to_path(file.path), tab().set().matches_of(page_row_.file),
               page_row_.is_file() ? 0 : page_row_.match);
+  engine_->stop(areas_job_);
+  areas_job_ = 0;
+  areas_wanted_ = tab().set().query().areas.use != AreaUse::kEverywhere;
+  want_areas();
+}
+
+// What the search left out is shown in grey, a moment later, since it is found
+// in the engine's thread.
+void MainWindow::want_areas() {
+  if (!areas_wanted_ || any_running()) return;
+  areas_wanted_ = false;
+  areas_ = std::make_shared<std::vector<Match>>();
+  areas_job_ = engine_->start(std::make_unique<AreasJob>(
+      tab().set().query(), tab().set().file(page_row_.file).path, areas_));
+}
+
+void MainWindow::on_areas_news(const JobNews& news) {
+  if (areas_job_ == 0 || news.job != areas_job_ || !news.end) return;
+  areas_job_ = 0;
+  page_->show_areas(std::move(*areas_));
 }
 
 // The offset of the row's match, or of the file's first one.

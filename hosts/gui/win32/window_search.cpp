@@ -139,6 +139,7 @@ void MainWindow::pull() {
   if (!news_.empty()) take_news(news_.next());
   show_display();
   show_page();
+  want_areas();
   ++pulls_;
   if (!news_.empty()) {
     // A timer waits for what the user does, a message would not.
@@ -151,6 +152,7 @@ void MainWindow::pull() {
 
 void MainWindow::take_news(JobNews news) {
   on_display_news(news);
+  on_areas_news(news);
   const JobId job = news.job;
   const auto owner =
       std::find_if(tabs_.begin(), tabs_.end(),
@@ -245,9 +247,7 @@ bool MainWindow::any_running() const {
 
 bool MainWindow::is_idle() const {
   const bool in_dialog = !IsWindowEnabled(window());
-  const bool to_paint =
-      display_job_ != 0 && !bytes_->shows(display_.get());  // but parked
-  return !any_running() && !in_dialog && !to_paint && news_.empty() &&
+  return !any_running() && !in_dialog && !page_is_busy() && news_.empty() &&
          !arranger_->busy() && !writer_->busy() && engine_->idle() &&
          !lines_->waiting();
 }

@@ -172,6 +172,34 @@ TEST_F(WindowTest, F3GoesFromMatchToMatchAndFromTheLastToTheFirst) {
   }
 }
 
+// The colours are those of the light theme.
+TEST_F(WindowTest, WhatASearchLeavesOutIsGreyInTheText) {
+  folder_.file("harbour/x.c", "tide /* a tide, and more tide, is here */ tide");
+  constexpr COLORREF kGrey = RGB(130, 130, 130);
+  const auto grey_pixels = [&](std::vector<std::string> areas) {
+    const std::vector<std::string> search = {
+        "--run", "--theme", "light", "--find", "tide", "--include", "x.c"};
+    areas.insert(areas.end(), search.begin(), search.end());
+    program_.reset();
+    start(areas);
+    const Shot shot = picture("areas");
+    return shot.count(kGrey, shot.part(of_class(window(), L"ZenfoText")));
+  };
+  EXPECT_EQ(grey_pixels({}), 0);
+  EXPECT_GT(grey_pixels({"--outside-kind", "code_comments"}), 50);
+  EXPECT_GT(grey_pixels({"--inside", "tide,!'e'[1-]"}), 50);
+}
+
+// A picture shows what is there when nothing is left to do.
+TEST_F(WindowTest, LineNumbersOfALargeFileAreWaitedFor) {
+  std::string text;
+  for (int i = 0; i < 100'000; ++i) text += "a line of the long text\n";
+  folder_.file("harbour/long.txt", text + "tide");
+  start({"--run", "--find", "tide", "--include", "long.txt"});
+  EXPECT_EQ(title_of(of_class(window(), L"ZenfoText")),
+            L"Text, match 1 of 1, line 100001: tide");
+}
+
 // Marked as the library does it: the current match in red.
 TEST_F(WindowTest, TheBytesOfTheFileAreShownWithItsMatches) {
   folder_.file("harbour/two.txt", "a gate, and another gate");
