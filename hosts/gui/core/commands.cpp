@@ -85,7 +85,8 @@ constexpr Command kCommands[] = {
     {kRemoveFromResults, "results.remove", Text::kCommandRemove, plain(KeyCode::kDelete), kInList, Menu::kResults, true, any_selected},
     {kGoToFilter, "go.filter", Text::kCommandGoToFilter, shift_letter('F'), kAll, Menu::kResults, true, any_result},
 
-    {kShowPreview, "preview", Text::kCommandShowPreview, {}, kAll, Menu::kView, false, always},
+    {kShowPreview, "preview", Text::kCommandShowPreview, shift_letter('P'), kAll, Menu::kView, false, always},
+    {kPreviewBelow, "preview.below", Text::kCommandPreviewBelow, shift_letter('B'), kAll, Menu::kView, false, always},
     {kShowText, "view.text", Text::kCommandShowText, plain(KeyCode::kF7), kAll, Menu::kView, false, always},
     {kShowBytes, "view.bytes", Text::kCommandShowBytes, plain(KeyCode::kF9), kAll, Menu::kView, false, always},
     {kZoomIn, "zoom.in", Text::kCommandZoomIn, ctrl(KeyCode::kPlus), kAll, Menu::kView, true, always},

@@ -54,6 +54,7 @@ enum class CommandId : uint16_t {
   kNextPane,
   kPreviousPane,
   kShowPreview,
+  kPreviewBelow,
   kShowText,
   kShowBytes,
   kZoomIn,

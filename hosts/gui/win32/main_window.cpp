@@ -106,6 +106,7 @@ void MainWindow::save() {
   settings_.window = {
       plain(area.left), plain(area.top), plain(area.right - area.left),
       plain(area.bottom - area.top), placement.showCmd == SW_SHOWMAXIMIZED};
+  list_->keep_columns();
   settings_.more_shown = panel_->more_shown();
   settings_.last_query = panel_->query();
   std::string reason;  // The window is gone; nobody could read it.
@@ -126,9 +127,9 @@ void MainWindow::make_parts() {
   events.focus_moved = [this] { show_page(); };
   events.choice_changed = [this] { choice_changed(); };
   events.activated = [this] { open_in_editor(); };
-  events.sorted = [this] { arrange(true); };
+  events.sorted = [this] { on_sorted(); };
   list_ = std::make_unique<ResultList>(self, kListId, look_, *lines_,
-                                       std::move(events));
+                                       settings_.columns, std::move(events));
   page_ = std::make_unique<TextView>(self, look_.theme);
   page_->set_font(settings_.font, settings_.font_size);
   page_->set_zoom(settings_.zoom_percent);

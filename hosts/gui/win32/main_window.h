@@ -131,6 +131,7 @@ class MainWindow : public WindowBase {
   void show_keys();
   std::vector<uint32_t> selected_files() const;
   void choice_changed();
+  void on_sorted();
 
   // --- window_output.cpp
   void copy_selected(CopyForm form);

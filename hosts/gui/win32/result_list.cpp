@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "gui/core/column_order.h"
 #include "gui/win32/controls.h"
 #include "gui/win32/row_text.h"
 #include "gui/win32/wide.h"
@@ -15,14 +16,31 @@ namespace {
 constexpr UINT_PTR kListSubclass = 2;
 constexpr int kMostRows = 100'000'000;  // of the control
 
+constexpr UINT kColumnsChanged = WM_APP + 20;  // by the user, in the header
+
+// In settings.
+const char* list_name(ResultState state) {
+  constexpr const char* kNames[] = {"found", "no_match", "not_searched"};
+  return kNames[static_cast<size_t>(state)];
+}
+
+std::vector<ColumnSetting> known_columns(ResultState state) {
+  std::vector<ColumnSetting> known;
+  for (const Column& column : columns_of(state)) {
+    known.push_back({std::string(column_name(column.id)), column.width});
+  }
+  return known;
+}
+
 bool is_down(int key) { return GetKeyState(key) < 0; }
 
 }  // namespace
 
 ResultList::ResultList(HWND parent, int id, const Look& look, LineCache& lines,
-                       Events events)
+                       KeptColumns& columns, Events events)
     : look_(look),
       lines_(lines),
+      kept_columns_(columns),
       events_(std::move(events)),
       painter_(look, lines) {
   list_ = CreateWindowExW(
@@ -33,8 +51,9 @@ ResultList::ResultList(HWND parent, int id, const Look& look, LineCache& lines,
       GetModuleHandleW(nullptr), nullptr);
   SetWindowSubclass(list_, on_message, kListSubclass,
                     reinterpret_cast<DWORD_PTR>(this));
-  ListView_SetExtendedListViewStyle(list_,
-                                    LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
+  ListView_SetExtendedListViewStyle(list_, LVS_EX_FULLROWSELECT |
+                                               LVS_EX_DOUBLEBUFFER |
+                                               LVS_EX_HEADERDRAGDROP);
   // The state of check boxes is asked for, see on_text_wanted().
   ListView_SetCallbackMask(list_, LVIS_STATEIMAGEMASK);
 }
@@ -63,24 +82,78 @@ void ResultList::change_row_height() {
 }
 
 void ResultList::make_columns() {
+  keep_columns();
+  const std::vector<ColumnSetting> settings = ordered_columns(
+      known_columns(tab_->shown), kept_columns_[list_name(tab_->shown)]);
   SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
   while (ListView_DeleteColumn(list_, 0)) {
   }
-  int index = 0;
+  columns_of_ = tab_->shown;
+  columns_dpi_ = look_.dpi;
+  widths_.clear();
+  std::vector<int> order(settings.size());
   for (const Column& column : columns_of(tab_->shown)) {
+    const auto setting = std::find_if(
+        settings.begin(), settings.end(), [&](const ColumnSetting& one) {
+          return one.name == column_name(column.id);
+        });
+    const auto index = static_cast<int>(widths_.size());
+    order[static_cast<size_t>(setting - settings.begin())] = index;
+    widths_.push_back(setting->width);
     std::wstring label = wide(plain_text(column.label));
     LVCOLUMNW wish{};
     wish.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
-    wish.cx = look_.scale(column.width);
+    wish.cx = look_.scale(setting->width);
     wish.fmt = column.right && index > 0 ? LVCFMT_RIGHT : LVCFMT_LEFT;
     wish.pszText = label.data();
     SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(index),
                  reinterpret_cast<LPARAM>(&wish));
-    ++index;
   }
+  ListView_SetColumnOrderArray(list_, static_cast<int>(order.size()),
+                               order.data());
+  filler_ = -1;
   fill_width();
   SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
   show_sort();
+}
+
+// The columns from left to right.
+std::vector<int> ResultList::column_order() const {
+  std::vector<int> order(widths_.size());
+  ListView_GetColumnOrderArray(list_, static_cast<int>(order.size()),
+                               order.data());
+  return order;
+}
+
+// The width of the column that takes what is left is nobody's wish.
+void ResultList::note_widths() {
+  for (size_t i = 0; i < widths_.size(); ++i) {
+    const int index = static_cast<int>(i);
+    if (index == filler_) continue;
+    const int width = ListView_GetColumnWidth(list_, index);
+    // Rounding must not change it.
+    if (width == scaled(widths_[i], columns_dpi_)) continue;
+    widths_[i] = std::max(MulDiv(width, 96, static_cast<int>(columns_dpi_)),
+                          kLeastColumn);
+  }
+}
+
+void ResultList::keep_columns() {
+  if (widths_.empty()) return;
+  note_widths();
+  const std::vector<Column>& columns = columns_of(columns_of_);
+  std::vector<ColumnSetting> shown;
+  for (const int index : column_order()) {
+    const auto i = static_cast<size_t>(index);
+    shown.push_back({std::string(column_name(columns[i].id)), widths_[i]});
+  }
+  std::vector<ColumnSetting>& kept = kept_columns_[list_name(columns_of_)];
+  kept = columns_to_keep(shown, kept);
+}
+
+// The first column bears the signs of a row, so it stays where it is.
+bool ResultList::may_move(const NMHEADERW& drag) const {
+  return drag.iItem != 0 && drag.pitem != nullptr && drag.pitem->iOrder != 0;
 }
 
 void ResultList::show_sort() {
@@ -126,16 +199,24 @@ void ResultList::show(ResultTab& tab) {
 
 // The last column takes what is left, so the header has no empty end.
 void ResultList::fill_width() {
-  const HWND header = ListView_GetHeader(list_);
-  const int last = Header_GetItemCount(header) - 1;
-  if (tab_ == nullptr || last < 0) return;
+  if (tab_ == nullptr || widths_.empty()) return;
+  const std::vector<int> order = column_order();
+  const int last = order.back();
+  const auto width = [&](int index) {
+    return scaled(widths_[static_cast<size_t>(index)], columns_dpi_);
+  };
+  if (filler_ >= 0 && filler_ != last) {
+    ListView_SetColumnWidth(list_, filler_, width(filler_));
+  }
+  filler_ = last;
   RECT client{};
   GetClientRect(list_, &client);
   int others = 0;
-  for (int i = 0; i < last; ++i) others += ListView_GetColumnWidth(list_, i);
-  const int least = look_.scale(columns_of(tab_->shown).back().width);
+  for (const int index : order) {
+    if (index != last) others += ListView_GetColumnWidth(list_, index);
+  }
   ListView_SetColumnWidth(list_, last,
-                          std::max<int>(least, client.right - others));
+                          std::max<int>(width(last), client.right - others));
 }
 
 // Without repainting, which is slow when it is done for each of many changes;
@@ -316,7 +397,21 @@ LRESULT CALLBACK ResultList::on_message(HWND list, UINT message, WPARAM word,
       SendMessageW(GetParent(list), WM_CONTEXTMENU,
                    reinterpret_cast<WPARAM>(list), GetMessagePos());
       return 0;
+    case kColumnsChanged:
+      self->note_widths();
+      self->fill_width();
+      InvalidateRect(list, nullptr, FALSE);
+      return 0;
     case WM_NOTIFY: {
+      const auto& change = *reinterpret_cast<const NMHEADERW*>(value);
+      if (change.hdr.code == static_cast<UINT>(HDN_ENDDRAG) &&
+          !self->may_move(change)) {
+        return TRUE;
+      }
+      if (change.hdr.code == static_cast<UINT>(HDN_ENDDRAG) ||
+          change.hdr.code == static_cast<UINT>(HDN_ENDTRACKW)) {
+        PostMessageW(list, kColumnsChanged, 0, 0);  // not done yet
+      }
       const auto& draw = *reinterpret_cast<const NMCUSTOMDRAW*>(value);
       if (draw.hdr.code == static_cast<UINT>(NM_CUSTOMDRAW) &&
           draw.hdr.hwndFrom == ListView_GetHeader(list)) {

@@ -8,8 +8,11 @@
 #pragma once
 
 #include <functional>
+#include <map>
+#include <string>
 #include <vector>
 
+#include "gui/core/settings.h"
 #include "gui/win32/line_cache.h"
 #include "gui/win32/look.h"
 #include "gui/win32/result_tab.h"
@@ -25,8 +28,10 @@ class ResultList {
     std::function<void()> activated;  // a row was double-clicked
     std::function<void()> sorted;     // another order is wished for
   };
+  // In the settings: for each kind of list its columns.
+  using KeptColumns = std::map<std::string, std::vector<ColumnSetting>>;
   ResultList(HWND parent, int id, const Look& look, LineCache& lines,
-             Events events);
+             KeptColumns& columns, Events events);
 
   HWND window() const { return list_; }
   bool has_focus() const { return GetFocus() == list_; }
@@ -40,6 +45,8 @@ class ResultList {
   void restyle();
   // Remembers the place in the list before another is shown.
   void leave();
+  // Keeps the columns as they are now.
+  void keep_columns();
 
   // The row that has the focus, if there is one.
   bool any_row() const;
@@ -69,19 +76,27 @@ class ResultList {
   void paint_row(const NMLVCUSTOMDRAW& draw);
   void want_lines();
   void make_columns();
+  std::vector<int> column_order() const;
+  void note_widths();
   void fill_width();
+  bool may_move(const NMHEADERW& drag) const;
   void show_sort();
   void put_focus();
   void change_row_height();
 
   const Look& look_;
   LineCache& lines_;
+  KeptColumns& kept_columns_;
   Events events_;
   RowPainter painter_;
   HWND list_ = nullptr;
   HIMAGELIST row_height_ = nullptr;
   ResultTab* tab_ = nullptr;
-  bool silent_ = false;  // the focus is being moved from here
+  ResultState columns_of_ = ResultState::kFound;  // whose columns there are
+  unsigned columns_dpi_ = 96;
+  std::vector<int> widths_;  // as the user wants them, in pixels of 96 dpi
+  int filler_ = -1;          // the column that takes what is left
+  bool silent_ = false;      // the focus is being moved from here
 };
 
 }  // namespace zenfo::host::gui::win32

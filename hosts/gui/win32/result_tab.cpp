@@ -12,8 +12,10 @@ uint16_t next_serial() {
 
 }  // namespace
 
-ResultTab::ResultTab() : set_(std::make_shared<ResultSet>(Query())) {
+ResultTab::ResultTab(ResultSort sort)
+    : set_(std::make_shared<ResultSet>(Query())) {
   make_lists(false);
+  list(ResultState::kFound).rows.sort(sort);
 }
 
 void ResultTab::make_lists(bool opened) {

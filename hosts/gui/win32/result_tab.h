@@ -34,7 +34,8 @@ struct ListState {
 
 class ResultTab {
  public:
-  ResultTab();
+  // `sort`: of the files with matches.
+  explicit ResultTab(ResultSort sort);
 
   // Throws away the results; `opened` says whether files show their matches.
   void begin(const Query& query, JobId job, bool opened);

@@ -88,6 +88,11 @@ void MainWindow::run(CommandId id) {
       return copy_selected(CopyForm::kRows);
     case CommandId::kExport:
       return export_rows();
+    case CommandId::kPreviewBelow:
+      settings_.preview_below = !settings_.preview_below;
+      settings_.preview_shown = true;
+      lay_out();
+      return show_page();
     case CommandId::kShowPreview:
       settings_.preview_shown = !settings_.preview_shown;
       view_->show_pages(settings_.preview_shown);
@@ -147,6 +152,8 @@ bool MainWindow::is_on(CommandId id, const void* owner) {
       return query.caret;
     case CommandId::kMore:
       return self->panel_->more_shown();
+    case CommandId::kPreviewBelow:
+      return self->settings_.preview_below;
     case CommandId::kShowPreview:
       return self->settings_.preview_shown;
     case CommandId::kShowText:
@@ -281,6 +288,16 @@ void MainWindow::show_keys() {
 void MainWindow::choice_changed() {
   InvalidateRect(list_->window(), nullptr, FALSE);
   show_state();
+}
+
+// New tabs begin with the order that was chosen last.
+void MainWindow::on_sorted() {
+  if (tab().shown == ResultState::kFound) {
+    const ResultSort sort = tab().list().rows.sort();
+    settings_.sort_column = column_name(sort.column);
+    settings_.sort_descending = sort.descending;
+  }
+  arrange(true);
 }
 
 }  // namespace zenfo::host::gui::win32

@@ -86,7 +86,9 @@ void MainWindow::stop_search() {
 
 void MainWindow::add_tab() {
   if (!tabs_.empty()) tab().fields = panel_->query();
-  tabs_.push_back(std::make_unique<ResultTab>());
+  const ResultSort sort{column_of(settings_.sort_column),
+                        settings_.sort_descending};
+  tabs_.push_back(std::make_unique<ResultTab>(sort));
   tabs_.back()->fields = panel_->query();
   strip_->add(wide(Text::kNewSearch));
   list_->leave();

@@ -56,6 +56,13 @@ class WindowTest : public testing::Test {
   void click(const wchar_t* button) {
     SendMessageW(named(window(), button), BM_CLICK, 0, 0);
   }
+  void click_header(int x) {
+    const HWND header =
+        reinterpret_cast<HWND>(SendMessageW(list(), LVM_GETHEADER, 0, 0));
+    PostMessageW(header, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, 5));
+    PostMessageW(header, WM_LBUTTONUP, 0, MAKELPARAM(x, 5));
+    wait();
+  }
   void press(HWND control, WPARAM key) {
     PostMessageW(control, WM_KEYDOWN, key, 0);
   }
@@ -144,18 +151,11 @@ TEST_F(WindowTest, AColumnSortsByItsHeader) {
   start();
   search(L"harbour");
   command("file.close_all");
-  const HWND header =
-      reinterpret_cast<HWND>(SendMessageW(list(), LVM_GETHEADER, 0, 0));
-  const auto click_first_column = [&] {
-    PostMessageW(header, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(20, 5));
-    PostMessageW(header, WM_LBUTTONUP, 0, MAKELPARAM(20, 5));
-    wait();
-  };
-  click_first_column();
+  click_header(20);
   EXPECT_THAT(rows(), ElementsAre("1_to_the_master.txt", "2_answer.txt",
                                   "3_reminder.txt", "about.txt", "boats.csv",
                                   "tide.c"));
-  click_first_column();
+  click_header(20);
   EXPECT_EQ(rows().front(), "tide.c");
 }
 
@@ -432,6 +432,46 @@ TEST_F(WindowTest, TheFieldsAreKeptForTheNextStart) {
   wait();
   EXPECT_EQ(title_of(named(window(), L"Fi&nd:")), L"gate");
   EXPECT_EQ(title_of(named(window(), L"Fi&les:")), L"*.log");
+}
+
+TEST_F(WindowTest, ColumnsAndTheirSortAreKeptForTheNextStart) {
+  const std::string settings = folder_.path("gui.json");
+  start({"--settings", settings});
+  search(L"harbour");
+  command("file.close_all");
+  SendMessageW(list(), LVM_SETCOLUMNWIDTH, 1, 90);
+  {
+    const int order[] = {0, 3, 1, 2, 4, 5};
+    ForeignMemory memory(program_->process(), sizeof order);
+    memory.write(order);
+    SendMessageW(list(), LVM_SETCOLUMNORDERARRAY, std::size(order),
+                 reinterpret_cast<LPARAM>(memory.at()));
+  }
+  click_header(20);
+  click_header(20);
+  command("preview.below");
+  program_->close();
+  program_ = std::make_unique<Program>(
+      std::vector<std::string>{"--automation", "--settings", settings});
+  wait();
+  click(L"&Search");
+  wait();
+  command("file.close_all");
+  EXPECT_EQ(rows().front(), "tide.c");
+  EXPECT_EQ(SendMessageW(list(), LVM_GETCOLUMNWIDTH, 1, 0), 90);
+  {
+    int order[6] = {};
+    ForeignMemory memory(program_->process(), sizeof order);
+    SendMessageW(list(), LVM_GETCOLUMNORDERARRAY, std::size(order),
+                 reinterpret_cast<LPARAM>(memory.at()));
+    memory.read(order, sizeof order);
+    EXPECT_THAT(order, ElementsAre(0, 3, 1, 2, 4, 5));
+  }
+  RECT place{};
+  RECT page{};
+  GetWindowRect(list(), &place);
+  GetWindowRect(of_class(window(), L"ZenfoText"), &page);
+  EXPECT_GE(page.top, place.bottom);
 }
 
 // From top to bottom, and in a row from left to right.
