@@ -16,6 +16,8 @@ bool any_selected(const State& s) { return s.any_selected; }
 bool row_in_focus(const State& s) { return s.row_in_focus; }
 bool may_export(const State& s) { return s.any_chosen && !s.writing; }
 bool may_copy(const State& s) { return s.any_selected && !s.writing; }
+bool any_text(const State& s) { return s.any_text; }
+bool text_selected(const State& s) { return s.text_selected; }
 bool several_tabs(const State& s) { return s.several_tabs; }
 bool may_search_again(const State& s) { return may_search(s) && s.any_match; }
 
@@ -39,6 +41,7 @@ using enum CommandId;
 constexpr auto kAll = KeyPlace::kAnywhere;
 constexpr auto kInFields = KeyPlace::kFields;
 constexpr auto kInList = KeyPlace::kList;
+constexpr auto kInText = KeyPlace::kTextPage;
 
 // clang-format off
 constexpr Command kCommands[] = {
@@ -52,9 +55,11 @@ constexpr Command kCommands[] = {
 
     {kCopyPaths, "copy.paths", Text::kCommandCopyPaths, letter('C'), kInList, Menu::kEdit, false, may_copy},
     {kCopyRows, "copy.rows", Text::kCommandCopyRows, shift_letter('C'), kInList, Menu::kEdit, false, may_copy},
+    {kCopyLines, "copy.lines", Text::kCommandCopyLines, shift_letter('L'), kInList, Menu::kEdit, false, may_copy},
     {kCopyNames, "copy.names", Text::kCommandCopyNames, ctrl_alt_letter('C'), kInList, Menu::kEdit, false, may_copy},
     {kSelectAll, "select.all", Text::kCommandSelectAll, letter('A'), kInList, Menu::kEdit, true, any_result},
     {kShowHistory, "history.show", Text::kCommandShowHistory, alt(KeyCode::kDown), kInFields, Menu::kEdit, true, always},
+    {kInsertLineBreak, "line_break", Text::kCommandInsertLineBreak, shift(KeyCode::kEnter), kInFields, Menu::kEdit, false, always},
 
     {kSearch, "search", Text::kCommandSearch, plain(KeyCode::kF5), kAll, Menu::kSearch, false, may_search},
     {kSearchInFiles, "search.in_files", Text::kCommandSearchInFiles, ctrl(KeyCode::kEnter), kAll, Menu::kSearch, false, may_search_again},
@@ -96,6 +101,12 @@ constexpr Command kCommands[] = {
     {kPreviousPane, "pane.previous", Text::kCommandPreviousPane, shift(KeyCode::kF6), kAll, Menu::kView, false, always},
 
     {kShowKeys, "keys", Text::kCommandShowKeys, plain(KeyCode::kF1), kAll, Menu::kHelp, false, always},
+
+    {kCopyText, "text.copy", Text::kCommandCopyText, letter('C'), kInText, Menu::kTextPage, false, text_selected},
+    {kSelectAllText, "text.select_all", Text::kCommandSelectAllText, letter('A'), kInText, Menu::kTextPage, false, any_text},
+    {kCopyPlace, "text.copy_place", Text::kCommandCopyPlace, shift_letter('C'), kInText, Menu::kTextPage, true, any_text},
+    {kOpenAtText, "text.open", Text::kCommandOpenAtText, plain(KeyCode::kEnter), kInText, Menu::kTextPage, false, any_text},
+    {kFindText, "text.find", Text::kCommandFindText, {}, kInText, Menu::kTextPage, true, text_selected},
 };
 // clang-format on
 

@@ -27,6 +27,7 @@ enum class CommandId : uint16_t {
   kGoToFilter,
   kChooseFolder,
   kShowHistory,
+  kInsertLineBreak,
   kNewTab,
   kCloseTab,
   kNextTab,
@@ -49,6 +50,7 @@ enum class CommandId : uint16_t {
   kRemoveFromResults,
   kCopyPaths,
   kCopyRows,
+  kCopyLines,
   kCopyNames,
   kExport,
   kNextPane,
@@ -57,6 +59,11 @@ enum class CommandId : uint16_t {
   kPreviewBelow,
   kShowText,
   kShowBytes,
+  kCopyText,
+  kSelectAllText,
+  kCopyPlace,
+  kOpenAtText,
+  kFindText,
   kZoomIn,
   kZoomOut,
   kZoomNormal,
@@ -72,7 +79,8 @@ enum class Menu : uint8_t {
   kSearch,
   kResults,
   kView,
-  kHelp
+  kHelp,
+  kTextPage  // not in the bar
 };
 
 // Keys beside letters and digits.
@@ -114,8 +122,9 @@ std::string key_name(const Key& key);
 // No key for a text that names none.
 Key key_of(std::string_view name);
 
-// Where a key means a command: a list has keys that fields need for text.
-enum class KeyPlace : uint8_t { kAnywhere, kFields, kList };
+// Where a key means a command: lists and pages have keys that fields need for
+// text.
+enum class KeyPlace : uint8_t { kAnywhere, kFields, kList, kTextPage };
 
 // What commands depend on.
 struct CommandState {
@@ -127,7 +136,9 @@ struct CommandState {
   bool row_in_focus = false;  // a row has the focus
   bool any_chosen = false;    // matches
   bool several_tabs = false;
-  bool writing = false;  // an export or a large copy
+  bool any_text = false;       // the text page shows a file
+  bool text_selected = false;  // some of it
+  bool writing = false;        // an export or a large copy
 };
 
 struct Command {

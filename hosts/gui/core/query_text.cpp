@@ -53,6 +53,20 @@ std::string typed_form(std::string_view bytes) {
   return with_line_ends(bytes, "\n");
 }
 
+std::string field_form(std::string_view text) {
+  return with_line_ends(text, kLineBreakSign);
+}
+
+std::string text_of_field(std::string_view field) {
+  std::string text;
+  while (!field.empty()) {
+    const bool breaks = field.starts_with(kLineBreakSign);
+    text += breaks ? '\n' : field.front();
+    field.remove_prefix(breaks ? kLineBreakSign.size() : 1);
+  }
+  return text;
+}
+
 std::vector<std::string> split_list(std::string_view field) {
   std::vector<std::string> parts;
   while (!field.empty()) {

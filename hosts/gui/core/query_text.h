@@ -17,6 +17,12 @@ std::vector<std::string> texts_to_find(std::string_view typed);
 // bytes, unless they mix both line ends.
 std::string typed_form(std::string_view bytes);
 
+// A text as a field of one line shows it: "\u21B5" stands for a line break. So
+// this character itself cannot be searched for.
+std::string field_form(std::string_view text);
+std::string text_of_field(std::string_view field);
+inline constexpr std::string_view kLineBreakSign = "\u21B5";
+
 // Parts between ";", without the blanks around them; empty parts are dropped. A
 // part that contains ";" stands in double quotes.
 std::vector<std::string> split_list(std::string_view field);

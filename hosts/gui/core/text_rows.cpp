@@ -367,6 +367,11 @@ std::pair<std::u16string, uint64_t> TextRows::current_line() {
 
 // --- Numbers -----------------------------------------------------------------
 
+uint64_t TextRows::number_at(uint64_t offset) {
+  const std::vector<TextRow> rows = window_->rows_from(offset, 1);
+  return rows.empty() ? 0 : rows.front().number;
+}
+
 bool TextRows::lacks_numbers() {
   lines();
   return lacks_numbers_;

@@ -95,6 +95,9 @@ class TextRows {
   // Its line, "" if it cannot be read, and the line's number, 0 if unknown.
   std::pair<std::u16string, uint64_t> current_line();
 
+  // The number of the line at an offset, 0 if it was not counted yet.
+  uint64_t number_at(uint64_t offset);
+
   // Whether lines in view lack their numbers. These are counted from the start
   // of the file, a few MB a call: true if there is more to count.
   bool lacks_numbers();

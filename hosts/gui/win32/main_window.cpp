@@ -406,9 +406,10 @@ bool MainWindow::take_key(const MSG& message) {
   if (key.code == KeyCode::kNone) return false;
   // An open list of a field has keys of its own.
   if (panel_->list_shown() && !key.control && !key.alt) return false;
-  const bool in_list = message.hwnd == list_->window();
-  const Command* found =
-      keys_.find(key, in_list ? KeyPlace::kList : KeyPlace::kFields);
+  KeyPlace place = KeyPlace::kFields;
+  if (message.hwnd == list_->window()) place = KeyPlace::kList;
+  if (message.hwnd == page_->window()) place = KeyPlace::kTextPage;
+  const Command* found = keys_.find(key, place);
   if (found != nullptr && found->enabled(state())) {
     run(found->id);
     return true;
@@ -466,6 +467,8 @@ LRESULT MainWindow::on_message(UINT message, WPARAM word, LPARAM value) {
     case WM_CONTEXTMENU:
       if (reinterpret_cast<HWND>(word) == list_->window()) {
         on_menu_of_rows(value);
+      } else if (reinterpret_cast<HWND>(word) == page_->window()) {
+        on_menu_of_text(value);
       }
       return 0;
     case WM_INITMENUPOPUP:

@@ -115,6 +115,10 @@ class MainWindow : public WindowBase {
   void on_areas_news(const JobNews& news);
   std::optional<uint32_t> match_of_page() const;
   void go_to_match_at(uint32_t offset);
+  void on_menu_of_text(LPARAM at);
+  void copy_place();
+  void open_at_text();
+  void find_text();
 
   // --- window_commands.cpp
   void run(CommandId id);

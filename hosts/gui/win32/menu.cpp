@@ -65,6 +65,8 @@ HMENU make_row_menu() {
   return menu;
 }
 
+HMENU make_text_menu() { return make_menu(Menu::kTextPage); }
+
 void update_menu(HMENU menu, const CommandState& state,
                  bool (*is_on)(CommandId id, const void* owner),
                  const void* owner) {

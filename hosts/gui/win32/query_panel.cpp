@@ -125,7 +125,7 @@ void QueryPanel::make_areas() {
 
 Query QueryPanel::query() const {
   Query query;
-  query.text = utf8_of_field(find_);
+  query.text = text_of_field(utf8_of_field(find_));
   query.match_case = is_checked(match_case_);
   query.whole_words = is_checked(whole_words_);
   query.is_pattern = is_checked(pattern_);
@@ -141,7 +141,7 @@ Query QueryPanel::query() const {
 }
 
 void QueryPanel::set_query(const Query& query) {
-  set_field(find_, query.text);
+  set_field(find_, field_form(query.text));
   set_checked(match_case_, query.match_case);
   set_checked(whole_words_, query.whole_words);
   set_checked(pattern_, query.is_pattern);
@@ -333,6 +333,17 @@ void QueryPanel::focus_on(QueryField field) {
   const HWND target = fields[static_cast<size_t>(field)];
   SetFocus(target);
   SendMessageW(target, CB_SETEDITSEL, 0, MAKELPARAM(0, -1));
+}
+
+void QueryPanel::insert_line_break() {
+  const HWND edit = GetWindow(find_, GW_CHILD);
+  if (GetFocus() != edit) {
+    SetFocus(edit);
+    const int end = GetWindowTextLengthW(edit);
+    SendMessageW(edit, EM_SETSEL, static_cast<WPARAM>(end), end);
+  }
+  SendMessageW(edit, EM_REPLACESEL, TRUE,
+               reinterpret_cast<LPARAM>(wide(kLineBreakSign).c_str()));
 }
 
 void QueryPanel::click(CommandId toggle) {

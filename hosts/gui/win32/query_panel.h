@@ -36,6 +36,8 @@ class QueryPanel : public WindowBase {
   void restyle();
 
   void focus_on(QueryField field);
+  // Of the text to find, where its caret stands.
+  void insert_line_break();
   void click(CommandId toggle);
   void choose_folder();
   void add_folders(const std::vector<std::string>& paths, bool keep);

@@ -33,7 +33,7 @@ RowCopy::RowCopy(const ResultTab& tab, CopyForm form)
 
 void RowCopy::take_rows(const ResultTab& tab) {
   const ListState& list = tab.list();
-  if (form_ == CopyForm::kRows) matches_.reserve(list.selection.count());
+  if (with_matches()) matches_.reserve(list.selection.count());
   for (const uint32_t file : list.rows.files()) {
     const bool row = list.selection.has({file, ResultRow::kNoMatch});
     const size_t before = matches_.size();
@@ -41,11 +41,17 @@ void RowCopy::take_rows(const ResultTab& tab) {
     if (list.rows.is_open(file)) {
       list.selection.for_each_match(file, [&](uint32_t match) {
         any = true;
-        if (form_ != CopyForm::kRows) return;
+        if (!with_matches()) return;
         matches_.push_back(set_->match(file, match));
       });
     }
     if (!any) continue;
+    if (form_ == CopyForm::kLines && matches_.size() == before) {
+      // A file without selected matches stands for all of them.
+      for (uint32_t i = 0; i < set_->file(file).listed; ++i) {
+        matches_.push_back(set_->match(file, i));
+      }
+    }
     files_.push_back({&set_->file(file), &set_->reason(file), row,
                       matches_.size() - before});
   }
@@ -63,6 +69,10 @@ void RowCopy::run(SideThread::Control& control) {
 }
 
 void RowCopy::add_file(const File& file, const Match* matches) {
+  if (form_ == CopyForm::kLines) {
+    if (file.matches > 0) add_lines(file.facts->path, {matches, file.matches});
+    return;
+  }
   if (form_ != CopyForm::kRows) {
     const bool names = form_ == CopyForm::kNames;
     return add(names ? wide(file.facts->name()) : wide(file.facts->path));
@@ -89,6 +99,20 @@ void RowCopy::add_matches(const std::string& path,
     if (too_long()) return;
     const FoundLine line = found_line(match);
     add(match_text(&line));
+  });
+}
+
+void RowCopy::add_lines(const std::string& path,
+                        std::span<const Match> matches) {
+  if (!bytes_.load(path) || !holds(bytes_.view(), matches.back())) {
+    const FoundLine unread;
+    return add(match_text(&unread));
+  }
+  uint64_t last = 0;
+  for_each_match(path, bytes_.view(), matches, [&](const ExportedMatch& match) {
+    if (match.line_number == last || too_long()) return;
+    last = match.line_number;
+    add(wide(utf8_of(match.line)));
   });
 }
 

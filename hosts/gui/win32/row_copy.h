@@ -17,7 +17,8 @@
 
 namespace zenfo::host::gui::win32 {
 
-enum class CopyForm { kPaths, kNames, kRows };
+// kLines copies the lines of matches as the files have them, each once.
+enum class CopyForm { kPaths, kNames, kRows, kLines };
 
 class RowCopy {
  public:
@@ -41,6 +42,10 @@ class RowCopy {
   void take_rows(const ResultTab& tab);
   void add_file(const File& file, const Match* matches);
   void add_matches(const std::string& path, std::span<const Match> matches);
+  void add_lines(const std::string& path, std::span<const Match> matches);
+  bool with_matches() const {
+    return form_ == CopyForm::kRows || form_ == CopyForm::kLines;
+  }
   void add(const std::wstring& row);
 
   const std::shared_ptr<const ResultSet> set_;

@@ -81,6 +81,7 @@ void TextView::show_areas(std::vector<Match> areas) {
 void TextView::go_to(size_t match) {
   rows_.go_to_match(match);
   rows_.select(0, 0);
+  clicked_ = false;
   refresh();
   announce();
 }
@@ -278,6 +279,21 @@ std::optional<RECT> TextView::current_box() {
   return std::nullopt;
 }
 
+uint64_t TextView::caret_line() {
+  if (clicked_ || has_selection()) {
+    return rows_.number_at(rows_.selection().caret);
+  }
+  return rows_.match_count() == 0 ? 1 : rows_.current_line().second;
+}
+
+POINT TextView::menu_place() {
+  const RECT box = current_box().value_or(
+      RECT{measures_.left, 0, measures_.left, measures_.height});
+  POINT place{box.left, box.bottom};
+  ClientToScreen(window(), &place);
+  return place;
+}
+
 bool TextView::copy() {
   const std::optional<std::u16string> text = rows_.selected_text(kMostCopied);
   return text && !text->empty() && give_to_clipboard(window(), *text);
@@ -326,6 +342,9 @@ LRESULT TextView::on_message(UINT message, WPARAM word, LPARAM value) {
       return 0;
     case WM_LBUTTONDOWN:
       on_mouse_down(point, (word & MK_SHIFT) != 0);
+      return 0;
+    case WM_RBUTTONDOWN:
+      on_right_down(point);
       return 0;
     case WM_LBUTTONDBLCLK:
       rows_.select_word(offset_at(point));

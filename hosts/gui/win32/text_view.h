@@ -56,6 +56,19 @@ class TextView : public WindowBase {
   // They have been.
   std::function<void()> on_numbers;
 
+  bool is_open() const { return rows_.is_open(); }
+  bool has_selection() const { return !rows_.selection().is_empty(); }
+  // No value for more than `most` bytes.
+  std::optional<std::u16string> selected_text(uint64_t most) {
+    return rows_.selected_text(most);
+  }
+  void select_all();
+  // The number of the line with the caret, or of the current match if nothing
+  // was selected or clicked; 0 if it is not known.
+  uint64_t caret_line();
+  // Where a menu opens that was asked for by a key, on the screen.
+  POINT menu_place();
+
   // The selected text, into the clipboard. False if there is none, or too much.
   bool copy();
   // Where the current match stands on the page, if it is in view.
@@ -85,10 +98,10 @@ class TextView : public WindowBase {
   void go_to_start();
   void go_to_end();
   void track(int bar, int position);
-  void select_all();
   void extend(int characters, int lines);
   void step(int direction);
   void on_mouse_down(POINT point, bool extends);
+  void on_right_down(POINT point);
   void on_mouse_move(POINT point);
   void end_drag();
   uint64_t offset_at(POINT point);
@@ -105,6 +118,7 @@ class TextView : public WindowBase {
   TextMeasures measures_;
   uint32_t digits_ = 0;  // of line numbers, so far
   bool white_space_ = false;
+  bool clicked_ = false;  // the caret stands where the user has clicked
   bool dragging_ = false;
   bool counting_ = false;              // lines, for their numbers
   bool named_without_number_ = false;  // of the line: not counted yet

@@ -192,8 +192,20 @@ void TextView::on_mouse_down(POINT point, bool extends) {
   SetFocus(window());
   const uint64_t offset = offset_at(point);
   rows_.select(extends ? rows_.selection().anchor : offset, offset);
+  clicked_ = true;
   SetCapture(window());
   dragging_ = true;
+  refresh();
+}
+
+// For the menu: what is selected stays if the click is on it.
+void TextView::on_right_down(POINT point) {
+  SetFocus(window());
+  const uint64_t offset = offset_at(point);
+  const TextRows::Selection& now = rows_.selection();
+  if (offset >= now.start() && offset < now.end()) return;
+  rows_.select(offset, offset);
+  clicked_ = true;
   refresh();
 }
 

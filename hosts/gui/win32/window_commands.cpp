@@ -86,6 +86,8 @@ void MainWindow::run(CommandId id) {
       return copy_selected(CopyForm::kNames);
     case CommandId::kCopyRows:
       return copy_selected(CopyForm::kRows);
+    case CommandId::kCopyLines:
+      return copy_selected(CopyForm::kLines);
     case CommandId::kExport:
       return export_rows();
     case CommandId::kPreviewBelow:
@@ -103,6 +105,19 @@ void MainWindow::run(CommandId id) {
       return choose_page(PageKind::kText);
     case CommandId::kShowBytes:
       return choose_page(PageKind::kBytes);
+    case CommandId::kCopyText:
+      if (!page_->copy()) info_->show(std::string(text(Text::kCopyTooLong)));
+      return;
+    case CommandId::kSelectAllText:
+      return page_->select_all();
+    case CommandId::kCopyPlace:
+      return copy_place();
+    case CommandId::kOpenAtText:
+      return open_at_text();
+    case CommandId::kFindText:
+      return find_text();
+    case CommandId::kInsertLineBreak:
+      return panel_->insert_line_break();
     case CommandId::kZoomIn:
       return zoom(page_->zoom() + 10);
     case CommandId::kZoomOut:
@@ -134,6 +149,8 @@ CommandState MainWindow::state() const {
   state.row_in_focus = list_->any_row();
   state.any_chosen = tab().set().totals().chosen > 0;
   state.writing = writer_->busy();
+  state.any_text = page_kind_ == PageKind::kText && page_->is_open();
+  state.text_selected = state.any_text && page_->has_selection();
   state.several_tabs = tabs_.size() > 1;
   return state;
 }

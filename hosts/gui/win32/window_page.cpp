@@ -1,10 +1,17 @@
 // The file beside the results, as text or as bytes.
+#include <algorithm>
 #include <memory>
 #include <utility>
 
+#include "gui/core/query_text.h"
 #include "gui/core/strings.h"
+#include "gui/core/unicode.h"
+#include "gui/win32/clipboard.h"
+#include "gui/win32/editor.h"
 #include "gui/win32/main_window.h"
+#include "gui/win32/menu.h"
 #include "gui/win32/messages.h"
+#include "gui/win32/wide.h"
 #include "shared/system/paths.h"
 
 namespace zenfo::host::gui::win32 {
@@ -147,6 +154,47 @@ void MainWindow::go_to_match_at(uint32_t offset) {
     if (tab().set().match(page_row_.file, i).offset != offset) continue;
     return list_->go_to({page_row_.file, i});
   }
+}
+
+// --- Commands of the text page -----------------------------------------------
+
+void MainWindow::on_menu_of_text(LPARAM at) {
+  const POINT point = at == -1 ? page_->menu_place()
+                               : POINT{GET_X_LPARAM(at), GET_Y_LPARAM(at)};
+  const HMENU menu = make_text_menu();
+  update_menu(menu, state(), is_on, this);
+  TrackPopupMenu(menu, TPM_RIGHTBUTTON, point.x, point.y, 0, window(), nullptr);
+  DestroyMenu(menu);
+}
+
+// As compilers name it, which many programs open.
+void MainWindow::copy_place() {
+  std::string place = tab().set().file(page_row_.file).path;
+  const uint64_t line = page_->caret_line();
+  if (line != 0) place += ':' + std::to_string(line);
+  if (!copy_text(window(), wide(place))) {
+    info_->show(std::string(text(Text::kNotCopied)));
+  }
+}
+
+void MainWindow::open_at_text() {
+  const std::string& path = tab().set().file(page_row_.file).path;
+  const uint64_t line = std::max<uint64_t>(page_->caret_line(), 1);
+  const std::string reason =
+      win32::open_in_editor(window(), settings_, path, line);
+  if (!reason.empty()) info_->show(format(Text::kNotOpened, {path, reason}));
+}
+
+// Into the field, as it is written there.
+void MainWindow::find_text() {
+  constexpr uint64_t kMost = 1000;  // bytes
+  const std::optional<std::u16string> selected = page_->selected_text(kMost);
+  if (!selected) return info_->show(std::string(text(Text::kCopyTooLong)));
+  Query query = panel_->query();
+  query.text = typed_form(to_utf8(*selected));
+  query.is_pattern = query.caret = false;
+  panel_->set_query(query);
+  panel_->focus_on(QueryField::kText);
 }
 
 }  // namespace zenfo::host::gui::win32

@@ -236,9 +236,10 @@ void MainWindow::show_state() {
   }
   const Query& query = set.query();
   const std::wstring title =
-      tab().searched() ? wide(format(Text::kWindowTitle,
-                                     {query.text, join_list(query.folders)}))
-                       : wide(Text::kProgram);
+      tab().searched()
+          ? wide(format(Text::kWindowTitle,
+                        {field_form(query.text), join_list(query.folders)}))
+          : wide(Text::kProgram);
   SetWindowTextW(window(), title.c_str());
 }
 

@@ -35,5 +35,23 @@ TEST(QueryText, JoinsWhatItSplits) {
   EXPECT_EQ(join_list({"*.c", "*.h"}), "*.c; *.h");
 }
 
+// In a field of one line a sign stands for a line break.
+TEST(QueryText, LineBreaksAreSignsInFields) {
+  struct Row {
+    std::string text, field;
+  };
+  const Row rows[] = {{"", ""},
+                      {"tide", "tide"},
+                      {"a\nb", "a\u21B5b"},
+                      {"\n\n", "\u21B5\u21B5"},
+                      {"\u21B4", "\u21B4"}};
+  for (const auto& [text, field] : rows) {
+    EXPECT_EQ(field_form(text), field);
+    EXPECT_EQ(text_of_field(field), text);
+  }
+  EXPECT_EQ(field_form("a\r\nb"), "a\u21B5b");
+  EXPECT_EQ(text_of_field("\xE2\x86"), "\xE2\x86");
+}
+
 }  // namespace
 }  // namespace zenfo::host::gui

@@ -362,5 +362,18 @@ TEST_F(PageRows, AFileThatShrinksLeavesWhatIsThere) {
   EXPECT_EQ(selected(), "one\r\ntwo\r\n");
 }
 
+TEST(TextRows, TellsTheNumberOfALineThatWasCounted) {
+  const test::TempFolder folder;
+  const std::string path = folder.file("a", "one\ntwo\nthree");
+  TextRows rows;
+  std::string reason;
+  ASSERT_TRUE(rows.open(path, {}, &reason));
+  rows.set_view(80, 10);
+  rows.lines();
+  EXPECT_EQ(rows.number_at(0), 1u);
+  EXPECT_EQ(rows.number_at(5), 2u);
+  EXPECT_EQ(rows.number_at(100), 3u);
+}
+
 }  // namespace
 }  // namespace zenfo::host::gui

@@ -75,6 +75,17 @@ class WindowTest : public testing::Test {
   void make_long_file() {
     folder_.file("harbour/long.txt", std::string(size_t{16} << 20, 'a'));
   }
+  static std::string clipboard() {
+    if (!OpenClipboard(nullptr)) return "(closed)";
+    const HANDLE data = GetClipboardData(CF_UNICODETEXT);
+    std::string text = "(none)";
+    if (data != nullptr) {
+      text = narrowed(static_cast<wchar_t*>(GlobalLock(data)));
+      GlobalUnlock(data);
+    }
+    CloseClipboard();
+    return text;
+  }
   // What the window shows now. A copy goes to the folder that ZENFO_PICTURES
   // names, to be looked at.
   Shot picture(const std::string& name) {
@@ -330,12 +341,7 @@ TEST_F(WindowTest, PathsOfAllRowsAreCopied) {
   command("select.all");
   SetFocus(list());
   command("copy.paths");
-  ASSERT_TRUE(OpenClipboard(nullptr));
-  const HANDLE data = GetClipboardData(CF_UNICODETEXT);
-  ASSERT_NE(data, nullptr);
-  const std::string text = narrowed(static_cast<wchar_t*>(GlobalLock(data)));
-  GlobalUnlock(data);
-  CloseClipboard();
+  const std::string text = clipboard();
   EXPECT_EQ(text, folder_.path("harbour/about.txt"));
 }
 
@@ -345,16 +351,66 @@ TEST_F(WindowTest, RowsAreCopiedWithTheirLines) {
   search(L"harbour");
   command("select.all");
   command("copy.rows");
-  ASSERT_TRUE(OpenClipboard(nullptr));
-  const HANDLE data = GetClipboardData(CF_UNICODETEXT);
-  ASSERT_NE(data, nullptr);
-  const std::string text = narrowed(static_cast<wchar_t*>(GlobalLock(data)));
-  GlobalUnlock(data);
-  CloseClipboard();
+  const std::string text = clipboard();
   EXPECT_THAT(text, testing::StartsWith("boats.csv\t2\t"));
   EXPECT_THAT(text,
               testing::EndsWith("\r\n6: 12,Marigold II,harbour office,31.0,red"
                                 "\r\n7: 14,Marigold,harbour office,33.5,red"));
+}
+
+// As the file has them, each once.
+TEST_F(WindowTest, LinesOfMatchesAreCopied) {
+  folder_.file("harbour/x.txt", "  tide, tide\r\nebb\r\n\ttide\r\n");
+  start();
+  type(L"Fi&les:", L"x.txt");
+  search(L"tide");
+  command("copy.lines");
+  EXPECT_EQ(clipboard(), "  tide, tide\r\n\ttide");
+  press(list(), VK_END);
+  wait();
+  command("copy.lines");
+  EXPECT_EQ(clipboard(), "\ttide");
+}
+
+TEST_F(WindowTest, TheTextPageHasCommandsOfItsOwn) {
+  const std::string path =
+      folder_.file("harbour/x.txt", "ebb\r\nthe tide (at noon)");
+  start();
+  type(L"Fi&les:", L"x.txt");
+  search(L"tide");
+  command("text.copy_place");
+  EXPECT_EQ(clipboard(), path + ":2");
+  EXPECT_ANY_THROW(command("text.copy"));  // nothing is selected
+  const HWND page = of_class(window(), L"ZenfoText");
+  SendMessageW(page, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(200, 2));
+  command("text.copy_place");
+  EXPECT_EQ(clipboard(), path + ":1");
+  command("text.select_all");
+  command("text.copy");
+  EXPECT_EQ(clipboard(), "ebb\r\nthe tide (at noon)");
+  click(L"Pattern language");
+  command("text.find");
+  EXPECT_EQ(title_of(named(window(), L"Fi&nd:")),
+            L"ebb\u21B5the tide (at noon)");
+  click(L"&Search");
+  wait();
+  EXPECT_EQ(rows().size(), 2u);
+}
+
+TEST_F(WindowTest, ALineBreakIsTypedByACommand) {
+  folder_.file("harbour/dos.txt", "ebb\r\ntide");
+  folder_.file("harbour/unix.txt", "ebb\ntide");
+  start();
+  type(L"Fi&nd:", L"ebb");
+  const HWND edit = GetWindow(named(window(), L"Fi&nd:"), GW_CHILD);
+  SendMessageW(edit, EM_SETSEL, 3, 3);
+  command("line_break");
+  SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"tide"));
+  EXPECT_EQ(title_of(edit), L"ebb\u21B5tide");
+  press(edit, VK_RETURN);
+  wait();
+  EXPECT_THAT(rows(), testing::IsSupersetOf({"dos.txt", "unix.txt"}));
+  EXPECT_THAT(narrowed(title_of(window())), HasSubstr("ebb\u21B5tide"));
 }
 
 TEST_F(WindowTest, ResultsAreExportedWhereTheDialogSays) {
