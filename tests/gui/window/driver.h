@@ -228,6 +228,69 @@ inline HWND of_class(HWND window, std::wstring_view name) {
   throw std::runtime_error("no control of a class");
 }
 
+// Whether the user types or chooses its text.
+inline bool is_field(HWND control) {
+  wchar_t kind[32] = L"";
+  GetClassNameW(control, kind, 32);
+  return std::wstring_view(kind) == WC_EDITW ||
+         std::wstring_view(kind) == WC_COMBOBOXW;
+}
+
+// Fields, buttons and labels.
+inline std::vector<HWND> texts_of(HWND window) {
+  std::vector<HWND> found;
+  for (const HWND control : controls_of(window)) {
+    wchar_t kind[32] = L"";
+    GetClassNameW(control, kind, 32);
+    const std::wstring_view name = kind;
+    const bool part_of_field = is_field(GetParent(control));
+    const bool shows = name == WC_BUTTONW || name == WC_STATICW;
+    if (shows || (is_field(control) && !part_of_field)) {
+      found.push_back(control);
+    }
+  }
+  return found;
+}
+
+// The font of the system's messages at a resolution.
+class MessageFont {
+ public:
+  explicit MessageFont(int dpi) : device_(CreateCompatibleDC(nullptr)) {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    LOGFONTW& font = metrics.lfMessageFont;
+    font.lfHeight =
+        MulDiv(font.lfHeight, dpi, GetDeviceCaps(device_, LOGPIXELSY));
+    font_ = CreateFontIndirectW(&font);
+    old_ = SelectObject(device_, font_);
+  }
+  ~MessageFont() {
+    SelectObject(device_, old_);
+    DeleteObject(font_);
+    DeleteDC(device_);
+  }
+  MessageFont(const MessageFont&) = delete;
+  MessageFont& operator=(const MessageFont&) = delete;
+
+  int width(const std::string& text) const { return size(text).cx; }
+  int height() const { return size("Xg").cy; }
+
+ private:
+  SIZE size(std::string text) const {
+    std::erase(text, '&');
+    const std::wstring shown = widened(text);
+    SIZE size{};
+    GetTextExtentPoint32W(device_, shown.c_str(),
+                          static_cast<int>(shown.size()), &size);
+    return size;
+  }
+
+  HDC device_;
+  HFONT font_ = nullptr;
+  HGDIOBJ old_ = nullptr;
+};
+
 struct DialogSearch {
   DWORD process;
   HWND found;

@@ -55,6 +55,10 @@ class Shot {
     MapWindowPoints(control, window_, reinterpret_cast<POINT*>(&area), 2);
     return area;
   }
+  static int area(const RECT& part) {
+    return static_cast<int>((part.right - part.left) *
+                            (part.bottom - part.top));
+  }
   // How many pixels of a part have a colour.
   int count(COLORREF colour, const RECT& part) const {
     int found = 0;

@@ -530,6 +530,86 @@ TEST_F(WindowTest, ColumnsAndTheirSortAreKeptForTheNextStart) {
   EXPECT_GE(page.top, place.bottom);
 }
 
+struct SceneRow {
+  const char* theme;
+  COLORREF ground, mark, current, panel, other_ground;
+};
+
+// In the list and on the page, and nothing of the other theme. Scroll bars are
+// the system's.
+TEST_F(WindowTest, ScenesHaveTheColoursOfTheirTheme) {
+  constexpr COLORREF kWhite = RGB(255, 255, 255);
+  constexpr COLORREF kBlack = RGB(25, 25, 25);
+  const SceneRow rows[] = {{"light", kWhite, RGB(255, 228, 130),
+                            RGB(255, 176, 71), RGB(243, 243, 243), kBlack},
+                           {"dark", kBlack, RGB(92, 78, 20), RGB(158, 96, 10),
+                            RGB(32, 32, 32), kWhite}};
+  for (const SceneRow& row : rows) {
+    SCOPED_TRACE(row.theme);
+    program_.reset();
+    start({"--run", "--theme", row.theme, "--find", "er"});
+    const Shot shot = picture(std::string("scene_") + row.theme);
+    const RECT page = shot.part(of_class(window(), L"ZenfoText"));
+    const RECT all = shot.part(list());
+    const RECT fields = {0, 0, shot.width(), all.top};
+    EXPECT_GT(shot.count(row.ground, page), shot.area(page) * 7 / 10);
+    EXPECT_GT(shot.count(row.ground, all), shot.area(all) * 5 / 10);
+    EXPECT_GT(shot.count(row.panel, fields), shot.area(fields) * 4 / 10);
+    EXPECT_GT(shot.count(row.mark, all), 1000);
+    EXPECT_GT(shot.count(row.mark, page), 100);
+    EXPECT_GT(shot.count(row.current, page), 100);
+    // The text of marks has it.
+    EXPECT_LT(shot.count(row.other_ground, page), shot.area(page) / 100);
+    EXPECT_LT(shot.count(row.other_ground, all), shot.area(all) / 100);
+  }
+}
+
+// A sign stands on the button in place of its name.
+bool shows_sign(const std::string& name) {
+  constexpr std::string_view kNames[] = {
+      "Match case", "Whole words", "Pattern language",
+      "Control characters (^M)", "Choose a folder..."};
+  return std::find(std::begin(kNames), std::end(kNames), name) !=
+         std::end(kNames);
+}
+
+// At the least size, at the first one, and with a higher resolution.
+TEST_F(WindowTest, NoTextIsCutAndNoControlCovered) {
+  struct Row {
+    const char *dpi, *width, *height;
+  };
+  const Row rows[] = {{"96", "640", "400"},
+                      {"96", "1000", "680"},
+                      {"144", "1200", "800"},
+                      {"192", "1280", "900"}};
+  for (const auto& [dpi, width, height] : rows) {
+    SCOPED_TRACE(std::string(dpi) + " dpi, " + width + " wide");
+    program_.reset();
+    start({"--run", "--dpi", dpi, "--width", width, "--height", height,
+           "--find", "tide", "--outside-kind", "code_comments"});
+    const MessageFont font(std::stoi(dpi));
+    picture(std::string("size_") + dpi + "_" + width);
+    std::vector<std::pair<std::string, RECT>> placed;
+    for (const HWND control : texts_of(window())) {
+      const std::string name = narrowed(title_of(control));
+      RECT area{};
+      GetWindowRect(control, &area);
+      if (!shows_sign(name) && !is_field(control)) {
+        EXPECT_GE(area.right - area.left, font.width(name)) << name;
+      }
+      EXPECT_GE(area.bottom - area.top, font.height()) << name;
+      for (const auto& [other, there] : placed) {
+        RECT both{};
+        EXPECT_FALSE(IntersectRect(&both, &area, &there) != 0 &&
+                     both.right - both.left > 1)  // tabs share a line
+            << name << " covers " << other;
+      }
+      placed.emplace_back(name, area);
+    }
+    EXPECT_GT(placed.size(), 20u);
+  }
+}
+
 // From top to bottom, and in a row from left to right.
 TEST_F(WindowTest, TheTabKeyGoesFromTopToBottom) {
   start();
