@@ -50,7 +50,6 @@ constexpr Command kCommands[] = {
     {kNextTab, "tab.next", Text::kCommandNextTab, ctrl(KeyCode::kTab), kAll, Menu::kFile, false, several_tabs},
     {kPreviousTab, "tab.previous", Text::kCommandPreviousTab, ctrl_shift(KeyCode::kTab), kAll, Menu::kFile, false, several_tabs},
     {kExport, "results.export", Text::kCommandExport, letter('E'), kAll, Menu::kFile, true, may_export},
-    {kSettings, "settings", Text::kCommandSettings, {}, kAll, Menu::kFile, true, always},
     {kExit, "exit", Text::kCommandExit, {}, kAll, Menu::kFile, true, always},
 
     {kCopyPaths, "copy.paths", Text::kCommandCopyPaths, letter('C'), kInList, Menu::kEdit, false, may_copy},
@@ -60,6 +59,8 @@ constexpr Command kCommands[] = {
     {kSelectAll, "select.all", Text::kCommandSelectAll, letter('A'), kInList, Menu::kEdit, true, any_result},
     {kShowHistory, "history.show", Text::kCommandShowHistory, alt(KeyCode::kDown), kInFields, Menu::kEdit, true, always},
     {kInsertLineBreak, "line_break", Text::kCommandInsertLineBreak, shift(KeyCode::kEnter), kInFields, Menu::kEdit, false, always},
+    {kClearHistory, "history.clear", Text::kCommandClearHistory, {}, kAll, Menu::kEdit, false, always},
+    {kSettings, "settings", Text::kCommandSettings, ctrl(KeyCode::kComma), kAll, Menu::kEdit, true, always},
 
     {kSearch, "search", Text::kCommandSearch, plain(KeyCode::kF5), kAll, Menu::kSearch, false, may_search},
     {kSearchInFiles, "search.in_files", Text::kCommandSearchInFiles, ctrl(KeyCode::kEnter), kAll, Menu::kSearch, false, may_search_again},
@@ -122,9 +123,10 @@ constexpr CodeName kCodeNames[] = {
     {KeyCode::kRight, "Right"}, {KeyCode::kDown, "Down"},
     {KeyCode::kPageUp, "PgUp"}, {KeyCode::kPageDown, "PgDn"},
     {KeyCode::kPlus, "Plus"},   {KeyCode::kMinus, "Minus"},
-    {KeyCode::kF1, "F1"},       {KeyCode::kF3, "F3"},
-    {KeyCode::kF5, "F5"},       {KeyCode::kF6, "F6"},
-    {KeyCode::kF7, "F7"},       {KeyCode::kF9, "F9"},
+    {KeyCode::kComma, "Comma"}, {KeyCode::kF1, "F1"},
+    {KeyCode::kF3, "F3"},       {KeyCode::kF5, "F5"},
+    {KeyCode::kF6, "F6"},       {KeyCode::kF7, "F7"},
+    {KeyCode::kF9, "F9"},
 };
 
 bool take(std::string_view& text, std::string_view prefix) {

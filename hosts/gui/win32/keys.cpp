@@ -8,17 +8,27 @@ struct Row {
   KeyCode code;
 };
 
-constexpr Row kRows[] = {
-    {VK_RETURN, KeyCode::kEnter},    {VK_ESCAPE, KeyCode::kEscape},
-    {VK_SPACE, KeyCode::kSpace},     {VK_DELETE, KeyCode::kDelete},
-    {VK_TAB, KeyCode::kTab},         {VK_LEFT, KeyCode::kLeft},
-    {VK_RIGHT, KeyCode::kRight},     {VK_DOWN, KeyCode::kDown},
-    {VK_PRIOR, KeyCode::kPageUp},    {VK_NEXT, KeyCode::kPageDown},
-    {VK_OEM_PLUS, KeyCode::kPlus},   {VK_ADD, KeyCode::kPlus},
-    {VK_OEM_MINUS, KeyCode::kMinus}, {VK_SUBTRACT, KeyCode::kMinus},
-    {VK_F1, KeyCode::kF1},           {VK_F3, KeyCode::kF3},
-    {VK_F5, KeyCode::kF5},           {VK_F6, KeyCode::kF6},
-    {VK_F7, KeyCode::kF7},           {VK_F9, KeyCode::kF9}};
+constexpr Row kRows[] = {{VK_RETURN, KeyCode::kEnter},
+                         {VK_ESCAPE, KeyCode::kEscape},
+                         {VK_SPACE, KeyCode::kSpace},
+                         {VK_DELETE, KeyCode::kDelete},
+                         {VK_TAB, KeyCode::kTab},
+                         {VK_LEFT, KeyCode::kLeft},
+                         {VK_RIGHT, KeyCode::kRight},
+                         {VK_DOWN, KeyCode::kDown},
+                         {VK_PRIOR, KeyCode::kPageUp},
+                         {VK_NEXT, KeyCode::kPageDown},
+                         {VK_OEM_PLUS, KeyCode::kPlus},
+                         {VK_ADD, KeyCode::kPlus},
+                         {VK_OEM_MINUS, KeyCode::kMinus},
+                         {VK_SUBTRACT, KeyCode::kMinus},
+                         {VK_OEM_COMMA, KeyCode::kComma},
+                         {VK_F1, KeyCode::kF1},
+                         {VK_F3, KeyCode::kF3},
+                         {VK_F5, KeyCode::kF5},
+                         {VK_F6, KeyCode::kF6},
+                         {VK_F7, KeyCode::kF7},
+                         {VK_F9, KeyCode::kF9}};
 
 bool is_character(WPARAM key) {
   return (key >= 'A' && key <= 'Z') || (key >= '0' && key <= '9');

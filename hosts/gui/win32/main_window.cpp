@@ -122,6 +122,7 @@ void MainWindow::make_parts() {
   panel_ = std::make_unique<QueryPanel>(self, look_);
   info_ = std::make_unique<InfoBar>(self, look_);
   strip_ = std::make_unique<TabStrip>(self, kStripId, look_);
+  strip_->on_close = [this](int index) { close_tab(index); };
   view_ = std::make_unique<ViewBar>(self, look_);
   ResultList::Events events;
   events.focus_moved = [this] { show_page(); };
@@ -405,7 +406,10 @@ bool MainWindow::take_key(const MSG& message) {
   const Key key = key_of_message(message);
   if (key.code == KeyCode::kNone) return false;
   // An open list of a field has keys of its own.
-  if (panel_->list_shown() && !key.control && !key.alt) return false;
+  if (panel_->list_shown() && !key.control && !key.alt) {
+    return key.code == KeyCode::kDelete && !key.shift &&
+           panel_->forget_entry(settings_.history);
+  }
   KeyPlace place = KeyPlace::kFields;
   if (message.hwnd == list_->window()) place = KeyPlace::kList;
   if (message.hwnd == page_->window()) place = KeyPlace::kTextPage;

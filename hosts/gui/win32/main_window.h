@@ -136,6 +136,7 @@ class MainWindow : public WindowBase {
   std::vector<uint32_t> selected_files() const;
   void choice_changed();
   void on_sorted();
+  void change_settings();
 
   // --- window_output.cpp
   void copy_selected(CopyForm form);

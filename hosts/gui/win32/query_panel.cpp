@@ -380,11 +380,42 @@ HWND focused_combo(HWND panel) {
   return std::wstring_view(name) == WC_COMBOBOXW ? control : nullptr;
 }
 
+std::wstring entry_text(HWND combo, LRESULT entry) {
+  const auto index = static_cast<WPARAM>(entry);
+  std::wstring text(
+      static_cast<size_t>(SendMessageW(combo, CB_GETLBTEXTLEN, index, 0)) + 1,
+      L'\0');
+  text.resize(static_cast<size_t>(SendMessageW(
+      combo, CB_GETLBTEXT, index, reinterpret_cast<LPARAM>(text.data()))));
+  return text;
+}
+
 }  // namespace
 
 bool QueryPanel::list_shown() const {
   const HWND combo = focused_combo(window());
   return combo != nullptr && SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0) != 0;
+}
+
+bool QueryPanel::forget_entry(History& history) {
+  const std::pair<HWND, HistoryField> fields[] = {
+      {find_, HistoryField::kFind},
+      {folders_, HistoryField::kFolders},
+      {include_, HistoryField::kIncludeNames},
+      {exclude_, HistoryField::kExcludeNames}};
+  const HWND combo = focused_combo(window());
+  for (const auto& [field, name] : fields) {
+    if (field != combo) continue;
+    const LRESULT entry = SendMessageW(combo, CB_GETCURSEL, 0, 0);
+    if (entry == CB_ERR) return false;
+    history.remove(name, narrow(entry_text(combo, entry)));
+    const LRESULT left =
+        SendMessageW(combo, CB_DELETESTRING, static_cast<WPARAM>(entry), 0);
+    const LRESULT next = std::min(entry, left - 1);  // or none
+    SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(next), 0);
+    return true;
+  }
+  return false;
 }
 
 void QueryPanel::show_list() const {

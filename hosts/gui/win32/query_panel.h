@@ -43,6 +43,8 @@ class QueryPanel : public WindowBase {
   void add_folders(const std::vector<std::string>& paths, bool keep);
   // Whether the focus is in a field whose list is shown.
   bool list_shown() const;
+  // Takes the chosen entry of that list out of the history. False if none is.
+  bool forget_entry(History& history);
   void show_list() const;
   bool has_focus() const;
 

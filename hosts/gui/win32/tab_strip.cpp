@@ -65,10 +65,9 @@ void TabStrip::rename(int index, const std::wstring& title) {
   InvalidateRect(strip_, nullptr, FALSE);
 }
 
-int TabStrip::tab_at(POINT screen) const {
+int TabStrip::tab_at(POINT point) const {
   TCHITTESTINFO hit{};
-  hit.pt = screen;
-  ScreenToClient(strip_, &hit.pt);
+  hit.pt = point;
   return TabCtrl_HitTest(strip_, &hit);
 }
 
@@ -112,6 +111,12 @@ LRESULT CALLBACK TabStrip::on_message(HWND strip, UINT message, WPARAM word,
       return 0;
     case WM_ERASEBKGND:
       return 1;
+    case WM_MBUTTONUP: {
+      const int index =
+          self->tab_at({GET_X_LPARAM(value), GET_Y_LPARAM(value)});
+      if (index >= 0 && self->on_close) self->on_close(index);
+      return 0;
+    }
     case WM_SETFOCUS:
     case WM_KILLFOCUS:
       InvalidateRect(strip, nullptr, FALSE);

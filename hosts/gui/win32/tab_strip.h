@@ -4,6 +4,7 @@
 // Tested by tests/gui/window/window_test.cpp
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "gui/win32/look.h"
@@ -24,8 +25,11 @@ class TabStrip {
   void remove(int index) { TabCtrl_DeleteItem(strip_, index); }
   void choose(int index) { TabCtrl_SetCurSel(strip_, index); }
   void rename(int index, const std::wstring& title);
-  // The tab at a place of the screen, or -1.
-  int tab_at(POINT screen) const;
+  // The tab at a place of the strip, or -1.
+  int tab_at(POINT point) const;
+
+  // A tab was clicked with the middle button.
+  std::function<void(int index)> on_close;
 
  private:
   static LRESULT CALLBACK on_message(HWND strip, UINT message, WPARAM word,

@@ -4,6 +4,7 @@
 
 #include "gui/win32/editor.h"
 #include "gui/win32/main_window.h"
+#include "gui/win32/settings_dialog.h"
 #include "gui/win32/wide.h"
 
 namespace zenfo::host::gui::win32 {
@@ -33,6 +34,12 @@ void MainWindow::run(CommandId id) {
       return panel_->choose_folder();
     case CommandId::kShowHistory:
       return panel_->show_list();
+    case CommandId::kClearHistory:
+      settings_.history.clear();
+      panel_->show_history(settings_.history);
+      return info_->show(std::string(text(Text::kHistoryCleared)));
+    case CommandId::kSettings:
+      return change_settings();
     case CommandId::kNewTab:
       add_tab();
       return panel_->focus_on(QueryField::kText);
@@ -305,6 +312,15 @@ void MainWindow::show_keys() {
 void MainWindow::choice_changed() {
   InvalidateRect(list_->window(), nullptr, FALSE);
   show_state();
+}
+
+void MainWindow::change_settings() {
+  SettingsDialog dialog(window(), look_, settings_);
+  if (!dialog.run()) return;
+  dialog.put_into(settings_);
+  page_->set_font(settings_.font, settings_.font_size);
+  page_->set_wrap(settings_.wrap);
+  restyle(look_.dpi);
 }
 
 // New tabs begin with the order that was chosen last.

@@ -104,16 +104,15 @@ void MainWindow::add_tab() {
 void MainWindow::close_tab(int index) {
   if (tabs_.size() < 2) return;
   const auto at = static_cast<size_t>(index);
+  const bool in_view = at == current_;
   engine_->stop(tabs_[at]->job());
-  const auto next = std::min(at, tabs_.size() - 2);
-  const size_t other = at == next ? at + 1 : next;
   // The list must not look at the tab any more when it goes.
-  list_->show(*tabs_[other]);
+  if (in_view) list_->show(*tabs_[at + 1 < tabs_.size() ? at + 1 : at - 1]);
   tabs_.erase(tabs_.begin() + index);
   strip_->remove(index);
-  current_ = std::min(current_, tabs_.size() - 1);
-  strip_->choose(static_cast<int>(next));
-  show_tab(static_cast<int>(next));
+  if (current_ > at || current_ == tabs_.size()) --current_;
+  strip_->choose(static_cast<int>(current_));
+  if (in_view) show_tab(static_cast<int>(current_));
 }
 
 void MainWindow::show_tab(int index) {

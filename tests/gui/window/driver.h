@@ -303,7 +303,8 @@ inline BOOL CALLBACK note_dialog(HWND window, LPARAM value) {
   wchar_t kind[32] = L"";
   GetClassNameW(window, kind, 32);
   const bool here = process == wanted->process && IsWindowVisible(window);
-  if (!here || std::wstring_view(kind) != L"#32770") return TRUE;
+  const std::wstring_view name = kind;
+  if (!here || (name != L"#32770" && name != L"zenfo-settings")) return TRUE;
   wanted->found = window;
   return FALSE;
 }

@@ -610,6 +610,83 @@ TEST_F(WindowTest, NoTextIsCutAndNoControlCovered) {
   }
 }
 
+TEST_F(WindowTest, TheMiddleButtonClosesATab) {
+  start();
+  search(L"harbour");
+  const auto first = rows();
+  command("tab.new");
+  search(L"ferry");
+  command("tab.new");
+  search(L"gate");
+  const auto third = rows();
+  const HWND tabs = of_class(window(), WC_TABCONTROLW);
+  const auto close = [&](int x) {
+    PostMessageW(tabs, WM_MBUTTONDOWN, MK_MBUTTON, MAKELPARAM(x, 8));
+    PostMessageW(tabs, WM_MBUTTONUP, 0, MAKELPARAM(x, 8));
+    wait();
+  };
+  command("tab.previous");
+  close(10);  // not the one in view
+  EXPECT_EQ(SendMessageW(tabs, TCM_GETITEMCOUNT, 0, 0), 2);
+  EXPECT_EQ(title_of(named(window(), L"Fi&nd:")), L"ferry");
+  EXPECT_NE(rows(), first);
+  close(10);
+  EXPECT_EQ(title_of(named(window(), L"Fi&nd:")), L"gate");
+  EXPECT_EQ(rows(), third);
+  close(10);  // The last one stays.
+  EXPECT_EQ(SendMessageW(tabs, TCM_GETITEMCOUNT, 0, 0), 1);
+}
+
+TEST_F(WindowTest, EntriesOfTheHistoryAreDeletedAndCleared) {
+  start();
+  for (const wchar_t* text : {L"ferry", L"gate", L"harbour"}) search(text);
+  const HWND field = named(window(), L"Fi&nd:");
+  const HWND edit = GetWindow(field, GW_CHILD);
+  command("go.find");
+  SendMessageW(field, CB_SHOWDROPDOWN, TRUE, 0);
+  SendMessageW(field, CB_SETCURSEL, 1, 0);
+  press(edit, VK_DELETE);
+  wait();
+  EXPECT_EQ(SendMessageW(field, CB_GETCOUNT, 0, 0), 2);
+  EXPECT_EQ(title_of(field), L"ferry");
+  SendMessageW(field, CB_SHOWDROPDOWN, FALSE, 0);
+  search(L"harbour");  // fills the list again
+  EXPECT_EQ(SendMessageW(field, CB_GETCOUNT, 0, 0), 2);
+  command("history.clear");
+  EXPECT_EQ(SendMessageW(field, CB_GETCOUNT, 0, 0), 0);
+  EXPECT_EQ(title_of(field), L"harbour");
+}
+
+TEST_F(WindowTest, SettingsAreChosenInADialogAndKept) {
+  const std::string settings = folder_.path("gui.json");
+  start({"--settings", settings});
+  const auto open = [&] {
+    asker_.tell(*program_, R"({"command": "settings"})");
+    return dialog_of(*program_);
+  };
+  HWND dialog = open();
+  SendMessageW(named(dialog, L"&Colours:"), CB_SETCURSEL, 2, 0);
+  PostMessageW(named(dialog, L"Cancel"), BM_CLICK, 0, 0);
+  wait();
+  dialog = open();
+  EXPECT_EQ(SendMessageW(named(dialog, L"&Colours:"), CB_GETCURSEL, 0, 0), 0);
+  SendMessageW(named(dialog, L"&Colours:"), CB_SETCURSEL, 2, 0);
+  SendMessageW(named(dialog, L"&Text size of the file page:"), CB_SETCURSEL, 4,
+               0);
+  SendMessageW(named(dialog, L"&Editor:"), WM_SETTEXT, 0,
+               reinterpret_cast<LPARAM>(L"ed {file}:{line}"));
+  SendMessageW(named(dialog, L"&Remember what was typed into the fields"),
+               BM_CLICK, 0, 0);
+  PostMessageW(named(dialog, L"OK"), BM_CLICK, 0, 0);
+  wait();
+  program_->close();
+  const std::string json = read_file(settings);
+  EXPECT_THAT(json, HasSubstr("\"theme\": \"dark\""));
+  EXPECT_THAT(json, HasSubstr("\"font_size\": 12"));
+  EXPECT_THAT(json, HasSubstr("\"editor\": \"ed {file}:{line}\""));
+  EXPECT_THAT(json, HasSubstr("\"remember\": false"));
+}
+
 // From top to bottom, and in a row from left to right.
 TEST_F(WindowTest, TheTabKeyGoesFromTopToBottom) {
   start();
