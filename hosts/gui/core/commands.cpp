@@ -95,6 +95,8 @@ constexpr Command kCommands[] = {
     {kPreviewBelow, "preview.below", Text::kCommandPreviewBelow, shift_letter('B'), kAll, Menu::kView, false, always},
     {kShowText, "view.text", Text::kCommandShowText, plain(KeyCode::kF7), kAll, Menu::kView, false, always},
     {kShowBytes, "view.bytes", Text::kCommandShowBytes, plain(KeyCode::kF9), kAll, Menu::kView, false, always},
+    {kWrapLines, "view.wrap", Text::kCommandWrapLines, alt_letter('Z'), kAll, Menu::kView, true, always},
+    {kShowWhiteSpace, "view.white_space", Text::kCommandShowWhiteSpace, {}, kAll, Menu::kView, false, always},
     {kZoomIn, "zoom.in", Text::kCommandZoomIn, ctrl(KeyCode::kPlus), kAll, Menu::kView, true, always},
     {kZoomOut, "zoom.out", Text::kCommandZoomOut, ctrl(KeyCode::kMinus), kAll, Menu::kView, false, always},
     {kZoomNormal, "zoom.normal", Text::kCommandZoomNormal, letter('0'), kAll, Menu::kView, false, always},

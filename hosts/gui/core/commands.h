@@ -58,6 +58,8 @@ enum class CommandId : uint16_t {
   kPreviousPane,
   kShowPreview,
   kPreviewBelow,
+  kWrapLines,
+  kShowWhiteSpace,
   kShowText,
   kShowBytes,
   kCopyText,

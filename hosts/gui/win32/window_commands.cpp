@@ -112,6 +112,11 @@ void MainWindow::run(CommandId id) {
       return choose_page(PageKind::kText);
     case CommandId::kShowBytes:
       return choose_page(PageKind::kBytes);
+    case CommandId::kWrapLines:
+      settings_.wrap = !settings_.wrap;
+      return page_->set_wrap(settings_.wrap);
+    case CommandId::kShowWhiteSpace:
+      return page_->set_white_space(!page_->shows_white_space());
     case CommandId::kCopyText:
       if (!page_->copy()) info_->show(std::string(text(Text::kCopyTooLong)));
       return;
@@ -180,6 +185,10 @@ bool MainWindow::is_on(CommandId id, const void* owner) {
       return self->settings_.preview_below;
     case CommandId::kShowPreview:
       return self->settings_.preview_shown;
+    case CommandId::kWrapLines:
+      return self->settings_.wrap;
+    case CommandId::kShowWhiteSpace:
+      return self->page_->shows_white_space();
     case CommandId::kShowText:
       return self->page_kind_ == PageKind::kText;
     case CommandId::kShowBytes:

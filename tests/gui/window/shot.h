@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "gui/win32/system.h"
 #include "support/temp_folder.h"
@@ -70,7 +71,14 @@ class Shot {
     return found;
   }
 
-  bool operator==(const Shot& other) const { return pixels_ == other.pixels_; }
+  // The pixels of a part, to be compared. In others a caret may blink.
+  std::vector<COLORREF> cut(const RECT& part) const {
+    std::vector<COLORREF> pixels;
+    for (int y = part.top; y < part.bottom; ++y) {
+      for (int x = part.left; x < part.right; ++x) pixels.push_back(at(x, y));
+    }
+    return pixels;
+  }
 
  private:
   static uint32_t number(std::string_view bytes) {
