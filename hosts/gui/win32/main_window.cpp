@@ -119,6 +119,9 @@ void MainWindow::make_parts() {
   update(look_, dpi_of(self), settings_.theme);
   lines_ = std::make_unique<LineCache>(
       [self] { PostMessageW(self, kLinesRead, 0, 0); });
+  icons_ = std::make_unique<FileIcons>(
+      [self] { PostMessageW(self, kWorkEnded, 0, 0); });
+  icons_->on_new = [this] { InvalidateRect(list_->window(), nullptr, FALSE); };
   panel_ = std::make_unique<QueryPanel>(self, look_);
   info_ = std::make_unique<InfoBar>(self, look_);
   strip_ = std::make_unique<TabStrip>(self, kStripId, look_);
@@ -129,7 +132,7 @@ void MainWindow::make_parts() {
   events.choice_changed = [this] { choice_changed(); };
   events.activated = [this] { open_in_editor(); };
   events.sorted = [this] { on_sorted(); };
-  list_ = std::make_unique<ResultList>(self, kListId, look_, *lines_,
+  list_ = std::make_unique<ResultList>(self, kListId, look_, *lines_, *icons_,
                                        settings_.columns, std::move(events));
   page_ = std::make_unique<TextView>(self, look_.theme);
   page_->set_font(settings_.font, settings_.font_size);
@@ -450,6 +453,7 @@ LRESULT MainWindow::on_message(UINT message, WPARAM word, LPARAM value) {
     case kWorkEnded:
       arranger_->finish();
       writer_->finish();
+      icons_->finish();
       tell_if_idle();
       return 0;
     case kWake:

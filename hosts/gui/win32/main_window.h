@@ -24,6 +24,7 @@
 #include "gui/core/settings.h"
 #include "gui/core/side_thread.h"
 #include "gui/win32/bytes_view.h"
+#include "gui/win32/file_icons.h"
 #include "gui/win32/info_bar.h"
 #include "gui/win32/line_cache.h"
 #include "gui/win32/look.h"
@@ -155,6 +156,7 @@ class MainWindow : public WindowBase {
   Look look_;
 
   std::unique_ptr<LineCache> lines_;
+  std::unique_ptr<FileIcons> icons_;
   std::unique_ptr<QueryPanel> panel_;
   std::unique_ptr<TabStrip> strip_;
   std::unique_ptr<InfoBar> info_;

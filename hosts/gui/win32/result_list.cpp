@@ -37,12 +37,12 @@ bool is_down(int key) { return GetKeyState(key) < 0; }
 }  // namespace
 
 ResultList::ResultList(HWND parent, int id, const Look& look, LineCache& lines,
-                       KeptColumns& columns, Events events)
+                       FileIcons& icons, KeptColumns& columns, Events events)
     : look_(look),
       lines_(lines),
       kept_columns_(columns),
       events_(std::move(events)),
-      painter_(look, lines) {
+      painter_(look, lines, icons) {
   list_ = CreateWindowExW(
       0, WC_LISTVIEWW, wide(plain_text(Text::kMenuResults)).c_str(),
       WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPCHILDREN | LVS_REPORT |

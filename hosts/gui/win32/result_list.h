@@ -31,7 +31,7 @@ class ResultList {
   // In the settings: for each kind of list its columns.
   using KeptColumns = std::map<std::string, std::vector<ColumnSetting>>;
   ResultList(HWND parent, int id, const Look& look, LineCache& lines,
-             KeptColumns& columns, Events events);
+             FileIcons& icons, KeptColumns& columns, Events events);
 
   HWND window() const { return list_; }
   bool has_focus() const { return GetFocus() == list_; }

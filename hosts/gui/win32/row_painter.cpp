@@ -123,12 +123,25 @@ void RowPainter::paint_file(HDC device, const std::vector<RECT>& columns,
     } else {
       cell.left += look_.scale(6);
     }
+    if (i == 0) paint_icon(device, cell, tab.set().file(file));
     cell.right -= look_.scale(6);
     const HFONT font = (i == 0 ? look_.bold : look_.font).get();
     SelectObject(device, font);
     draw_text(device, cell, cell_text(tab, file, ids[i].id),
               DT_END_ELLIPSIS | (ids[i].right ? DT_RIGHT : DT_LEFT));
   }
+}
+
+// Takes its room off the cell, also before there is an icon.
+void RowPainter::paint_icon(HDC device, RECT& cell,
+                            const ResultFile& file) const {
+  const int side = look_.scale(16);
+  const int y = (cell.top + cell.bottom - side) / 2;
+  const HICON icon = icons_.find(file.extension());
+  if (icon != nullptr && cell.left + side <= cell.right) {
+    DrawIconEx(device, cell.left, y, icon, side, side, 0, nullptr, DI_NORMAL);
+  }
+  cell.left += side + look_.scale(5);
 }
 
 void RowPainter::paint_match(HDC device, const RECT& row, const ResultTab& tab,

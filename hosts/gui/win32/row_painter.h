@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "gui/win32/file_icons.h"
 #include "gui/win32/glyphs.h"
 #include "gui/win32/line_cache.h"
 #include "gui/win32/look.h"
@@ -16,8 +17,8 @@ enum class RowPart { kArrow, kCheck, kRest };
 
 class RowPainter {
  public:
-  RowPainter(const Look& look, const LineCache& lines)
-      : look_(look), lines_(lines) {}
+  RowPainter(const Look& look, const LineCache& lines, FileIcons& icons)
+      : look_(look), lines_(lines), icons_(icons) {}
 
   // `columns` are the cells of the row, left to right, as the list shows them.
   void paint(HDC device, const RECT& row, const std::vector<RECT>& columns,
@@ -32,12 +33,14 @@ class RowPainter {
                    ResultRow what, bool selected) const;
   void paint_line(HDC device, RECT area, const LineText& line,
                   COLORREF colour) const;
+  void paint_icon(HDC device, RECT& cell, const ResultFile& file) const;
   int arrow_width() const { return look_.scale(18); }
   int check_width() const { return look_.scale(20); }
   int indent() const { return look_.scale(18); }
 
   const Look& look_;
   const LineCache& lines_;
+  FileIcons& icons_;
 };
 
 }  // namespace zenfo::host::gui::win32

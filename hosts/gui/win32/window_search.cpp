@@ -251,7 +251,7 @@ bool MainWindow::is_idle() const {
   const bool in_dialog = !IsWindowEnabled(window());
   return !any_running() && !in_dialog && !page_is_busy() && news_.empty() &&
          !arranger_->busy() && !writer_->busy() && engine_->idle() &&
-         !lines_->waiting();
+         !lines_->waiting() && !icons_->waiting();
 }
 
 // After all that is painted or waits in the queue.
