@@ -201,6 +201,83 @@ HWND make_combo(HWND parent, int id, const Look& look, DWORD style) {
   return combo;
 }
 
+// An edit field writes at its top, so it is made as low as its text and put
+// into the middle of the closed combo box.
+void centre_text(HWND combo) {
+  const HWND edit = GetWindow(combo, GW_CHILD);
+  if (edit == nullptr) return;
+  RECT field{};
+  RECT text{};
+  GetWindowRect(combo, &field);
+  GetWindowRect(edit, &text);
+  const auto font =
+      reinterpret_cast<HFONT>(SendMessageW(combo, WM_GETFONT, 0, 0));
+  const int high = text_size(edit, font, L"Xg").cy;
+  const int top = (field.bottom - field.top - high) / 2;
+  SetWindowPos(edit, nullptr, text.left - field.left, top,
+               text.right - text.left, high, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+// What of the field is around its text.
+RECT margins_of(HWND edit, const RECT& area, const Look& look) {
+  const auto font =
+      reinterpret_cast<HFONT>(SendMessageW(edit, WM_GETFONT, 0, 0));
+  const int high = text_size(nullptr, font, L"Xg").cy;
+  const int above = std::max<int>((area.bottom - area.top - high) / 2, 1);
+  const int side = look.scale(2);
+  return {side, above, side,
+          std::max<int>(area.bottom - area.top - high - above, 1)};
+}
+
+void paint_margins(HWND edit, const Look& look) {
+  const Theme& theme = look.theme;
+  RECT area{};
+  RECT inner{};
+  GetWindowRect(edit, &area);
+  GetClientRect(edit, &inner);
+  MapWindowPoints(edit, nullptr, reinterpret_cast<POINT*>(&inner), 2);
+  OffsetRect(&inner, -area.left, -area.top);
+  OffsetRect(&area, -area.left, -area.top);
+  const HDC device = GetWindowDC(edit);
+  ExcludeClipRect(device, inner.left, inner.top, inner.right, inner.bottom);
+  fill(device, area, IsWindowEnabled(edit) ? theme.ground : theme.panel);
+  draw_frame(device, area, GetFocus() == edit ? theme.text : theme.border);
+  ReleaseDC(edit, device);
+}
+
+// A field writes at the top of its client area, so this is no higher than the
+// text; what is around it is painted here.
+LRESULT CALLBACK on_edit(HWND edit, UINT message, WPARAM word, LPARAM value,
+                         UINT_PTR, DWORD_PTR data) {
+  const Look& look = *reinterpret_cast<const Look*>(data);
+  switch (message) {
+    case WM_NCCALCSIZE: {
+      RECT& area =
+          *reinterpret_cast<RECT*>(value);  // also of NCCALCSIZE_PARAMS
+      const RECT margins = margins_of(edit, area, look);
+      area = {area.left + margins.left, area.top + margins.top,
+              area.right - margins.right, area.bottom - margins.bottom};
+      return 0;
+    }
+    case WM_NCPAINT:
+      paint_margins(edit, look);
+      return 0;
+    case WM_NCHITTEST:
+      return HTCLIENT;
+    case WM_NCDESTROY:
+      RemoveWindowSubclass(edit, on_edit, kControlSubclass);
+      break;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS:
+    case WM_ENABLE:
+      RedrawWindow(edit, nullptr, nullptr, RDW_FRAME | RDW_INVALIDATE);
+      break;
+    default:
+      break;
+  }
+  return DefSubclassProc(edit, message, word, value);
+}
+
 DWORD style_of(ButtonKind kind) {
   switch (kind) {
     case ButtonKind::kDefault:
@@ -249,10 +326,11 @@ HWND make_choice(HWND parent, int id, const Look& look,
 
 HWND make_edit(HWND parent, int id, const Look& look) {
   const HWND edit = CreateWindowExW(
-      0, WC_EDITW, L"",
-      WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL, 0, 0, 0,
-      0, parent, reinterpret_cast<HMENU>(id), GetModuleHandleW(nullptr),
+      0, WC_EDITW, L"", WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_AUTOHSCROLL, 0,
+      0, 0, 0, parent, reinterpret_cast<HMENU>(id), GetModuleHandleW(nullptr),
       nullptr);
+  SetWindowSubclass(edit, on_edit, kControlSubclass,
+                    reinterpret_cast<DWORD_PTR>(&look));
   set_font(edit, look);
   return edit;
 }
@@ -329,10 +407,12 @@ void place(HWND control, int x, int y, int width, int height) {
       SendMessageW(control, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), wanted);
     }
   }
-  SetWindowPos(control, nullptr, x, y, std::max(width, 0),
-               combo ? height * 12 : height,
-               SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
-  if (combo) SendMessageW(control, CB_SETEDITSEL, 0, MAKELPARAM(-1, 0));
+  SetWindowPos(
+      control, nullptr, x, y, std::max(width, 0), combo ? height * 12 : height,
+      SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS | SWP_FRAMECHANGED);
+  if (!combo) return;
+  centre_text(control);
+  SendMessageW(control, CB_SETEDITSEL, 0, MAKELPARAM(-1, 0));
 }
 
 void fill_panel(HWND panel, HDC device, const Look& look) {

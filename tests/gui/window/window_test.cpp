@@ -708,6 +708,36 @@ TEST_F(WindowTest, SettingsAreChosenInADialogAndKept) {
   EXPECT_THAT(json, HasSubstr("\"remember\": false"));
 }
 
+// Where fields are higher than their text.
+TEST_F(WindowTest, TextsStandInTheMiddleOfTheirFields) {
+  start({"--theme", "light", "--dpi", "192", "--width", "1200", "--height",
+         "600"});
+  const HWND fields[] = {named(window(), L"Fi&nd:"),
+                         named(window(), L"Filte&r:")};
+  for (const HWND field : fields) {
+    SendMessageW(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"  Hg"));
+  }
+  wait();
+  const Shot shot = picture("fields");
+  for (const HWND field : fields) {
+    RECT area{};
+    GetWindowRect(field, &area);
+    MapWindowPoints(nullptr, window(), reinterpret_cast<POINT*>(&area), 2);
+    // The letters, beside caret and arrow.
+    const RECT letters = {area.left + 20, area.top + 3, area.left + 70,
+                          area.bottom - 3};
+    int first = 0;
+    int last = 0;
+    for (int y = letters.top; y < letters.bottom; ++y) {
+      const RECT row = {letters.left, y, letters.right, y + 1};
+      if (shot.count(RGB(20, 20, 20), row) == 0) continue;
+      if (first == 0) first = y;
+      last = y;
+    }
+    EXPECT_NEAR((first + last) / 2, (area.top + area.bottom) / 2, 2);
+  }
+}
+
 // From top to bottom, and in a row from left to right.
 TEST_F(WindowTest, TheTabKeyGoesFromTopToBottom) {
   start();
