@@ -67,5 +67,9 @@ if(WIN32)
 else()
   set_target_properties(zenfofr130 PROPERTIES LINK_DEPENDS ${exports_map})
   target_link_options(zenfofr130 PRIVATE
-                      -Wl,--version-script=${exports_map} -Wl,--no-undefined)
+                      -Wl,--version-script=${exports_map})
+  if(NOT ZENFO_SANITIZE)
+    # The programs that load it bring the sanitizers' functions.
+    target_link_options(zenfofr130 PRIVATE -Wl,--no-undefined)
+  endif()
 endif()

@@ -27,7 +27,7 @@ class Pool {
   }
 
   void* allocate() {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZENFO_ADDRESS_SANITIZER
     return ::operator new(kPieceSize);
 #else
     void* piece = free_;
@@ -44,7 +44,7 @@ class Pool {
   }
 
   void deallocate(void* piece) noexcept {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef ZENFO_ADDRESS_SANITIZER
     ::operator delete(piece);
 #else
     free_ = ::new (piece) Free{free_};

@@ -23,12 +23,18 @@ namespace {
 
 // Enough that threads are started, and that places are used again. Fewer, and
 // once, where the sanitizer makes all slow but sees every access.
-#ifdef __SANITIZE_THREAD__
+#ifdef ZENFO_THREAD_SANITIZER
 constexpr int kManyFiles = 80;
 constexpr const char* kThreads[] = {"3"};
 #else
 constexpr int kManyFiles = 150;
 constexpr const char* kThreads[] = {"2", "3", "8"};
+#endif
+// About how many polls a run is stopped at, others every day.
+#if defined(ZENFO_ADDRESS_SANITIZER) || defined(_WIN32)
+constexpr int kStops = 4;
+#else
+constexpr int kStops = 8;
 #endif
 
 // Everything that the host sees, one line each.
@@ -333,7 +339,7 @@ class ReadAheadStops : public ReadAheadTest {
       ++polls;
     }
     ASSERT_GT(polls, 60);
-    const Sweep sweep(polls / 12);
+    const Sweep sweep(polls / kStops);
     for (int stop = sweep.first(); stop <= polls; stop += sweep.step()) {
       SCOPED_TRACE("stopped at poll " + std::to_string(stop));
       run.stop_at_poll = stop;

@@ -386,9 +386,10 @@ TEST_F(MemoryFaults, RunsThatWriteLoseNoFile) {
       {"ReplaceString", [] { return ReplaceString(1, 0, 0, 0, 0, 0, 1, 0); }},
       {"change_case_i", [] { return change_case_i(1, 0, 0, 0, 1, 1, 0); }},
   };
-  for (const auto& [operation, run] : runs) {
+  for (const auto& run : runs) {
+    const char* operation = run.first;
     fail_each(
-        operation, run,
+        operation, run.second,
         {.success = 2,
          .failures = {-1, 0, 1, 2},
          .logged = false,

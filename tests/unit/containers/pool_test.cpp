@@ -42,7 +42,7 @@ TEST(Pooled, DestroysThroughTheBaseWhateverTheSize) {
   EXPECT_EQ(Thing::destroyed, 1000);
 }
 
-#ifndef __SANITIZE_ADDRESS__
+#ifndef ZENFO_ADDRESS_SANITIZER
 TEST(Pool, StartsOverWhenTheLastPieceComesBack) {
   auto& pool = Pool<64>::instance();
   std::vector<void*> first;

@@ -24,7 +24,7 @@ using test::EngineBesideModel;
 
 // Sanitizers make a case about fifteen times slower; an eighth of the cases
 // still covers every kind of element thousands of times.
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(ZENFO_ADDRESS_SANITIZER)
 constexpr int kShare = 8;
 #else
 constexpr int kShare = 1;

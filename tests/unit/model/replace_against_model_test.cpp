@@ -23,7 +23,7 @@ namespace {
 using model::Mark;
 using model::Rewritten;
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(ZENFO_ADDRESS_SANITIZER)
 constexpr int kReplaceCases = 10000;
 #else
 constexpr int kReplaceCases = 80000;

@@ -15,13 +15,13 @@ namespace {
 using pattern_test::TestContext;
 
 // Sanitizers make the work for a byte some ten times longer; work that grows
-// with the square of half a megabyte would not end there either.
-#if defined(__SANITIZE_ADDRESS__)
-constexpr size_t kLength = size_t{512} << 10;
+// with the square of a quarter of a megabyte would not end there either.
+#if defined(ZENFO_ADDRESS_SANITIZER)
+constexpr size_t kLength = size_t{256} << 10;
 constexpr size_t kPatternPieces = 30000;
 #else
-constexpr size_t kLength = size_t{2} << 20;
-constexpr size_t kPatternPieces = 300000;
+constexpr size_t kLength = size_t{1} << 20;
+constexpr size_t kPatternPieces = 100000;
 #endif
 
 std::string filled(std::string_view piece, std::string_view last = "") {

@@ -127,7 +127,7 @@ std::string random_text(std::mt19937& random, size_t length) {
 }
 
 TEST(WordCount, CountsTextsOfSomePiecesAsTwoSearchesDo) {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(ZENFO_ADDRESS_SANITIZER)
   constexpr int kRounds = 100;
 #else
   constexpr int kRounds = 400;
