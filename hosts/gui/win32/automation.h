@@ -3,7 +3,8 @@
 //
 //   {"command": "search"}   carries out a command, as its menu item would
 //   {"get": "idle"}         answered when nothing is left to do
-//   {"picture": "PATH"}     saves what the window shows as a PNG file
+//   {"picture": "PATH"}     saves what the window, or its
+//                           open dialog, shows as a PNG file
 //   {"get": "status"}       texts of the window, numbers of rows
 //
 // Tested by tests/gui/window/window_test.cpp

@@ -381,9 +381,11 @@ void begin_group(HWND control) {
 int width_of(HWND control, const Look& look) {
   wchar_t name[16];
   GetClassNameW(control, name, 16);
-  const int text =
-      text_size(control, look.bold.get(), text_of(control).c_str()).cx;
   const bool label = std::wstring_view(name) == WC_STATICW;
+  const HFONT font = (label ? look.font : look.bold).get();
+  std::wstring shown = text_of(control);
+  std::erase(shown, L'&');  // It only underlines the letter after it.
+  const int text = text_size(control, font, shown.c_str()).cx;
   return text + look.scale(label ? 4 : 24);
 }
 

@@ -327,8 +327,9 @@ bool MainWindow::on_copied(HWND sender, const COPYDATASTRUCT& data) {
     return true;
   }
   if (!request->picture.empty()) {
-    RedrawWindow(window(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    return viewer::save_screenshot(window(), wide(request->picture));
+    const HWND front = GetLastActivePopup(window());  // or itself
+    RedrawWindow(front, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    return viewer::save_screenshot(front, wide(request->picture));
   }
   if (request->get == "idle") {
     wait_for_idle_.push_back(sender);

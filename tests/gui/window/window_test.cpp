@@ -99,7 +99,7 @@ class WindowTest : public testing::Test {
           native(path), native(std::string(folder) + "/" + name + ".png"),
           std::filesystem::copy_options::overwrite_existing);
     }
-    return Shot(window(), path);
+    return Shot(GetLastActivePopup(window()), path);
   }
   int row_in_focus() {
     return static_cast<int>(SendMessageW(
@@ -676,6 +676,21 @@ TEST_F(WindowTest, EntriesOfTheHistoryAreDeletedAndCleared) {
   command("history.clear");
   EXPECT_EQ(SendMessageW(field, CB_GETCOUNT, 0, 0), 0);
   EXPECT_EQ(title_of(field), L"harbour");
+}
+
+// Of the grounds; no text and no frame is as wide.
+TEST_F(WindowTest, TheSettingsAreDarkInTheDark) {
+  start({"--theme", "dark"});
+  asker_.tell(*program_, R"({"command": "settings"})");
+  const HWND dialog = dialog_of(*program_);
+  const Shot shot = picture("settings_dark");
+  const int all = Shot::area(shot.whole());
+  EXPECT_GT(shot.count(RGB(32, 32, 32), shot.whole()), all / 2);
+  EXPECT_GT(shot.count(RGB(25, 25, 25), shot.part(named(dialog, L"&Editor:"))),
+            Shot::area(shot.part(named(dialog, L"&Editor:"))) * 8 / 10);
+  EXPECT_LT(shot.count(RGB(255, 255, 255), shot.whole()), all / 100);
+  PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+  wait();
 }
 
 TEST_F(WindowTest, SettingsAreChosenInADialogAndKept) {
