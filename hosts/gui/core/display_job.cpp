@@ -54,8 +54,7 @@ void DisplayJob::show_matches(Session& session) {
     if (search.several_texts() && !display_->groups.group_at(*match_)) {
       return Session::Answer::kTake;
     }
-    mark_matches();
-    return show();
+    return mark_matches() ? show() : Session::Answer::kStop;
   });
 }
 
@@ -78,14 +77,15 @@ void DisplayJob::show_plain(Session& session) {
 
 // Areas of a pattern are groups of the display, for what they leave out. Of
 // ready-made areas the library knows nothing: matches in them are not marked.
-void DisplayJob::mark_matches() {
+// False without memory for millions of marks: the file is then shown plain.
+bool DisplayJob::mark_matches() {
   const bool inside = plan_.search.areas.inside;
   SetBytesPerLine(bytes_in_line_);
-  PrepareDisplay("", inside);
+  if (PrepareDisplay("", inside) != 1) return false;
   display_->groups = DisplayGroups(areas_in_hand(), inside);
-  if (plan_.kind == nullptr) return;
+  if (plan_.kind == nullptr) return true;
   FileBytes bytes;
-  if (!bytes.load(path_)) return;
+  if (!bytes.load(path_)) return true;
   const std::vector<Match> areas = plan_.kind->areas_of(bytes.view());
   const uint32_t count = matches_in_hand();
   for (uint32_t i = 0; i < count; ++i) {
@@ -93,6 +93,7 @@ void DisplayJob::mark_matches() {
       MarkGroups(i, kPlain);
     }
   }
+  return true;
 }
 
 Session::Answer DisplayJob::show() {

@@ -48,7 +48,7 @@ class DisplayJob : public Job {
  private:
   void show_matches(Session& session);
   void show_plain(Session& session);
-  void mark_matches();
+  bool mark_matches();
   Session::Answer show();
 
   const SearchPlan plan_;

@@ -22,4 +22,18 @@ bool copy_text(HWND owner, const std::wstring& text) {
   return memory != nullptr;
 }
 
+std::wstring copied_text(HWND owner) {
+  std::wstring text;
+  if (!OpenClipboard(owner)) return text;
+  if (const HANDLE memory = GetClipboardData(CF_UNICODETEXT)) {
+    if (const auto* start = static_cast<const wchar_t*>(GlobalLock(memory))) {
+      const size_t most = GlobalSize(memory) / sizeof(wchar_t);
+      text.assign(start, wcsnlen(start, most));
+      GlobalUnlock(memory);
+    }
+  }
+  CloseClipboard();
+  return text;
+}
+
 }  // namespace zenfo::host::gui::win32

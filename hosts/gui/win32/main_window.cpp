@@ -177,6 +177,7 @@ void MainWindow::open(int show) {
   ShowWindow(window(), maximised ? SW_SHOWMAXIMIZED : show);
   UpdateWindow(window());
   panel_->focus_on(QueryField::kText);
+  if (startup_.bytes) choose_page(PageKind::kBytes);
   take_over(startup_.options);
 }
 

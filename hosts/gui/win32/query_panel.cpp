@@ -5,6 +5,7 @@
 
 #include "gui/core/area_kinds.h"
 #include "gui/core/query_text.h"
+#include "gui/win32/clipboard.h"
 #include "gui/win32/command_ids.h"
 #include "gui/win32/controls.h"
 #include "gui/win32/folder_dialog.h"
@@ -39,6 +40,20 @@ void fill_list(HWND field, const std::vector<std::string>& entries) {
                  reinterpret_cast<LPARAM>(wide(entry).c_str()));
   }
   set_text(field, text);
+}
+
+// Several lines are pasted with signs for their breaks; the field alone would
+// take the first one only. A break at their end is seldom meant.
+LRESULT CALLBACK on_find_edit(HWND edit, UINT message, WPARAM word,
+                              LPARAM value, UINT_PTR id, DWORD_PTR) {
+  if (message == WM_NCDESTROY) RemoveWindowSubclass(edit, on_find_edit, id);
+  if (message != WM_PASTE) return DefSubclassProc(edit, message, word, value);
+  std::string lines = typed_form(narrow(copied_text(edit)));
+  if (lines.ends_with('\n')) lines.pop_back();
+  if (lines.empty()) return 0;
+  SendMessageW(edit, EM_REPLACESEL, TRUE,
+               reinterpret_cast<LPARAM>(wide(field_form(lines)).c_str()));
+  return 0;
 }
 
 std::string utf8_of_field(HWND field) { return narrow(text_of(field)); }
@@ -80,6 +95,7 @@ void QueryPanel::make_controls() {
   };
   find_label_ = make_label(self, wide(Text::kFind), look_);
   find_ = make_field(self, kFindField, look_);
+  SetWindowSubclass(GetWindow(find_, GW_CHILD), on_find_edit, 1, 0);
   match_case_ = toggle(CommandId::kMatchCase, L"Aa");
   whole_words_ = toggle(CommandId::kWholeWords, L"W");
   pattern_ = toggle(CommandId::kPattern, L"#");

@@ -30,6 +30,8 @@ bool take_value(Startup& startup, const std::string& name,
                 const std::string& value) {
   if (name == "--shot") {
     startup.shot = value;
+  } else if (name == "--page") {
+    startup.bytes = value == "bytes";
   } else if (name == "--settings") {
     startup.settings = value;
   } else if (name == "--width") {

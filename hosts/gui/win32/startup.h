@@ -19,6 +19,7 @@ struct Startup {
   std::string fault;                   // empty: none
   bool automation = false;             // answers tests
   std::string shot;                    // a picture to take, then end
+  bool bytes = false;                  // the Bytes page is shown
   std::string settings;                // their file; empty: the usual one
   int width = 0;                       // of the client area, in pixels
   int height = 0;

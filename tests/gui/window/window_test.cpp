@@ -418,6 +418,22 @@ TEST_F(WindowTest, TheTextPageHasCommandsOfItsOwn) {
   EXPECT_EQ(rows().size(), 2u);
 }
 
+TEST_F(WindowTest, LinesThatArePastedIntoFindKeepTheirBreaks) {
+  folder_.file("harbour/x.txt", "ebb\r\ntide\r\n");
+  start();
+  type(L"Fi&les:", L"x.txt");
+  search(L"ebb");
+  command("text.select_all");
+  command("text.copy");
+  const HWND edit = GetWindow(named(window(), L"Fi&nd:"), GW_CHILD);
+  SendMessageW(edit, EM_SETSEL, 0, -1);
+  SendMessageW(edit, WM_PASTE, 0, 0);
+  EXPECT_EQ(title_of(edit), L"ebb\u21B5tide");
+  press(edit, VK_RETURN);
+  wait();
+  EXPECT_EQ(rows().size(), 2u);
+}
+
 TEST_F(WindowTest, ALineBreakIsTypedByACommand) {
   folder_.file("harbour/dos.txt", "ebb\r\ntide");
   folder_.file("harbour/unix.txt", "ebb\ntide");
