@@ -23,7 +23,7 @@ constexpr CommandId kRowCommands[] = {
     CommandId::kOpenInEditor, CommandId::kShowFolder,
     CommandId::kToggleChosen, CommandId::kRemoveFromResults,
     CommandId::kCopyPaths,    CommandId::kCopyRows,
-    CommandId::kCopyNames};
+    CommandId::kCopyLines,    CommandId::kCopyNames};
 
 void append(HMENU menu, const Command& command) {
   std::wstring label = wide(command.label);

@@ -22,7 +22,10 @@ HWND MainWindow::page_window() const {
 
 void MainWindow::choose_page(PageKind kind) {
   view_->choose_page(kind);
-  if (!settings_.preview_shown) return run(CommandId::kShowPreview);
+  if (!settings_.preview_shown) {
+    page_kind_ = kind;
+    return run(CommandId::kShowPreview);
+  }
   if (kind == page_kind_) return;
   const bool had_focus = GetFocus() == page_window();
   clear_page();

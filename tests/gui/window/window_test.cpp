@@ -321,6 +321,20 @@ TEST_F(WindowTest, BytesOfAFileThatIsNotShownAreTold) {
             L"Bytes: The file is empty");
 }
 
+TEST_F(WindowTest, AKeyOfAPageShowsItWhereNoneIsShown) {
+  start({"--run", "--find", "harbour"});
+  command("preview");
+  EXPECT_ANY_THROW(of_class(window(), L"ZenfoText"));
+  command("view.bytes");
+  EXPECT_EQ(title_of(of_class(window(), L"zenfo-bytes")),
+            L"Bytes, match at offset 4");
+  command("preview");
+  EXPECT_ANY_THROW(of_class(window(), L"zenfo-bytes"));
+  command("view.text");
+  EXPECT_THAT(narrowed(title_of(of_class(window(), L"ZenfoText"))),
+              HasSubstr("match 1 of 2"));
+}
+
 TEST_F(WindowTest, ASearchGoesOnWhileBytesAreShown) {
   start();
   command("view.bytes");
@@ -416,6 +430,19 @@ TEST_F(WindowTest, TheTextPageHasCommandsOfItsOwn) {
   click(L"&Search");
   wait();
   EXPECT_EQ(rows().size(), 2u);
+}
+
+TEST_F(WindowTest, TheMenuOfTheTextIsUsedByKeys) {
+  const std::string path = folder_.file("harbour/x.txt", "ebb\r\ntide");
+  start();
+  type(L"Fi&les:", L"x.txt");
+  search(L"tide");
+  const HWND page = of_class(window(), L"ZenfoText");
+  PostMessageW(page, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(page), -1);
+  PostMessageW(window(), WM_CHAR, 'p', 0);  // "Copy path and line"
+  wait();
+  wait();  // The menu posts its command.
+  EXPECT_EQ(clipboard(), path + ":2");
 }
 
 TEST_F(WindowTest, LinesThatArePastedIntoFindKeepTheirBreaks) {
