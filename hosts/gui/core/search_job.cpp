@@ -1,6 +1,7 @@
 #include "gui/core/search_job.h"
 
 #include <string>
+#include <utility>
 
 #include "gui/core/question.h"
 #include "shared/frame/failure.h"
@@ -34,10 +35,11 @@ void for_each_path(Session& session, int32_t list, const FileList& files,
 
 }  // namespace
 
-SearchJob::SearchJob(const Query& query, MatchCaps caps)
-    : plan_(plan_of(query)), caps_(caps) {}
+SearchJob::SearchJob(const Query& query, MatchCaps caps, Paths paths)
+    : plan_(plan_of(query)), caps_(caps), paths_(std::move(paths)) {}
 
 void SearchJob::run(Session& session, Outbox& outbox) {
+  if (paths_) plan_.paths = paths_();
   Search search(session, plan_.search);
   search.compile();
   FileList files(session);

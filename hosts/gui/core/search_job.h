@@ -4,6 +4,10 @@
 // Tested by tests/gui/core/search_job_test.cpp
 #pragma once
 
+#include <functional>
+#include <string>
+#include <vector>
+
 #include "gui/core/job.h"
 #include "gui/core/match_store.h"
 #include "gui/core/query.h"
@@ -14,7 +18,10 @@ namespace zenfo::host::gui {
 class SearchJob : public Job {
  public:
   // The query must have no faults.
-  explicit SearchJob(const Query& query, MatchCaps caps = {});
+  // `paths` makes what is searched in place of the query's folders; it is
+  // called by run(), because there may be very many.
+  using Paths = std::function<std::vector<std::string>()>;
+  explicit SearchJob(const Query& query, MatchCaps caps = {}, Paths paths = {});
 
   void run(Session& session, Outbox& outbox) override;
 
@@ -26,6 +33,7 @@ class SearchJob : public Job {
 
   SearchPlan plan_;
   MatchCaps caps_;
+  Paths paths_;
 };
 
 }  // namespace zenfo::host::gui

@@ -21,6 +21,7 @@
 #include "gui/core/export.h"
 #include "gui/core/key_map.h"
 #include "gui/core/news_queue.h"
+#include "gui/core/search_job.h"
 #include "gui/core/settings.h"
 #include "gui/core/side_thread.h"
 #include "gui/win32/bytes_view.h"
@@ -81,7 +82,7 @@ class MainWindow : public WindowBase {
   std::string settings_path() const;
 
   // --- window_search.cpp
-  void search(Query query);
+  void search(Query query, SearchJob::Paths paths = {});
   void start_search();
   void search_in_files();
   void stop_search();

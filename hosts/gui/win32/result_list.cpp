@@ -249,15 +249,21 @@ void ResultList::put_focus() {
   if (!any_row()) return;
   const auto row = tab_->list().rows.row_of(tab_->list().focus);
   if (!row) return;
+  leave_focus(static_cast<int>(*row));
   silent_ = true;
-  // Some systems look at every row for what else is selected.
-  const int before = ListView_GetNextItem(list_, -1, LVNI_FOCUSED);
-  if (before >= 0 && before != static_cast<int>(*row)) {
-    ListView_SetItemState(list_, before, 0, LVIS_SELECTED);
-  }
   ListView_SetItemState(list_, static_cast<int>(*row),
                         LVIS_FOCUSED | LVIS_SELECTED,
                         LVIS_FOCUSED | LVIS_SELECTED);
+  silent_ = false;
+}
+
+// Before another row is selected: some systems would look at every row for what
+// else is.
+void ResultList::leave_focus(int next) {
+  const int before = ListView_GetNextItem(list_, -1, LVNI_FOCUSED);
+  if (before < 0 || before == next) return;
+  silent_ = true;
+  ListView_SetItemState(list_, before, 0, LVIS_SELECTED);
   silent_ = false;
 }
 
@@ -388,6 +394,13 @@ LRESULT CALLBACK ResultList::on_message(HWND list, UINT message, WPARAM word,
         return 0;
       }
       break;
+    case WM_KEYDOWN:
+    case WM_CHAR: {  // They may move the focus.
+      self->leave_focus(-1);
+      const LRESULT answer = DefSubclassProc(list, message, word, value);
+      self->put_focus();
+      return answer;
+    }
     case WM_SIZE: {
       const LRESULT answer = DefSubclassProc(list, message, word, value);
       self->fill_width();

@@ -82,6 +82,7 @@ class ResultList {
   bool may_move(const NMHEADERW& drag) const;
   void show_sort();
   void put_focus();
+  void leave_focus(int next);
   void change_row_height();
 
   const Look& look_;

@@ -22,13 +22,13 @@ constexpr int kManyPulls = 4;
 constexpr ULONGLONG kSortAgain = 2000;
 // So many files are sorted or filtered at once, more on another thread.
 constexpr uint32_t kArrangedAtOnce = 3000;
-// Of the folders of a query these are kept with its results, to be shown.
-constexpr size_t kFoldersShown = 4;
+// So many of the files that are searched again are named.
+constexpr size_t kFilesShown = 3;
 
 }  // namespace
 
 // In the tab in view, unless a search runs there that the user should stop.
-void MainWindow::search(Query query) {
+void MainWindow::search(Query query, SearchJob::Paths paths) {
   const std::vector<QueryFault> faults = faults_of(query);
   if (!faults.empty()) {
     info_->show(faults.front().reason);
@@ -38,11 +38,9 @@ void MainWindow::search(Query query) {
   const std::vector<std::string> notes = notes_on(query);
   info_->show(notes.empty() ? "" : notes.front());
   engine_->stop(tab().job());
-  auto job = make_job_ ? make_job_(query) : std::make_unique<SearchJob>(query);
-  if (query.folders.size() > kFoldersShown) {
-    query.folders.resize(kFoldersShown);
-    query.folders.push_back("...");
-  }
+  auto job = make_job_ ? make_job_(query)
+                       : std::make_unique<SearchJob>(query, MatchCaps(),
+                                                     std::move(paths));
   tab().begin(query, engine_->start(std::move(job)), opens_files_);
   pulls_ = 0;
   sorted_ = GetTickCount64();
@@ -62,16 +60,24 @@ void MainWindow::start_search() {
 
 // The files of the list become where to search.
 void MainWindow::search_in_files() {
+  std::vector<const std::string*> paths;
+  const std::shared_ptr<const ResultSet> set = tab().shared_set();
+  for (uint32_t file = 0; file < set->count(); ++file) {
+    const ResultFile& facts = set->file(file);
+    if (facts.state != ResultState::kFound || facts.removed) continue;
+    paths.push_back(&facts.path);
+  }
   Query query = panel_->query();
   query.folders.clear();
-  const ResultSet& set = tab().set();
-  for (uint32_t file = 0; file < set.count(); ++file) {
-    const ResultFile& facts = set.file(file);
-    if (facts.state == ResultState::kFound && !facts.removed) {
-      query.folders.push_back(facts.path);
-    }
+  for (size_t i = 0; i < std::min(paths.size(), kFilesShown); ++i) {
+    query.folders.push_back(*paths[i]);
   }
-  search(std::move(query));
+  if (paths.size() > kFilesShown) query.folders.push_back("...");
+  search(std::move(query), [set, paths = std::move(paths)] {
+    std::vector<std::string> copies;
+    for (const std::string* path : paths) copies.push_back(*path);
+    return copies;
+  });
 }
 
 // The button and the key may be used again at once; the rest comes with the

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "gui/core/made_results.h"
@@ -138,6 +140,32 @@ TEST_F(Export, WritesWhatWasChosenWhenItBegan) {
   int lines = 0;
   export_results(source, [&](std::string_view) { return ++lines > 0; });
   EXPECT_EQ(lines, 3);
+}
+
+TEST_F(Export, MayRunWhileTheResultGrowsAndChanges) {
+  for (int i = 0; i < 2000; ++i) {
+    set_.add(test::news_of({test::found_file("/a" + std::to_string(i), 3)}));
+  }
+  std::vector<uint32_t> files;
+  for (uint32_t i = 0; i < set_.count(); ++i) files.push_back(i);
+  const ExportSource source(set_, files, ExportForm::kPaths);
+  const ExportSource lines(set_, files, ExportForm::kText);
+  uint64_t paths = 0;
+  uint64_t chosen = 0;
+  std::thread writer([&] {
+    export_results(source, [&](std::string_view) { return ++paths > 0; });
+    for (const ExportSource::File& file : lines.files()) {
+      chosen += lines.matches_of(file).size();
+    }
+  });
+  for (uint32_t i = 0; i < 2000; ++i) {
+    set_.add(test::news_of({test::found_file("/b" + std::to_string(i), 3)}));
+    set_.choose_file(i, false);
+    if (i % 2 == 0) set_.remove(i);
+  }
+  writer.join();
+  EXPECT_EQ(paths, files.size());
+  EXPECT_EQ(chosen, 3u + 2000 * 3);
 }
 
 TEST(ExportFields, AreQuoted) {

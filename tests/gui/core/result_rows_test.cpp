@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "gui/core/made_results.h"
@@ -108,6 +109,22 @@ TEST_F(Rows, StayAsTheyAreUntilTheirArrangementComes) {
   rows_.take(arrangement);
   EXPECT_TRUE(rows_.is_arranged());
   EXPECT_EQ(shown(), "0 4");
+}
+
+TEST_F(Rows, MayBeArrangedWhileTheResultGrows) {
+  rows_.wish_for_sort({ResultColumn::kName, true});
+  Arrangement arrangement = rows_.arrangement();
+  std::thread sorter([&] { arrangement.run(); });
+  for (int i = 0; i < 500; ++i) {
+    set_.add(news_of({found_file("/s/d" + std::to_string(i), 1)}));
+    set_.choose_all(i % 2 == 0);
+    rows_.update();
+  }
+  sorter.join();
+  rows_.take(arrangement);
+  EXPECT_EQ(rows_.at(0).file, 0u);
+  EXPECT_EQ(rows_.count(), 503u);
+  EXPECT_EQ(rows_.at(502).file, 503u);
 }
 
 TEST_F(Rows, AnArrangementThatIsNoLongerWishedForIsLeftOut) {

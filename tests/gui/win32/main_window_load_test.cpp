@@ -151,6 +151,12 @@ class WindowLoad : public testing::Test {
                  reinterpret_cast<LPARAM>(&item));
     return narrow(text);
   }
+  void press(WPARAM key) {
+    const uint64_t start = processor_time();
+    SendMessageW(list(), WM_KEYDOWN, key, 0);
+    note(processor_time() - start);
+    settle();
+  }
   void click_column(int column) {
     NMLISTVIEW click{};
     click.hdr = {list(), 301, static_cast<UINT>(LVN_COLUMNCLICK)};
@@ -201,11 +207,28 @@ TEST_F(WindowLoad, AMillionMatchesAreTakenInPartsAndStayAtHand) {
   command(CommandId::kNextMatch);
   command(CommandId::kRemoveFromResults);
   EXPECT_EQ(rows(), kAll - 1 - kLoadMatches);
+  press(VK_END);
+  tell("key End");
+  press(VK_UP);
+  tell("key Up");
+  press(VK_HOME);
+  tell("key Home");
+  press(VK_DOWN);
+  tell("key Down");
+  EXPECT_EQ(ListView_GetNextItem(list(), -1, LVNI_FOCUSED), 1);
   command(CommandId::kSelectAll);
   command(CommandId::kCopyPaths);
   EXPECT_EQ(lines_on_clipboard(), kLoadFiles - 1);
   command(CommandId::kRemoveFromResults);
   EXPECT_EQ(rows(), 0);
+}
+
+TEST_F(WindowLoad, AllFilesAreSearchedAgain) {
+  command(CommandId::kSearch);
+  command(CommandId::kSearchInFiles);
+  EXPECT_EQ(rows(), int64_t{kLoadFiles} * (1 + kLoadMatches));
+  wchar_t title[400] = L"";
+  EXPECT_LT(GetWindowTextW(main_->window(), title, 400), 399);
 }
 
 TEST_F(WindowLoad, AStopIsSeenAtTheNextFile) {

@@ -674,6 +674,20 @@ TEST_F(WindowTest, NoTextIsCutAndNoControlCovered) {
   }
 }
 
+TEST_F(WindowTest, TheFilesOfTheListAreSearchedAgain) {
+  start();
+  type(L"Fi&les:", L"*.txt;*.csv");
+  search(L"harbour");
+  command("file.close_all");
+  const auto before = rows();
+  ASSERT_EQ(before.size(), 5u);
+  type(L"Fi&les:", L"");
+  type(L"Fi&nd:", L"e");
+  command("search.in_files");
+  EXPECT_EQ(rows(), before);
+  EXPECT_THAT(narrowed(title_of(window())), HasSubstr("; ..."));
+}
+
 TEST_F(WindowTest, TheMiddleButtonClosesATab) {
   start();
   search(L"harbour");
