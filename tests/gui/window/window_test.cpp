@@ -321,6 +321,19 @@ TEST_F(WindowTest, BytesOfAFileThatIsNotShownAreTold) {
             L"Bytes: The file is empty");
 }
 
+// The library has the file in memory, not open.
+TEST_F(WindowTest, AFileWhoseBytesAreShownCanBeChanged) {
+  const std::string path = folder_.file("harbour/x.txt", "a gate");
+  start({"--run", "--find", "gate", "--include", "x.txt", "--page", "bytes"});
+  const HWND page = of_class(window(), L"zenfo-bytes");
+  EXPECT_EQ(title_of(page), L"Bytes, match at offset 2");
+  folder_.file("harbour/x.txt", "another gate");
+  EXPECT_EQ(read_file(path), "another gate");
+  EXPECT_TRUE(std::filesystem::remove(native(path)));
+  search(L"gate");
+  EXPECT_EQ(title_of(page), L"Bytes");
+}
+
 TEST_F(WindowTest, AKeyOfAPageShowsItWhereNoneIsShown) {
   start({"--run", "--find", "harbour"});
   command("preview");
