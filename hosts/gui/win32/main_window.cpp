@@ -145,7 +145,7 @@ void MainWindow::make_parts() {
   bytes_->on_match = [this](uint32_t offset) { go_to_match_at(offset); };
   bytes_->on_fit_changed = [this] { show_page_again(); };
   status_ = std::make_unique<StatusLine>(self, look_);
-  SetMenu(self, make_menu_bar());
+  SetMenu(self, make_menu_bar(keys_));
 }
 
 void MainWindow::place_window() {
@@ -368,7 +368,7 @@ void MainWindow::on_menu_of_rows(LPARAM at) {
     GetWindowRect(list_->window(), &area);
     point = {area.left + look_.scale(40), area.top + look_.scale(40)};
   }
-  const HMENU menu = make_row_menu();
+  const HMENU menu = make_row_menu(keys_);
   update_menu(menu, state(), is_on, this);
   TrackPopupMenu(menu, TPM_RIGHTBUTTON, point.x, point.y, 0, window(), nullptr);
   DestroyMenu(menu);

@@ -164,7 +164,7 @@ void MainWindow::go_to_match_at(uint32_t offset) {
 void MainWindow::on_menu_of_text(LPARAM at) {
   const POINT point = at == -1 ? page_->menu_place()
                                : POINT{GET_X_LPARAM(at), GET_Y_LPARAM(at)};
-  const HMENU menu = make_text_menu();
+  const HMENU menu = make_text_menu(keys_);
   update_menu(menu, state(), is_on, this);
   TrackPopupMenu(menu, TPM_RIGHTBUTTON, point.x, point.y, 0, window(), nullptr);
   DestroyMenu(menu);
