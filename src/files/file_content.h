@@ -34,7 +34,7 @@ class FileContent {
   void allow_views() { views_allowed_ = true; }
   // Lets the bytes of a view be read when they are used, not before: for those
   // who only search them and then ask intact().
-  void read_when_used() { read_when_used_ = true; }
+  void read_when_used(bool when_used) { read_when_used_ = when_used; }
   // False when any bytes that were used could not be read, or the file is
   // shorter than it was when it was loaded: zeros may stand for its bytes, and
   // whatever was found in them has no meaning.

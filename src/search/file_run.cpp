@@ -118,10 +118,7 @@ int32_t FileRun::run(FileSource& source, RunResults& results) {
   results_ = &results;
   source_ = &source;
   note_outputs();
-  if (nobody_looks()) {
-    content_.read_when_used();
-    count_ahead();
-  }
+  if (nobody_looks()) count_ahead();
   const RunEnd end = go_over_files(source);
   // Both are ended, even if the first could not be written.
   const bool results_written = results.finish();
@@ -140,11 +137,17 @@ void FileRun::note_outputs() {
   }
 }
 
+// Whether no call of the host can see anything of a file before its search has
+// ended.
+bool FileRun::searched_unseen() const {
+  return !kind_.rewrites && !kind_.takes_areas && !host_listens() &&
+         searches_.single();
+}
+
 // Whether the matches of a file are only counted, and no call of the host could
 // see anything else of them.
 bool FileRun::nobody_looks() const {
-  return !kind_.rewrites && !kind_.takes_areas && !ask_ &&
-         !traits_.wants_matches && !host_listens() && searches_.single() &&
+  return searched_unseen() && !ask_ && !traits_.wants_matches &&
          !library_.find_context->pattern.empty() &&
          library_.exclusion_context->pattern.empty();
 }
@@ -214,6 +217,7 @@ FileRun::Loaded FileRun::loaded_to_its_end() const {
 
 int32_t FileRun::load_content(const FileInHand& file) {
   empty_matches();
+  content_.read_when_used(searched_unseen());
   // A file that will be rewritten is opened by its own path both times.
   return kind_.rewrites ? content_.load_file_content(file.path.c_str())
                         : ahead_.load(file.path, *source_);
@@ -281,6 +285,7 @@ After FileRun::search_once(FileInHand& file) {
   announce(Phase::kParsing, file);
   const int32_t found = find();
   if (!content_.intact()) {
+    empty_matches();
     reject_unread(file);
     return After::kNextFile;
   }

@@ -155,6 +155,7 @@ class FileRun final {
   bool passes_check(FileInHand& file);
   std::optional<RunEnd> search(FileInHand& file);
   After search_once(FileInHand& file);
+  bool searched_unseen() const;
   bool nobody_looks() const;
   void count_ahead();
   int32_t find();

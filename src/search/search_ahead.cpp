@@ -77,7 +77,7 @@ SearchAhead::SearchAhead(const CompiledPattern& pattern, const Options& options,
   for (size_t i = 0; i <= threads; ++i) {
     auto worker = std::make_unique<Worker>();
     worker->content.allow_views();
-    worker->content.read_when_used();
+    worker->content.read_when_used(true);
     worker->content.load_only_ordinary(kLargest);
     worker->context.pattern = copy_of(pattern);
     workers_.push_back(std::move(worker));

@@ -151,6 +151,40 @@ TEST_F(CutFilesTest, WhatWasFoundBeforeTheLossIsNotCounted) {
   EXPECT_EQ(again.errors.size(), 0u);
 }
 
+// A host that only answers questions sees a file when its search has ended.
+TEST_F(CutFilesTest, NobodyIsAskedAboutWhatWasLost) {
+  const std::string path = add("cut", std::string(kLarge, 'X'));
+  add("whole", std::string(kLarge, 'X'));
+  cut(path, kLarge / 2);
+  static std::vector<std::string> asked;
+  asked.clear();
+  const HostRecorder host;  // removes the callbacks
+  CallbackTable table{};
+  table.option_question = [](const ZenfoWideChar* text,
+                             int32_t) ZENFO_CALL -> int32_t {
+    asked.push_back(HostRecorder::narrow(text));
+    return 1;
+  };
+  SetCallBacks(&table);
+  RunArguments arguments;
+  arguments.ask = 1;
+  const Results results = run(arguments);
+  EXPECT_EQ(results.answer, 1);
+  ASSERT_EQ(results.errors.size(), 1u);
+  EXPECT_EQ(results.errors[0].message, path + " could not be opened");
+  EXPECT_THAT(asked, testing::ElementsAre(testing::EndsWith("whole")));
+}
+
+TEST_F(CutFilesTest, WhatWasFoundBeforeTheLossIsForgotten) {
+  const std::string path = add("cut", std::string(kLarge, 'X'));
+  cut(path, kLarge / 2);
+  const std::string report = work().path("report");
+  RunArguments arguments;
+  arguments.report = report;
+  EXPECT_EQ(run(arguments).answer, 0);
+  expect_no_matches();
+}
+
 // What a thread cannot read to its end, the run loads.
 TEST_F(CutFilesTest, ThreadsLeaveThemToTheRun) {
   const std::string path = folder.path("f5");

@@ -361,7 +361,7 @@ TEST_F(FileContentTest, AViewedFileThatShrinksLaterReadsAsZeros) {
 // Loses whole pages, or a part of the last one.
 TEST_F(FileContentTest, AViewReadWhenUsedSaysThatBytesWereLost) {
   content.allow_views();
-  content.read_when_used();
+  content.read_when_used(true);
   const std::string bytes = noise(50000 * 80 - 1);
   for (const size_t left : {bytes.size(), size_t{8192}, bytes.size() - 1}) {
     const std::string path = folder.file("f", bytes);
@@ -377,7 +377,7 @@ TEST_F(FileContentTest, AViewReadWhenUsedSaysThatBytesWereLost) {
 }
 
 TEST_F(FileContentTest, WhatIsLoadedAtOnceIsIntact) {
-  content.read_when_used();
+  content.read_when_used(true);
   const std::string path = folder.file("f", noise(50000 * 80));
   ASSERT_EQ(content.load_file_content(path.c_str()), 50000 * 80);
   std::filesystem::resize_file(path, 1);
