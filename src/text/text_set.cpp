@@ -41,6 +41,12 @@ void set_bit(std::vector<uint32_t>& bits, uint32_t index) {
   bits[index >> 5] |= 1u << (index & 31);
 }
 
+// More of them would make the table of heads too full, as each adds 256 bits.
+constexpr size_t kMostShortInFilter = 64;
+
+// Positions that are looked at together.
+constexpr size_t kTurn = 8;
+
 }  // namespace
 
 // A text with the bytes that decide most comparisons.
@@ -125,6 +131,7 @@ void TextSet::number_texts(const std::vector<Given>& order) {
     numbers_[given.index] = static_cast<uint32_t>(lengths_.size() - 1);
   }
   enter_long(first_short);
+  fill_filter(first_short);
   if (first_short == size()) return;
   short_filter_.assign(65536 / 32, 0);
   short_texts_.make(size() - first_short);
@@ -179,7 +186,6 @@ void TextSet::enter_long(uint32_t first_short) {
     }
   }
   heads_.make(begins.size());
-  fill_filter();
   fill_second_filter();
   begins.push_back(first_short);
   for (size_t i = 0; i + 1 < begins.size(); ++i) {
@@ -191,13 +197,29 @@ void TextSet::enter_long(uint32_t first_short) {
 
 // Few bits are set, so that few positions pass, as far as the tables fit in the
 // nearer caches.
-void TextSet::fill_filter() {
-  const size_t bits = std::clamp(std::bit_ceil(32 * entries_.size()),
-                                 size_t{1} << 16, size_t{1} << 19);
+void TextSet::fill_filter(uint32_t first_short) {
+  const size_t short_texts = size() - first_short;
+  filter_has_all_ =
+      short_texts <= kMostShortInFilter &&
+      std::all_of(lengths_.begin() + first_short, lengths_.end(),
+                  [](uint16_t length) { return length == kHead - 1; });
+  const size_t heads =
+      entries_.size() + (filter_has_all_ ? 256 * short_texts : 0);
+  const size_t bits =
+      std::clamp(std::bit_ceil(32 * heads), size_t{1} << 16, size_t{1} << 19);
   filter_.assign(bits / 32, 0);
   filter_shift_ = 32 - std::countr_zero(bits);
   for (const Entry& entry : entries_) {
     set_bit(filter_, filter_place(load_four(bytes_.data() + entry.begin)));
+  }
+  if (!filter_has_all_) return;
+  for (uint32_t i = first_short; i < size(); ++i) {
+    char head[kHead] = {};
+    text_at(i).copy(head, kHead - 1);
+    for (int byte = 0; byte < 256; ++byte) {
+      head[kHead - 1] = static_cast<char>(byte);
+      set_bit(filter_, filter_place(load_four(head)));
+    }
   }
 }
 
@@ -227,7 +249,7 @@ void TextSet::link_parents(uint32_t begin, uint32_t end) {
   }
 }
 
-inline bool TextSet::may_begin_long(const char* at) const {
+inline bool TextSet::may_begin(const char* at) const {
   return bit(filter_, filter_place(load_four(at)));
 }
 
@@ -249,58 +271,73 @@ size_t TextSet::find(const char* text, size_t from, size_t starts_end,
                      size_t end, std::vector<Hit>& hits, size_t most) const {
   starts_end = std::min(starts_end, end);
   if (from >= starts_end || size() == 0) return starts_end;
-  const bool any_short = !short_filter_.empty();
-  const bool any_long = !entries_.empty();
   // Up to the last position after which the filters can look at eight bytes.
   const size_t stop = std::min(starts_end, end - std::min<size_t>(end, 7));
   size_t at = from;
   if (at < stop) {
-    if (any_short && any_long) {
-      at = find_inside<true, true>(text, from, stop, end, hits, most);
-    } else if (any_short) {
-      at = find_inside<true, false>(text, from, stop, end, hits, most);
-    } else {
-      at = find_inside<false, true>(text, from, stop, end, hits, most);
-    }
+    at = find_inside(text, from, stop, end, hits, most);
     if (hits.size() >= most) return at;
   }
   for (; at < starts_end; ++at) {
-    if (any_long) take_long(text, at, end, hits);
-    if (any_short) take_short(text, at, end, hits);
+    take_long(text, at, end, hits);
+    take_short(text, at, end, hits);
     if (hits.size() >= most) return at + 1;
   }
   return starts_end;
 }
 
-template <bool kShort, bool kLong>
 size_t TextSet::find_inside(const char* text, size_t from, size_t stop,
                             size_t end, std::vector<Hit>& hits,
                             size_t most) const {
-  constexpr size_t kTurn = 8;
-  const auto passes = [&](size_t at) {
-    return (kLong && may_begin_long(text + at)) ||
-           (kShort && may_begin_short(text + at));
-  };
-  const auto take = [&](size_t at) {
-    if (kLong && may_go_on_long(text + at)) take_long(text, at, end, hits);
-    if (kShort && may_begin_short(text + at)) take_short(text, at, end, hits);
-    return hits.size() >= most;
-  };
+  if (filter_has_all_) {
+    return find_in_turns(text, from, stop, end, hits, most,
+                         [this](const char* here) { return may_begin(here); });
+  }
+  if (entries_.empty()) {
+    return find_in_turns(
+        text, from, stop, end, hits, most,
+        [this](const char* here) { return may_begin_short(here); });
+  }
+  return find_in_turns(text, from, stop, end, hits, most,
+                       [this](const char* here) {
+                         return may_begin(here) || may_begin_short(here);
+                       });
+}
+
+template <class Passes>
+size_t TextSet::find_in_turns(const char* text, size_t from, size_t stop,
+                              size_t end, std::vector<Hit>& hits, size_t most,
+                              Passes passes) const {
   size_t at = from;
   for (; stop - at >= kTurn; at += kTurn) {
     uint32_t mask = 0;
     for (size_t k = 0; k < kTurn; ++k) {
-      mask |= static_cast<uint32_t>(passes(at + k)) << k;
+      mask |= static_cast<uint32_t>(passes(text + at + k)) << k;
     }
     for (; mask != 0; mask &= mask - 1) {
       const size_t offset = at + static_cast<size_t>(std::countr_zero(mask));
-      if (take(offset)) return offset + 1;
+      take(text, offset, end, hits);
+      if (hits.size() >= most) return offset + 1;
     }
   }
   for (; at < stop; ++at) {
-    if (passes(at) && take(at)) return at + 1;
+    if (!passes(text + at)) continue;
+    take(text, at, end, hits);
+    if (hits.size() >= most) return at + 1;
   }
   return stop;
+}
+
+// Eight bytes are there.
+void TextSet::take(const char* text, size_t offset, size_t end,
+                   std::vector<Hit>& hits) const {
+  const char* at = text + offset;
+  if (!entries_.empty() && may_go_on_long(at)) {
+    take_long(text, offset, end, hits);
+  }
+  if (!short_filter_.empty() && may_begin_short(at)) {
+    take_short(text, offset, end, hits);
+  }
 }
 
 // Appends the long texts that occur at the offset.

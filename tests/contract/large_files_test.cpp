@@ -160,8 +160,8 @@ TEST_F(CutFilesTest, NobodyIsAskedAboutWhatWasLost) {
   asked.clear();
   const HostRecorder host;  // removes the callbacks
   CallbackTable table{};
-  table.option_question = [](const ZenfoWideChar* text,
-                             int32_t) ZENFO_CALL -> int32_t {
+  table.option_question = [](const ZenfoWideChar* text, int32_t)
+                              ZENFO_CALL -> int32_t {
     asked.push_back(HostRecorder::narrow(text));
     return 1;
   };

@@ -152,6 +152,26 @@ TEST(TextSet, AgreesWithEachTextAloneOnRandomTexts) {
   }
 }
 
+// Up to 64 of them share a table with the longer ones.
+TEST(TextSet, AgreesOnTextsOfThreeBytesFewAndMany) {
+  Random random(3);
+  for (const size_t number : {1u, 63u, 64u, 65u, 200u}) {
+    for (const bool case_sensitive : {true, false}) {
+      for (const bool longer_too : {true, false}) {
+        Texts texts;
+        if (longer_too) texts = {"aBcd", "abcdefgh", "hgf"};
+        while (texts.size() < number)
+          texts.push_back(random.text("aBcDefgh", 3));
+        const TextSet set = set_of(texts, case_sensitive);
+        const std::string text = random.text("AbCdefgh", 3000) + "hgf";
+        EXPECT_EQ(found(set, text, 0, text.size(), 9),
+                  expected(set, texts, text, 0, text.size(), case_sensitive))
+            << number;
+      }
+    }
+  }
+}
+
 TEST(TextSet, FindsEveryOneOfVeryManyTexts) {
   Random random(5);
   Texts texts;
