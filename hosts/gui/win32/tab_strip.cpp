@@ -34,7 +34,8 @@ TabStrip::TabStrip(HWND parent, int id, const Look& look)
     : look_(look),
       strip_(CreateWindowExW(0, WC_TABCONTROLW, L"",
                              WS_CHILD | WS_VISIBLE | WS_TABSTOP |
-                                 WS_CLIPSIBLINGS | TCS_FOCUSONBUTTONDOWN,
+                                 WS_CLIPSIBLINGS | WS_CLIPCHILDREN |
+                                 TCS_FOCUSONBUTTONDOWN,
                              0, 0, 0, 0, parent, reinterpret_cast<HMENU>(id),
                              GetModuleHandleW(nullptr), nullptr)) {
   SetWindowSubclass(strip_, on_message, kStripSubclass,

@@ -142,6 +142,13 @@ class WindowLoad : public testing::Test {
     CloseClipboard();
     return lines;
   }
+  std::wstring info() const {
+    const HWND bar =
+        FindWindowExW(main_->window(), nullptr, L"zenfo-info", nullptr);
+    wchar_t text[200] = L"";
+    GetWindowTextW(FindWindowExW(bar, nullptr, WC_STATICW, nullptr), text, 200);
+    return text;
+  }
   std::string row_name(int row) const {
     wchar_t text[100] = L"";
     LVITEMW item{};
@@ -229,6 +236,20 @@ TEST_F(WindowLoad, AllFilesAreSearchedAgain) {
   EXPECT_EQ(rows(), int64_t{kLoadFiles} * (1 + kLoadMatches));
   wchar_t title[400] = L"";
   EXPECT_LT(GetWindowTextW(main_->window(), title, 400), 399);
+}
+
+TEST_F(WindowLoad, ACopyEndsWhenItIsCancelledOrTooLong) {
+  command(CommandId::kSearch);
+  command(CommandId::kCopyPaths);  // of one row
+  command(CommandId::kSelectAll);
+  const auto number = static_cast<WPARAM>(number_of(CommandId::kCopyRows));
+  SendMessageW(main_->window(), WM_COMMAND, number, 0);
+  command(CommandId::kStop);
+  EXPECT_EQ(info(), L"");
+  EXPECT_EQ(lines_on_clipboard(), 1);
+  command(CommandId::kCopyRows);
+  EXPECT_EQ(info(), wide(Text::kCopyTooLong));
+  EXPECT_EQ(lines_on_clipboard(), 1);
 }
 
 TEST_F(WindowLoad, AStopIsSeenAtTheNextFile) {
