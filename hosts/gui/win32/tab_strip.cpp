@@ -21,6 +21,52 @@ std::wstring title_of(HWND strip, int index) {
   return text;
 }
 
+// The arrows that the system adds when the tabs do not fit.
+void paint_arrows(HWND arrows, const Look& look) {
+  const Painting painting(arrows);
+  const HDC device = painting.device();
+  RECT half = painting.area();
+  fill(device, half, look.theme.panel);
+  SetBkMode(device, TRANSPARENT);
+  SetTextColor(device, look.theme.panel_text);
+  const HGDIOBJ old = SelectObject(device, look.font.get());
+  const LONG middle = half.right / 2;
+  half.right = middle;
+  for (const wchar_t* sign : {L"\u25C0", L"\u25B6"}) {
+    draw_frame(device, half, look.theme.border);
+    DrawTextW(device, sign, 1, &half, DT_SINGLELINE | DT_CENTER | DT_VCENTER);
+    half.left = middle;
+    half.right = painting.area().right;
+  }
+  SelectObject(device, old);
+}
+
+LRESULT CALLBACK on_arrows(HWND arrows, UINT message, WPARAM word, LPARAM value,
+                           UINT_PTR, DWORD_PTR data) {
+  if (message == WM_PAINT) {
+    paint_arrows(arrows, *reinterpret_cast<const Look*>(data));
+    return 0;
+  }
+  if (message == WM_ERASEBKGND) return 1;
+  if (message == WM_NCDESTROY) {
+    RemoveWindowSubclass(arrows, on_arrows, kStripSubclass);
+  }
+  return DefSubclassProc(arrows, message, word, value);
+}
+
+// The system makes them late and tells nobody.
+void take_arrows(HWND strip, const Look& look) {
+  const HWND arrows = GetWindow(strip, GW_CHILD);
+  DWORD_PTR data = 0;
+  if (arrows == nullptr ||
+      GetWindowSubclass(arrows, on_arrows, kStripSubclass, &data) != 0) {
+    return;
+  }
+  SetWindowSubclass(arrows, on_arrows, kStripSubclass,
+                    reinterpret_cast<DWORD_PTR>(&look));
+  InvalidateRect(arrows, nullptr, FALSE);
+}
+
 TCITEMW item_with(std::wstring& title) {
   TCITEMW item{};
   item.mask = TCIF_TEXT;
@@ -73,6 +119,7 @@ int TabStrip::tab_at(POINT point) const {
 }
 
 void TabStrip::paint() {
+  take_arrows(strip_, look_);
   const Painting painting(strip_);
   const HDC device = painting.device();
   const Theme& theme = look_.theme;

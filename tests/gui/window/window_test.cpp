@@ -701,6 +701,19 @@ TEST_F(WindowTest, TheFilesOfTheListAreSearchedAgain) {
   EXPECT_THAT(narrowed(title_of(window())), HasSubstr("; ..."));
 }
 
+TEST_F(WindowTest, TabsThatDoNotFitHaveArrowsInTheirColours) {
+  start({"--theme", "dark", "--width", "700", "--height", "450"});
+  for (int i = 0; i < 7; ++i) {
+    search(L"harbour is a long text to find");
+    command("tab.new");
+  }
+  const Shot shot = picture("tabs");
+  const HWND arrows = of_class(window(), UPDOWN_CLASSW);
+  EXPECT_GT(shot.count(RGB(32, 32, 32), shot.part(arrows)),
+            Shot::area(shot.part(arrows)) / 2);
+  EXPECT_EQ(shot.count(RGB(255, 255, 255), shot.part(arrows)), 0);
+}
+
 TEST_F(WindowTest, TheMiddleButtonClosesATab) {
   start();
   search(L"harbour");
@@ -761,6 +774,30 @@ TEST_F(WindowTest, TheSettingsAreDarkInTheDark) {
   EXPECT_LT(shot.count(RGB(255, 255, 255), shot.whole()), all / 100);
   PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
   wait();
+}
+
+// As if the program had been started so.
+TEST_F(WindowTest, AThemeThatIsChosenIsSeenAtOnce) {
+  const std::vector<std::string> search = {"--run", "--find", "tide"};
+  start(search);
+  asker_.tell(*program_, R"({"command": "settings"})");
+  const HWND dialog = dialog_of(*program_);
+  SendMessageW(named(dialog, L"&Colours:"), CB_SETCURSEL, 2, 0);
+  PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+  wait();
+  const Shot changed = picture("theme_changed");
+  program_.reset();
+  start({"--theme", "dark", search[0], search[1], search[2]});
+  const Shot dark = picture("theme_dark");
+  ASSERT_EQ(changed.width(), dark.width());
+  int others = 0;
+  for (int y = 0; y < dark.height(); ++y) {
+    for (int x = 0; x < dark.width(); ++x) {
+      others += changed.at(x, y) != dark.at(x, y);
+    }
+  }
+  // The focus, the caret and the time that the search took.
+  EXPECT_LT(others, 2000);
 }
 
 TEST_F(WindowTest, SettingsAreChosenInADialogAndKept) {
