@@ -160,7 +160,7 @@ void paint_combo(HWND control, const Look& look) {
   fill(device, area, theme.ground);
   const bool focused = GetFocus() == control || GetFocus() == info.hwndItem;
   draw_frame(device, area, focused ? theme.text : theme.border);
-  draw_arrow(device, info.rcButton, true,
+  draw_arrow(device, info.rcButton, Pointing::kDown,
              IsWindowEnabled(control) ? theme.text : theme.dim_text, look);
   if (info.hwndItem == nullptr || info.hwndItem == control) {
     const HGDIOBJ old = SelectObject(device, look.font.get());

@@ -56,19 +56,25 @@ void draw_check(HDC device, const RECT& area, Check check, const Look& look) {
   }
 }
 
-void draw_arrow(HDC device, const RECT& area, bool down, COLORREF colour,
+void draw_arrow(HDC device, const RECT& area, Pointing to, COLORREF colour,
                 const Look& look) {
+  const bool upright = to == Pointing::kDown || to == Pointing::kUp;
+  const int way = to == Pointing::kDown || to == Pointing::kRight ? 1 : -1;
   const int half = look.scale(4);
   const int x = (area.left + area.right) / 2;
   const int y = (area.top + area.bottom) / 2;
   const Pen pen(device, std::max(look.scale(1), 1), colour);
-  const POINT to_bottom[] = {{x - half, y - half / 2},
-                             {x, y + half / 2},
-                             {x + half + 1, y - half / 2 - 1}};
-  const POINT to_right[] = {{x - half / 2, y - half},
-                            {x + half / 2, y},
-                            {x - half / 2 - 1, y + half + 1}};
-  Polyline(device, down ? to_bottom : to_right, 3);
+  // Along the way, and across it; a line does not paint its last point.
+  const int places[][2] = {
+      {-half / 2, -half}, {half / 2, 0}, {-half / 2 - 1, half + 1}};
+  POINT points[3] = {};
+  for (int i = 0; i < 3; ++i) {
+    const int along = places[i][0] * way;
+    const int across = places[i][1];
+    points[i] =
+        upright ? POINT{x + across, y + along} : POINT{x + along, y + across};
+  }
+  Polyline(device, points, 3);
 }
 
 }  // namespace zenfo::host::gui::win32

@@ -7,11 +7,11 @@
 namespace zenfo::host::gui::win32 {
 
 enum class Check { kOff, kOn, kSome };
+enum class Pointing { kDown, kRight, kUp, kLeft };
 
 // In the middle of the area.
 void draw_check(HDC device, const RECT& area, Check check, const Look& look);
-// Points down, or to the right.
-void draw_arrow(HDC device, const RECT& area, bool down, COLORREF colour,
+void draw_arrow(HDC device, const RECT& area, Pointing to, COLORREF colour,
                 const Look& look);
 void draw_frame(HDC device, const RECT& area, COLORREF colour);
 

@@ -7,6 +7,7 @@
 
 #include "gui/core/column_order.h"
 #include "gui/win32/controls.h"
+#include "gui/win32/glyphs.h"
 #include "gui/win32/row_text.h"
 #include "gui/win32/wide.h"
 
@@ -595,10 +596,14 @@ LRESULT ResultList::on_draw_header(const NMCUSTOMDRAW& draw) {
   SetBkMode(draw.hdc, TRANSPARENT);
   SetTextColor(draw.hdc, theme.panel_text);
   const HGDIOBJ old = SelectObject(draw.hdc, look_.font.get());
-  std::wstring text = label;
-  if ((item.fmt & HDF_SORTUP) != 0) text += L" \u25B2";
-  if ((item.fmt & HDF_SORTDOWN) != 0) text += L" \u25BC";
-  DrawTextW(draw.hdc, text.c_str(), -1, &area,
+  if ((item.fmt & (HDF_SORTUP | HDF_SORTDOWN)) != 0) {
+    RECT sign = area;
+    sign.left = area.right -= look_.scale(12);
+    const bool up = (item.fmt & HDF_SORTUP) != 0;
+    draw_arrow(draw.hdc, sign, up ? Pointing::kUp : Pointing::kDown,
+               theme.panel_text, look_);
+  }
+  DrawTextW(draw.hdc, label, -1, &area,
             DT_SINGLELINE | DT_VCENTER | DT_END_ELLIPSIS | DT_NOPREFIX |
                 ((item.fmt & HDF_JUSTIFYMASK) == HDF_RIGHT ? DT_RIGHT : 0));
   SelectObject(draw.hdc, old);

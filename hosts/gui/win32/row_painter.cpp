@@ -113,8 +113,10 @@ void RowPainter::paint_file(HDC device, const std::vector<RECT>& columns,
     if (i == 0 && tab.shown == ResultState::kFound) {
       RECT sign = cell;
       sign.right = sign.left + arrow_width();
-      draw_arrow(device, sign, tab.list().rows.is_open(file),
-                 GetTextColor(device), look_);
+      draw_arrow(
+          device, sign,
+          tab.list().rows.is_open(file) ? Pointing::kDown : Pointing::kRight,
+          GetTextColor(device), look_);
       sign.left = sign.right;
       sign.right += check_width();
       draw_check(device, sign, check_of(tab, {file, ResultRow::kNoMatch}),

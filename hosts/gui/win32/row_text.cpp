@@ -14,7 +14,7 @@ namespace {
 
 const std::vector<Column> kFoundColumns = {
     {ResultColumn::kName, Text::kColumnName, 260},
-    {ResultColumn::kMatches, Text::kColumnMatches, 66, true},
+    {ResultColumn::kMatches, Text::kColumnMatches, 82, true},
     {ResultColumn::kFolder, Text::kColumnFolder, 220},
     {ResultColumn::kSize, Text::kColumnSize, 76, true},
     {ResultColumn::kType, Text::kColumnType, 60},

@@ -27,18 +27,14 @@ void paint_arrows(HWND arrows, const Look& look) {
   const HDC device = painting.device();
   RECT half = painting.area();
   fill(device, half, look.theme.panel);
-  SetBkMode(device, TRANSPARENT);
-  SetTextColor(device, look.theme.panel_text);
-  const HGDIOBJ old = SelectObject(device, look.font.get());
   const LONG middle = half.right / 2;
   half.right = middle;
-  for (const wchar_t* sign : {L"\u25C0", L"\u25B6"}) {
+  for (const Pointing to : {Pointing::kLeft, Pointing::kRight}) {
     draw_frame(device, half, look.theme.border);
-    DrawTextW(device, sign, 1, &half, DT_SINGLELINE | DT_CENTER | DT_VCENTER);
+    draw_arrow(device, half, to, look.theme.panel_text, look);
     half.left = middle;
     half.right = painting.area().right;
   }
-  SelectObject(device, old);
 }
 
 LRESULT CALLBACK on_arrows(HWND arrows, UINT message, WPARAM word, LPARAM value,
