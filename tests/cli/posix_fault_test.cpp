@@ -30,17 +30,17 @@ using ::testing::IsEmpty;
 // ---- killed at every change it makes
 // -----------------------------------------
 
-struct Command {
+struct ChangingCommand {
   const char* name;
   std::vector<std::string> arguments;
 };
 
-void PrintTo(const Command& command, std::ostream* stream) {
+void PrintTo(const ChangingCommand& command, std::ostream* stream) {
   *stream << command.name;
 }
 
 class Killed : public ChangeTest,
-               public ::testing::WithParamInterface<Command> {
+               public ::testing::WithParamInterface<ChangingCommand> {
  protected:
   void SetUp() override {
     if (!can_trace()) GTEST_SKIP() << "no process may trace another here";
@@ -123,18 +123,19 @@ TEST_P(Killed, UndoOfOneFileKeepsTheOthersOnRecord) {
 }
 
 const auto kCommands = ::testing::Values(
-    Command{
+    ChangingCommand{
         "Longer",
         {"replace", "-ry", "--include", "*.txt", "plum", "a long text", "."}},
-    Command{"Shorter",
-            {"replace", "-ry", "--keep-date", "--include", "*.txt", "plum", "",
-             "."}},
-    Command{"Pairs",
-            {"replace", "-ry", "--pairs", "pairs", "--include", "*.txt", "."}},
-    Command{"Case",
-            {"case", "-ry", "--upper", "--include", "*.txt", "plum", "."}});
+    ChangingCommand{"Shorter",
+                    {"replace", "-ry", "--keep-date", "--include", "*.txt",
+                     "plum", "", "."}},
+    ChangingCommand{
+        "Pairs",
+        {"replace", "-ry", "--pairs", "pairs", "--include", "*.txt", "."}},
+    ChangingCommand{
+        "Case", {"case", "-ry", "--upper", "--include", "*.txt", "plum", "."}});
 
-std::string name_of(const ::testing::TestParamInfo<Command>& command) {
+std::string name_of(const ::testing::TestParamInfo<ChangingCommand>& command) {
   return command.param.name;
 }
 

@@ -35,7 +35,7 @@ void prepare_commands(const std::string& state_folder) {
 #endif
 }
 
-struct Names {
+struct FolderNames {
   const char* test;
   const char* folder_mark;  // in the folder names of user and profile
   const char* folder;
@@ -44,11 +44,11 @@ struct Names {
 };
 
 // For messages of tests.
-void PrintTo(const Names& names, std::ostream* stream) {
+void PrintTo(const FolderNames& names, std::ostream* stream) {
   *stream << names.test;
 }
 
-constexpr Names kNames[] = {
+constexpr FolderNames kNames[] = {
     {"Plain", "", "sub", "one.txt", "two.txt"},
     // Characters of two, three and four bytes in UTF-8, combining letters and a
     // blank.
@@ -57,7 +57,7 @@ constexpr Names kNames[] = {
     {"OtherScripts", "\xE6\x97\xA5\xE6\x9C\xAC", "\xD0\x9F",
      "\xF0\x9F\x98\x80.txt", "\xE2\x82\xAC.txt"}};
 
-class Change : public ::testing::TestWithParam<Names> {
+class Change : public ::testing::TestWithParam<FolderNames> {
  protected:
   Change() {
     prepare_commands(state_.path());

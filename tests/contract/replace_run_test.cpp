@@ -339,7 +339,7 @@ TEST(Replace, IsRefusedBeforeInitialize) {
 
 // ---- Questions -------------------------------------------------------------
 
-struct AnswerCase {
+struct ReplaceAnswer {
   std::vector<int32_t> answers;  // to the questions of three files in turn
   int32_t result;
   std::string texts;  // of the three files
@@ -347,7 +347,7 @@ struct AnswerCase {
   size_t found;
 };
 
-const AnswerCase kAnswerCases[] = {
+const ReplaceAnswer kReplaceAnswers[] = {
     {{1, 1, 1}, 3, "XXX", 3, 3},   {{0, 1, 1}, 2, "aXX", 3, 2},
     {{1, 0, 1}, 2, "XaX", 3, 2},   {{0, 0, 0}, 0, "aaa", 3, 0},
     {{2}, 0, "aaa", 1, 0},         {{1, 2}, 1, "Xaa", 2, 1},
@@ -364,7 +364,7 @@ TEST_F(ReplaceTest, AnswersDecideWhichFilesAreChanged) {
   Texts paths;
   for (const char* name : {"1", "2", "3"}) paths.push_back(add(name, "a"));
   for (const Member& member : kMembers) {
-    for (const AnswerCase& one : kAnswerCases) {
+    for (const ReplaceAnswer& one : kReplaceAnswers) {
       SCOPED_TRACE(member.routine + testing::PrintToString(one.answers));
       for (const auto& path : paths) write_file(path, "a");
       size_t asked = 0;
