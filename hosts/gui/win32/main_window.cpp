@@ -426,6 +426,18 @@ bool MainWindow::take_key(const MSG& message) {
   return on_key_in_parts(key);
 }
 
+// As a dialog does. Of a label's key come two messages: one with the label, one
+// that asks for the control after it.
+void MainWindow::go_to_control(WPARAM word, bool is_control) {
+  const HWND control = is_control
+                           ? reinterpret_cast<HWND>(word)
+                           : GetNextDlgTabItem(window(), GetFocus(), word != 0);
+  SetFocus(control);
+  const HWND focus = GetFocus();
+  const LRESULT code = SendMessageW(focus, WM_GETDLGCODE, 0, 0);
+  if ((code & DLGC_HASSETSEL) != 0) SendMessageW(focus, EM_SETSEL, 0, -1);
+}
+
 LRESULT MainWindow::on_end_of_focus(WPARAM active) {
   if (LOWORD(active) == WA_INACTIVE) {
     focus_ = GetFocus();
@@ -443,6 +455,9 @@ LRESULT MainWindow::on_message(UINT message, WPARAM word, LPARAM value) {
       return 0;
     case WM_COMMAND:
       return on_command(LOWORD(word), value != 0) ? 0 : 1;
+    case WM_NEXTDLGCTL:  // of a label's access key
+      go_to_control(word, LOWORD(value) != 0);
+      return 0;
     case WM_NOTIFY:
       return on_notify(reinterpret_cast<const NMHDR*>(value));
     case WM_TIMER:

@@ -74,6 +74,7 @@ class MainWindow : public WindowBase {
   void on_drop(HDROP drop);
   void on_menu_of_rows(LPARAM at);
   bool on_key_in_parts(const Key& key);
+  void go_to_control(WPARAM word, bool is_control);
   LRESULT on_end_of_focus(WPARAM active);
   LRESULT on_notify(const NMHDR* header);
   bool on_splitter(UINT message, LPARAM value);

@@ -34,12 +34,14 @@ enum : int {
 
 void fill_list(HWND field, const std::vector<std::string>& entries) {
   const std::wstring text = text_of(field);
+  const LRESULT selected = SendMessageW(field, CB_GETEDITSEL, 0, 0);
   SendMessageW(field, CB_RESETCONTENT, 0, 0);
   for (const std::string& entry : entries) {
     SendMessageW(field, CB_ADDSTRING, 0,
                  reinterpret_cast<LPARAM>(wide(entry).c_str()));
   }
   set_text(field, text);
+  SendMessageW(field, CB_SETEDITSEL, 0, selected);
 }
 
 // Several lines are pasted with signs for their breaks; the field alone would

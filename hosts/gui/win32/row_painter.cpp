@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <string>
 
+#include "gui/core/strings.h"
+#include "gui/win32/wide.h"
+
 namespace zenfo::host::gui::win32 {
 namespace {
 
@@ -129,7 +132,13 @@ void RowPainter::paint_file(HDC device, const std::vector<RECT>& columns,
     cell.right -= look_.scale(6);
     const HFONT font = (i == 0 ? look_.bold : look_.font).get();
     SelectObject(device, font);
-    draw_text(device, cell, cell_text(tab, file, ids[i].id),
+    std::wstring text = cell_text(tab, file, ids[i].id);
+    // How many are listed stands in the status line, too.
+    if (ids[i].id == ResultColumn::kMatches &&
+        width_in(device, text, text.size()) > cell.right - cell.left) {
+      text = wide(grouped(tab.set().file(file).count));
+    }
+    draw_text(device, cell, text,
               DT_END_ELLIPSIS | (ids[i].right ? DT_RIGHT : DT_LEFT));
   }
 }

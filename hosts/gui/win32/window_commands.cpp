@@ -1,6 +1,7 @@
 // The commands of the main window.
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 #include "gui/win32/editor.h"
 #include "gui/win32/main_window.h"
@@ -293,18 +294,20 @@ void MainWindow::zoom(int percent) {
 }
 
 void MainWindow::step_pane(bool forward) {
-  const HWND panes[] = {panel_->window(), strip_->window(), view_->window(),
-                        list_->window(), page_window()};
-  const int count =
-      static_cast<int>(std::size(panes)) - (settings_.preview_shown ? 0 : 1);
-  int now = 0;
-  for (int i = 0; i < count; ++i) {
+  std::vector<HWND> panes = {panel_->window(), view_->window(),
+                             list_->window()};
+  // A single tab is no place to go to.
+  if (tabs_.size() > 1) panes.insert(panes.begin() + 1, strip_->window());
+  if (settings_.preview_shown) panes.push_back(page_window());
+  const size_t count = panes.size();
+  size_t now = 0;
+  for (size_t i = 0; i < count; ++i) {
     if (GetFocus() == panes[i] || IsChild(panes[i], GetFocus())) now = i;
   }
-  const int next = (now + (forward ? 1 : count - 1)) % count;
-  if (next == 0) return panel_->focus_on(QueryField::kText);
-  if (next == 2) return view_->focus_on_filter();
-  SetFocus(panes[next]);
+  const HWND next = panes[(now + (forward ? 1 : count - 1)) % count];
+  if (next == panel_->window()) return panel_->focus_on(QueryField::kText);
+  if (next == view_->window()) return view_->focus_on_filter();
+  SetFocus(next);
 }
 
 void MainWindow::show_keys() {

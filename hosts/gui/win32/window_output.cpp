@@ -116,9 +116,9 @@ void MainWindow::end_export(const std::string& path, const ExportResult& result,
   const std::string files = counted_files(result.files);
   info_->show(
       result.unread.empty()
-          ? format(Text::kExported, {matches, files})
-          : format(Text::kExportUnread,
-                   {matches, files, counted_files(result.unread.size())}));
+          ? format(Text::kExported, {matches, files, path})
+          : format(Text::kExportUnread, {matches, files, path,
+                                         counted_files(result.unread.size())}));
 }
 
 }  // namespace zenfo::host::gui::win32

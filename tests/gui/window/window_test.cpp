@@ -101,6 +101,12 @@ class WindowTest : public testing::Test {
     }
     return Shot(GetLastActivePopup(window()), path);
   }
+  HWND focus() {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(window(), nullptr), &info);
+    return info.hwndFocus;
+  }
   int row_in_focus() {
     return static_cast<int>(SendMessageW(
         list(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED));
@@ -124,6 +130,71 @@ TEST_F(WindowTest, EnterInAFieldSearchesAndRowsShowFilesAndLines) {
   EXPECT_THAT(rows(), testing::Contains(HasSubstr("ferry")));
   EXPECT_THAT(status("status"), HasSubstr("chosen"));
   EXPECT_THAT(narrowed(title_of(window())), HasSubstr("\"ferry\" in "));
+}
+
+// As Alt with the letter that is underlined in the label.
+TEST_F(WindowTest, TheAccessKeyOfALabelLeadsToItsField) {
+  start();
+  const HWND find = GetWindow(named(window(), L"Fi&nd:"), GW_CHILD);
+  for (const auto& [letter, label] :
+       {std::pair{L'l', L"Fi&les:"}, {L'o', L"N&ot:"}, {L'i', L"&In:"}}) {
+    PostMessageW(find, WM_SYSCHAR, letter, 1 << 29);
+    wait();
+    EXPECT_EQ(focus(), GetWindow(named(window(), label), GW_CHILD))
+        << narrowed(label);
+  }
+  PostMessageW(find, WM_SYSCHAR, L'r', 1 << 29);
+  wait();
+  EXPECT_EQ(focus(), named(window(), L"Filte&r:"));
+}
+
+TEST_F(WindowTest, TheCaretOfAFieldStaysWhenASearchBegins) {
+  start();
+  type(L"Fi&nd:", L"ferry");
+  const HWND edit = GetWindow(named(window(), L"Fi&nd:"), GW_CHILD);
+  SendMessageW(edit, EM_SETSEL, 2, 4);
+  press(edit, VK_RETURN);
+  wait();
+  EXPECT_EQ(SendMessageW(edit, EM_GETSEL, 0, 0), MAKELPARAM(2, 4));
+}
+
+TEST_F(WindowTest, F6LeavesASingleTabOut) {
+  start();
+  search(L"ferry");
+  command("go.find");
+  command("pane.next");
+  EXPECT_EQ(focus(), named(window(), L"Filte&r:"));
+  command("pane.next");
+  EXPECT_EQ(focus(), list());
+  command("tab.new");
+  command("go.find");
+  command("pane.next");
+  EXPECT_EQ(focus(), of_class(window(), WC_TABCONTROLW));
+}
+
+// Only the number has room, not how many are listed.
+TEST_F(WindowTest, MillionsOfMatchesOfAFileAreShownAsAWholeNumber) {
+  make_long_file();
+  start({"--run", "--find", "a", "--include", "long.txt"});
+  ASSERT_THAT(rows(1).front(), HasSubstr("16,777,216, first"));
+  const Shot shot = picture("many");
+  const RECT area = shot.part(list());
+  const RECT header = shot.part(of_class(window(), WC_HEADERW));
+  const auto width = [&](WPARAM column) {
+    return static_cast<int>(
+        SendMessageW(list(), LVM_GETCOLUMNWIDTH, column, 0));
+  };
+  const int start = static_cast<int>(area.left) + width(0);
+  const int y = static_cast<int>(header.bottom) + 2;
+  const COLORREF ground = shot.at(start + 2, y);
+  int first = start + width(1);
+  int last = 0;
+  for (int x = start + 2; x < start + width(1) - 2; ++x) {
+    if (shot.count(ground, {x, y, x + 1, y + 15}) == 15) continue;
+    first = std::min(first, x);
+    last = x;
+  }
+  EXPECT_NEAR(last - first, MessageFont(96).width("16,777,216"), 4);
 }
 
 TEST_F(WindowTest, CaseCountsWhenItsButtonIsPressed) {
@@ -504,7 +575,7 @@ TEST_F(WindowTest, ResultsAreExportedWhereTheDialogSays) {
   const std::string csv = read_file(path);
   EXPECT_THAT(csv, HasSubstr(folder_.path("harbour/about.txt")));
   EXPECT_EQ(std::count(csv.begin(), csv.end(), '\n'), 3);  // with its header
-  EXPECT_THAT(status("info"), HasSubstr("exported"));
+  EXPECT_THAT(status("info"), HasSubstr("exported to " + path));
 }
 
 TEST_F(WindowTest, AnUncheckedFileIsNotCounted) {
