@@ -398,7 +398,9 @@ void place(HWND control, int x, int y, int width, int height) {
   wchar_t name[16];
   GetClassNameW(control, name, 16);
   const bool combo = std::wstring_view(name) == WC_COMBOBOXW;
+  LRESULT selected = 0;
   if (combo) {
+    selected = SendMessageW(control, CB_GETEDITSEL, 0, 0);
     // The height of a closed one follows from that of its text.
     RECT now{};
     GetWindowRect(control, &now);
@@ -414,7 +416,7 @@ void place(HWND control, int x, int y, int width, int height) {
       SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS | SWP_FRAMECHANGED);
   if (!combo) return;
   centre_text(control);
-  SendMessageW(control, CB_SETEDITSEL, 0, MAKELPARAM(-1, 0));
+  SendMessageW(control, CB_SETEDITSEL, 0, selected);  // It selected all.
 }
 
 void fill_panel(HWND panel, HDC device, const Look& look) {

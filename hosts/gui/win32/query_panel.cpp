@@ -85,6 +85,7 @@ QueryPanel::QueryPanel(HWND parent, const Look& look) : look_(look) {
   shape.parent = parent;
   create(shape);
   make_controls();
+  make_tips();
   show_more(false);
 }
 
@@ -119,6 +120,24 @@ void QueryPanel::make_controls() {
   more_ = make_button(self, number_of(CommandId::kMore),
                       wide(Text::kCommandMore), ButtonKind::kToggle, look_);
   make_areas();
+}
+
+// What the signs on buttons mean, for those who use the mouse.
+void QueryPanel::make_tips() {
+  const HWND tips = CreateWindowExW(
+      WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP, 0, 0,
+      0, 0, window(), nullptr, GetModuleHandleW(nullptr), nullptr);
+  for (const HWND button :
+       {match_case_, whole_words_, pattern_, caret_, choose_}) {
+    std::wstring text = text_of(button);
+    TTTOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.hwnd = window();
+    tool.uId = reinterpret_cast<UINT_PTR>(button);
+    tool.lpszText = text.data();
+    SendMessageW(tips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  }
 }
 
 void QueryPanel::make_areas() {
@@ -170,6 +189,8 @@ void QueryPanel::set_query(const Query& query) {
   set_field(exclude_, join_list(query.exclude_names));
   set_areas(query.areas);
   set_checked(binary_, query.binary == BinaryFiles::kSearch);
+  // As after Ctrl+F: what is typed next replaces the text.
+  SendMessageW(find_, CB_SETEDITSEL, 0, MAKELPARAM(0, -1));
 }
 
 AreaChoice QueryPanel::areas() const {

@@ -53,6 +53,7 @@ class QueryPanel : public WindowBase {
 
  private:
   void make_controls();
+  void make_tips();
   void make_areas();
   void lay_out();
   void lay_out_more(int y, int left, int right);

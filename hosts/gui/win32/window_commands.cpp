@@ -9,6 +9,25 @@
 #include "gui/win32/wide.h"
 
 namespace zenfo::host::gui::win32 {
+namespace {
+
+// Whether a text of a message box ends before the first place of a tab.
+bool before_tab_stop(const std::string& text, HFONT font) {
+  const HDC device = GetDC(nullptr);
+  const HGDIOBJ old = SelectObject(device, font);
+  TEXTMETRICW metrics{};
+  GetTextMetricsW(device, &metrics);
+  const std::wstring shown = wide(text);
+  SIZE size{};
+  GetTextExtentPoint32W(device, shown.c_str(), static_cast<int>(shown.size()),
+                        &size);
+  SelectObject(device, old);
+  ReleaseDC(nullptr, device);
+  return size.cx < 8 * metrics.tmAveCharWidth;
+}
+
+}  // namespace
+
 void MainWindow::run(CommandId id) {
   switch (id) {
     case CommandId::kSearch:
@@ -315,7 +334,9 @@ void MainWindow::show_keys() {
   for (const Command& command : commands()) {
     const std::string key = key_name(keys_.key(command.id));
     if (key.empty()) continue;
-    text += wide(key) + L"\t" + wide(plain_text(command.label)) + L"\n";
+    text += wide(key) +
+            (before_tab_stop(key, look_.font.get()) ? L"\t\t" : L"\t") +
+            wide(plain_text(command.label)) + L"\n";
   }
   MessageBoxW(window(), text.c_str(),
               wide(plain_text(Text::kCommandShowKeys)).c_str(), MB_OK);

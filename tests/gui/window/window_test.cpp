@@ -158,6 +158,12 @@ TEST_F(WindowTest, TheCaretOfAFieldStaysWhenASearchBegins) {
   EXPECT_EQ(SendMessageW(edit, EM_GETSEL, 0, 0), MAKELPARAM(2, 4));
 }
 
+TEST_F(WindowTest, WhatIsTypedAfterTheStartReplacesTheText) {
+  start({"--find", "ferry"});
+  const HWND edit = GetWindow(named(window(), L"Fi&nd:"), GW_CHILD);
+  EXPECT_EQ(SendMessageW(edit, EM_GETSEL, 0, 0), MAKELPARAM(0, 5));
+}
+
 TEST_F(WindowTest, F6LeavesASingleTabOut) {
   start();
   search(L"ferry");
@@ -172,10 +178,29 @@ TEST_F(WindowTest, F6LeavesASingleTabOut) {
   EXPECT_EQ(focus(), of_class(window(), WC_TABCONTROLW));
 }
 
+BOOL CALLBACK add_tips(HWND window, LPARAM total) {
+  wchar_t kind[32] = L"";
+  GetClassNameW(window, kind, 32);
+  if (std::wstring_view(kind) == TOOLTIPS_CLASSW) {
+    *reinterpret_cast<LRESULT*>(total) +=
+        SendMessageW(window, TTM_GETTOOLCOUNT, 0, 0);
+  }
+  return TRUE;
+}
+
+TEST_F(WindowTest, ButtonsWithSignsHaveTips) {
+  start();
+  LRESULT tips = 0;
+  EnumThreadWindows(GetWindowThreadProcessId(window(), nullptr), add_tips,
+                    reinterpret_cast<LPARAM>(&tips));
+  EXPECT_GE(tips, 5);
+}
+
 // Only the number has room, not how many are listed.
 TEST_F(WindowTest, MillionsOfMatchesOfAFileAreShownAsAWholeNumber) {
   make_long_file();
   start({"--run", "--find", "a", "--include", "long.txt"});
+  command("file.close_all");
   ASSERT_THAT(rows(1).front(), HasSubstr("16,777,216, first"));
   const Shot shot = picture("many");
   const RECT area = shot.part(list());
