@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 #include <string>
+
+#include "support/document.h"
 
 namespace zenfo::host::gui {
 namespace {
@@ -47,6 +50,24 @@ TEST(Commands, KeysHaveNames) {
   EXPECT_EQ(key_of("Ctrl+"), Key());
   EXPECT_EQ(key_of("Ctrl+f"), Key());
   EXPECT_EQ(key_of("Odd"), Key());
+}
+
+// With the names that the menus show.
+TEST(Commands, HaveTheirKeysInTheDocument) {
+  std::string table = test::read_source("docs/window.md");
+  std::erase(table, '\r');
+  table = table.substr(table.find("<!-- keys -->"));
+  table.resize(table.find("<!-- end of keys -->"));
+  std::ptrdiff_t keys = 0;
+  for (const Command& row : commands()) {
+    const std::string key = key_name(row.key);
+    if (key.empty()) continue;
+    ++keys;
+    const std::string line = "| " + key + " | " + plain_text(row.label) +
+                             " | `" + std::string(row.name) + "` |\n";
+    EXPECT_NE(table.find(line), std::string::npos) << line;
+  }
+  EXPECT_EQ(std::count(table.begin(), table.end(), '`'), 2 * keys);
 }
 
 TEST(Commands, AreEnabledByTheState) {

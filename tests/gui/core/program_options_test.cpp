@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "support/document.h"
+
 namespace zenfo::host::gui {
 namespace {
 
@@ -98,6 +100,13 @@ TEST(ProgramOptions, ExplainThemselves) {
   const std::string help = program_help();
   EXPECT_TRUE(help.starts_with("Usage: zenfo-gui [OPTIONS] [PATH...]")) << help;
   EXPECT_NE(help.find("--outside-kind KIND"), std::string::npos) << help;
+}
+
+TEST(ProgramOptions, AreInTheDocument) {
+  const std::vector<test::Block> blocks =
+      test::fenced_blocks("docs/window.md", "text");
+  ASSERT_EQ(blocks.size(), 1u);
+  EXPECT_EQ(blocks.front().body, program_help());
 }
 
 }  // namespace
