@@ -105,7 +105,7 @@ void QueryPanel::make_controls() {
   caret_ = toggle(CommandId::kCaret, L"^");
   search_ =
       make_button(self, number_of(CommandId::kSearch),
-                  wide(Text::kCommandSearch), ButtonKind::kDefault, look_);
+                  name_of(CommandId::kSearch), ButtonKind::kDefault, look_);
   folders_label_ = make_label(self, wide(Text::kFolders), look_);
   folders_ = make_field(self, kFoldersField, look_);
   choose_ = make_button(self, number_of(CommandId::kChooseFolder),
@@ -262,7 +262,7 @@ void QueryPanel::update_areas() {
 // The same button, in the same place.
 void QueryPanel::set_running(bool on) {
   const Text label = on ? Text::kCommandStop : Text::kCommandSearch;
-  change_text(search_, wide(label));
+  change_text(search_, wide(plain_text(label)));
 }
 
 int QueryPanel::row_height() const {

@@ -97,5 +97,30 @@ TEST(Commands, NoLetterStandsForTwoRowsOfAMenu) {
   }
 }
 
+// Of the window: with Alt they go to a menu, a field or a button, or are the
+// keys of commands. The button for searches has none, its menu has it.
+TEST(Commands, NoLetterWithAltMeansTwoThings) {
+  std::set<char> letters;
+  for (const Text name :
+       {Text::kMenuFile, Text::kMenuEdit, Text::kMenuSearch, Text::kMenuResults,
+        Text::kMenuView, Text::kMenuHelp, Text::kFind, Text::kFolders,
+        Text::kIncludeNames, Text::kExcludeNames, Text::kSubfolders,
+        Text::kCommandMore, Text::kAreas, Text::kAreaPattern, Text::kAreaStart,
+        Text::kAreaEnd, Text::kSearchBinary, Text::kFilter}) {
+    const std::string_view label = text(name);
+    const size_t mark = label.find('&');
+    if (mark == std::string_view::npos) continue;
+    EXPECT_TRUE(
+        letters.insert(static_cast<char>(label[mark + 1] | 0x20)).second)
+        << label;
+  }
+  for (const Command& row : commands()) {
+    const Key& key = row.key;
+    if (!key.alt || key.control || key.code != KeyCode::kCharacter) continue;
+    EXPECT_TRUE(letters.insert(static_cast<char>(key.character | 0x20)).second)
+        << row.name;
+  }
+}
+
 }  // namespace
 }  // namespace zenfo::host::gui
