@@ -1,10 +1,10 @@
 // zenfo-gui: searches many files, in a window.
 //
 // Exit status: 0, or 2 after an error.
-#include "gui/win32/instance.h"
+#include "gui/win32/base/wide.h"
 #include "gui/win32/main_window.h"
-#include "gui/win32/startup.h"
-#include "gui/win32/wide.h"
+#include "gui/win32/system/instance.h"
+#include "gui/win32/system/startup.h"
 #include "shared/frame/failure.h"
 
 namespace zenfo::host::gui::win32 {

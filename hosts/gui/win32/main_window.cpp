@@ -3,15 +3,15 @@
 #include <algorithm>
 #include <utility>
 
-#include "gui/core/settings_file.h"
-#include "gui/win32/automation.h"
-#include "gui/win32/command_ids.h"
-#include "gui/win32/controls.h"
-#include "gui/win32/instance.h"
-#include "gui/win32/keys.h"
-#include "gui/win32/menu.h"
-#include "gui/win32/messages.h"
-#include "gui/win32/wide.h"
+#include "gui/settings/settings_file.h"
+#include "gui/win32/base/command_ids.h"
+#include "gui/win32/base/controls.h"
+#include "gui/win32/base/messages.h"
+#include "gui/win32/base/wide.h"
+#include "gui/win32/system/automation.h"
+#include "gui/win32/system/instance.h"
+#include "gui/win32/system/keys.h"
+#include "gui/win32/system/menu.h"
 #include "viewer/screenshot.h"
 
 // After windows.h.

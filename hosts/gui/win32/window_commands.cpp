@@ -3,10 +3,10 @@
 #include <optional>
 #include <vector>
 
-#include "gui/win32/editor.h"
+#include "gui/win32/base/wide.h"
 #include "gui/win32/main_window.h"
-#include "gui/win32/settings_dialog.h"
-#include "gui/win32/wide.h"
+#include "gui/win32/panels/settings_dialog.h"
+#include "gui/win32/system/editor.h"
 
 namespace zenfo::host::gui::win32 {
 namespace {

@@ -4,12 +4,12 @@
 #include <memory>
 #include <utility>
 
-#include "gui/core/new_file.h"
-#include "gui/win32/clipboard.h"
-#include "gui/win32/folder_dialog.h"
+#include "gui/settings/new_file.h"
+#include "gui/win32/base/messages.h"
+#include "gui/win32/base/wide.h"
 #include "gui/win32/main_window.h"
-#include "gui/win32/messages.h"
-#include "gui/win32/wide.h"
+#include "gui/win32/system/clipboard.h"
+#include "gui/win32/system/folder_dialog.h"
 
 namespace zenfo::host::gui::win32 {
 namespace {

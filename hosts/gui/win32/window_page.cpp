@@ -3,15 +3,15 @@
 #include <memory>
 #include <utility>
 
-#include "gui/core/query_text.h"
-#include "gui/core/strings.h"
-#include "gui/core/unicode.h"
-#include "gui/win32/clipboard.h"
-#include "gui/win32/editor.h"
+#include "gui/query/query_text.h"
+#include "gui/win32/base/messages.h"
+#include "gui/win32/base/wide.h"
 #include "gui/win32/main_window.h"
-#include "gui/win32/menu.h"
-#include "gui/win32/messages.h"
-#include "gui/win32/wide.h"
+#include "gui/win32/system/clipboard.h"
+#include "gui/win32/system/editor.h"
+#include "gui/win32/system/menu.h"
+#include "gui/words/strings.h"
+#include "gui/words/unicode.h"
 #include "shared/system/paths.h"
 
 namespace zenfo::host::gui::win32 {

@@ -3,13 +3,13 @@
 #include <memory>
 #include <utility>
 
-#include "gui/core/query_text.h"
-#include "gui/core/search_job.h"
-#include "gui/core/status_text.h"
-#include "gui/win32/automation.h"
+#include "gui/engine/search_job.h"
+#include "gui/query/query_text.h"
+#include "gui/results/status_text.h"
+#include "gui/win32/base/messages.h"
+#include "gui/win32/base/wide.h"
 #include "gui/win32/main_window.h"
-#include "gui/win32/messages.h"
-#include "gui/win32/wide.h"
+#include "gui/win32/system/automation.h"
 #include "shared/system/paths.h"
 #include "viewer/screenshot.h"
 

@@ -3,7 +3,7 @@
 // lists, one value for each option.
 //
 // Tested by tests/cli/command_test.cpp,
-// tests/gui/core/program_options_test.cpp
+// tests/gui/query/program_options_test.cpp
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,6 @@
 // Which of the listed files a run works on: names, repeats, binary files.
 //
-// Tested by tests/cli/find_test.cpp, tests/gui/core/search_job_test.cpp
+// Tested by tests/cli/find_test.cpp, tests/gui/engine/search_job_test.cpp
 #pragma once
 
 #include <cstdint>

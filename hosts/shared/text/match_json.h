@@ -1,7 +1,7 @@
 // Matches as JSON, one object per line; docs/json-output.md describes the
 // format. Written by hand for speed, because there may be a million lines.
 //
-// Tested by tests/cli/find_test.cpp, tests/gui/core/export_test.cpp
+// Tested by tests/cli/find_test.cpp, tests/gui/results/export_test.cpp
 #pragma once
 
 #include <cstdint>

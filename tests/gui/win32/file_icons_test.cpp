@@ -1,4 +1,4 @@
-#include "gui/win32/file_icons.h"
+#include "gui/win32/list/file_icons.h"
 
 #include <gtest/gtest.h>
 

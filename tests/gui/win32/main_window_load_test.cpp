@@ -11,11 +11,11 @@
 #include <string>
 #include <utility>
 
-#include "gui/core/job.h"
-#include "gui/core/search_job.h"
-#include "gui/win32/command_ids.h"
+#include "gui/engine/job.h"
+#include "gui/engine/search_job.h"
+#include "gui/win32/base/command_ids.h"
+#include "gui/win32/base/wide.h"
 #include "gui/win32/main_window.h"
-#include "gui/win32/wide.h"
 #include "shared/frame/failure.h"
 #include "shared/system/stop.h"
 #include "support/temp_folder.h"

@@ -1,10 +1,10 @@
-#include "gui/win32/menu.h"
+#include "gui/win32/system/menu.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "gui/win32/command_ids.h"
+#include "gui/win32/base/command_ids.h"
 
 namespace zenfo::host::gui::win32 {
 namespace {

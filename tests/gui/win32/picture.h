@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "gui/win32/system.h"
+#include "gui/win32/base/system.h"
 
 namespace zenfo::test {
 

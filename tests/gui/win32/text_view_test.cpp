@@ -1,12 +1,12 @@
-#include "gui/win32/text_view.h"
+#include "gui/win32/page/text_view.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
+#include "gui/win32/base/wide.h"
 #include "gui/win32/picture.h"
-#include "gui/win32/wide.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::host::gui::win32 {

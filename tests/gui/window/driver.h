@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "gui/win32/system.h"
+#include "gui/win32/base/system.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::test {

@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <memory>
 
-#include "gui/core/json_value.h"
 #include "gui/window/driver.h"
 #include "gui/window/shot.h"
+#include "gui/words/json_value.h"
 
 namespace zenfo::test {
 namespace {
