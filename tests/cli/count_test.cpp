@@ -10,16 +10,13 @@
 #include <vector>
 
 #include "cli/process.h"
+#include "cli/results.h"
 #include "support/temp_folder.h"
 
 namespace zenfo::test {
 namespace {
 
 using nlohmann::json;
-
-std::string own(const std::string& path) {
-  return std::filesystem::path(path).make_preferred().string();
-}
 
 // a.txt, long.txt, empty.txt and unix.txt, whose lines end in LF.
 class Count : public ::testing::Test {
